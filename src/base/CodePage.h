@@ -1,0 +1,51 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <unordered_map>
+
+#include "base/Text.h"
+
+namespace kd {
+
+/// A single-byte code page: the one door between the bytes of a file and Text. Every byte value has a
+/// character of its own, so that a file's bytes survive decoding and encoding unchanged.
+class CodePage {
+public:
+    /// The page of that number (874, 1250 to 1258); 1252 for a number that is not known.
+    static const CodePage& Of(int number);
+
+    CodePage(const CodePage&) = delete;
+    CodePage& operator=(const CodePage&) = delete;
+
+    int Number() const noexcept { return m_number; }
+
+    /// The text of a file's bytes.
+    Text Decode(std::string_view bytes) const;
+    /// Appends the text of a file's bytes.
+    void DecodeTo(std::string_view bytes, Text& text) const;
+    /// The bytes of a text. A character that the page lacks becomes "?".
+    std::string Encode(std::string_view text) const;
+    /// Whether the page has every character of the text.
+    bool CanEncode(std::string_view text) const;
+
+    /// The text as a file would give it back: a character that the page lacks becomes "?". What is typed or
+    /// pasted enters through here, so that nothing changes silently at the save.
+    Text Seen(std::string_view text) const;
+
+    /// Upper case, one character for one; a letter without a single capital in the page stays, and so does a
+    /// character that the page lacks. The number of characters never changes.
+    Text Upper(std::string_view text) const;
+
+    CodePage(int number, const std::array<char16_t, 256>& decode,
+             const std::array<unsigned char, 256>& upper);
+    ~CodePage() = default;
+
+private:
+    int m_number;
+    std::array<Text, 256> m_text;                         // UTF-8 of each byte
+    std::array<unsigned char, 256> m_upper;               // byte of each byte's capital
+    std::unordered_map<char32_t, unsigned char> m_bytes;  // byte of each character outside ASCII
+};
+
+}  // namespace kd

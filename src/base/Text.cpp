@@ -1,0 +1,71 @@
+#include "base/Text.h"
+
+#include <algorithm>
+
+namespace kd {
+
+namespace {
+
+char UpperChar(char c) noexcept {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+bool StartsCharacter(char c) noexcept {
+    return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+}
+
+}  // namespace
+
+std::string_view TrimRight(std::string_view text) noexcept {
+    const auto last = text.find_last_not_of(' ');
+    return last == std::string_view::npos ? std::string_view() : text.substr(0, last + 1);
+}
+
+std::string_view Trim(std::string_view text) noexcept {
+    const auto first = text.find_first_not_of(' ');
+    return first == std::string_view::npos ? std::string_view() : TrimRight(text.substr(first));
+}
+
+Text UpperAscii(std::string_view text) {
+    Text result(text);
+    std::transform(result.begin(), result.end(), result.begin(), UpperChar);
+    return result;
+}
+
+bool EqualsNoCaseAscii(std::string_view a, std::string_view b) noexcept {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return UpperChar(x) == UpperChar(y); });
+}
+
+std::vector<std::string_view> Split(std::string_view text, char separator) {
+    std::vector<std::string_view> parts;
+    if (text.empty()) {
+        return parts;
+    }
+    std::size_t begin = 0;
+    for (;;) {
+        const auto end = text.find(separator, begin);
+        if (end == std::string_view::npos) {
+            parts.push_back(text.substr(begin));
+            return parts;
+        }
+        parts.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+}
+
+std::size_t CharacterCount(std::string_view text) noexcept {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), StartsCharacter));
+}
+
+std::size_t ByteOffset(std::string_view text, std::size_t position) noexcept {
+    std::size_t count = 0;
+    for (std::size_t offset = 0; offset < text.size(); ++offset) {
+        if (StartsCharacter(text[offset]) && ++count == position) {
+            return offset;
+        }
+    }
+    return text.size();
+}
+
+}  // namespace kd

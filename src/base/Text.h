@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Text of the program: UTF-8. Every text that reaches a file or a cell has passed a code page (CodePage.h),
+/// so that it holds only characters which that page can write.
+namespace kd {
+
+using Text = std::string;
+
+/// Line end of every file of the suite.
+inline constexpr std::string_view CrLf = "\r\n";
+
+/// Without the blanks (U+0020 alone; no tabs, no line ends) at both ends.
+std::string_view Trim(std::string_view text) noexcept;
+/// Without the blanks (U+0020 alone) at the end.
+std::string_view TrimRight(std::string_view text) noexcept;
+/// Upper case of the letters a to z, all else as it stands. For keys and other plain ASCII words; a text of
+/// the user goes through CodePage::Upper.
+Text UpperAscii(std::string_view text);
+/// Whether both texts are the same but for the case of the letters a to z.
+bool EqualsNoCaseAscii(std::string_view a, std::string_view b) noexcept;
+
+/// The parts of `text` between the separators, empty ones too. An empty text has no part at all.
+std::vector<std::string_view> Split(std::string_view text, char separator);
+
+/// Number of characters (not bytes).
+std::size_t CharacterCount(std::string_view text) noexcept;
+/// Offset in bytes, from 0, of the character at `position`, from 1. The position behind the last character
+/// gives the size of the text, and so does any larger one.
+std::size_t ByteOffset(std::string_view text, std::size_t position) noexcept;
+
+}  // namespace kd

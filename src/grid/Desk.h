@@ -1,0 +1,62 @@
+#pragma once
+
+#include "model/Globals.h"
+#include "platform/Controls.h"
+#include "platform/VSFlexGrid.h"
+
+namespace kd {
+
+/// The main form's controls and the globals: what every command works on. Belongs to the main form; commands
+/// get a loan. Menu entries have their handlers set by the main form.
+struct Desk {
+    explicit Desk(Globals& globals) : g(globals) {}
+
+    Globals& g;
+
+    VSFlexGrid Grid{"Grid"};
+    Label Panel1{"Panel1"};  // where the current cell stands
+    Label Panel2{"Panel2"};  // what a long job is doing, and its outcome
+    ProgressBar ProgressBar1{"ProgressBar1"};
+
+    MenuItem mnuFile{"mnuFile", "&File"};
+    MenuItem mnuApplications{"mnuApplications", "Manage Applications"};
+    MenuItem mnuCommit{"mnuCommit", "Commit Changes"};
+    MenuItem mnuClose{"mnuClose", "Close"};
+
+    MenuItem mnuEdit{"mnuEdit", "&Edit"};
+    MenuItem mnuEditRestore{"mnuEditRestore", "Restore Original Value"};
+    MenuItem mnuEditCut{"mnuEditCut", "Cut"};
+    MenuItem mnuEditCopy{"mnuEditCopy", "Copy"};
+    MenuItem mnuEditPaste{"mnuEditPaste", "Paste"};
+    MenuItem mnuEditFill{"mnuEditFill", "Fill..."};
+    MenuItem mnuEditReplace{"mnuEditReplace", "Replace..."};
+
+    MenuItem mnuOptions{"mnuOptions", "&Options"};
+    MenuItem mnuClearFilters{"mnuClearFilters", "Clear All Filters"};
+
+    MenuItem mnuView{"mnuView", "&View"};
+    MenuItem mnuShowPaths{"mnuShowPaths", "Show Paths"};
+    MenuItem mnuShowOnlyNumericVariables{"mnuShowOnlyNumericVariables", "Show Only Numeric Variables"};
+    MenuItem mnuShowAll{"mnuShowAll", "Show All Properties"};
+
+    MenuItem mnuHelp{"mnuHelp", "&Help"};
+    MenuItem mnuHelpAbout{"mnuHelpAbout", "About KDLimitDesk"};
+
+    /// The pop-up menu of the grid, and its entries, which hold the edit commands.
+    MenuItem mnuEditMenu{"mnuEditMenu", "Edit"};
+    MenuItem mnuRestore{"mnuRestore", "Restore Original Value"};
+    MenuItem mnuCut{"mnuCut", "Cut"};
+    MenuItem mnuCopy{"mnuCopy", "Copy"};
+    MenuItem mnuPaste{"mnuPaste", "Paste"};
+    MenuItem mnuFill{"mnuFill", "Fill..."};
+    MenuItem mnuReplace{"mnuReplace", "Replace..."};
+};
+
+/// Closes an open cell editor by selecting the current cell anew; a refused text keeps the editor open.
+inline void CloseCellEditor(Desk& desk) {
+    if (desk.Grid.EditWindow()) {
+        desk.Grid.Select(desk.Grid.Row(), desk.Grid.Col());
+    }
+}
+
+}  // namespace kd

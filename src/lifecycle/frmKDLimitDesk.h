@@ -1,0 +1,71 @@
+#pragma once
+
+#include <memory>
+
+#include "grid/Desk.h"
+#include "platform/Toolkit.h"
+
+namespace kd {
+
+/// Where something stands in a window, in pixels.
+struct Bounds {
+    std::int32_t left = 0;
+    std::int32_t top = 0;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+
+    bool operator==(const Bounds&) const = default;
+};
+
+/// The main window: wiring. It owns the controls, joins events and menu entries to the commands in their
+/// folders, and holds the order of start, load and end. Everything that comes from the user passes the event
+/// boundary.
+class frmKDLimitDesk : public Form {
+public:
+    explicit frmKDLimitDesk(Globals& g);
+    ~frmKDLimitDesk() override;
+
+    /// The start of the program. False when the program must end at once, without a word.
+    /// `window` is the handle of the form's window.
+    [[nodiscard]] bool Form_Load(std::uintptr_t window);
+    /// The user wants to close the window: whether it may close.
+    [[nodiscard]] bool Form_QueryUnload();
+    /// Lays out progress bar and grid; `inner` is the window's inner area below the menu bar, `gridTop` the
+    /// grid's top in it, `pixel` the size of a pixel in the form's units.
+    struct Layout {
+        Bounds progressBar;
+        Bounds grid;
+    };
+    static Layout Form_Resize(const Bounds& inner, std::int32_t gridTop, std::int32_t statusBarHeight,
+                              std::int32_t progressBarHeight, std::int32_t pixel = 1);
+
+    /// Rebuilds everything from the files.
+    void LoadAndShowApplications();
+
+    /// Position that centres a window of that size on the screen.
+    static Bounds Centred(std::int32_t screenWidth, std::int32_t screenHeight, std::int32_t width,
+                          std::int32_t height);
+    bool Maximised() const noexcept { return m_maximised; }
+
+    Desk& Controls() noexcept { return m_desk; }
+    /// The menu bar's menus, in order.
+    const std::vector<MenuItem*>& MenuBar() const noexcept { return m_menuBar; }
+
+    /// Closes the window: set by the screen; runs the query like any other way of closing.
+    std::function<void()> Unload;
+
+private:
+    void WireMenus();
+    void WireGrid();
+    /// A handler behind the event boundary.
+    std::function<void()> Guarded(std::function<void()> handler);
+    void PutBack();
+    void ManageApplications();
+
+    Globals& m_g;
+    Desk m_desk;
+    std::vector<MenuItem*> m_menuBar;
+    bool m_maximised = false;
+};
+
+}  // namespace kd

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/Text.h"
+
+namespace kd {
+
+/// A file open for writing. Destroying it without Close gives the handle back and drops what was not flushed.
+class OutputFile {
+public:
+    OutputFile() = default;
+    virtual ~OutputFile() = default;
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    /// Adds bytes at the end; all of them, or it throws.
+    /// @throws cError(errDiskFull, errDevice)
+    virtual void Write(std::string_view bytes) = 0;
+    /// Brings what was written to the disk itself.
+    /// @throws cError(errDiskFull, errDevice)
+    virtual void Flush() = 0;
+    /// Closes the file; a close can fail, and a failed one has closed it all the same. A second call does
+    /// nothing.
+    /// @throws cError(errDiskFull, errDevice)
+    virtual void Close() = 0;
+};
+
+/// The file system as the logic sees it; every access to a file goes through here, so that faults can be
+/// injected. Bytes are bytes: no code page, no line ends. Paths are Text.
+///
+/// Names regardless of case: where a path does not exist but its folder holds a file whose name differs only
+/// in case, that file is the one meant. This holds for every operation but OpenForOutput, MakeFolder and
+/// Rename.
+///
+/// All operations raise cError with the path: errFileNotFound, errPathNotFound (its folder is missing),
+/// errPermissionDenied (also for a directory, FIFO, socket or device in a file's place), errDiskFull, and
+/// errDevice for anything else.
+class Files {
+public:
+    Files() = default;
+    virtual ~Files() = default;
+    Files(const Files&) = delete;
+    Files& operator=(const Files&) = delete;
+
+    /// The character that this platform puts between the parts of a path.
+    virtual char Delimiter() const = 0;
+
+    /// Whether a file or folder exists at the path. Never throws; errors count as false.
+    virtual bool Exists(std::string_view path) = 0;
+    /// Whether a regular file is there (a link to one counts). Never throws.
+    virtual bool IsRegularFile(std::string_view path) = 0;
+
+    /// The bytes of a regular file. Others may read and write it meanwhile. Never waits on a FIFO or device.
+    virtual std::string Read(std::string_view path) = 0;
+    /// The same into a buffer of the caller's, which keeps its capacity from file to file.
+    virtual void Read(std::string_view path, std::string& bytes) { bytes = Read(path); }
+
+    /// Opens a file for writing, replacing what stands there. A link or anything else that is no regular file
+    /// is not written through: errPermissionDenied.
+    virtual std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) = 0;
+    /// Opens a file for writing at its end; made when missing.
+    virtual std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) = 0;
+
+    /// Copies a file's bytes over `target`, which may exist. The target is wholly old or wholly new at every
+    /// moment; its owner, mode and links stay. A target whose mode forbids writing is refused with
+    /// errPermissionDenied, also for a user who could override it.
+    virtual void CopyFile(std::string_view source, std::string_view target) = 0;
+    /// Deletes a file; one that may not be written is refused.
+    virtual void DeleteFile(std::string_view path) = 0;
+    /// Writes a file whole, with the promise of CopyFile: afterwards it holds `bytes`, or what it held
+    /// before.
+    virtual void ReplaceFile(std::string_view path, std::string_view bytes) = 0;
+
+    /// Names (without folder) of the entries of a folder, in no order.
+    virtual std::vector<Text> FolderEntries(std::string_view folder) = 0;
+    /// Makes a folder and the missing ones above it, with the user's own permissions. One that exists is no
+    /// error.
+    virtual void MakeFolder(std::string_view folder) = 0;
+    /// Copies a regular file to a new place: bytes, times and mode, flushed to the disk. The target must not
+    /// exist.
+    virtual void CopyForArchive(std::string_view source, std::string_view target) = 0;
+    /// Renames a file or folder. The new name must not exist, or be an empty folder.
+    virtual void Rename(std::string_view from, std::string_view to) = 0;
+    /// Brings the entries of a folder to the disk itself.
+    virtual void FlushFolder(std::string_view folder) = 0;
+    /// Removes a folder with all that is in it. One that is missing is no error.
+    virtual void RemoveFolder(std::string_view folder) = 0;
+};
+
+}  // namespace kd

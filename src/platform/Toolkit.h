@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "base/Text.h"
+#include "platform/Controls.h"
+
+namespace kd {
+
+/// The program's default title of a message box.
+inline constexpr std::string_view DefaultTitle = "KDLimitDesk";
+
+enum class BoxIcon : std::uint8_t { None, Information, Exclamation, Critical, Question };
+enum class BoxButtons : std::uint8_t { Ok, YesNo };
+/// Closing a question box by its frame answers No.
+enum class BoxAnswer : std::uint8_t { Ok, Yes, No };
+enum class Pointer : std::uint8_t { Default, Hourglass };
+
+/// A window of the program as plain state. Its widget shows the state and calls the handlers.
+class Form {
+public:
+    explicit Form(Text name) : m_name(std::move(name)) {}
+    virtual ~Form() = default;
+    Form(const Form&) = delete;
+    Form& operator=(const Form&) = delete;
+
+    /// Name of the form, which is also the window's object name.
+    const Text& Name() const noexcept { return m_name; }
+    const Text& Caption() const noexcept { return m_caption; }
+    void SetCaption(Text caption) {
+        m_caption = std::move(caption);
+        if (OnChanged) {
+            OnChanged();
+        }
+    }
+
+    bool Shown() const noexcept { return m_shown; }
+    /// Ends a modal showing; the form keeps its state.
+    void Hide() {
+        m_shown = false;
+        if (OnHide) {
+            OnHide();
+        }
+    }
+
+    /// Runs when the user closes the window by its frame, or by Esc where no button is the cancel button. The
+    /// window then hides.
+    virtual void UserClose() { Hide(); }
+
+    /// The screen's listeners.
+    std::function<void()> OnChanged;
+    std::function<void()> OnHide;
+
+    /// For the toolkit alone, when it puts the form on the screen.
+    void MarkShown() noexcept { m_shown = true; }
+
+private:
+    Text m_name;
+    Text m_caption;
+    bool m_shown = false;
+};
+
+/// The window toolkit: message boxes, modal forms, the message loop, the pointer.
+class Toolkit {
+public:
+    virtual ~Toolkit() = default;
+
+    /// Shows a box and waits for the answer. Plain text, CR LF between its lines.
+    virtual BoxAnswer MessageBox(std::string_view text, BoxIcon icon, BoxButtons buttons,
+                                 std::string_view title) = 0;
+    /// A box with the OK button alone.
+    void Say(std::string_view text, BoxIcon icon = BoxIcon::None, std::string_view title = DefaultTitle) {
+        (void)MessageBox(text, icon, BoxButtons::Ok, title);  // an OK box has one answer only
+    }
+
+    /// Shows a form modally, centred on the screen unless the form has a place of its own, and comes back
+    /// when it is hidden.
+    virtual void ShowModal(Form& form) = 0;
+    /// Puts the main form on the screen and comes back at once.
+    virtual void ShowModeless(Form& form) = 0;
+    /// Shows a pop-up menu at the pointer; runs the chosen entry's handler before it comes back.
+    virtual void ShowPopupMenu(MenuItem& menu) = 0;
+
+    /// One pass of the message loop: repaints and keeps the window alive; the user's mouse and keyboard
+    /// input, and a request to close, wait until the job ends.
+    virtual void ProcessEvents() = 0;
+
+    virtual Pointer MousePointer() const = 0;
+    virtual void SetMousePointer(Pointer pointer) = 0;
+
+    /// Width and height of the screen that the main window stands on.
+    virtual std::int32_t ScreenWidth() const = 0;
+    virtual std::int32_t ScreenHeight() const = 0;
+};
+
+}  // namespace kd

@@ -1,0 +1,295 @@
+#pragma once
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/Paths.h"
+#include "base/cError.h"
+#include "platform/Files.h"
+
+namespace kd {
+
+/// A file system in memory. Folders exist where a file stands or MakeFolder made one; the root always does.
+/// Names are told apart by case, and a missing one is found regardless of case, as the contract says. Every
+/// operation that can fail counts; FailAt makes the n-th one fail.
+class MemoryFiles : public Files {
+public:
+    struct Entry {
+        std::string bytes;
+        bool readOnly = false;
+        bool unreadable = false;
+        bool special = false;  // a folder, FIFO or device in a file's place
+    };
+
+    // --- for tests
+    // ------------------------------------------------------------------------------------------
+
+    void Put(const Text& path, std::string bytes) {
+        m_files[path] = Entry{std::move(bytes), false, false, false};
+    }
+    void PutSpecial(const Text& path) { m_files[path].special = true; }
+    void SetReadOnly(const Text& path, bool value = true) { m_files[path].readOnly = value; }
+    void SetUnreadable(const Text& path) { m_files[path].unreadable = true; }
+    bool Has(const Text& path) const { return m_files.count(path) != 0; }
+    std::string Get(const Text& path) const {
+        const auto found = m_files.find(path);
+        return found == m_files.end() ? std::string() : found->second.bytes;
+    }
+    void Erase(const Text& path) { m_files.erase(path); }
+    std::vector<Text> Paths() const {
+        std::vector<Text> paths;
+        for (const auto& [path, entry] : m_files) {
+            paths.push_back(path);
+        }
+        return paths;
+    }
+    /// The operation with that number, from 1 and counted from now on, fails; later ones work unless
+    /// `forGood`.
+    void FailAt(int operation, std::int32_t number = errDevice, bool forGood = false) {
+        m_failAt = operation;
+        m_failNumber = number;
+        m_failForGood = forGood;
+        m_operations = 0;
+    }
+    /// Every operation of that name ("CopyFile", "Write", ...) on a path that ends in `ending` fails.
+    void FailOn(const Text& operation, const Text& ending, std::int32_t number) {
+        m_failOn.push_back({operation, ending, number});
+    }
+    void FailNoMore() {
+        m_failAt = 0;
+        m_failOn.clear();
+    }
+    /// Operations since the last FailAt.
+    int Operations() const { return m_operations; }
+    /// "Operation path", in order.
+    const std::vector<Text>& Log() const { return m_log; }
+    void ClearLog() { m_log.clear(); }
+    int OpenFiles() const { return m_open; }
+
+    // --- Files
+    // ----------------------------------------------------------------------------------------------
+
+    char Delimiter() const override { return '/'; }
+    bool Exists(std::string_view path) override { return Find(path) != m_files.end() || IsFolder(path); }
+    bool IsRegularFile(std::string_view path) override {
+        const auto found = Find(path);
+        return found != m_files.end() && !found->second.special;
+    }
+    std::string Read(std::string_view path) override {
+        Step("Read", path);
+        const auto found = Existing("Read", path);
+        if (found->second.special || found->second.unreadable) {
+            throw cError(errPermissionDenied, "MemoryFiles.Read", {}, Text(path));
+        }
+        return found->second.bytes;
+    }
+    std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) override {
+        Step("OpenForOutput", path);
+        CheckFolder(path);
+        CheckWritable("OpenForOutput", m_files.find(Text(path)), path);
+        m_files[Text(path)] = Entry{};
+        return std::make_unique<Output>(*this, Text(path));
+    }
+    std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) override {
+        Step("OpenForAppend", path);
+        const auto found = Find(path);
+        if (found == m_files.end()) {
+            CheckFolder(path);
+            m_files[Text(path)] = Entry{};
+            return std::make_unique<Output>(*this, Text(path));
+        }
+        CheckWritable("OpenForAppend", found, path);
+        return std::make_unique<Output>(*this, found->first);
+    }
+    void CopyFile(std::string_view source, std::string_view target) override {
+        Step("CopyFile", target);
+        const auto from = Existing("CopyFile", source);
+        ReplaceWhole("CopyFile", target, from->second.bytes);
+    }
+    void DeleteFile(std::string_view path) override {
+        Step("DeleteFile", path);
+        const auto found = Existing("DeleteFile", path);
+        CheckWritable("DeleteFile", found, path);
+        m_files.erase(found);
+    }
+    void ReplaceFile(std::string_view path, std::string_view bytes) override {
+        Step("ReplaceFile", path);
+        ReplaceWhole("ReplaceFile", path, std::string(bytes));
+    }
+    std::vector<Text> FolderEntries(std::string_view folder) override {
+        Step("FolderEntries", folder);
+        if (!IsFolder(folder)) {
+            throw cError(errPathNotFound, "MemoryFiles.FolderEntries", {}, Text(folder));
+        }
+        std::set<Text> names;
+        const Text prefix = Text(folder) + "/";
+        const auto take = [&](const Text& path) {
+            if (path.rfind(prefix, 0) == 0) {
+                names.insert(path.substr(prefix.size(), path.find('/', prefix.size()) - prefix.size()));
+            }
+        };
+        for (const auto& [path, entry] : m_files) {
+            take(path);
+        }
+        for (const Text& path : m_folders) {
+            take(path);
+        }
+        return {names.begin(), names.end()};
+    }
+    void MakeFolder(std::string_view folder) override {
+        Step("MakeFolder", folder);
+        m_folders.insert(Text(folder));
+    }
+    void CopyForArchive(std::string_view source, std::string_view target) override {
+        Step("CopyForArchive", target);
+        const auto from = Existing("CopyForArchive", source);
+        if (from->second.special || from->second.unreadable) {
+            throw cError(errPermissionDenied, "MemoryFiles.CopyForArchive", {}, Text(source));
+        }
+        CheckFolder(target);
+        m_files[Text(target)] = Entry{from->second.bytes, false, false, false};
+    }
+    void Rename(std::string_view from, std::string_view to) override {
+        Step("Rename", from);
+        const Text oldName(from);
+        const Text newName(to);
+        std::map<Text, Entry> files;
+        for (auto& [path, entry] : m_files) {
+            files[Renamed(path, oldName, newName)] = std::move(entry);
+        }
+        m_files = std::move(files);
+        std::set<Text> folders;
+        for (const Text& path : m_folders) {
+            folders.insert(Renamed(path, oldName, newName));
+        }
+        m_folders = std::move(folders);
+    }
+    void FlushFolder(std::string_view folder) override { Step("FlushFolder", folder); }
+    void RemoveFolder(std::string_view folder) override {
+        Step("RemoveFolder", folder);
+        const Text prefix = Text(folder) + "/";
+        std::erase_if(m_files, [&](const auto& file) { return file.first.rfind(prefix, 0) == 0; });
+        std::erase_if(m_folders,
+                      [&](const Text& path) { return path == folder || path.rfind(prefix, 0) == 0; });
+    }
+
+private:
+    using Iterator = std::map<Text, Entry>::iterator;
+
+    class Output : public OutputFile {
+    public:
+        Output(MemoryFiles& files, Text path) : m_memory(files), m_path(std::move(path)) {
+            ++m_memory.m_open;
+        }
+        ~Output() override {
+            if (m_isOpen) {
+                --m_memory.m_open;
+            }
+        }
+        void Write(std::string_view bytes) override {
+            m_memory.Step("Write", m_path);
+            m_memory.m_files[m_path].bytes += bytes;
+        }
+        void Flush() override { m_memory.Step("Flush", m_path); }
+        void Close() override {
+            if (m_isOpen) {
+                m_isOpen = false;
+                --m_memory.m_open;
+                m_memory.Step("Close", m_path);
+            }
+        }
+
+    private:
+        MemoryFiles& m_memory;
+        Text m_path;
+        bool m_isOpen = true;
+    };
+
+    struct Failing {
+        Text operation;
+        Text ending;
+        std::int32_t number;
+    };
+
+    void Step(const Text& operation, std::string_view path) {
+        m_log.push_back(operation + " " + Text(path));
+        ++m_operations;
+        if (m_failAt > 0 && (m_operations == m_failAt || (m_failForGood && m_operations > m_failAt))) {
+            throw cError(m_failNumber, "MemoryFiles." + operation, {}, Text(path));
+        }
+        for (const Failing& failing : m_failOn) {
+            if (failing.operation == operation && path.ends_with(failing.ending)) {
+                throw cError(failing.number, "MemoryFiles." + operation, {}, Text(path));
+            }
+        }
+    }
+    Iterator Find(std::string_view path) {
+        const auto found = m_files.find(Text(path));
+        if (found != m_files.end()) {
+            return found;
+        }
+        return std::find_if(m_files.begin(), m_files.end(), [&](const auto& file) {
+            return paths::Folder(file.first) == paths::Folder(path) && EqualsNoCaseAscii(file.first, path);
+        });
+    }
+    Iterator Existing(const Text& operation, std::string_view path) {
+        const auto found = Find(path);
+        if (found == m_files.end()) {
+            throw cError(IsFolder(paths::Folder(path)) ? errFileNotFound : errPathNotFound,
+                         "MemoryFiles." + operation, {}, Text(path));
+        }
+        return found;
+    }
+    bool IsFolder(std::string_view path) const {
+        if (path.empty()) {
+            return true;
+        }
+        const Text prefix = Text(path) + "/";
+        return m_folders.count(Text(path)) != 0 ||
+               std::any_of(m_files.begin(), m_files.end(),
+                           [&](const auto& file) { return file.first.rfind(prefix, 0) == 0; }) ||
+               std::any_of(m_folders.begin(), m_folders.end(),
+                           [&](const Text& folder) { return folder.rfind(prefix, 0) == 0; });
+    }
+    void CheckFolder(std::string_view path) const {
+        if (!IsFolder(paths::Folder(path))) {
+            throw cError(errPathNotFound, "MemoryFiles.CheckFolder", {}, Text(path));
+        }
+    }
+    void CheckWritable(const Text& operation, Iterator file, std::string_view path) const {
+        if (file != m_files.end() && (file->second.readOnly || file->second.special)) {
+            throw cError(errPermissionDenied, "MemoryFiles." + operation, {}, Text(path));
+        }
+    }
+    void ReplaceWhole(const Text& operation, std::string_view target, std::string bytes) {
+        const auto found = Find(target);
+        if (found == m_files.end()) {
+            CheckFolder(target);
+            Put(Text(target), std::move(bytes));
+            return;
+        }
+        CheckWritable(operation, found, target);
+        found->second.bytes = std::move(bytes);
+    }
+    static Text Renamed(const Text& path, const Text& from, const Text& to) {
+        return path == from || path.rfind(from + "/", 0) == 0 ? to + path.substr(from.size()) : path;
+    }
+
+    std::map<Text, Entry> m_files;
+    std::set<Text> m_folders;
+    std::vector<Text> m_log;
+    std::vector<Failing> m_failOn;
+    int m_operations = 0;
+    int m_failAt = 0;
+    std::int32_t m_failNumber = errDevice;
+    bool m_failForGood = false;
+    int m_open = 0;
+};
+
+}  // namespace kd

@@ -81,6 +81,7 @@ public:
         const auto found = Find(path);
         return found != m_files.end() && !found->second.special;
     }
+    using Files::Read;
     std::string Read(std::string_view path) override {
         Step("Read", path);
         const auto found = Existing("Read", path);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "base/Text.h"
 #include "platform/Controls.h"
@@ -16,6 +17,14 @@ enum class BoxButtons : std::uint8_t { Ok, YesNo };
 /// Closing a question box by its frame answers No.
 enum class BoxAnswer : std::uint8_t { Ok, Yes, No };
 enum class Pointer : std::uint8_t { Default, Hourglass };
+
+/// The left top corner of a window, in pixels of the screen.
+struct Place {
+    std::int32_t left = 0;
+    std::int32_t top = 0;
+
+    bool operator==(const Place&) const = default;
+};
 
 /// A window of the program as plain state. Its widget shows the state and calls the handlers.
 class Form {
@@ -35,6 +44,10 @@ public:
         }
     }
 
+    /// Where the window opens; nothing for the middle of the screen.
+    const std::optional<Place>& OwnPlace() const noexcept { return m_place; }
+    void SetOwnPlace(Place place) { m_place = place; }
+
     bool Shown() const noexcept { return m_shown; }
     /// Ends a modal showing; the form keeps its state.
     void Hide() {
@@ -44,8 +57,8 @@ public:
         }
     }
 
-    /// Runs when the user closes the window by its frame, or by Esc where no button is the cancel button. The
-    /// window then hides.
+    /// Runs when the user closes the window by its frame. The window then hides. Esc presses the form's
+    /// cancel button; where no button is one, it does nothing.
     virtual void UserClose() { Hide(); }
 
     /// The screen's listeners.
@@ -58,6 +71,7 @@ public:
 private:
     Text m_name;
     Text m_caption;
+    std::optional<Place> m_place;
     bool m_shown = false;
 };
 

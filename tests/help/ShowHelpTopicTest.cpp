@@ -1,0 +1,85 @@
+#include "help/ShowHelpTopic.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/cError.h"
+#include "fakes/TestDesk.h"
+#include "model/modKDLimitDesk.h"
+
+namespace kd {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(ShowHelpTopic, NamesTheCatalogueLoadsItFindsTheTopicAndOpensIt) {
+    TestDesk desk;
+    desk.suite.helpTopics["Documentation"] = 0;
+    modKDLimitDesk::ShowHelpTopic(desk.g, modKDLimitDesk::DocumentationTopic);
+    EXPECT_THAT(desk.suite.log, ElementsAre("SetFileName /opt/kd/help/KDLimitDeskHelp.xml", "LoadIndex",
+                                            "FindTopic Documentation", "OpenTopic Documentation"));
+}
+
+TEST(ShowHelpTopic, EachLookupIsMadeAnew) {
+    TestDesk desk;
+    desk.suite.helpTopics["Documentation"] = 0;
+    modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
+    modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
+    EXPECT_EQ(desk.suite.helpTopics["Documentation"], 2);
+    EXPECT_EQ(desk.suite.log.size(), 8U);
+}
+
+TEST(ShowHelpTopic, UnknownTopicEndsSilently) {
+    TestDesk desk;
+    modKDLimitDesk::ShowHelpTopic(desk.g, "Video Tutorials");
+    EXPECT_THAT(desk.suite.log, ElementsAre("SetFileName /opt/kd/help/KDLimitDeskHelp.xml", "LoadIndex",
+                                            "FindTopic Video Tutorials"));
+    EXPECT_TRUE(desk.toolkit.log.empty());
+}
+
+TEST(ShowHelpTopic, FolderThatEndsInItsDelimiterGetsNoSecondOne) {
+    TestDesk desk;
+    desk.suite.helpFolder = "/opt/kd/help/";
+    modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
+    EXPECT_EQ(desk.suite.log.at(0), "SetFileName /opt/kd/help/KDLimitDeskHelp.xml");
+}
+
+TEST(ShowHelpTopic, CatalogueIsNamedAsTheProgramWithoutItsExtension) {
+    TestDesk desk;
+    desk.environment.programPath = "/opt/kd/Limits.Tool.exe";
+    modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
+    EXPECT_EQ(desk.suite.log.at(0), "SetFileName /opt/kd/help/Limits.ToolHelp.xml");
+}
+
+TEST(ShowHelpTopic, MissingCatalogueIsRaisedToTheCaller) {
+    TestDesk desk;
+    desk.suite.helpIndexMissing = true;
+    try {
+        modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
+        FAIL() << "nothing was raised";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Number(), errFileNotFound);
+    }
+    EXPECT_TRUE(desk.toolkit.log.empty());
+}
+
+TEST(JoinPath, PutsOneDelimiterBetweenTheParts) {
+    struct Case {
+        const char* label;
+        std::vector<Text> parts;
+        const char* path;
+    };
+    const Case cases[] = {{"two parts", {"C:\\help", "a.xml"}, "C:\\help\\a.xml"},
+                          {"first ends in the delimiter", {"C:\\help\\", "a.xml"}, "C:\\help\\a.xml"},
+                          {"an empty part gives one delimiter", {"a", "", "b"}, "a\\\\b"},
+                          {"an empty first part", {"", "a.xml"}, "\\a.xml"},
+                          {"one delimiter at the end is cut", {"a", "b\\"}, "a\\b"},
+                          {"only one is cut", {"a", ""}, "a\\"},
+                          {"no part", {}, ""}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(modKDLimitDesk::JoinPath("\\", c.parts), c.path) << c.label;
+    }
+}
+
+}  // namespace
+}  // namespace kd

@@ -1,0 +1,50 @@
+# Short names for the everyday jobs; each installs what it needs first. Everything is built below build/.
+JOBS ?= $(shell nproc)
+CMAKE_BUILD = cmake --build build/$(1) --parallel $(JOBS)
+
+.PHONY: help run test core bench format tidy samples clean
+
+help:
+	@echo "make run      the program on a copy of the samples (a guided run where there is no display)"
+	@echo "make test     all tests"
+	@echo "make core     the core and its tests, without Qt"
+	@echo "make bench    the benchmark at the limit of 32,767 variables"
+	@echo "make format   lays the sources out with clang-format"
+	@echo "make tidy     clang-tidy over all sources"
+	@echo "make samples  makes the sample applications anew from their tables"
+
+run:
+	@JOBS=$(JOBS) scripts/run.sh
+
+test:
+	@scripts/setup.sh build
+	cmake --preset dev
+	$(call CMAKE_BUILD,dev)
+	ctest --preset dev --parallel $(JOBS)
+
+core:
+	@scripts/setup.sh build
+	cmake --preset core
+	$(call CMAKE_BUILD,core)
+	ctest --preset core --parallel $(JOBS)
+
+bench:
+	@scripts/setup.sh build
+	cmake --preset release
+	$(call CMAKE_BUILD,release) --target bench
+
+format:
+	@scripts/setup.sh check
+	clang-format -i $$(git ls-files '*.cpp' '*.h')
+
+tidy:
+	@scripts/setup.sh build check
+	cmake --preset tidy
+	$(call CMAKE_BUILD,tidy)
+
+samples:
+	@scripts/setup.sh build
+	scripts/make_samples.py
+
+clean:
+	rm -rf build

@@ -1,0 +1,27 @@
+# Displays, for scripts to source.
+
+# Whether a program could open a window on a display of the user's.
+have_display() {
+    case "${DISPLAY:-}" in
+        '') [ -n "${WAYLAND_DISPLAY:-}" ] && ls /usr/lib/*/qt6/plugins/platforms/libqwayland*.so >/dev/null 2>&1 ;;
+        :*) local number=${DISPLAY#:}; [ -S "/tmp/.X11-unix/X${number%%.*}" ] ;;
+        *) true ;;
+    esac
+}
+
+# Starts a virtual display with a window manager, sets DISPLAY, and ends both when the script ends.
+start_virtual_display() {
+    local program number
+    for program in Xvfb openbox; do
+        command -v "$program" >/dev/null || { echo "run: $program is missing (scripts/setup.sh display)" >&2; return 1; }
+    done
+    exec {numbers}<> <(:)
+    Xvfb -displayfd "$numbers" -screen 0 1600x1000x24 -dpi 96 -nolisten tcp >/dev/null 2>&1 &
+    virtual_display=$!
+    trap 'kill "${window_manager:-$virtual_display}" "$virtual_display" 2>/dev/null' EXIT
+    read -r -t 30 -u "$numbers" number || { echo "run: the virtual display did not start" >&2; return 1; }
+    export DISPLAY=:$number
+    unset WAYLAND_DISPLAY
+    openbox >/dev/null 2>&1 &
+    window_manager=$!
+}

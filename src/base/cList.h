@@ -38,11 +38,14 @@ public:
 
     std::int32_t Count() const noexcept { return static_cast<std::int32_t>(m_records.size()); }
 
-    /// Errors as for Item.
+    /// Takes any position, above 32767 too.
+    /// @throws cError(errInvalidArgument) for a position outside 1..Count().
     void Remove(std::int32_t position) {
-        m_records.erase(m_records.begin() + static_cast<std::ptrdiff_t>(Index(position)));
+        m_records.erase(m_records.begin() + static_cast<std::ptrdiff_t>(Offset(position)));
     }
-    void Remove(std::string_view text) { Remove(PositionOf(text)); }
+    /// Unlike Item, takes every text for a key, "3" too, and no record has one.
+    /// @throws cError(errInvalidArgument) always.
+    [[noreturn]] void Remove(std::string_view /*key*/) { throw cError(errInvalidArgument, "cList.Remove"); }
 
     auto begin() const noexcept { return m_records.begin(); }
     auto end() const noexcept { return m_records.end(); }
@@ -65,6 +68,10 @@ private:
         if (position > MostRecords || position < -MostRecords - 1) {
             throw cError(errOverflow, "cList.Item");
         }
+        return Offset(position);
+    }
+
+    std::size_t Offset(std::int32_t position) const {
         if (position < 1 || position > Count()) {
             throw cError(errInvalidArgument, "cList.Item");
         }

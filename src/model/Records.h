@@ -77,7 +77,8 @@ class cMasterFiles : public cList<cMasterFile> {
 public:
     Record Add(Text filename, bool enabled);
     /// Puts the list into ascending order where `direction` begins with "A" or "a", else into descending
-    /// order. Names are compared by exact code units. Makes new records.
+    /// order. Names are compared by exact code units. Makes new records. Not stable: entries of one name may
+    /// change places.
     void Sort(std::string_view direction);
     /// Number of records that are enabled.
     std::int32_t TotalFilesEnabled() const;

@@ -61,24 +61,29 @@ Scanned Scan(std::string_view text, std::size_t at, char separator) noexcept {
     return found;
 }
 
-/// Whether a number that does not fit a double is too large (else it is too small). `text` has "." as
-/// separator.
+/// Whether a number that does not fit a double is too large (else it is too small, or 0). `text` has "." as
+/// separator, and no sign.
 bool IsTooLarge(std::string_view text) noexcept {
-    const auto exponentAt = text.find_first_of("eE");
+    const auto exponentAt = std::min(text.find_first_of("eE"), text.size());
     const auto mantissa = text.substr(0, exponentAt);
-    if (exponentAt != std::string_view::npos) {
-        auto exponent = text.substr(exponentAt + 1);
-        if (!exponent.empty() && exponent.front() == '-') {
-            // Only an absurdly long mantissa could outweigh a negative exponent.
-            const auto point = std::min(mantissa.find('.'), mantissa.size());
-            int value = 0;
-            const auto result =
-                std::from_chars(exponent.data() + 1, exponent.data() + exponent.size(), value);
-            return result.ec == std::errc() && point > static_cast<std::size_t>(value) + 300U;
-        }
-        return true;
+    const auto first = mantissa.find_first_of("123456789");
+    if (first == std::string_view::npos) {
+        return false;
     }
-    return mantissa.find('.') > 300U;
+    const auto point = std::min(mantissa.find('.'), mantissa.size());
+    // Places of the first digit that counts before the point (positive) or behind it.
+    const std::int64_t size = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first);
+    std::string_view exponent = text.substr(std::min(exponentAt + 1, text.size()));
+    const bool negative = !exponent.empty() && exponent.front() == '-';
+    if (!exponent.empty() && (negative || exponent.front() == '+')) {
+        exponent.remove_prefix(1);
+    }
+    std::int32_t power = 0;
+    const auto end = exponent.data() + exponent.size();
+    if (std::from_chars(exponent.data(), end, power).ec == std::errc::result_out_of_range) {
+        return !negative;
+    }
+    return size + (negative ? -std::int64_t{power} : std::int64_t{power}) > 0;
 }
 
 double Convert(std::string_view text, const Scanned& found, char separator) noexcept {
@@ -96,9 +101,7 @@ double Convert(std::string_view text, const Scanned& found, char separator) noex
     double value = 0;
     const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
     if (result.ec == std::errc::result_out_of_range) {
-        const bool nothingButZeros =
-            number.substr(0, number.find_first_of("eE")).find_first_of("123456789") == std::string_view::npos;
-        value = !nothingButZeros && IsTooLarge(number) ? std::numeric_limits<double>::infinity() : 0.0;
+        value = IsTooLarge(number) ? std::numeric_limits<double>::infinity() : 0.0;
     }
     return found.negative ? -value : value;
 }

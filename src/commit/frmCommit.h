@@ -17,6 +17,8 @@ public:
     bool Cancel() const noexcept { return m_cancel; }
     /// Unloads the dialog.
     void Destroy();
+    /// Closing the window counts as Cancel.
+    void UserClose() override;
     /// 0 none selected, 1 all selected (an empty list too), 2 some selected.
     std::int32_t ListState() const;
 
@@ -31,6 +33,7 @@ private:
     void cmdCancel_Click();
     void chkSelectAll_Click();
     void lstFiles_SelectionChange();
+    void ShowListState();
     Text EntryText(const cFile& file) const;
 
     Globals& m_g;

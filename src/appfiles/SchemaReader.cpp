@@ -1,0 +1,89 @@
+#include "appfiles/SchemaReader.h"
+
+#include <memory>
+
+#include "appfiles/SchemaKeys.h"
+#include "base/Numbers.h"
+
+namespace kd {
+
+/// What one file adds to the globals.
+class SchemaReader::Records {
+public:
+    Records(Globals& g, std::int32_t fileId)
+        : m_fields(*g.gFields), m_saved(*g.gSavedFields), m_fileId(fileId) {}
+
+    void Take(std::string_view group, std::string_view section, std::string_view value) {
+        if (group == "[FIELD]") {
+            if (section == group) {
+                BeginVariable();
+            } else if (const SchemaKeyReader read = FindSchemaKey(section)) {
+                read(*m_current, value);
+            }
+        } else if (group == "[RULES]" && section == "RULE") {
+            if (!m_rules.empty()) {
+                m_rules += ',';
+            }
+            m_rules += value;
+        }
+    }
+
+    /// Gives the variable in hand its twin; also when the file fails in the middle of it.
+    void EndVariable() {
+        if (m_current) {
+            m_saved.AddCopy(*m_current);
+            m_current = nullptr;
+        }
+    }
+
+    Text Rules() && { return std::move(m_rules); }
+
+private:
+    void BeginVariable() {
+        EndVariable();
+        if (m_fields.Count() >= MostRecords) {
+            throw cError(errOverflow, "SchemaReader.BeginVariable");
+        }
+        ++m_counter;
+        m_current = m_fields.Add(m_fileId, "V" + Digits(m_counter), "T", 1, 0);
+        m_current->SetVariableNo(static_cast<std::int16_t>(m_counter));  // at most MostRecords, see above
+    }
+
+    cFields& m_fields;
+    cFields& m_saved;
+    std::int32_t m_fileId;
+    std::int32_t m_counter = 0;
+    std::shared_ptr<cField> m_current;
+    Text m_rules;
+};
+
+std::string_view SchemaReader::TextOf(std::string_view path) {
+    try {
+        m_g.platform.files.Read(path, m_bytes);
+    } catch (const cError&) {
+        return {};  // by contract a file that cannot be read has no lines
+    }
+    m_text.clear();
+    m_g.platform.locale.CodePage().DecodeTo(m_bytes, m_text);
+    return m_text;
+}
+
+void SchemaReader::Read(std::string_view path, std::int32_t fileId) {
+    const auto file = m_g.gFiles->Item(fileId);
+    Records records(m_g, fileId);
+    try {
+        m_scanner.Scan(TextOf(path), [&](std::string_view group, std::string_view section,
+                                         std::string_view value) { records.Take(group, section, value); });
+    } catch (const cError& error) {
+        records.EndVariable();
+        throw error.WithPath(path);
+    }
+    records.EndVariable();
+    file->SetRules(std::move(records).Rules());
+}
+
+void modKDLimitDesk::ReadSchema(Globals& g, std::string_view path, std::int32_t fileId) {
+    SchemaReader(g).Read(path, fileId);
+}
+
+}  // namespace kd

@@ -1,0 +1,87 @@
+#include "ini/INIfile.h"
+
+#include <algorithm>
+#include <string>
+
+#include "ini/IniScanner.h"
+
+namespace kd {
+
+namespace {
+
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
+/// The bytes of a file, or none where it cannot be read.
+std::string BytesOf(Files& files, std::string_view path) {
+    try {
+        return files.Read(path);
+    } catch (const cError&) {
+        return {};  // by contract a missing or unreadable file is an empty one
+    }
+}
+
+std::string Encoded(const CodePage& page, const Text& text) {
+    std::string bytes = page.Encode(text);
+    // The page's own bytes must not look like the mark either.
+    const bool needsMark = !page.CanEncode(text) || bytes.starts_with(ByteOrderMark);
+    return needsMark ? std::string(ByteOrderMark) + text : bytes;
+}
+
+void AppendBlanks(Text& text, std::int64_t count) {
+    if (count > 0) {
+        text.append(static_cast<std::size_t>(count), ' ');
+    }
+}
+
+}  // namespace
+
+void INIfile::LoadFile(std::string_view path) {
+    m_lines.Clear();
+    const CodePage& page = m_locale.CodePage();
+    const std::string bytes = BytesOf(m_files, path);
+    const bool marked = bytes.starts_with(ByteOrderMark);
+    const Text text = marked ? bytes.substr(ByteOrderMark.size()) : page.Decode(bytes);
+    IniScanner(page).Scan(text,
+                          [&](std::string_view group, std::string_view section, std::string_view value) {
+                              m_lines.Add(Text(group), Text(section), Text(value));
+                          });
+}
+
+void INIfile::SaveFile(std::string_view path) {
+    if (m_lines.Count() > MostRecords) {
+        throw cError(errOverflow, "INIfile.SaveFile", {}, Text(path));
+    }
+    Text text;
+    for (const auto& line : m_lines) {
+        AppendLine(*line, text);
+        text += CrLf;
+    }
+    try {
+        m_files.ReplaceFile(path, Encoded(m_locale.CodePage(), text));
+    } catch (const cError&) {  // by contract without a word
+    }
+}
+
+void INIfile::AppendLine(const INIline& line, Text& text) const {
+    const CodePage& page = m_locale.CodePage();
+    const std::string_view section = Trim(line.Section());
+    if (section.empty()) {
+        text += page.Upper(Trim(line.Group()));
+        return;
+    }
+    const Text key = m_ucaseSection ? page.Upper(section) : Text(section);
+    AppendBlanks(text, m_leadingSpaces);
+    text += key;
+    const std::int64_t width =
+        std::max<std::int64_t>(m_leadingSpaces, 0) + static_cast<std::int64_t>(CharacterCount(key));
+    AppendBlanks(text, std::int64_t{m_equalPos} - 1 - width);
+    const std::string_view value = Trim(line.Value());
+    if (value.empty()) {
+        text += '=';
+    } else {
+        text += "= ";
+        text += value;
+    }
+}
+
+}  // namespace kd

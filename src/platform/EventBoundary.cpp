@@ -15,13 +15,13 @@ Text UnhandledErrorText(const cError& error) {
     return text;
 }
 
-bool AtEventBoundary(Platform& platform, const std::function<void()>& putBack,
+bool AtEventBoundary(Toolkit& toolkit, const std::function<void()>& putBack,
                      const std::function<void()>& handler) {
     const auto report = [&](const cError& error) {
         if (putBack) {
             putBack();
         }
-        platform.toolkit.Say(UnhandledErrorText(error), BoxIcon::Critical);
+        toolkit.Say(UnhandledErrorText(error), BoxIcon::Critical);
     };
     try {
         handler();

@@ -16,7 +16,11 @@ Text UnhandledErrorText(const cError& error);
 /// itself stops it where it is, without undoing; `putBack` then restores pointer, redraw and progress bar,
 /// one critical box tells what happened, and the program goes on. Nothing escapes.
 /// @returns whether the handler ran to its end.
-bool AtEventBoundary(Platform& platform, const std::function<void()>& putBack,
+bool AtEventBoundary(Toolkit& toolkit, const std::function<void()>& putBack,
                      const std::function<void()>& handler);
+inline bool AtEventBoundary(Platform& platform, const std::function<void()>& putBack,
+                            const std::function<void()>& handler) {
+    return AtEventBoundary(platform.toolkit, putBack, handler);
+}
 
 }  // namespace kd

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <utility>
 
 #include "base/Text.h"
 #include "platform/Controls.h"
@@ -48,6 +49,11 @@ public:
     const std::optional<Place>& OwnPlace() const noexcept { return m_place; }
     void SetOwnPlace(Place place) { m_place = place; }
 
+    /// Name of the control that had the keyboard when the form was last hidden; kept by the screen, so that a
+    /// form that is shown again begins there.
+    const Text& FocusedControl() const noexcept { return m_focusedControl; }
+    void SetFocusedControl(Text name) { m_focusedControl = std::move(name); }
+
     bool Shown() const noexcept { return m_shown; }
     /// Ends a modal showing; the form keeps its state.
     void Hide() {
@@ -72,6 +78,7 @@ private:
     Text m_name;
     Text m_caption;
     std::optional<Place> m_place;
+    Text m_focusedControl;
     bool m_shown = false;
 };
 

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+#include "base/Text.h"
+
+/// The one door between the program's Text and the toolkit's strings.
+namespace kd {
+
+inline QString ToQt(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+inline Text FromQt(const QString& text) {
+    return text.toStdString();
+}
+
+/// For a QString property that is read as plain or rich text as the toolkit guesses, such as a tool tip: the
+/// same characters, never taken for markup.
+inline QString ToPlainToolTip(const QString& text) {
+    return text.isEmpty() ? QString()
+                          : QStringLiteral("<p style='white-space:pre'>") + text.toHtmlEscaped() +
+                                QStringLiteral("</p>");
+}
+
+}  // namespace kd

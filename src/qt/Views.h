@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QWheelEvent>
+
+#include <functional>
+
+/// Widgets that leave to their control what the toolkit's own would decide themselves.
+namespace kd {
+
+/// A check box whose click changes nothing by itself.
+class CheckBoxView : public QCheckBox {
+public:
+    explicit CheckBoxView(QWidget* parent = nullptr) : QCheckBox(parent) { setTristate(true); }
+
+protected:
+    void nextCheckState() override {}
+};
+
+/// A radio button whose click changes nothing by itself.
+class OptionView : public QRadioButton {
+public:
+    explicit OptionView(QWidget* parent = nullptr) : QRadioButton(parent) { setAutoExclusive(false); }
+
+protected:
+    void nextCheckState() override {}
+};
+
+/// An edit field with a list: typed text stays as typed (no completion, no jump to a like entry), and nothing
+/// but opening the list and choosing from it touches the list.
+class ComboBoxView : public QComboBox {
+public:
+    explicit ComboBoxView(QWidget* parent = nullptr) : QComboBox(parent) {
+        setEditable(true);
+        setInsertPolicy(QComboBox::NoInsert);
+        setDuplicatesEnabled(true);  // else Enter replaces the text by an entry in another case
+        setCompleter(nullptr);
+        setMaxVisibleItems(21);
+    }
+    std::function<void()> AboutToDropDown;
+    void showPopup() override {
+        if (AboutToDropDown) {
+            AboutToDropDown();
+        }
+        QComboBox::showPopup();
+    }
+
+protected:
+    // The wheel over the closed field would choose from the list by accident.
+    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+};
+
+/// A line of text that never widens its window: what does not fit is cut in the middle, and the whole text is
+/// the tool tip.
+class StatusPanel : public QLabel {
+public:
+    explicit StatusPanel(QWidget* parent = nullptr);
+    QSize minimumSizeHint() const override;
+    QSize sizeHint() const override;
+    /// What is drawn at the present width.
+    QString ShownText() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace kd

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QStringList>
+
+#include "platform/Services.h"
+
+namespace kd {
+
+/// The open-file dialog over the toolkit's: the platform's own where there is one, else a widget with the
+/// object name FileDialog.
+class QtFileDialog : public FileDialog {
+public:
+    std::optional<std::vector<Text>> OpenFiles(const OpenFileRequest& request) override;
+
+    /// The file dialog's filter: the description and its patterns. With `spellOutCase` each letter of a
+    /// pattern is given in both cases, for platforms that tell cases apart.
+    static QString NameFilter(const OpenFileRequest& request, bool spellOutCase);
+    /// The paths in the service's shapes: one full path; or the folder, then each name in it.
+    static std::vector<Text> Shape(const QStringList& paths);
+};
+
+}  // namespace kd

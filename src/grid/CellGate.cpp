@@ -1,0 +1,126 @@
+#include "grid/CellGate.h"
+
+#include <algorithm>
+#include <array>
+
+#include "grid/ColumnCatalogue.h"
+#include "model/Decimals.h"
+
+namespace kd {
+
+namespace {
+
+using namespace modKDLimitDesk;
+
+constexpr std::array<std::string_view, 9> ReportTypes{"V", "VT", "A", "A1", "A3", "A5", "A10", "A20", "A30"};
+constexpr std::array<std::string_view, 3> RequiredMarks{"Y", "N", "P"};
+constexpr std::array<std::string_view, 2> UpperCaseMarks{"Y", "N"};
+
+/// Whether the text is one of the words, in any case.
+template <std::size_t N>
+bool IsOneOf(const std::array<std::string_view, N>& words, std::string_view text) {
+    return std::any_of(words.begin(), words.end(),
+                       [&](std::string_view word) { return EqualsNoCaseAscii(word, text); });
+}
+
+bool IsNumberFrom(double least, std::string_view text, const Locale& locale) {
+    return !text.empty() && IsNumericText(text, locale) && ParseCellNumber(text, locale) >= least;
+}
+
+bool IsLimitText(std::string_view text, const Locale& locale) {
+    return EqualsNoCaseAscii(text, "C") || EqualsNoCaseAscii(text, "B") || IsNumericText(text, locale);
+}
+
+/// Whether every character stands for a rule of the catalogue.
+bool AreRuleLetters(std::string_view text, const Globals& g) {
+    const Text letters = g.platform.locale.CodePage().Upper(text);
+    for (std::size_t at = 0; at < letters.size();) {
+        const std::size_t next = at + ByteOffset(std::string_view(letters).substr(at), 2);
+        if (g.gRuleLetters.find(letters.substr(at, next - at)) == Text::npos) {
+            return false;
+        }
+        at = next;
+    }
+    return true;
+}
+
+}  // namespace
+
+bool IsNumericText(std::string_view text, const Locale& locale) {
+    const Text normalized = NormalizeDecimalText(text, locale);
+    // The outcome is empty for a text that mixes both separators, and the empty text is no number.
+    return IsNumber(normalized, LocaleDecimalSeparator(locale));
+}
+
+double ParseCellNumber(std::string_view text, const Locale& locale) {
+    const Text normalized = NormalizeDecimalText(text, locale);
+    return normalized.empty() ? 0 : ToDouble(normalized, LocaleDecimalSeparator(locale));
+}
+
+bool IsCellValueValid(Desk& desk, std::int32_t row, std::int32_t screenCol, std::string_view text) {
+    (void)row;  // what may stand in a cell depends on the column alone
+    const Locale& locale = desk.g.platform.locale;
+    const std::int32_t number = desk.Grid.ColData(screenCol);
+    switch (number) {
+        case 7:
+        case 19:
+            return IsNumberFrom(1, text, locale);
+        case 9:
+        case 17:
+            return !text.empty() && IsNumericText(text, locale);
+        case 10:
+        case 11:
+        case 12:
+        case 13:
+        case 14:
+        case 15:
+        case 16:
+            return IsLimitText(text, locale);
+        case 18:
+            // Deliberate: a search of the text, so that a run of letters such as "NA" passes and "n" does
+            // not. CellGateTest.ARunOfTypeLettersPasses
+            return !text.empty() && std::string_view("NARCTPL").find(text) != std::string_view::npos;
+        case 20:
+        case 25:
+            return IsNumberFrom(0, text, locale);
+        case 22:
+            return IsOneOf(ReportTypes, text);
+        case 23:
+            return IsOneOf(LimitMethodWords, text);
+        case 24:
+            return IsOneOf(TargetMethodWords, text);
+        case 26:
+            return IsOneOf(RequiredMarks, text);
+        case 29:
+            return AreRuleLetters(text, desk.g);
+        case 35:
+            return IsOneOf(UpperCaseMarks, text);
+        default:
+            return true;
+    }
+}
+
+void SetCellValue(Desk& desk, std::int32_t row, std::int32_t screenCol, std::string_view text) {
+    Globals& g = desk.g;
+    const Text given(text);  // it may be a view of the very cell that is written
+    const std::int32_t key = desk.Grid.RowData(row);
+    const std::int32_t number = desk.Grid.ColData(screenCol);
+    if (number < FirstVariableColumn || number > ColumnCount) {
+        return;  // the view's own columns hold no value of the variable: their cells keep their text
+    }
+    cField& field = g.gFields->Ref(key);
+    field.SetValue(number, vmGrid, given, g.platform);
+    desk.Grid.SetTextMatrix(row, screenCol, field.ValueText(number, vmGrid, g.platform.locale));
+    const Text saved = g.gSavedFields->Ref(key).ValueText(number, vmGrid, g.platform.locale);
+    // Deliberate: the text as given counts, not as it is shown, so that "12.5" over "12.500" is a change.
+    // CellGateTest.TheMarkComparesTheTextAsGiven
+    if (given != saved) {
+        desk.Grid.SetBackColor(row, screenCol, ChangedColour);
+        g.gFiles->Ref(field.FileID()).SetChangesMade(true);
+    } else {
+        desk.Grid.SetBackColor(row, screenCol, 0);
+    }
+    desk.Grid.Refresh();
+}
+
+}  // namespace kd

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <vector>
 
 #include "grid/Desk.h"
 #include "platform/Toolkit.h"
@@ -16,6 +18,8 @@ struct Bounds {
 
     bool operator==(const Bounds&) const = default;
 };
+
+class GridEvents;
 
 /// The main window: wiring. It owns the controls, joins events and menu entries to the commands in their
 /// folders, and holds the order of start, load and end. Everything that comes from the user passes the event
@@ -55,15 +59,19 @@ public:
     std::function<void()> Unload;
 
 private:
+    void SetUpMenus();
     void WireMenus();
     void WireGrid();
     /// A handler behind the event boundary.
     std::function<void()> Guarded(std::function<void()> handler);
     void PutBack();
-    void ManageApplications();
+    bool RunStart(std::uintptr_t window);
+    void mnuFile_Click();
+    void mnuApplications_Click();
 
     Globals& m_g;
     Desk m_desk;
+    std::unique_ptr<GridEvents> m_gridEvents;
     std::vector<MenuItem*> m_menuBar;
     bool m_maximised = false;
 };

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+
+#include "grid/Desk.h"
+
+namespace kd {
+
+/// The grid under mouse and keyboard: joins itself to the events of the desk's grid for as long as it lives.
+class GridEvents {
+public:
+    explicit GridEvents(Desk& desk);
+    ~GridEvents();
+    GridEvents(const GridEvents&) = delete;
+    GridEvents& operator=(const GridEvents&) = delete;
+
+    /// A header cell was pressed; nothing happens while empty.
+    std::function<void(std::int32_t screenCol)> ShowColumnFilter;
+    /// Tool tip of a header cell; empty text while empty.
+    std::function<Text(std::int32_t screenCol)> GetFilterCaption;
+    /// Wraps each handler, so that no failure reaches the event loop. Set before the first event.
+    std::function<void(const std::function<void()>&)> Boundary = [](const auto& handler) { handler(); };
+
+    void Grid_BeforeMouseDown(MouseButton button, bool& cancel);
+    void Grid_MouseDown(MouseButton button);
+    void Grid_MouseUp(MouseButton button);
+    void Grid_MouseMove();
+    void Grid_BeforeEdit(std::int32_t row, std::int32_t screenCol, bool& cancel) const;
+    void Grid_ValidateEdit(std::int32_t row, std::int32_t screenCol, bool& cancel);
+    void Grid_AfterEdit(std::int32_t row, std::int32_t screenCol);
+    void Grid_RowColChange();
+    void Grid_KeyDown(int keyCode, int shift);
+
+private:
+    /// Whether the pointer is over a data cell of an editable column.
+    bool OverEditableCell() const;
+
+    Desk& m_desk;
+    std::int32_t m_lastMouseRow = -1;
+    std::int32_t m_lastMouseCol = -1;
+};
+
+}  // namespace kd

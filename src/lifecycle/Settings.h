@@ -1,0 +1,17 @@
+#pragma once
+
+#include "model/Globals.h"
+
+/// The settings file: the list of applications and the recent filter criteria, between runs.
+namespace kd::modKDLimitDesk {
+
+/// Takes a new gMasterFiles, gRecents and gFiles, and fills the first two from the file: the applications
+/// sorted and all enabled, the criteria in the file's order. A missing or unreadable file leaves both empty,
+/// without a word.
+void ReadSettings(Globals& g, std::string_view path);
+
+/// Replaces the file by the present criteria and applications, disabled ones too. What fails on the disk is
+/// not told.
+void WriteSettings(Globals& g, std::string_view path);
+
+}  // namespace kd::modKDLimitDesk

@@ -1,0 +1,190 @@
+#include "lifecycle/frmKDLimitDesk.h"
+
+#include <utility>
+
+#include "admin/ManageApplications.h"
+#include "appfiles/LoadApplications.h"
+#include "base/Scope.h"
+#include "commit/CommitChanges.h"
+#include "grid/ColumnCatalogue.h"
+#include "grid/GridEvents.h"
+#include "help/ShowHelpTopic.h"
+#include "lifecycle/Settings.h"
+#include "lifecycle/StartUp.h"
+#include "model/modKDLimitDesk.h"
+#include "platform/EventBoundary.h"
+
+namespace kd {
+
+using namespace modKDLimitDesk;
+
+frmKDLimitDesk::frmKDLimitDesk(Globals& g)
+    : Form("frmKDLimitDesk"), m_g(g), m_desk(g), m_gridEvents(std::make_unique<GridEvents>(m_desk)) {
+    m_desk.Grid.SetFixedRows(1);
+    m_desk.Grid.SetRows(1);
+    m_desk.mnuShowPaths.SetChecked(false);
+    m_desk.mnuShowOnlyNumericVariables.SetChecked(false);
+    m_desk.mnuShowAll.SetChecked(false);
+    SetUpMenus();
+    WireMenus();
+    WireGrid();
+}
+
+frmKDLimitDesk::~frmKDLimitDesk() = default;
+
+void frmKDLimitDesk::SetUpMenus() {
+    Desk& d = m_desk;
+    d.mnuFile.SetEntries({&d.mnuApplications, &d.mnuCommit, nullptr, &d.mnuClose});
+    d.mnuEdit.SetEntries({&d.mnuEditRestore, nullptr, &d.mnuEditCut, &d.mnuEditCopy, &d.mnuEditPaste, nullptr,
+                          &d.mnuEditFill, &d.mnuEditReplace});
+    d.mnuOptions.SetEntries({&d.mnuClearFilters});
+    d.mnuView.SetEntries({&d.mnuShowPaths, &d.mnuShowOnlyNumericVariables, &d.mnuShowAll});
+    d.mnuHelp.SetEntries({&d.mnuHelpAbout});
+    d.mnuEditMenu.SetEntries(
+        {&d.mnuRestore, nullptr, &d.mnuCut, &d.mnuCopy, &d.mnuPaste, nullptr, &d.mnuFill, &d.mnuReplace});
+    m_menuBar = {&d.mnuFile, &d.mnuEdit, &d.mnuOptions, &d.mnuView, &d.mnuHelp};
+}
+
+void frmKDLimitDesk::WireMenus() {
+    Desk& d = m_desk;
+    d.mnuFile.Click = Guarded([this] { mnuFile_Click(); });
+    d.mnuApplications.Click = Guarded([this] { mnuApplications_Click(); });
+    d.mnuCommit.Click = Guarded([this] { CommitChanges(m_desk); });
+    d.mnuClose.Click = Guarded([this] {
+        if (Unload) {
+            Unload();
+        }
+    });
+
+    // An edit under way is settled before a menu shows what can be done with it.
+    for (MenuItem* menu : {&d.mnuEdit, &d.mnuOptions, &d.mnuView}) {
+        menu->Click = Guarded([this] { CloseCellEditor(m_desk); });
+    }
+
+    // The main menu's entries forward to the pop-up's, which hold the commands.
+    const std::pair<MenuItem*, MenuItem*> forwarded[] = {
+        {&d.mnuEditRestore, &d.mnuRestore}, {&d.mnuEditCut, &d.mnuCut},   {&d.mnuEditCopy, &d.mnuCopy},
+        {&d.mnuEditPaste, &d.mnuPaste},     {&d.mnuEditFill, &d.mnuFill}, {&d.mnuEditReplace, &d.mnuReplace}};
+    for (const auto& [entry, command] : forwarded) {
+        entry->Click = [target = command] {
+            if (target->Click) {
+                target->Click();
+            }
+        };
+    }
+
+    // Commands that are not there yet.
+    for (MenuItem* entry : {&d.mnuEditRestore, &d.mnuEditCut, &d.mnuEditCopy, &d.mnuEditPaste, &d.mnuEditFill,
+                            &d.mnuEditReplace, &d.mnuRestore, &d.mnuCut, &d.mnuCopy, &d.mnuPaste, &d.mnuFill,
+                            &d.mnuReplace, &d.mnuClearFilters, &d.mnuShowPaths,
+                            &d.mnuShowOnlyNumericVariables, &d.mnuShowAll, &d.mnuHelpAbout}) {
+        entry->SetEnabled(false);
+    }
+}
+
+void frmKDLimitDesk::WireGrid() {
+    m_gridEvents->Boundary = [this](const std::function<void()>& handler) {
+        (void)AtEventBoundary(
+            m_g.platform, [this] { PutBack(); }, handler);  // the box has told what failed
+    };
+}
+
+std::function<void()> frmKDLimitDesk::Guarded(std::function<void()> handler) {
+    return [this, handler = std::move(handler)] {
+        (void)AtEventBoundary(
+            m_g.platform, [this] { PutBack(); }, handler);  // the box has told what failed
+    };
+}
+
+void frmKDLimitDesk::PutBack() {
+    m_g.platform.toolkit.SetMousePointer(Pointer::Default);
+    m_desk.Grid.SetRedraw(true);
+    m_desk.ProgressBar1.SetValue(0);
+}
+
+Bounds frmKDLimitDesk::Centred(std::int32_t screenWidth, std::int32_t screenHeight, std::int32_t width,
+                               std::int32_t height) {
+    return {(screenWidth - width) / 2, (screenHeight - height) / 2, width, height};
+}
+
+bool frmKDLimitDesk::Form_Load(std::uintptr_t window) {
+    bool goesOn = false;
+    // A failure that ends the start ends the program: there is nothing yet to go on with.
+    const bool ended = !AtEventBoundary(
+        m_g.platform, [this] { PutBack(); }, [&] { goesOn = RunStart(window); });
+    return goesOn && !ended;
+}
+
+bool frmKDLimitDesk::RunStart(std::uintptr_t window) {
+    SetCaption("KD LimitDesk (v" + Digits(KD_VERSION_MAJOR) + "." + Digits(KD_VERSION_MINOR) + "." +
+               Digits(KD_VERSION_REVISION) + ")");
+    m_g.gSettingsPath = SettingsPath(m_g);
+    m_maximised = true;
+    LoadRuleCatalogue(m_g);
+    if (m_g.platform.files.Exists(m_g.gSettingsPath)) {
+        ReadSettings(m_g, m_g.gSettingsPath);
+    } else {
+        ReadSettings(m_g, FallbackSettingsPath(m_g));
+        WriteSettings(m_g, m_g.gSettingsPath);
+    }
+    m_g.gStartingUp = true;
+    const Scope started([this] { m_g.gStartingUp = false; });
+    m_g.gUserName = GetUserName(m_g, window);
+    if (m_g.gUserName.empty()) {
+        return false;
+    }
+    m_desk.mnuApplications.Click();  // the command with its own boundary: a stopped load does not end the program
+    return m_g.gMasterFiles->Count() > 0;
+}
+
+void frmKDLimitDesk::mnuFile_Click() {
+    CloseCellEditor(m_desk);
+    m_desk.mnuCommit.SetEnabled(AnyChanges(m_g));
+}
+
+void frmKDLimitDesk::mnuApplications_Click() {
+    ManageApplications(
+        m_g, {[this] { WriteSettings(m_g, m_g.gSettingsPath); }, [this] { LoadAndShowApplications(); },
+              [this] { ShowHelpTopic(m_g, DocumentationTopic); }});
+}
+
+void frmKDLimitDesk::LoadAndShowApplications() {
+    Toolkit& toolkit = m_g.platform.toolkit;
+    m_desk.ProgressBar1.SetValue(0);
+    m_desk.Panel1.SetCaption({});
+    m_desk.mnuShowPaths.SetChecked(true);
+    m_desk.mnuShowOnlyNumericVariables.SetChecked(true);
+    BuildColumnCatalogue(m_g);
+    SetupGridColumns(m_desk);
+    toolkit.ShowModeless(*this);
+    for (int pass = 0; pass < 3; ++pass) {
+        toolkit.ProcessEvents();
+    }
+    toolkit.SetMousePointer(Pointer::Hourglass);
+    LoadApplications(m_desk);
+    m_desk.ProgressBar1.SetValue(0);
+    toolkit.ProcessEvents();
+    toolkit.SetMousePointer(Pointer::Default);
+}
+
+bool frmKDLimitDesk::Form_QueryUnload() {
+    if (!AnyChanges(m_g)) {
+        return true;
+    }
+    return m_g.platform.toolkit.MessageBox(
+               "You have outstanding changes. Are you sure you want to quit without saving?",
+               BoxIcon::Question, BoxButtons::YesNo, "KD LimitDesk") == BoxAnswer::Yes;
+}
+
+frmKDLimitDesk::Layout frmKDLimitDesk::Form_Resize(const Bounds& inner, std::int32_t gridTop,
+                                                   std::int32_t statusBarHeight,
+                                                   std::int32_t progressBarHeight, std::int32_t pixel) {
+    const std::int32_t margin = 4 * pixel;
+    Layout layout;
+    layout.progressBar = {0, inner.height - statusBarHeight - progressBarHeight, inner.width,
+                          progressBarHeight};
+    layout.grid = {inner.left + margin, gridTop, inner.width - 2 * margin, layout.progressBar.top - gridTop};
+    return layout;
+}
+
+}  // namespace kd

@@ -1,0 +1,65 @@
+#include "platform/EventBoundary.h"
+
+#include <gtest/gtest.h>
+
+#include <new>
+#include <stdexcept>
+
+#include "fakes/TestDesk.h"
+
+namespace kd {
+namespace {
+
+TEST(EventBoundaryTest, WordsOfAFailure) {
+    EXPECT_EQ(UnhandledErrorText(cError(6, "cList.Item")), "Run-time error '6':\r\nOverflow");
+    EXPECT_EQ(UnhandledErrorText(cError(13, "x", "In other words.")),
+              "Run-time error '13':\r\nIn other words.");
+    EXPECT_EQ(UnhandledErrorText(cError(70, "x", {}, "/data/plant.kdt")),
+              "Run-time error '70':\r\nPermission denied\r\n/data/plant.kdt");
+}
+
+TEST(EventBoundaryTest, HandlerThatEndsWellSaysNothing) {
+    TestDesk desk;
+    int ran = 0;
+    int putBack = 0;
+    EXPECT_TRUE(AtEventBoundary(
+        desk.platform, [&] { ++putBack; }, [&] { ++ran; }));
+    EXPECT_EQ(ran, 1);
+    EXPECT_EQ(putBack, 0);
+    EXPECT_TRUE(desk.toolkit.log.empty());
+}
+
+TEST(EventBoundaryTest, FailureIsToldInOneCriticalBoxAfterAllIsPutBack) {
+    TestDesk desk;
+    desk.toolkit.ExpectBox("Run-time error '53':\r\nFile not found\r\na.kdt", BoxIcon::Critical,
+                           "KDLimitDesk");
+    bool after = false;
+    EXPECT_FALSE(AtEventBoundary(
+        desk.platform, [&] { desk.toolkit.SetMousePointer(Pointer::Default); },
+        [&] {
+            desk.toolkit.SetMousePointer(Pointer::Hourglass);
+            throw cError(errFileNotFound, "Files.Read", {}, "a.kdt");
+            after = true;
+        }));
+    EXPECT_FALSE(after);
+    EXPECT_EQ(desk.toolkit.log,
+              (std::vector<std::string>{"hourglass", "default",
+                                        "box Run-time error '53':\r\nFile not found\r\na.kdt"}));
+}
+
+TEST(EventBoundaryTest, NothingToPutBackIsFine) {
+    TestDesk desk;
+    desk.toolkit.ExpectBox("Run-time error '9':\r\nSubscript out of range", BoxIcon::Critical);
+    EXPECT_FALSE(AtEventBoundary(desk.platform, nullptr, [] { throw cError(errSubscript, "x"); }));
+}
+
+TEST(EventBoundaryTest, OtherFailuresGetANumberToo) {
+    TestDesk desk;
+    desk.toolkit.ExpectBox("Run-time error '7':\r\nOut of memory", BoxIcon::Critical);
+    EXPECT_FALSE(AtEventBoundary(desk.platform, nullptr, [] { throw std::bad_alloc(); }));
+    desk.toolkit.ExpectBox("Run-time error '5':\r\nodd", BoxIcon::Critical);
+    EXPECT_FALSE(AtEventBoundary(desk.platform, nullptr, [] { throw std::runtime_error("odd"); }));
+}
+
+}  // namespace
+}  // namespace kd

@@ -281,6 +281,17 @@ TEST(MenuItemTest, DisabledEntryDoesNothing) {
     EXPECT_EQ(clicks, 1);
 }
 
+TEST(FormTest, KeepsItsPlaceAndWhoHadTheFocus) {
+    Form form("frmAutoFilter");
+    EXPECT_FALSE(form.OwnPlace().has_value());
+    EXPECT_EQ(form.FocusedControl(), "");
+    form.SetOwnPlace({});
+    form.SetFocusedControl("txtFind");
+    form.Hide();
+    EXPECT_TRUE(form.OwnPlace().has_value());
+    EXPECT_EQ(form.FocusedControl(), "txtFind");
+}
+
 TEST(FormTest, HidingEndsTheShowingAndKeepsTheState) {
     Form form("frmFill");
     std::vector<Text> log;

@@ -33,15 +33,12 @@ TEST(EventBoundaryTest, FailureIsToldInOneCriticalBoxAfterAllIsPutBack) {
     TestDesk desk;
     desk.toolkit.ExpectBox("Run-time error '53':\r\nFile not found\r\na.kdt", BoxIcon::Critical,
                            "KDLimitDesk");
-    bool after = false;
     EXPECT_FALSE(AtEventBoundary(
         desk.platform, [&] { desk.toolkit.SetMousePointer(Pointer::Default); },
         [&] {
             desk.toolkit.SetMousePointer(Pointer::Hourglass);
             throw cError(errFileNotFound, "Files.Read", {}, "a.kdt");
-            after = true;
         }));
-    EXPECT_FALSE(after);
     EXPECT_EQ(desk.toolkit.log,
               (std::vector<std::string>{"hourglass", "default",
                                         "box Run-time error '53':\r\nFile not found\r\na.kdt"}));

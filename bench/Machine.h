@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "DiskFiles.h"
+#include "fakes/FakeServices.h"
+#include "fakes/FakeSuite.h"
+#include "model/Globals.h"
+#include "platform/Platform.h"
+
+namespace kd::bench {
+
+/// Nobody sits before it: a box is a failure, passes of the message loop do nothing.
+class SilentToolkit : public Toolkit {
+public:
+    /// @throws std::runtime_error always: no job of the benchmark has anything to say.
+    BoxAnswer MessageBox(std::string_view text, BoxIcon icon, BoxButtons buttons,
+                         std::string_view title) override;
+    void ShowModal(Form& form) override;
+    void ShowModeless(Form& /*form*/) override {}
+    void ShowPopupMenu(MenuItem& /*menu*/) override {}
+    void ProcessEvents() override {}
+    Pointer MousePointer() const override { return m_pointer; }
+    void SetMousePointer(Pointer pointer) override { m_pointer = pointer; }
+    std::int32_t ScreenWidth() const override { return 1920; }
+    std::int32_t ScreenHeight() const override { return 1080; }
+
+private:
+    Pointer m_pointer = Pointer::Default;
+};
+
+/// The machine under the benchmark: real files, and the suite's services for the given applications.
+struct Machine {
+    explicit Machine(const std::vector<std::string>& templates);
+
+    DiskFiles files;
+    SilentToolkit toolkit;
+    FakeLocale locale;
+    FakeClock clock;
+    FakeEnvironment environment;
+    FakeShell shell;
+    FakeFileDialog fileDialog;
+    FakeSuite suite;
+    Platform platform{files, toolkit, locale, clock, environment, shell, fileDialog, suite};
+    Globals g{platform};
+};
+
+/// Paths of all files below a folder, in order; the templates among them.
+std::vector<std::string> AllFiles(const std::string& folder);
+std::vector<std::string> Templates(const std::vector<std::string>& files);
+
+}  // namespace kd::bench

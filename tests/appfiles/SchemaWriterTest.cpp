@@ -418,7 +418,7 @@ TEST(SaveSchemaTest, AFailedSaveKeepsItsTemporaryFileOpenSoThatTheNextOneFailsWi
 TEST(SaveSchemaTest, AFailedSaveBlocksTheOtherViewsThatShareItsTemporaryPathAndNoOthers) {
     WriteDesk t;
     t.g.gFiles->Add("/apps/plant.kdt", {}, {}, 1);
-    t.g.gFiles->Add("/apps/mill.kdt", {}, {}, 1);
+    t.g.gFiles->Add("/apps/mill.kdt", {}, {}, 1)->SetBegFieldPtr(1);
     t.files.FailOn("Flush", ".temp", errDevice);
     t.ExpectBox("Error 57: Device I/O error occurred in SaveSchema.");
     EXPECT_FALSE(t.Save());

@@ -1,0 +1,105 @@
+#include "appfiles/Variables.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/Builders.h"
+
+namespace kd {
+namespace {
+
+using namespace modKDLimitDesk;
+
+TEST(MaxForMaskTest, BoundsFillTheMask) {
+    struct Case {
+        std::int32_t length;
+        std::int32_t decimals;
+        double max;
+        double min;
+    };
+    const Case cases[] = {
+        {6, 2, 999.99, -99.99}, {5, 0, 99999, -9999}, {3, 2, .99, 0}, {3, 1, 9.9, -.9},    {1, 0, 9, 0},
+        {2, 0, 99, -9},         {2, 1, .9, 0},        {0, 0, 0, 0},   {4, -1, 9999, -999},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(MaxForMask(c.length, c.decimals), c.max) << c.length << "." << c.decimals;
+        EXPECT_EQ(MinForMask(c.length, c.decimals), c.min) << c.length << "." << c.decimals;
+    }
+}
+
+TEST(MaxForMaskTest, AMaskWithoutPlaceForThePointOrBeyondADoubleFails) {
+    struct Case {
+        std::int32_t length;
+        std::int32_t decimals;
+        std::int32_t error;
+    };
+    for (const Case& c : {Case{2, 2, errInvalidArgument}, Case{0, 1, errInvalidArgument},
+                          Case{-1, 0, errInvalidArgument}, Case{400, 0, errOverflow}}) {
+        for (const auto bound : {&MaxForMask, &MinForMask}) {
+            std::int32_t error = 0;
+            try {
+                (void)bound(c.length, c.decimals);
+            } catch (const cError& failure) {
+                error = failure.Number();
+            }
+            EXPECT_EQ(error, c.error) << c.length << "." << c.decimals;
+        }
+    }
+}
+
+TEST(TranslateRulesTest, LettersOfTheFileBecomeThoseOfTheCatalogueInItsOrder) {
+    struct Case {
+        const char* label;
+        const char* catalogue;
+        const char* view;
+        const char* letters;
+        const char* translated;
+    };
+    const Case cases[] = {
+        {"second of the file is first of the catalogue", "Y,Z", "X,Y", "B", "A"},
+        {"catalogue's order", "X,Y,Z", "Z,Y,X", "ACB", "ABC"},
+        {"file's letters in any order", "X,Y", "X,Y", "BA", "AB"},
+        {"small letters", "X,Y", "X,Y", "ab", "AB"},
+        {"names in any case", "point Limit,Y", "POINT LIMIT", "A", "A"},
+        {"names beyond ASCII in any case", "\xC3\x84", "\xC3\xA4", "A", "A"},
+        {"rule outside the catalogue is dropped", "Y", "X,Y", "AB", "A"},
+        {"rule that the file lacks", "X,Y", "Y", "A", "B"},
+        {"letter without a name", "X", "X", "AZ", "A"},
+        {"first of two equal names of the file", "X", "X,X", "B", ""},
+        {"two equal names of the catalogue", "X,X", "X", "A", "AB"},
+        {"no rules in the file", "X", "", "A", ""},
+        {"no catalogue", "", "X", "A", ""},
+        {"an empty name between two", "A1,,B1", "B1,,A1", "BC", "AB"},
+    };
+    for (const Case& c : cases) {
+        TestDesk t;
+        t.g.gRuleNames = c.catalogue;
+        t.g.gFiles->Add("/a.kdt", {}, {}, 0)->SetRules(c.view);
+        aField().Rules(c.letters).AddTo(t.g);
+        TranslateRules(t.g, 1, 1);
+        EXPECT_EQ(t.g.gFields->Ref(1).Rules(), c.translated) << c.label;
+        EXPECT_EQ(t.g.gSavedFields->Ref(1).Rules(), c.letters) << c.label;
+    }
+}
+
+TEST(TranslateRulesTest, NoLettersStayNone) {
+    TestDesk t;
+    t.g.gRuleNames = "X";
+    t.g.gFiles->Add("/a.kdt", {}, {}, 0)->SetRules("X");
+    aField().AddTo(t.g);
+    TranslateRules(t.g, 1, 1);
+    EXPECT_EQ(t.g.gFields->Ref(1).Rules(), "");
+}
+
+TEST(TranslateRulesTest, LettersRunOnPastTheTwentySixth) {
+    TestDesk t;
+    for (int rule = 1; rule <= 70; ++rule) {
+        t.g.gRuleNames += (rule == 1 ? "R" : ",R") + Digits(rule);
+    }
+    t.g.gFiles->Add("/a.kdt", {}, {}, 0)->SetRules("R27,R70");
+    aField().Rules("AB").AddTo(t.g);
+    TranslateRules(t.g, 1, 1);
+    EXPECT_EQ(t.g.gFields->Ref(1).Rules(), t.locale.CodePage().Decode("[\x86"));
+}
+
+}  // namespace
+}  // namespace kd

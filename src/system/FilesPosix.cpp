@@ -1,0 +1,112 @@
+#ifndef _WIN32
+
+#include "system/FilesPosix.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+
+#include "base/Paths.h"
+#include "base/cError.h"
+
+namespace kd::posix {
+
+int Descriptor::Close() noexcept {
+    if (m_fd < 0) {
+        return 0;
+    }
+    const int result = ::close(m_fd) == 0 ? 0 : errno;
+    m_fd = -1;
+    return result == EINTR ? 0 : result;  // the descriptor is gone all the same
+}
+
+void Raise(const char* operation, std::string_view path, int code) {
+    std::int32_t number = errDevice;
+    switch (code) {
+        case ENOENT: {
+            Text folder(paths::Folder(path));
+            if (folder.empty()) {
+                folder.assign(1, path.empty() || path.front() != '/' ? '.' : '/');
+            }
+            struct stat status {};
+            number = ::stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? errFileNotFound
+                                                                                     : errPathNotFound;
+            break;
+        }
+        case ENOTDIR:
+            number = errPathNotFound;
+            break;
+        case EACCES:
+        case EPERM:
+        case EROFS:
+        case EISDIR:
+        case ETXTBSY:
+        case ELOOP:
+            number = errPermissionDenied;
+            break;
+        case ENOSPC:
+        case EDQUOT:
+        case EFBIG:
+            number = errDiskFull;
+            break;
+        default:
+            break;
+    }
+    throw cError(number, std::string("SystemFiles.").append(operation), {}, Text(path));
+}
+
+int Open(const Text& path, int flags, mode_t mode) {
+    int fd = -1;
+    do {
+        fd = ::open(path.c_str(), flags | O_CLOEXEC, mode);
+    } while (fd < 0 && errno == EINTR);
+    return fd;
+}
+
+Descriptor OpenRegular(const char* operation, std::string_view path, int flags, mode_t mode,
+                       struct stat& status) {
+    Descriptor file(Open(Text(path), flags | O_NONBLOCK | O_NOCTTY, mode));
+    if (!file.IsOpen()) {
+        // ENXIO: a FIFO that nobody reads, or a socket.
+        Raise(operation, path, errno == ENXIO ? EACCES : errno);
+    }
+    if (::fstat(file.Get(), &status) != 0) {
+        Raise(operation, path, errno);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        Raise(operation, path, EACCES);
+    }
+    return file;
+}
+
+int WriteAll(int fd, std::string_view bytes) noexcept {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
+        if (written < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return errno;
+        }
+        if (written == 0) {
+            return ENOSPC;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return 0;
+}
+
+int FlushFolderOf(const Text& path) noexcept {
+    const auto slash = path.find_last_of('/');
+    const Text folder = slash == Text::npos ? Text(1, '.') : path.substr(0, slash == 0 ? 1 : slash);
+    Descriptor handle(Open(folder, O_RDONLY | O_DIRECTORY));
+    if (!handle.IsOpen()) {
+        return errno;
+    }
+    // Some file systems have nothing to flush for a folder.
+    return ::fsync(handle.Get()) == 0 || errno == EINVAL || errno == ENOTSUP ? 0 : errno;
+}
+
+}  // namespace kd::posix
+
+#endif

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string_view>
+
+#include "base/Text.h"
+
+/// The system's calls, with the failures of the house. Only for the sources beside this header.
+namespace kd::posix {
+
+/// An open file of the system, given back at the end of the scope.
+class Descriptor {
+public:
+    explicit Descriptor(int fd = -1) noexcept : m_fd(fd) {}
+    ~Descriptor() {
+        if (m_fd >= 0) {
+            (void)::close(m_fd);  // nothing was written that a caller counts on: writers call Close
+        }
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    Descriptor(Descriptor&& other) noexcept : m_fd(other.m_fd) { other.m_fd = -1; }
+    Descriptor& operator=(Descriptor&&) = delete;
+
+    int Get() const noexcept { return m_fd; }
+    bool IsOpen() const noexcept { return m_fd >= 0; }
+    /// Closes, and tells what the system says of it (0 or an errno).
+    int Close() noexcept;
+
+private:
+    int m_fd;
+};
+
+/// Raises the failure that `code` (an errno) stands for. A missing file in a missing folder is
+/// errPathNotFound.
+[[noreturn]] void Raise(const char* operation, std::string_view path, int code);
+
+/// Opens with O_CLOEXEC, and again when a signal came in between; -1 with errno set on failure.
+int Open(const Text& path, int flags, mode_t mode = 0666);
+
+/// Opens a regular file; never waits on a FIFO or device, which are refused, and so are folders.
+Descriptor OpenRegular(const char* operation, std::string_view path, int flags, mode_t mode,
+                       struct stat& status);
+
+/// Writes all bytes. Returns 0 or an errno.
+int WriteAll(int fd, std::string_view bytes) noexcept;
+
+/// Flushes the folder that holds the path, so that a rename in it lasts. Returns 0 or an errno.
+int FlushFolderOf(const Text& path) noexcept;
+
+}  // namespace kd::posix

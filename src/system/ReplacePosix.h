@@ -1,0 +1,23 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <string_view>
+
+#include "base/Text.h"
+
+namespace kd::posix {
+
+/// Whether a file's mode lets anybody write it. The mode counts, also for a user who could override it.
+inline bool MayWrite(const struct stat& status) noexcept {
+    return (status.st_mode & 0222U) != 0;
+}
+
+/// Makes `target` hold `bytes`, wholly or not at all: they are written and flushed beside it and put in its
+/// place in one step, with its owner and mode; a symbolic link stays one. Where that is not possible without
+/// losing a link, the owner or for want of rights in the folder, the file is written over in place, and
+/// brought back if that fails.
+/// @throws cError as Files::CopyFile.
+void ReplaceWhole(const char* operation, std::string_view target, std::string_view bytes);
+
+}  // namespace kd::posix

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/CodePage.h"
+#include "platform/Files.h"
+
+namespace kd {
+
+/// The files of the operating system. Paths are UTF-8.
+class SystemFiles : public Files {
+public:
+    /// `page` tells which letters are the same but for their case.
+    explicit SystemFiles(const CodePage& page) : m_page(page) {}
+
+    char Delimiter() const override;
+    bool Exists(std::string_view path) override;
+    bool IsRegularFile(std::string_view path) override;
+    std::string Read(std::string_view path) override;
+    void Read(std::string_view path, std::string& bytes) override;
+    std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) override;
+    std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) override;
+    void CopyFile(std::string_view source, std::string_view target) override;
+    void DeleteFile(std::string_view path) override;
+    void ReplaceFile(std::string_view path, std::string_view bytes) override;
+    std::vector<Text> FolderEntries(std::string_view folder) override;
+    void MakeFolder(std::string_view folder) override;
+    void CopyForArchive(std::string_view source, std::string_view target) override;
+    void Rename(std::string_view from, std::string_view to) override;
+    void FlushFolder(std::string_view folder) override;
+    void RemoveFolder(std::string_view folder) override;
+
+private:
+    /// The path as it stands where it exists; else that of the file in its folder whose name differs only in
+    /// case; else the path as it stands.
+    Text Resolved(std::string_view path) const;
+
+    const CodePage& m_page;
+};
+
+}  // namespace kd

@@ -1,0 +1,108 @@
+#include "suite/ApplicationHeader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+
+#include "base/Numbers.h"
+#include "base/Paths.h"
+#include "base/cError.h"
+#include "ini/IniScanner.h"
+
+namespace kd {
+
+namespace {
+
+/// The text up to the first line that opens a variable; the rest may be large and tells nothing here.
+std::string_view HeaderPart(std::string_view bytes) {
+    for (std::size_t at = 0; at < bytes.size();) {
+        const auto end = bytes.find(CrLf, at);
+        const auto line = bytes.substr(at, end == std::string_view::npos ? end : end - at);
+        if (EqualsNoCaseAscii(Trim(line), "[FIELD]")) {
+            return bytes.substr(0, at);
+        }
+        if (end == std::string_view::npos) {
+            break;
+        }
+        at = end + CrLf.size();
+    }
+    return bytes;
+}
+
+/// "number,name"; a name is kept from the first comma on, further ones too.
+ApplicationHeader::View ParseView(std::string_view value) {
+    const auto comma = value.find(',');
+    const double number = NumberAtFront(value.substr(0, comma));
+    ApplicationHeader::View view{0, {}};
+    if (number >= 1 && number <= 2147483647.0) {
+        view.number = ToInt32(number);
+    }
+    if (comma != std::string_view::npos) {
+        view.name = Trim(value.substr(comma + 1));
+    }
+    return view;
+}
+
+}  // namespace
+
+ApplicationHeader ReadApplicationHeader(Files& files, const Locale& locale, std::string_view path) {
+    const std::string bytes = files.Read(path);
+    const Text text = locale.CodePage().Decode(HeaderPart(bytes));
+    ApplicationHeader header;
+    IniScanner scanner(locale.CodePage());
+    scanner.Scan(text, [&](std::string_view group, std::string_view key, std::string_view value) {
+        if (group == "[APPLICATION]" && key == "TITLE") {
+            header.title = value;
+        } else if (group == "[VIEWS]") {
+            if (!header.views) {
+                header.views.emplace();
+            }
+            if (key == "VIEW") {
+                auto view = ParseView(value);
+                if (view.number >= 1) {
+                    header.views->push_back(std::move(view));
+                }
+            }
+        }
+    });
+    return header;
+}
+
+std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateName, const CodePage& page) {
+    const bool six = !templateName.empty() && templateName.back() == '6';
+    const Text prefix = page.Upper(paths::ChangeExtension(templateName, six ? ".KDV6.V" : ".V"));
+    const Text name = page.Upper(fileName);
+    if (name.rfind(prefix, 0) != 0 || name.size() == prefix.size() || name[prefix.size()] == '0') {
+        return 0;  // a number has no leading zero, or the file would not be the one that a save writes
+    }
+    std::int32_t number = 0;
+    const char* const end = name.data() + name.size();
+    const auto result = std::from_chars(name.data() + prefix.size(), end, number);
+    return result.ec == std::errc() && result.ptr == end && number >= 1 ? number : 0;
+}
+
+std::vector<ApplicationHeader::View> ViewsBeside(Files& files, const Locale& locale,
+                                                 std::string_view templatePath) {
+    const Text folder(paths::Folder(templatePath));
+    std::map<std::int32_t, Text> found;
+    for (const Text& name : files.FolderEntries(folder)) {
+        const auto number = ViewNumberOf(name, paths::FileName(templatePath), locale.CodePage());
+        const Text path = paths::Join(folder, name, files.Delimiter());
+        if (number >= 1 && files.IsRegularFile(path)) {
+            found.emplace(number, path);
+        }
+    }
+    std::vector<ApplicationHeader::View> views;
+    for (const auto& [number, path] : found) {
+        Text title;
+        try {
+            title = ReadApplicationHeader(files, locale, path).title;
+        } catch (const cError&) {
+            title.clear();  // a view that cannot be read has no title; the load finds it without variables
+        }
+        views.push_back({number, title.empty() ? "View " + Digits(number) : title});
+    }
+    return views;
+}
+
+}  // namespace kd

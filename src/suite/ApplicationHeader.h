@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "platform/Files.h"
+#include "platform/Services.h"
+
+namespace kd {
+
+/// What stands in a schema file before its first variable.
+struct ApplicationHeader {
+    struct View {
+        std::int32_t number;
+        Text name;
+    };
+    Text title;                              // empty when none is given
+    std::optional<std::vector<View>> views;  // in the order of the lines; nothing without such a section
+};
+
+/// Reads "TITLE" of [APPLICATION] and the lines "VIEW = number,name" of [VIEWS]. A view below number 1 is
+/// left out.
+/// @throws cError when the file cannot be read.
+ApplicationHeader ReadApplicationHeader(Files& files, const Locale& locale, std::string_view path);
+
+/// The view files that lie beside a template, by ascending number. A view is named by the title of its own
+/// header, else "View " and its number.
+/// @throws cError when the folder cannot be listed.
+std::vector<ApplicationHeader::View> ViewsBeside(Files& files, const Locale& locale,
+                                                 std::string_view templatePath);
+
+/// Number of the view that a file is, by its name; 0 when it is no view file of the template. Both are file
+/// names without their folder.
+std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateName, const CodePage& page);
+
+}  // namespace kd

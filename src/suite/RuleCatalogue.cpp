@@ -1,0 +1,34 @@
+#include "suite/RuleCatalogue.h"
+
+#include "base/Paths.h"
+#include "base/cError.h"
+#include "ini/IniScanner.h"
+
+namespace kd {
+
+std::vector<Text> ReadRuleCatalogue(Files& files, const Locale& locale, const std::vector<Text>& folders) {
+    for (const Text& folder : folders) {
+        Text text;
+        try {
+            text = locale.CodePage().Decode(files.Read(paths::Join(folder, "Rules.ini", files.Delimiter())));
+        } catch (const cError&) {
+            continue;  // a catalogue that cannot be read is none; the next place has one
+        }
+        std::vector<Text> rules;
+        IniScanner scanner(locale.CodePage());
+        scanner.Scan(text, [&](std::string_view group, std::string_view key, std::string_view value) {
+            if (group == "[RULES]" && key == "RULE" && !value.empty()) {
+                rules.emplace_back(value);
+            }
+        });
+        if (!rules.empty()) {
+            return rules;
+        }
+    }
+    return {"Point beyond limit",     "Run of nine",
+            "Trend of six",           "Fourteen alternating",
+            "Two of three in zone A", "Four of five in zone B",
+            "Fifteen in zone C",      "Eight outside zone C"};
+}
+
+}  // namespace kd

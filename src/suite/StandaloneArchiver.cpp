@@ -1,0 +1,117 @@
+#include "suite/StandaloneArchiver.h"
+
+#include <algorithm>
+#include <random>
+
+#include "base/Numbers.h"
+#include "base/Paths.h"
+#include "base/cError.h"
+#include "suite/ApplicationHeader.h"
+
+namespace kd {
+
+namespace {
+
+/// A name that nobody can foresee, for a folder that is being filled.
+Text UnfinishedName() {
+    std::random_device random;
+    Text name = ".unfinished-";
+    for (int i = 0; i < 16; ++i) {
+        name += static_cast<char>('a' + static_cast<int>(random() % 26U));
+    }
+    return name;
+}
+
+/// "Error 61: Disk full", CR LF, and the file.
+Text Describe(const cError& error, std::string_view path) {
+    Text text = "Error " + Digits(error.Number()) + ": " + error.Description();
+    text += CrLf;
+    text += error.Path().empty() ? Text(path) : error.Path();
+    return text;
+}
+
+}  // namespace
+
+std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
+    const CodePage& page = m_locale.CodePage();
+    const Text folder(paths::Folder(templatePath));
+    const auto templateName = paths::FileName(templatePath);
+    const bool six = !templateName.empty() && templateName.back() == '6';
+    const Text upperTemplate = page.Upper(templateName);
+    const Text upperLog = page.Upper(paths::ChangeExtension(templateName, six ? ".KDL6" : ".KDL"));
+    const Text upperReport = page.Upper(paths::ChangeExtension(templateName, six ? ".KDM6" : ".KDM"));
+
+    const auto entries = m_files.FolderEntries(folder);
+    // Where several names differ in case alone, the exact one is the application's.
+    const bool exact = std::find(entries.begin(), entries.end(), templateName) != entries.end();
+    std::vector<Text> found;
+    bool hasTemplate = false;
+    for (const Text& name : entries) {
+        const Text upper = page.Upper(name);
+        const bool isTemplate = exact ? name == templateName : upper == upperTemplate;
+        if (isTemplate || upper == upperLog || upper == upperReport ||
+            ViewNumberOf(name, templateName, page) >= 1) {
+            hasTemplate = hasTemplate || isTemplate;
+            found.push_back(paths::Join(folder, name, m_files.Delimiter()));
+        }
+    }
+    if (!hasTemplate) {
+        throw cError(errFileNotFound, "StandaloneArchiver.FilesOf", {}, Text(templatePath));
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+Text StandaloneArchiver::FreeName(std::string_view parent) {
+    const DateTime now = m_clock.Now();
+    Text time = TimeText(now);
+    std::replace(time.begin(), time.end(), ':', '-');  // no file system of any platform minds it
+    const Text name = paths::Join(parent, DateText(now) + "_" + time, m_files.Delimiter());
+    Text free = name;
+    for (int counter = 2; m_files.Exists(free); ++counter) {
+        free = name + "_" + Digits(counter);
+    }
+    return free;
+}
+
+void StandaloneArchiver::CopyAll(const std::vector<Text>& sources, const Text& folder) {
+    m_files.MakeFolder(folder);
+    for (const Text& source : sources) {
+        const Text target = paths::Join(folder, paths::FileName(source), m_files.Delimiter());
+        try {
+            m_files.CopyForArchive(source, target);
+        } catch (const cError& error) {
+            throw cError(error.Number(), error.Source(), error.Description(), source);
+        }
+    }
+    m_files.FlushFolder(folder);
+}
+
+Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
+    Text unfinished;
+    try {
+        const auto sources = FilesOf(path);
+        const char delimiter = m_files.Delimiter();
+        const Text parent = paths::Join(paths::Join(paths::Folder(path), "Archive", delimiter),
+                                        paths::BaseName(path), delimiter);
+        m_files.MakeFolder(parent);
+        unfinished = paths::Join(parent, UnfinishedName(), delimiter);
+        CopyAll(sources, unfinished);
+        m_files.Rename(unfinished, FreeName(parent));
+        unfinished.clear();
+        m_files.FlushFolder(parent);
+        return {};
+    } catch (const cError& error) {
+        const Text description = Describe(error, path);
+        if (!unfinished.empty()) {
+            try {
+                m_files.RemoveFolder(unfinished);
+            } catch (const cError&) {
+                // The first failure is the one to tell; what is left has a hidden name and is no archive.
+            }
+        }
+        return description;
+    }
+}
+
+}  // namespace kd

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/Files.h"
+#include "platform/Suite.h"
+
+namespace kd {
+
+/// Keeps a copy of an application's files in "Archive/<base name>/<date>_<time>/" beside its template. The
+/// folder appears under that name only when all is in it and on the disk; a failed archive leaves none.
+class StandaloneArchiver : public KDArchiver {
+public:
+    StandaloneArchiver(Files& files, Clock& clock, const Locale& locale)
+        : m_files(files), m_clock(clock), m_locale(locale) {}
+
+    Text ArchiveApplication(std::string_view path) override;
+
+private:
+    /// The template, its view files and its change files, as far as they are there.
+    std::vector<Text> FilesOf(std::string_view templatePath);
+    /// A folder name that is not taken yet.
+    Text FreeName(std::string_view parent);
+    void CopyAll(const std::vector<Text>& sources, const Text& folder);
+
+    Files& m_files;
+    Clock& m_clock;
+    const Locale& m_locale;
+};
+
+}  // namespace kd

@@ -1,0 +1,86 @@
+#include "suite/StandaloneChangeMemo.h"
+
+#include <algorithm>
+
+#include "base/cError.h"
+
+namespace kd {
+
+namespace {
+
+/// One line of text: what would break the line stands as a blank.
+Text OneLine(std::string_view text) {
+    Text line(text);
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n' || c == '\t'; }, ' ');
+    return line;
+}
+
+Text Padded(const Text& text, std::size_t width) {
+    const std::size_t count = CharacterCount(text);
+    return count < width ? text + Text(width - count, ' ') : text;
+}
+
+}  // namespace
+
+StandaloneChangeMemo::~StandaloneChangeMemo() {
+    try {
+        CloseMemo();
+    } catch (const cError&) {
+        // The failure that ended the commit has been told; this one can only repeat it.
+    }
+}
+
+void StandaloneChangeMemo::OpenMemo(std::string_view path) {
+    m_file = m_files.OpenForAppend(path);
+    m_head.clear();
+    m_items.clear();
+}
+
+void StandaloneChangeMemo::BeginEntry(std::string_view view, std::string_view user, std::string_view date,
+                                      std::string_view time) {
+    WriteEntry();
+    m_head = OneLine(view) + ", " + OneLine(user) + ", " + Text(date) + " " + Text(time);
+}
+
+void StandaloneChangeMemo::WriteItem(std::string_view variable, std::string_view property,
+                                     std::string_view oldValue, std::string_view newValue) {
+    m_items.push_back({OneLine(variable), OneLine(property), OneLine(oldValue), OneLine(newValue)});
+}
+
+Text StandaloneChangeMemo::EntryText() const {
+    std::array<std::size_t, 3> widths{};
+    for (const auto& item : m_items) {
+        for (std::size_t column = 0; column < widths.size(); ++column) {
+            widths[column] = std::max(widths[column], CharacterCount(item[column]));
+        }
+    }
+    Text text = m_head;
+    text += CrLf;
+    for (const auto& [variable, property, oldValue, newValue] : m_items) {
+        text += "   " + Padded(variable + ",", widths[0] + 1) + " " + Padded(property + ",", widths[1] + 1) +
+                " " + Padded(oldValue, widths[2]) + " -> " + newValue;
+        text += CrLf;
+    }
+    text += CrLf;
+    return text;
+}
+
+void StandaloneChangeMemo::WriteEntry() {
+    if (!m_head.empty()) {
+        m_file->Write(m_page.Encode(EntryText()));
+        m_head.clear();
+        m_items.clear();
+    }
+}
+
+void StandaloneChangeMemo::CloseMemo() {
+    if (m_file) {
+        WriteEntry();
+        const auto file = std::move(m_file);
+        file->Flush();
+        file->Close();
+    }
+}
+
+}  // namespace kd

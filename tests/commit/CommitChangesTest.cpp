@@ -1,0 +1,537 @@
+#include "commit/CommitChanges.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "commit/frmCommit.h"
+#include "fakes/Builders.h"
+
+namespace kd {
+namespace {
+
+constexpr std::int32_t colUsl = 10;
+constexpr std::int32_t colLimitMethod = 23;
+constexpr std::int32_t colUnits = 28;
+constexpr std::int32_t colRules = 29;
+
+/// An application with the template's own view and two more, one variable in each, the status panel in use.
+struct CommitDesk : LoadedDesk {
+    explicit CommitDesk(Text path = "/apps/plant.kdt")
+        : application(anApplication(std::move(path))
+                          .Field(aField().Name("a").Usl(10))
+                          .View("Inlet", 1)
+                          .Field(aField().Name("b").Usl(20))
+                          .View("Outlet", 2)
+                          .Field(aField().Name("c").Usl(30))) {
+        Put(application);
+        Load();
+        desk.Panel2.SetCaption("as before");
+        desk.ProgressBar1.SetValue(0);
+        clock.moments = {{2026, 3, 4, 23, 59, 59}, {2026, 3, 5, 0, 0, 1}};
+    }
+    /// Changes the upper specification limit of the variable in each of these rows.
+    void EditRows(const std::vector<std::int32_t>& rows) {
+        for (const std::int32_t row : rows) {
+            Edit(row, colUsl, "5");
+        }
+    }
+    void ExpectDialog(std::function<void(frmCommit&)> user = {}) {
+        toolkit.ExpectForm<frmCommit>("frmCommit", [user = std::move(user)](frmCommit& form) {
+            if (user) {
+                user(form);
+            }
+            if (form.Shown()) {
+                form.cmdOk.UserClick();
+            }
+        });
+    }
+    void ExpectModified(int count) {
+        toolkit.ExpectBox(Digits(count) + " File(s) have been modified.", BoxIcon::Information);
+    }
+    void ExpectCommitted(int count) {
+        ExpectDialog();
+        ExpectModified(count);
+    }
+    /// The calls of the suite's services since the load.
+    std::vector<Text> SuiteLog() const {
+        const auto end = std::find(suite.log.rbegin(), suite.log.rend(), "CloseFile").base();
+        return {end, suite.log.end()};
+    }
+    BackColour Mark(std::int32_t row, std::int32_t column) const {
+        return desk.Grid.BackColor(row, column - 1);
+    }
+    bool IsSaved(std::int32_t view) const {
+        return files.Get(application.FilePath(view)).find("VERSION      = 7.001\r\n") != Text::npos;
+    }
+    bool IsOld(std::int32_t view) const {
+        return files.Get(application.FilePath(view)) == application.FileText(static_cast<std::size_t>(view));
+    }
+    void ExpectAtRest() const {
+        EXPECT_EQ(desk.Panel2.Caption(), "as before");
+        EXPECT_EQ(desk.ProgressBar1.Value(), 0);
+        EXPECT_EQ(toolkit.MousePointer(), Pointer::Default);
+    }
+
+    ApplicationBuilder application;
+};
+
+/// Remembers what the grid asked of the screen.
+class RecordingScreen : public GridScreen {
+public:
+    std::vector<Text> shown;
+    void ShowCell(std::int32_t row, std::int32_t screenCol) override {
+        shown.push_back("show " + Digits(row) + "," + Digits(screenCol));
+    }
+    void SelectionChanged() override { shown.emplace_back("select"); }
+};
+
+TEST(CommitChangesTest, ALimitOutOfOrderIsShownAndNoDialogComesUp) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.Edit(2, 11, "21");
+    t.desk.Grid.SetRedraw(false);
+    RecordingScreen screen;
+    t.desk.Grid.SetScreen(&screen);
+    t.toolkit.ExpectBox("Invalid Limit Entered!", BoxIcon::Exclamation);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.desk.Grid.Redraw());
+    EXPECT_EQ(t.desk.Grid.Row(), 2);
+    EXPECT_EQ(t.desk.Grid.Col(), 10);
+    ASSERT_GE(screen.shown.size(), 2U);
+    const auto first = std::find(screen.shown.begin(), screen.shown.end(), "show 1,10");
+    EXPECT_NE(first, screen.shown.end());
+    EXPECT_EQ(screen.shown.back(), "show 2,10");
+    EXPECT_TRUE(t.IsOld(0));
+    EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
+}
+
+TEST(CommitChangesTest, AFaultInAViewThatHasNoChangesStillBlocks) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.g.gFields->Ref(3).SetMinimum(2000);
+    t.toolkit.ExpectBox("Invalid Limit Entered!", BoxIcon::Exclamation);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.desk.Grid.Row(), 3);
+    EXPECT_EQ(t.desk.Grid.Col(), 16);
+}
+
+TEST(CommitChangesTest, AHiddenRowWithAFaultBlocksAndTheGridIsAskedToShowIt) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.Edit(2, 11, "21");
+    t.desk.Grid.SetRowHidden(2, true);
+    RecordingScreen screen;
+    t.desk.Grid.SetScreen(&screen);
+    t.toolkit.ExpectBox("Invalid Limit Entered!", BoxIcon::Exclamation);
+    CommitChanges(t.desk);
+    EXPECT_EQ(screen.shown.back(), "show 2,10");
+}
+
+TEST(CommitChangesTest, CancellingChangesNothingButTheSelectedFlags) {
+    CommitDesk t;
+    t.EditRows({1, 2});
+    t.g.gFiles->Ref(2).SetSelected(true);
+    t.ExpectDialog([](frmCommit& form) { form.cmdCancel.UserClick(); });
+    CommitChanges(t.desk);
+    EXPECT_FALSE(t.g.gFiles->Ref(2).Selected());
+    EXPECT_EQ(t.Mark(1, colUsl), ChangedColour);
+    EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
+    EXPECT_EQ(t.g.gSavedFields->Ref(1).USL(), 10);
+    EXPECT_TRUE(t.IsOld(0));
+    EXPECT_TRUE(t.SuiteLog().empty());
+    t.ExpectAtRest();
+}
+
+TEST(CommitChangesTest, EachSavedViewIsArchivedOnceSavedReportedAndMadeTheBaseline) {
+    CommitDesk t;
+    t.EditRows({1, 3});
+    t.Edit(3, colLimitMethod, "LowAverage");
+    t.ExpectCommitted(2);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.SuiteLog(), (std::vector<Text>{"NewArchiver",
+                                               "NewArchiveContext",
+                                               "ArchiveApplication /apps/plant.kdt",
+                                               "NewChangeLog",
+                                               "Delimiter \t",
+                                               "NewChangeMemo",
+                                               "OpenLog /apps/plant.KDL",
+                                               "OpenMemo /apps/plant.KDM",
+                                               "WriteRecord a|USL|10.000|5.000",
+                                               "BeginEntry MAIN|anna|2026-03-04|00:00:01",
+                                               "WriteItem a|USL|10.000|5.000",
+                                               "CloseLog",
+                                               "CloseMemo",
+                                               "NewChangeLog",
+                                               "Delimiter \t",
+                                               "NewChangeMemo",
+                                               "OpenLog /apps/plant.KDL",
+                                               "OpenMemo /apps/plant.KDM",
+                                               "WriteRecord c|USL|30.000|5.000",
+                                               "BeginEntry Outlet|anna|2026-03-04|00:00:01",
+                                               "WriteItem c|USL|30.000|5.000",
+                                               "WriteRecord c|LimitMethod|Population|LowAverage",
+                                               "WriteItem c|LimitMethod|Population|LowAverage",
+                                               "CloseLog",
+                                               "CloseMemo",
+                                               "~ArchiveContext",
+                                               "~Archiver"}));
+    for (const std::int32_t row : {1, 3}) {
+        EXPECT_EQ(t.Mark(row, colUsl), 0U);
+        EXPECT_EQ(t.g.gSavedFields->Ref(row).USL(), 5);
+        EXPECT_FALSE(t.g.gFiles->Ref(row).ChangesMade());
+    }
+    EXPECT_TRUE(t.IsSaved(0));
+    EXPECT_TRUE(t.IsOld(1));
+    EXPECT_TRUE(t.IsSaved(2));
+    EXPECT_NE(t.files.Get("/apps/plant.V2").find("   USL          = F5.000\r\n"), Text::npos);
+    t.ExpectAtRest();
+}
+
+TEST(CommitChangesTest, ARecordHasItsTenFieldsWithTheNewRevisionAndOneTimeForTheWholeCommit) {
+    CommitDesk t;
+    t.EditRows({1, 2});
+    t.ExpectCommitted(2);
+    CommitChanges(t.desk);
+    const DateTime moment{2026, 3, 4, 0, 0, 1};  // the date of the first reading, the time of the second
+    EXPECT_EQ(t.clock.readings, 2);
+    ASSERT_EQ(t.suite.records.size(), 2U);
+    EXPECT_EQ(t.suite.records[0], (ChangeRecord{moment, "anna", "MAIN", "7.001", "PROPERTY", "FIELD", "a",
+                                                "USL", "10.000", "5.000"}));
+    EXPECT_EQ(t.suite.records[1], (ChangeRecord{moment, "anna", "Inlet", "7.001", "PROPERTY", "FIELD", "b",
+                                                "USL", "20.000", "5.000"}));
+}
+
+TEST(CommitChangesTest, GenerationSixHasItsOwnNamesOfFiles) {
+    CommitDesk t("/apps/plant.kdt6");
+    t.EditRows({2});
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    const auto log = t.SuiteLog();
+    EXPECT_EQ(std::count(log.begin(), log.end(), "OpenLog /apps/plant.KDL6"), 1);
+    EXPECT_EQ(std::count(log.begin(), log.end(), "OpenMemo /apps/plant.KDM6"), 1);
+    EXPECT_EQ(t.suite.records.at(0).revision, "7.001");
+    EXPECT_TRUE(t.IsSaved(1));
+}
+
+TEST(CommitChangesTest, AFileWithoutAVersionReportsSixPointZero) {
+    LoadedDesk t;
+    t.Put(anApplication().Header("").Field(aField()));
+    t.Load();
+    t.Edit(1, colUsl, "5");
+    t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
+    t.toolkit.ExpectBox("1 File(s) have been modified.", BoxIcon::Information);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.suite.records.at(0).revision, "6.000");
+}
+
+TEST(CommitChangesTest, AnEmptyUserNameGivesAnEmptyField) {
+    CommitDesk t;
+    t.g.gUserName.clear();
+    t.EditRows({1});
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.suite.records.at(0).user, "");
+    const auto log = t.SuiteLog();
+    EXPECT_EQ(std::count(log.begin(), log.end(), "BeginEntry MAIN||2026-03-04|00:00:01"), 1);
+}
+
+TEST(CommitChangesTest, ViewsThatAreNotSelectedKeepEverything) {
+    CommitDesk t;
+    t.EditRows({1, 2});
+    t.ExpectDialog([](frmCommit& form) { form.lstFiles.UserSelect(0, false); });
+    t.ExpectModified(1);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.Mark(1, colUsl), ChangedColour);
+    EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
+    EXPECT_EQ(t.g.gSavedFields->Ref(1).USL(), 10);
+    EXPECT_TRUE(t.IsOld(0));
+    EXPECT_TRUE(t.IsSaved(1));
+
+    t.ExpectDialog([](frmCommit& form) { EXPECT_EQ(form.lstFiles.Entries().at(0).text, "/apps/plant.kdt"); });
+    t.ExpectModified(1);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.IsSaved(0));
+}
+
+TEST(CommitChangesTest, ASecondCommitArchivesAgain) {
+    CommitDesk t;
+    for (int commit = 1; commit <= 2; ++commit) {
+        t.EditRows({1});
+        t.ExpectCommitted(1);
+        CommitChanges(t.desk);
+        EXPECT_EQ(std::count(t.suite.log.begin(), t.suite.log.end(), "ArchiveApplication /apps/plant.kdt"),
+                  commit);
+    }
+}
+
+TEST(CommitChangesTest, StatusAndProgressTellTheStep) {
+    CommitDesk t;
+    t.EditRows({1, 2});
+    std::vector<Text> seen;
+    t.desk.Panel2.OnChanged = [&] { seen.push_back(t.desk.Panel2.Caption()); };
+    t.desk.ProgressBar1.OnChanged = [&] { seen.push_back(PlainText(t.desk.ProgressBar1.Value())); };
+    t.desk.ProgressBar1.SetValue(30);
+    seen.clear();
+    t.toolkit.log.clear();
+    t.ExpectCommitted(2);
+    CommitChanges(t.desk);
+    EXPECT_EQ(seen, (std::vector<Text>{"0", "", "Archiving: /apps/plant.kdt", "Saving: /apps/plant.kdt", "50",
+                                       "100", "as before", "0"}));
+    EXPECT_EQ(t.toolkit.log, (std::vector<std::string>{"form frmCommit", "hourglass", "default",
+                                                       "box 2 File(s) have been modified."}));
+}
+
+TEST(CommitChangesTest, AViewWithoutMarkedCellsIsSavedAndItsReportHasNoEntries) {
+    CommitDesk t;
+    t.g.gFiles->Ref(1).SetChangesMade(true);
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.IsSaved(0));
+    EXPECT_TRUE(t.suite.records.empty());
+    EXPECT_EQ(t.SuiteLog(),
+              (std::vector<Text>{"NewArchiver", "NewArchiveContext", "ArchiveApplication /apps/plant.kdt",
+                                 "NewChangeLog", "Delimiter \t", "NewChangeMemo", "OpenLog /apps/plant.KDL",
+                                 "OpenMemo /apps/plant.KDM", "CloseLog", "CloseMemo", "~ArchiveContext",
+                                 "~Archiver"}));
+}
+
+TEST(CommitChangesTest, MarksDecideWhatIsReportedNotValues) {
+    CommitDesk t;
+    t.Edit(1, colUsl, "10");                       // marked, equal texts
+    t.g.gFields->Ref(1).SetUnits("not reported");  // differs, not marked
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    ASSERT_EQ(t.suite.records.size(), 1U);
+    EXPECT_EQ(t.suite.records[0].oldValue, t.suite.records[0].newValue);
+    EXPECT_NE(t.files.Get("/apps/plant.kdt").find("   UNITS        = not reported\r\n"), Text::npos);
+    EXPECT_EQ(t.g.gSavedFields->Ref(1).Units(), "not reported");
+}
+
+TEST(CommitChangesTest, AMarkedCellInAHiddenColumnIsReported) {
+    CommitDesk t;
+    t.Edit(1, colUnits, "kg");
+    t.desk.Grid.SetColHidden(colUnits - 1, true);
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.suite.records.at(0).property, "Units");
+}
+
+TEST(CommitChangesTest, AnotherColourIsNoMark) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.desk.Grid.SetBackColor(1, colUnits - 1, 0x00FF00);
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.suite.records.size(), 1U);
+    EXPECT_EQ(t.Mark(1, colUnits), 0x00FF00U);
+}
+
+TEST(CommitChangesTest, ValuesAreReportedInTheUsersLocale) {
+    CommitDesk t;
+    t.locale.separator = ',';
+    t.Edit(1, colUsl, "5,5");
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.suite.records.at(0).oldValue, "10,000");
+    EXPECT_EQ(t.suite.records.at(0).newValue, "5,500");
+    EXPECT_NE(t.files.Get("/apps/plant.kdt").find("= F5.500\r\n"), Text::npos);
+}
+
+TEST(CommitChangesTest, TheBaselineTakesEveryPropertyOfTheViewsVariablesRulesToo) {
+    LoadedDesk t;
+    SetCatalogue(t.g, {"Y", "Z"});
+    t.Put(anApplication()
+              .Header("[RULES]\r\nRULE=X\r\nRULE=Y\r\n\r\n")
+              .Field(aField().Name("a"))
+              .Field(aField().Rules("B")));
+    t.Load();
+    EXPECT_EQ(t.g.gSavedFields->Ref(2).Rules(), "B");
+    t.Edit(1, colRules, "AB");
+    t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
+    t.toolkit.ExpectBox("1 File(s) have been modified.", BoxIcon::Information);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.g.gSavedFields->Ref(1).Rules(), "AB");
+    EXPECT_EQ(t.g.gSavedFields->Ref(2).Rules(), "A")
+        << "an unchanged variable's letters are the catalogue's now";
+}
+
+TEST(CommitChangesTest, AFailedArchiveIsShownAndTheSaveGoesOn) {
+    CommitDesk t;
+    t.EditRows({1, 2});
+    t.suite.archiveErrors["/apps/plant.kdt"] = "no room left";
+    t.ExpectDialog();
+    t.toolkit.ExpectBox(
+        "The following error occured while creating an archive of '/apps/plant.kdt'\r\nno room left",
+        BoxIcon::Exclamation, "KD6 LimitDesk");
+    t.ExpectModified(2);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.IsSaved(0));
+    EXPECT_TRUE(t.IsSaved(1));
+}
+
+TEST(CommitChangesTest, AViewThatCannotBeSavedKeepsItsStateAndTheNextOneGoesOn) {
+    CommitDesk t("/apps/plant.kdt6");  // the two kinds of file have temporary files of their own
+    t.EditRows({1, 2});
+    t.files.FailOn("Write", "/plant.temp", errDiskFull);
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("Error 61: Disk full occurred in SaveSchema.", BoxIcon::Exclamation);
+    t.ExpectModified(1);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.IsOld(0));
+    EXPECT_EQ(t.Mark(1, colUsl), ChangedColour);
+    EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
+    EXPECT_EQ(t.g.gSavedFields->Ref(1).USL(), 10);
+    EXPECT_TRUE(t.IsSaved(1));
+    EXPECT_FALSE(t.g.gFiles->Ref(2).ChangesMade());
+    ASSERT_EQ(t.suite.records.size(), 1U);
+    EXPECT_EQ(t.suite.records[0].view, "Inlet");
+    t.ExpectAtRest();
+}
+
+TEST(CommitChangesTest, AFailedOverwriteStillCountsAsSaved) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.files.SetReadOnly("/apps/plant.kdt");
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("Error 70: Permission denied", BoxIcon::Exclamation, "KDLimitDesk - OverwriteFile");
+    t.ExpectModified(1);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.IsOld(0));
+    EXPECT_EQ(t.Mark(1, colUsl), 0U);
+    EXPECT_EQ(t.g.gSavedFields->Ref(1).USL(), 5);
+    EXPECT_FALSE(t.g.gFiles->Ref(1).ChangesMade());
+}
+
+TEST(CommitChangesTest, AnErrorInTheReportEndsTheCommitWhereItIs) {
+    CommitDesk t;
+    t.EditRows({1, 2, 3});
+    t.Edit(2, colUnits, "kg");
+    t.suite.failLogWith = errDiskFull;
+    t.suite.failLogAtRecord = 2;
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("An error occurred while saving changes:\r\n61 (KDChangeLog.WriteRecord) - Disk full",
+                        BoxIcon::Critical);
+    CommitChanges(t.desk);
+    EXPECT_FALSE(t.g.gFiles->Ref(1).ChangesMade());
+    EXPECT_EQ(t.g.gSavedFields->Ref(1).USL(), 5);
+
+    EXPECT_TRUE(t.IsSaved(1)) << "the file in hand is written already";
+    EXPECT_TRUE(t.g.gFiles->Ref(2).ChangesMade());
+    EXPECT_EQ(t.Mark(2, colUsl), 0U) << "a mark that is gone stays gone";
+    EXPECT_EQ(t.Mark(2, colUnits), ChangedColour);
+    EXPECT_EQ(t.g.gSavedFields->Ref(2).USL(), 20);
+
+    EXPECT_TRUE(t.IsOld(2));
+    EXPECT_TRUE(t.g.gFiles->Ref(3).ChangesMade());
+    EXPECT_EQ(t.Mark(3, colUsl), ChangedColour);
+    EXPECT_EQ(t.suite.records.size(), 1U);
+    const auto log = t.SuiteLog();
+    EXPECT_EQ(Text(log[log.size() - 2] + log.back()), "~ArchiveContext~Archiver");
+    t.ExpectAtRest();
+}
+
+TEST(CommitChangesTest, AHeaderThatCannotBeReadAfterTheSaveEndsTheCommit) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.files.FailAt(8);  // open, read, write, flush, close, copy and delete of the save; then the header
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("An error occurred while saving changes:\r\n57 (MemoryFiles.Read) - Device I/O error",
+                        BoxIcon::Critical);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.IsSaved(0));
+    EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
+    t.ExpectAtRest();
+}
+
+/// Answers every box and remembers none: for runs in which the point of failure decides which ones come.
+class EasyToolkit : public Toolkit {
+public:
+    BoxAnswer MessageBox(std::string_view, BoxIcon, BoxButtons, std::string_view) override {
+        return BoxAnswer::Ok;
+    }
+    void ShowModal(Form& form) override {
+        form.MarkShown();
+        dynamic_cast<frmCommit&>(form).cmdOk.UserClick();
+    }
+    void ShowModeless(Form&) override {}
+    void ShowPopupMenu(MenuItem&) override {}
+    void ProcessEvents() override {}
+    Pointer MousePointer() const override { return m_pointer; }
+    void SetMousePointer(Pointer pointer) override { m_pointer = pointer; }
+    std::int32_t ScreenWidth() const override { return 100; }
+    std::int32_t ScreenHeight() const override { return 100; }
+
+private:
+    Pointer m_pointer = Pointer::Default;
+};
+
+/// A commit of three views in which one operation on the disk fails.
+struct FailingCommit : CommitDesk {
+    explicit FailingCommit(int failAt, bool forGood) {
+        EditRows({1, 2, 3});
+        Platform easyPlatform{files, easy, locale, clock, environment, shell, fileDialog, suite};
+        Globals easyGlobals(easyPlatform);
+        easyGlobals.gFiles = g.gFiles;
+        easyGlobals.gFields = g.gFields;
+        easyGlobals.gSavedFields = g.gSavedFields;
+        easyGlobals.gLabels = g.gLabels;
+        easyGlobals.gRulesBlock = g.gRulesBlock;
+        Desk easyDesk(easyGlobals);
+        SetupGridColumns(easyDesk);
+        for (std::int32_t row = 1; row <= 3; ++row) {
+            RefreshGridRow(easyDesk, row);
+            easyDesk.Grid.SetBackColor(row, colUsl - 1, ChangedColour);
+        }
+        files.FailAt(failAt, errDevice, forGood);
+        CommitChanges(easyDesk);
+        untouched = files.Operations() < failAt;
+        for (std::int32_t row = 1; row <= 3; ++row) {
+            marked.push_back(easyDesk.Grid.BackColor(row, colUsl - 1) == ChangedColour);
+        }
+        EXPECT_EQ(easy.MousePointer(), Pointer::Default);
+    }
+    bool Recorded(const Text& variable) const {
+        return std::any_of(suite.records.begin(), suite.records.end(),
+                           [&](const ChangeRecord& record) { return record.variable == variable; });
+    }
+
+    EasyToolkit easy;
+    bool untouched = false;
+    std::vector<bool> marked;
+};
+
+TEST(CommitChangesTest, AtEachPointOfFailureEveryFileIsWhollyOldOrWhollyNewAndWhatIsDoneIsRecorded) {
+    for (const bool forGood : {false, true}) {
+        bool untouched = false;
+        int failAt = 0;
+        while (!untouched) {
+            FailingCommit t(++failAt, forGood);
+            untouched = t.untouched;
+            const char* const names[] = {"a", "b", "c"};
+            for (std::int32_t view = 0; view < 3; ++view) {
+                const auto at = static_cast<std::size_t>(view);
+                const Text where = "operation " + Digits(failAt) + ", view " + Digits(view);
+                EXPECT_TRUE(t.IsOld(view) || t.IsSaved(view)) << where;
+                EXPECT_TRUE(t.IsOld(view) ||
+                            t.files.Get(t.application.FilePath(view)).ends_with("000,000,000,000\r\n"))
+                    << where;
+                const cFile& file = t.g.gFiles->Ref(view + 1);
+                // A view counts as done exactly when its change is recorded and its baseline moved.
+                EXPECT_EQ(t.Recorded(names[at]), !file.ChangesMade()) << where;
+                EXPECT_EQ(t.marked[at], file.ChangesMade()) << where;
+                EXPECT_EQ(t.g.gSavedFields->Ref(view + 1).USL() == 5, !file.ChangesMade()) << where;
+                EXPECT_EQ(t.g.gFields->Ref(view + 1).USL(), 5) << where;
+                if (untouched) {
+                    EXPECT_TRUE(t.IsSaved(view));
+                    EXPECT_FALSE(file.ChangesMade());
+                }
+            }
+            ASSERT_LT(failAt, 60);
+        }
+        EXPECT_GT(failAt, 24) << "eight operations for each of three views";
+    }
+}
+
+}  // namespace
+}  // namespace kd

@@ -1,0 +1,523 @@
+#include "grid/AutoFilter.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "fakes/GridDesk.h"
+#include "grid/CellGate.h"
+#include "grid/frmAutoFilter.h"
+
+namespace kd {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// What the user does in the dialog: leaves only these values ticked, and presses Ok.
+std::function<void(frmAutoFilter&)> Tick(std::vector<Text> values) {
+    return [values = std::move(values)](frmAutoFilter& form) {
+        for (std::int32_t i = 0; i < form.lstAutoFilter.Count(); ++i) {
+            const Text& text = form.lstAutoFilter.Entries()[static_cast<std::size_t>(i)].text;
+            form.lstAutoFilter.UserSelect(i, std::find(values.begin(), values.end(), text) != values.end());
+        }
+        form.cmdOk.UserClick();
+    };
+}
+
+struct AutoFilter : testing::Test, GridDesk {
+    void Press(ColumnNumber number, const std::function<void(frmAutoFilter&)>& user) {
+        toolkit.ExpectForm<frmAutoFilter>("frmAutoFilter", user);
+        ShowColumnFilter(desk, Position(number), Place{});
+    }
+    std::vector<Text> Offered(ColumnNumber number) {
+        std::vector<Text> offered;
+        Press(number, [&](frmAutoFilter& form) {
+            for (const ListBox::Entry& entry : form.lstAutoFilter.Entries()) {
+                offered.push_back((entry.selected ? "+" : "-") + entry.text);
+            }
+            form.UserClose();
+        });
+        return offered;
+    }
+    /// Sets a column's filter without the dialog.
+    void SetFilter(ColumnNumber number, const std::vector<Text>& names) {
+        cFilters& filters = *g.gLabels->Ref(number).Filters();
+        filters.Clear();
+        for (const Text& name : names) {
+            filters.Add(name, true);
+        }
+    }
+    std::vector<Text> Filter(ColumnNumber number) const {
+        std::vector<Text> names;
+        for (const auto& filter : *g.gLabels->Ref(number).Filters()) {
+            EXPECT_TRUE(filter->Selected());
+            names.push_back(filter->Name());
+        }
+        return names;
+    }
+    HeaderPicture Funnel(ColumnNumber number) const { return desk.Grid.CellPicture(Position(number)); }
+    std::int32_t AddUnitAndCategory(const Text& unit, const Text& category, const Text& type = "N") {
+        return AddRow([&](cField& field) {
+            field.SetUnits(unit);
+            field.SetCategory(category);
+            field.SetFieldType(type);
+        });
+    }
+};
+
+// --- the header press
+// ---------------------------------------------------------------------------------------
+
+TEST_F(AutoFilter, PressMakesTheHeaderCellCurrentAndNamesTheDialog) {
+    AddUnits({"g"});
+    Select(1, cnUSL, 1, cnUSL);
+    Press(cnUnits, [&](frmAutoFilter& form) {
+        EXPECT_EQ(form.FormCaption(), "Units");
+        EXPECT_EQ(desk.Grid.Row(), 0);
+        EXPECT_EQ(desk.Grid.Col(), Position(cnUnits));
+        EXPECT_EQ(toolkit.MousePointer(), Pointer::Default);
+        form.UserClose();
+    });
+}
+
+TEST_F(AutoFilter, DialogStandsBelowTheHeaderCell) {
+    AddUnits({"g"});
+    CountingScreen screen;
+    desk.Grid.SetScreen(&screen);
+    toolkit.ExpectForm<frmAutoFilter>("frmAutoFilter", [](frmAutoFilter& form) {
+        ASSERT_TRUE(form.OwnPlace().has_value());
+        EXPECT_EQ(form.OwnPlace()->left, 30 + 100 + 10);
+        EXPECT_EQ(form.OwnPlace()->top, 40 + 3 + 20 + 50);
+        form.UserClose();
+    });
+    ShowColumnFilter(desk, Position(cnUnits), Place{30, 40});
+    desk.Grid.SetScreen(nullptr);
+}
+
+TEST_F(AutoFilter, EveryTickedValueIsOfferedTickedWithoutAFilter) {
+    AddUnits({"kg", "g", "kg"});
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+g", "+kg"));
+}
+
+TEST_F(AutoFilter, TickingASubsetHidesTheOtherRowsAndTurnsTheFunnelRed) {
+    AddUnits({"kg", "g", "l", "g"});
+    Press(cnUnits, Tick({"g", "l"}));
+    EXPECT_THAT(ShownRows(), ElementsAre(2, 3, 4));
+    EXPECT_THAT(Filter(cnUnits), ElementsAre("g", "l"));
+    EXPECT_EQ(Funnel(cnUnits), HeaderPicture::FilterOn);
+    EXPECT_EQ(Funnel(cnCategory), HeaderPicture::FilterOff);
+}
+
+TEST_F(AutoFilter, FilterKeepsTheSortedOrderOfTheList) {
+    AddUnits({"m", "kg", "g"});
+    Press(cnUnits, Tick({"m", "g"}));
+    EXPECT_THAT(Filter(cnUnits), ElementsAre("g", "m"));
+}
+
+TEST_F(AutoFilter, PressOnAFilteredColumnTicksItsEntriesAlone) {
+    AddUnits({"kg", "g", "l"});
+    Press(cnUnits, Tick({"l"}));
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("-g", "-kg", "+l"));
+}
+
+TEST_F(AutoFilter, EntriesAreComparedRegardlessOfCaseWhenOffered) {
+    AddUnits({"kg", "L"});
+    SetFilter(cnUnits, {"l"});
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("-kg", "+L"));
+}
+
+TEST_F(AutoFilter, AllValuesTickedRemovesTheFilterAndItsRedFunnel) {
+    AddUnits({"kg", "g"});
+    Press(cnUnits, Tick({"g"}));
+    Press(cnUnits, Tick({"g", "kg"}));
+    EXPECT_THAT(Filter(cnUnits), IsEmpty());
+    EXPECT_EQ(Funnel(cnUnits), HeaderPicture::FilterOff);
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+}
+
+TEST_F(AutoFilter, CancelChangesNothing) {
+    AddUnits({"kg", "g"});
+    Press(cnUnits, Tick({"g"}));
+    Press(cnUnits, [](frmAutoFilter& form) {
+        form.chkSelectAll.UserClick();
+        form.cmdCancel.UserClick();
+    });
+    EXPECT_THAT(Filter(cnUnits), ElementsAre("g"));
+    EXPECT_EQ(Funnel(cnUnits), HeaderPicture::FilterOn);
+    EXPECT_THAT(ShownRows(), ElementsAre(2));
+}
+
+TEST_F(AutoFilter, ClosingByTheFrameChangesNothing) {
+    AddUnits({"kg", "g"});
+    Press(cnUnits, [](frmAutoFilter& form) {
+        form.lstAutoFilter.UserSelect(0, false);
+        form.UserClose();
+    });
+    EXPECT_THAT(Filter(cnUnits), IsEmpty());
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+}
+
+TEST_F(AutoFilter, RefusedOkLeavesTheDialogOpenForAnotherChoice) {
+    AddUnits({"kg", "g"});
+    toolkit.ExpectBox("Must have at least one selection!", BoxIcon::Exclamation, "KD LimitDesk");
+    Press(cnUnits, [](frmAutoFilter& form) {
+        form.chkSelectAll.UserClick();
+        form.cmdOk.UserClick();
+        form.lstAutoFilter.UserSelect(0, true);
+        form.cmdOk.UserClick();
+    });
+    EXPECT_THAT(Filter(cnUnits), ElementsAre("g"));
+}
+
+TEST_F(AutoFilter, PointerAndMessageLoopFollowTheToldOrder) {
+    AddUnits({"kg", "g"});
+    Press(cnUnits, Tick({"g"}));
+    EXPECT_THAT(toolkit.log, ElementsAre("hourglass", "events", "default", "form frmAutoFilter", "events",
+                                         "hourglass", "events", "events", "default", "events"));
+}
+
+TEST_F(AutoFilter, CancelGivesNoFurtherPassOfTheMessageLoop) {
+    AddUnits({"kg"});
+    Press(cnUnits, [](frmAutoFilter& form) { form.UserClose(); });
+    EXPECT_THAT(toolkit.log, ElementsAre("hourglass", "events", "default", "form frmAutoFilter"));
+}
+
+TEST_F(AutoFilter, GridIsNotRepaintedWhileRowsAreFiltered) {
+    AddUnits({"kg", "g", "l", "m"});
+    CountingScreen screen;
+    desk.Grid.SetScreen(&screen);
+    Press(cnUnits, [&](frmAutoFilter& form) {
+        Tick({"g"})(form);
+        screen = {};
+        toolkit.onProcessEvents = [&] {
+            if (!desk.Grid.Redraw()) {
+                EXPECT_EQ(screen.layouts, 0);
+            }
+        };
+    });
+    EXPECT_EQ(screen.layouts, 1);
+    EXPECT_EQ(screen.cells, 0);
+    EXPECT_TRUE(desk.Grid.Redraw());
+    toolkit.onProcessEvents = {};
+    desk.Grid.SetScreen(nullptr);
+}
+
+TEST_F(AutoFilter, FailureInTheMiddlePutsRedrawAndPointerBack) {
+    AddUnits({"kg", "g"});
+    toolkit.ExpectForm<frmAutoFilter>("frmAutoFilter", [&](frmAutoFilter& form) {
+        Tick({"kg"})(form);
+        toolkit.onProcessEvents = [&] {
+            if (!desk.Grid.Redraw()) {
+                throw cError(errOutOfMemory, "AutoFilterTest");
+            }
+        };
+    });
+    EXPECT_THROW(ShowColumnFilter(desk, Position(cnUnits), Place{}), cError);
+    EXPECT_TRUE(desk.Grid.Redraw());
+    EXPECT_EQ(toolkit.MousePointer(), Pointer::Default);
+}
+
+// --- blanks and case
+// ----------------------------------------------------------------------------------------
+
+TEST_F(AutoFilter, BlankCellsAppearAsOneItemAndAreKeptByIt) {
+    AddUnits({"", "g", ""});
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+(Blank)", "+g"));
+    Press(cnUnits, Tick({"(Blank)"}));
+    EXPECT_THAT(Filter(cnUnits), ElementsAre(""));
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 3));
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+(Blank)", "-g"));
+}
+
+TEST_F(AutoFilter, EmptyCellAndCellOfBlanksAreTwoItemsAndOnlyTheEmptyOneComesBack) {
+    AddUnits({"", "  ", "g"});
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+(Blank)", "+(Blank)", "+g"));
+    Press(cnUnits, Tick({"(Blank)"}));
+    EXPECT_THAT(Filter(cnUnits), ElementsAre("", ""));
+    EXPECT_THAT(ShownRows(), ElementsAre(1));
+}
+
+TEST_F(AutoFilter, ValueThatReadsBlankCountsAsTheEmptyText) {
+    AddUnits({" (Blank) ", "", "g"});
+    Press(cnUnits, Tick({" (Blank) "}));
+    EXPECT_THAT(Filter(cnUnits), ElementsAre(""));
+    EXPECT_THAT(ShownRows(), ElementsAre(2));
+}
+
+TEST_F(AutoFilter, SpellingsOfOneValueAreOneItemWrittenAsInTheEarlierRow) {
+    AddUnits({"abc", "x", "ABC"});
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+abc", "+x"));
+    Press(cnUnits, Tick({"abc"}));
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 3));
+}
+
+TEST_F(AutoFilter, LettersOutsideAsciiMatchInEitherCase) {
+    AddUnits({"k\u00E4se", "x", "K\u00C4SE"});
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+k\u00E4se", "+x"));
+    Press(cnUnits, Tick({"k\u00E4se"}));
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 3));
+}
+
+TEST_F(AutoFilter, WholeTextIsComparedUntrimmed) {
+    AddUnits({"g", " g", "g "});
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+ g", "+g", "+g "));
+    Press(cnUnits, Tick({"g"}));
+    EXPECT_THAT(ShownRows(), ElementsAre(1));
+}
+
+// --- several columns
+// ----------------------------------------------------------------------------------------
+
+TEST_F(AutoFilter, FiltersOfSeveralColumnsAddUp) {
+    AddUnitAndCategory("g", "A");
+    AddUnitAndCategory("g", "B");
+    AddUnitAndCategory("kg", "A");
+    Press(cnUnits, Tick({"g"}));
+    Press(cnCategory, Tick({"A"}));
+    EXPECT_THAT(ShownRows(), ElementsAre(1));
+    EXPECT_EQ(CountActiveFilters(desk), 2);
+}
+
+TEST_F(AutoFilter, ListHoldsWhatTheOtherColumnsLeave) {
+    AddUnitAndCategory("g", "A");
+    AddUnitAndCategory("kg", "B");
+    AddUnitAndCategory("l", "C");
+    SetFilter(cnCategory, {"a", "C"});
+    EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("g", "l"));
+}
+
+TEST_F(AutoFilter, ValueLeftOutByAnotherColumnInOneRowIsListedFromALaterRow) {
+    AddUnitAndCategory("G", "B");
+    AddUnitAndCategory("g", "A");
+    SetFilter(cnCategory, {"A"});
+    EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("g"));
+}
+
+TEST_F(AutoFilter, TheOnlyFilteredColumnOffersAllRowsThatTheNumericRuleLetsThrough) {
+    AddUnitAndCategory("g", "A");
+    AddUnitAndCategory("kg", "B");
+    AddUnitAndCategory("t", "C", "T");
+    Press(cnUnits, Tick({"g"}));
+    EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("g", "kg"));
+}
+
+TEST_F(AutoFilter, OwnFilterDoesNotNarrowTheListBesideAnotherOne) {
+    AddUnitAndCategory("g", "A");
+    AddUnitAndCategory("kg", "A");
+    AddUnitAndCategory("l", "B");
+    SetFilter(cnUnits, {"g"});
+    SetFilter(cnCategory, {"A"});
+    EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("g", "kg"));
+}
+
+TEST_F(AutoFilter, ValuesComeInTheOrderOfTheRowsHiddenOnesToo) {
+    AddUnits({"m", "kg", "g"});
+    Hide({1, 3});
+    EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("m", "kg", "g"));
+}
+
+TEST_F(AutoFilter, HiddenColumnKeepsItsFilter) {
+    AddUnits({"kg", "g"});
+    SetShown(cnUnits, false);
+    SetFilter(cnUnits, {"g"});
+    ApplyFilters(desk);
+    EXPECT_THAT(ShownRows(), ElementsAre(2));
+}
+
+// --- the numeric rule
+// ---------------------------------------------------------------------------------------
+
+TEST_F(AutoFilter, NonNumericRowsAreOfferedOnlyWithoutTheTick) {
+    AddUnitAndCategory("g", "");
+    AddUnitAndCategory("t", "", "T");
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+g"));
+    desk.mnuShowOnlyNumericVariables.SetChecked(false);
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+g", "+t"));
+}
+
+TEST_F(AutoFilter, EmptyTypeAndARunOfLettersCountAsNumericButASmallLetterDoesNot) {
+    AddUnitAndCategory("empty", "", "");
+    AddUnitAndCategory("run", "", "AR");
+    AddUnitAndCategory("small", "", "n");
+    EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("empty", "run"));
+    ApplyFilters(desk);
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+}
+
+TEST_F(AutoFilter, RowThatFailsTheNumericRuleStaysHiddenThoughItsValuePasses) {
+    AddUnitAndCategory("g", "");
+    AddUnitAndCategory("g", "", "P");
+    AddUnitAndCategory("kg", "");
+    Press(cnUnits, Tick({"g"}));
+    EXPECT_THAT(ShownRows(), ElementsAre(1));
+    desk.mnuShowOnlyNumericVariables.SetChecked(false);
+    ApplyFilters(desk);
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+}
+
+TEST_F(AutoFilter, WithoutAFilterTheNumericRuleAloneDecides) {
+    AddUnitAndCategory("g", "");
+    AddUnitAndCategory("g", "", "L");
+    Hide({1});
+    ApplyFilters(desk);
+    EXPECT_THAT(ShownRows(), ElementsAre(1));
+    EXPECT_THAT(toolkit.log, IsEmpty());
+    desk.mnuShowOnlyNumericVariables.SetChecked(false);
+    ApplyFilters(desk);
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+}
+
+TEST_F(AutoFilter, EachFilteredRowGivesTheMessageLoopOnePass) {
+    AddUnits({"g", "kg", "g"});
+    SetFilter(cnUnits, {"g"});
+    ApplyFilters(desk);
+    EXPECT_THAT(toolkit.log, ElementsAre("events", "events", "events"));
+}
+
+TEST_F(AutoFilter, NoRowAtAllOffersNothingAndTakesOk) {
+    Press(cnUnits, [](frmAutoFilter& form) {
+        EXPECT_EQ(form.lstAutoFilter.Count(), 0);
+        EXPECT_EQ(form.chkSelectAll.Value(), csChecked);
+        form.cmdOk.UserClick();
+    });
+    EXPECT_THAT(Filter(cnUnits), IsEmpty());
+    EXPECT_EQ(Funnel(cnUnits), HeaderPicture::FilterOff);
+}
+
+TEST_F(AutoFilter, SingleRowAndLastRowAreFilteredLikeAnyOther) {
+    AddUnits({"g"});
+    SetFilter(cnUnits, {"kg"});
+    ApplyFilters(desk);
+    EXPECT_THAT(ShownRows(), IsEmpty());
+    AddUnits({"kg"});
+    ApplyFilters(desk);
+    EXPECT_THAT(ShownRows(), ElementsAre(2));
+}
+
+// --- edits
+// ------------------------------------------------------------------------------------------------
+
+TEST_F(AutoFilter, EditedValueIsOfferedNextAndItsRowStaysUntilTheNextChange) {
+    AddUnits({"g", "g", "kg"});
+    Press(cnUnits, Tick({"g"}));
+    SetCellValue(desk, 1, Position(cnUnits), "mg");
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+g", "-kg", "-mg"));
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+    Press(cnUnits, Tick({"g"}));
+    EXPECT_THAT(ShownRows(), ElementsAre(2));
+}
+
+TEST_F(AutoFilter, FilterWorksOnTheShownTextNotOnTheValue) {
+    AddLimits(cnUSL, {1.25, 1.5});
+    locale.separator = ',';
+    SetCellValue(desk, 2, Position(cnUSL), "1.25");
+    EXPECT_THAT(GetColumnValues(desk, Position(cnUSL)), ElementsAre("1.250", "1,250"));
+}
+
+// --- tool tips
+// ------------------------------------------------------------------------------------------------
+
+TEST_F(AutoFilter, TipWithoutAnyFilterInvites) {
+    AddUnits({"g"});
+    EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Click to Filter Column ");
+}
+
+TEST_F(AutoFilter, TipOfANegativeColumnIsEmpty) {
+    EXPECT_EQ(GetFilterCaption(desk, -1), "");
+}
+
+TEST_F(AutoFilter, TipOfAnUnfilteredColumnBesideAFilteredOneSaysShowingAll) {
+    AddUnits({"g"});
+    SetFilter(cnUnits, {"g"});
+    EXPECT_EQ(GetFilterCaption(desk, Position(cnCategory)), " (Showing All) ");
+}
+
+TEST_F(AutoFilter, TipOfAFilteredColumnNamesItsValues) {
+    AddUnits({"A", "B", "C"});
+    Press(cnUnits, Tick({"A", "B"}));
+    EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Equals \"A, B\" ");
+}
+
+TEST_F(AutoFilter, TipShowsAnEmptyNameAsNothingBetweenItsCommas) {
+    SetFilter(cnUnits, {"", "g", "", "l"});
+    EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Equals \", g, , l\" ");
+    SetFilter(cnUnits, {""});
+    EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Equals \"\" ");
+}
+
+TEST_F(AutoFilter, TipLeavesOutEntriesThatAreNotSelected) {
+    SetFilter(cnUnits, {"a", "b"});
+    g.gLabels->Ref(cnUnits).Filters()->Item(1)->SetSelected(false);
+    EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Equals \"b\" ");
+}
+
+TEST_F(AutoFilter, TipIsNotCutInTheLogic) {
+    const Text name(600, 'x');
+    SetFilter(cnUnits, {name + "1", name + "2"});
+    EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Equals \"" + name + "1, " + name + "2\" ");
+}
+
+// --- Clear All Filters
+// ----------------------------------------------------------------------------------------
+
+TEST_F(AutoFilter, ClearAllFiltersDropsEveryFilterAndTurnsTheFunnelsGrey) {
+    AddUnitAndCategory("g", "A");
+    AddUnitAndCategory("kg", "B");
+    Press(cnUnits, Tick({"g"}));
+    Press(cnCategory, Tick({"A"}));
+    toolkit.log.clear();
+    ClearAllFilters(desk);
+    EXPECT_EQ(CountActiveFilters(desk), 0);
+    EXPECT_EQ(Funnel(cnUnits), HeaderPicture::FilterOff);
+    EXPECT_EQ(Funnel(cnCategory), HeaderPicture::FilterOff);
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+    EXPECT_THAT(toolkit.log, ElementsAre("hourglass", "events", "default"));
+}
+
+TEST_F(AutoFilter, ClearAllFiltersShowsNonNumericRowsToo) {
+    AddUnitAndCategory("g", "");
+    AddUnitAndCategory("t", "", "T");
+    EXPECT_THAT(ShownRows(), ElementsAre(1));
+    SetFilter(cnUnits, {"g"});
+    ClearAllFilters(desk);
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+    EXPECT_TRUE(desk.mnuShowOnlyNumericVariables.Checked());
+    ApplyFilters(desk);
+    EXPECT_THAT(ShownRows(), ElementsAre(1));
+}
+
+TEST_F(AutoFilter, ClearAllFiltersRepaintsOnce) {
+    AddUnits({"g", "kg", "l"});
+    Hide({1, 2, 3});
+    CountingScreen screen;
+    desk.Grid.SetScreen(&screen);
+    ClearAllFilters(desk);
+    EXPECT_EQ(screen.layouts, 1);
+    desk.Grid.SetScreen(nullptr);
+}
+
+// --- at the limit
+// ---------------------------------------------------------------------------------------------
+
+TEST_F(AutoFilter, ThirtyTwoThousandDistinctValuesAreOfferedAndFiltered) {
+    // With nested loops this takes minutes: the test would run into its time limit.
+    constexpr std::int32_t rows = 32767;
+    for (std::int32_t row = 1; row <= rows; ++row) {
+        AddRow([row](cField& field) { field.SetUnits("unit " + std::to_string(row)); });
+    }
+    Press(cnUnits, [&](frmAutoFilter& form) {
+        ASSERT_EQ(form.lstAutoFilter.Count(), rows);
+        form.lstAutoFilter.UserSelect(0, false);
+        form.cmdOk.UserClick();
+    });
+    EXPECT_EQ(static_cast<std::int32_t>(ShownRows().size()), rows - 1);
+    EXPECT_TRUE(desk.Grid.RowHidden(1));
+}
+
+}  // namespace
+}  // namespace kd

@@ -1,0 +1,313 @@
+#include "grid/ViewModes.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "fakes/GridDesk.h"
+#include "grid/AutoFilter.h"
+#include "grid/CellGate.h"
+
+namespace kd {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::vector<std::int32_t> From(std::int32_t first, std::int32_t last, std::vector<std::int32_t> before = {}) {
+    for (std::int32_t number = first; number <= last; ++number) {
+        before.push_back(number);
+    }
+    return before;
+}
+
+const std::vector<std::int32_t> PathsAndLimits = From(7, 20, {3, 4, 5});
+const std::vector<std::int32_t> LimitsAlone = From(7, 20);
+const std::vector<std::int32_t> PathsAndAll = From(7, 35, {3, 4, 5});
+const std::vector<std::int32_t> AllButPaths = From(7, 35);
+
+struct ViewModes : testing::Test, GridDesk {
+    void AddTypes(const std::vector<Text>& types) {
+        for (const Text& type : types) {
+            AddRow([&type](cField& field) { field.SetFieldType(type); });
+        }
+    }
+    void AddFilter(ColumnNumber number, const Text& name) {
+        g.gLabels->Ref(number).Filters()->Add(name, true);
+        desk.Grid.SetCellPicture(Position(number), HeaderPicture::FilterOn);
+    }
+    bool AllFunnelsGrey() const {
+        for (std::int32_t col = 0; col < desk.Grid.Cols(); ++col) {
+            if (desk.Grid.CellPicture(col) != HeaderPicture::FilterOff) {
+                return false;
+            }
+        }
+        return true;
+    }
+};
+
+/// A desk whose cell editor is open with a text that the cell refuses or takes.
+struct OpenEditor : ViewModes {
+    void Open(const Text& text, bool accept) {
+        AddLimits(cnUSL, {1.5});
+        desk.Grid.ValidateEdit = [this, accept](std::int32_t, std::int32_t, bool& cancel) {
+            ++validated;
+            cancel = !accept;
+        };
+        desk.Grid.Select(1, Position(cnUSL));
+        ASSERT_TRUE(desk.Grid.StartEdit());
+        desk.Grid.SetEditText(text);
+    }
+    int validated = 0;
+};
+using ViewModesEditor = OpenEditor;
+
+// --- menus that open
+// --------------------------------------------------------------------------------------------
+
+TEST_F(ViewModes, ClearAllFiltersIsEnabledOnlyWhenAColumnHasAFilter) {
+    AddTypes({"N"});
+    desk.mnuClearFilters.SetEnabled(true);
+    mnuOptions_Click(desk);
+    EXPECT_FALSE(desk.mnuClearFilters.Enabled());
+    AddFilter(cnUCase, "N");  // the last column
+    mnuOptions_Click(desk);
+    EXPECT_TRUE(desk.mnuClearFilters.Enabled());
+    g.gLabels->Ref(cnUCase).Filters()->Clear();
+    AddFilter(cnID, "1");  // the first one
+    mnuOptions_Click(desk);
+    EXPECT_TRUE(desk.mnuClearFilters.Enabled());
+    mnuClearFilters_Click(desk);
+    mnuOptions_Click(desk);
+    EXPECT_FALSE(desk.mnuClearFilters.Enabled());
+}
+
+TEST_F(ViewModesEditor, OptionsTakeAnAcceptedTextFromTheEditor) {
+    Open("2.5", true);
+    mnuOptions_Click(desk);
+    EXPECT_FALSE(desk.Grid.EditWindow());
+    EXPECT_EQ(Cell(1, cnUSL), "2.5");
+}
+
+TEST_F(ViewModesEditor, ViewTakesAnAcceptedTextFromTheEditor) {
+    Open("2.5", true);
+    mnuView_Click(desk);
+    EXPECT_FALSE(desk.Grid.EditWindow());
+    EXPECT_EQ(Cell(1, cnUSL), "2.5");
+}
+
+TEST_F(ViewModesEditor, RefusedTextStaysInTheEditorWhenAMenuOpens) {
+    Open("x", false);
+    mnuView_Click(desk);
+    EXPECT_TRUE(desk.Grid.EditWindow());
+    EXPECT_EQ(validated, 1);
+    mnuOptions_Click(desk);
+    EXPECT_TRUE(desk.Grid.EditWindow());
+    EXPECT_EQ(validated, 2);
+    EXPECT_EQ(desk.Grid.EditText(), "x");
+    EXPECT_FALSE(desk.mnuClearFilters.Enabled());
+}
+
+TEST_F(ViewModes, OpeningAMenuWithoutAnEditorKeepsTheSelection) {
+    AddTypes({"N", "N"});
+    Select(1, cnUSL, 2, cnLSL);
+    const GridSelection before = desk.Grid.GetSelection();
+    mnuOptions_Click(desk);
+    mnuView_Click(desk);
+    EXPECT_EQ(desk.Grid.GetSelection(), before);
+}
+
+// --- Show Paths
+// -------------------------------------------------------------------------------------------------
+
+TEST_F(ViewModes, UntickingShowPathsHidesThemAndFreezesUpToTheVariableName) {
+    mnuShowPaths_Click(desk);
+    EXPECT_FALSE(desk.mnuShowPaths.Checked());
+    EXPECT_EQ(ShownColumns(), LimitsAlone);
+    EXPECT_EQ(desk.Grid.FrozenCols(), 8);
+}
+
+TEST_F(ViewModes, TickingShowPathsShowsThreeOfThemAndFreezesNothing) {
+    mnuShowPaths_Click(desk);
+    mnuShowPaths_Click(desk);
+    EXPECT_TRUE(desk.mnuShowPaths.Checked());
+    EXPECT_EQ(ShownColumns(), PathsAndLimits);
+    EXPECT_EQ(desk.Grid.FrozenCols(), 0);
+}
+
+TEST_F(ViewModes, UntickingShowPathsLeavesTheProperties) {
+    mnuShowAll_Click(desk);
+    mnuShowPaths_Click(desk);
+    EXPECT_EQ(ShownColumns(), AllButPaths);
+}
+
+TEST_F(ViewModes, ShowingThePathsHidesThePropertiesAndKeepsTheirTick) {
+    mnuShowAll_Click(desk);
+    mnuShowPaths_Click(desk);
+    mnuShowPaths_Click(desk);
+    EXPECT_EQ(ShownColumns(), PathsAndLimits);
+    EXPECT_TRUE(desk.mnuShowAll.Checked());
+    mnuShowAll_Click(desk);
+    EXPECT_EQ(ShownColumns(), PathsAndLimits);
+    mnuShowAll_Click(desk);
+    EXPECT_EQ(ShownColumns(), PathsAndAll);
+}
+
+TEST_F(ViewModes, ShowingThePathsWithoutTheTickHidesPropertiesThatTheCatalogueHides) {
+    mnuShowPaths_Click(desk);
+    SetShown(cnXRef, true);
+    g.gLabels->Ref(cnUnits).SetVisible(true);
+    mnuShowPaths_Click(desk);
+    EXPECT_TRUE(desk.Grid.ColHidden(Position(cnXRef)));
+    EXPECT_FALSE(desk.Grid.ColHidden(Position(cnUnits)));
+}
+
+TEST_F(ViewModes, ShowingThePathsWithTheTickHidesEvenPropertiesThatTheCatalogueShows) {
+    mnuShowAll_Click(desk);
+    mnuShowPaths_Click(desk);
+    g.gLabels->Ref(cnUnits).SetVisible(true);
+    mnuShowPaths_Click(desk);
+    EXPECT_TRUE(desk.Grid.ColHidden(Position(cnUnits)));
+}
+
+TEST_F(ViewModes, ColumnsAreToldByTheirNumbersInAnyOrder) {
+    for (std::int32_t col = 0; col < desk.Grid.Cols(); ++col) {  // the order turned round
+        desk.Grid.SetColData(col, desk.Grid.Cols() - col);
+        desk.Grid.SetColHidden(col, false);
+    }
+    mnuShowPaths_Click(desk);
+    for (std::int32_t col = 0; col < desk.Grid.Cols(); ++col) {
+        EXPECT_EQ(desk.Grid.ColHidden(col), desk.Grid.ColData(col) < 7) << "position " << col;
+    }
+    EXPECT_EQ(desk.Grid.FrozenCols(), 28 + 2);
+}
+
+TEST_F(ViewModes, ShowPathsNeedsNoHourglass) {
+    mnuShowPaths_Click(desk);
+    EXPECT_THAT(toolkit.log, IsEmpty());
+}
+
+// --- Show All Properties
+// ----------------------------------------------------------------------------------------
+
+TEST_F(ViewModes, ShowAllShowsTheProperties) {
+    mnuShowAll_Click(desk);
+    EXPECT_TRUE(desk.mnuShowAll.Checked());
+    EXPECT_EQ(ShownColumns(), PathsAndAll);
+    EXPECT_THAT(toolkit.log, ElementsAre("hourglass", "default"));
+}
+
+TEST_F(ViewModes, ShowAllClickedAgainHidesThem) {
+    mnuShowAll_Click(desk);
+    mnuShowAll_Click(desk);
+    EXPECT_FALSE(desk.mnuShowAll.Checked());
+    EXPECT_EQ(ShownColumns(), PathsAndLimits);
+}
+
+TEST_F(ViewModes, ShowAllLeavesPathsAndFrozenColumns) {
+    mnuShowPaths_Click(desk);
+    mnuShowAll_Click(desk);
+    EXPECT_EQ(ShownColumns(), AllButPaths);
+    EXPECT_EQ(desk.Grid.FrozenCols(), 8);
+    mnuShowAll_Click(desk);
+    EXPECT_EQ(ShownColumns(), LimitsAlone);
+    EXPECT_EQ(desk.Grid.FrozenCols(), 8);
+}
+
+TEST_F(ViewModes, ShowAllPassesOverTheFirstPosition) {
+    desk.Grid.SetColData(0, cnUnits);
+    desk.Grid.SetColHidden(0, true);
+    mnuShowAll_Click(desk);
+    EXPECT_TRUE(desk.Grid.ColHidden(0));
+}
+
+TEST_F(ViewModes, RebuildHidesThePropertiesThoughShowAllStaysTicked) {
+    mnuShowAll_Click(desk);
+    modKDLimitDesk::BuildColumnCatalogue(g);
+    SetupGridColumns(desk);
+    EXPECT_TRUE(desk.mnuShowAll.Checked());
+    EXPECT_TRUE(desk.Grid.ColHidden(Position(cnUnits)));
+    mnuShowAll_Click(desk);
+    mnuShowAll_Click(desk);
+    EXPECT_EQ(ShownColumns(), PathsAndAll);
+}
+
+// --- Show Only Numeric Variables
+// --------------------------------------------------------------------------------
+
+TEST_F(ViewModes, UntickingTheNumericRuleShowsEveryRow) {
+    AddTypes({"N", "T", "A", "P"});
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 3));
+    mnuShowOnlyNumericVariables_Click(desk);
+    EXPECT_FALSE(desk.mnuShowOnlyNumericVariables.Checked());
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 2, 3, 4));
+    EXPECT_THAT(toolkit.log, ElementsAre("hourglass", "events", "default"));
+}
+
+TEST_F(ViewModes, TickingTheNumericRuleHidesTheOtherRows) {
+    AddTypes({"L", "N", "", "AR", "n", "T"});
+    mnuShowOnlyNumericVariables_Click(desk);
+    mnuShowOnlyNumericVariables_Click(desk);
+    EXPECT_TRUE(desk.mnuShowOnlyNumericVariables.Checked());
+    EXPECT_THAT(ShownRows(), ElementsAre(2, 3, 4));
+}
+
+TEST_F(ViewModes, TogglingTheNumericRuleClearsEveryFilterInBothDirections) {
+    AddTypes({"N", "R"});
+    for (const bool ticked : {false, true}) {
+        AddFilter(cnType, "N");
+        AddFilter(cnUCase, "N");
+        ApplyFilters(desk);
+        mnuShowOnlyNumericVariables_Click(desk);
+        EXPECT_EQ(desk.mnuShowOnlyNumericVariables.Checked(), ticked);
+        EXPECT_EQ(CountActiveFilters(desk), 0);
+        EXPECT_TRUE(AllFunnelsGrey());
+        EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+    }
+}
+
+TEST_F(ViewModes, NumericRuleHidesAgainWhatClearAllFiltersShowed) {
+    AddTypes({"N", "T"});
+    AddFilter(cnType, "N");
+    mnuClearFilters_Click(desk);
+    EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+    EXPECT_TRUE(desk.mnuShowOnlyNumericVariables.Checked());
+    mnuShowOnlyNumericVariables_Click(desk);
+    mnuShowOnlyNumericVariables_Click(desk);
+    EXPECT_THAT(ShownRows(), ElementsAre(1));
+}
+
+TEST_F(ViewModes, NumericRuleOverNoRowAtAllTogglesTheTickAlone) {
+    mnuShowOnlyNumericVariables_Click(desk);
+    EXPECT_FALSE(desk.mnuShowOnlyNumericVariables.Checked());
+    EXPECT_THAT(ShownRows(), IsEmpty());
+}
+
+TEST_F(ViewModes, EachClickRepaintsOnce) {
+    AddTypes({"T", "T", "T"});
+    CountingScreen screen;
+    desk.Grid.SetScreen(&screen);
+    const std::pair<const char*, void (*)(Desk&)> clicks[] = {
+        {"Show Paths", mnuShowPaths_Click},
+        {"Show All Properties", mnuShowAll_Click},
+        {"Show Only Numeric Variables", mnuShowOnlyNumericVariables_Click}};
+    for (const auto& [label, click] : clicks) {
+        screen.layouts = 0;
+        click(desk);
+        EXPECT_EQ(screen.layouts, 1) << label;
+    }
+    desk.Grid.SetScreen(nullptr);
+}
+
+TEST_F(ViewModes, ViewModesChangeNoData) {
+    AddTypes({"N"});
+    mnuShowPaths_Click(desk);
+    mnuShowAll_Click(desk);
+    mnuShowOnlyNumericVariables_Click(desk);
+    EXPECT_FALSE(g.gFiles->Ref(1).ChangesMade());
+    EXPECT_EQ(Cell(1, cnType), "N");
+}
+
+}  // namespace
+}  // namespace kd

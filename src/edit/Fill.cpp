@@ -1,0 +1,120 @@
+#include "edit/Fill.h"
+
+#include <cmath>
+
+#include "edit/CellCheck.h"
+#include "edit/SelectionWalk.h"
+#include "edit/frmFill.h"
+#include "grid/CellGate.h"
+#include "grid/ColumnCatalogue.h"
+#include "model/Decimals.h"
+
+namespace kd {
+namespace {
+
+// Column number of the first limit; the others follow in the order of the dialog's options.
+constexpr std::int32_t FirstLimitColumn = 10;
+
+std::int32_t TargetLimitOf(const Desk& desk, const SelectionWalk& walk) {
+    if (walk.nCols() != 1) {
+        return NoTargetLimit;
+    }
+    const std::int32_t limit = desk.Grid.ColData(walk.SelCols(1)) - FirstLimitColumn;
+    return limit >= 0 && limit < LimitCount ? limit : NoTargetLimit;
+}
+
+double Calculated(double base, double value, std::int32_t how) {
+    switch (how) {
+        case pmMinus:
+            return base - value;
+        case pmPlusPercent:
+            return base + base * (value / 100);
+        case pmMinusPercent:
+            return base - base * (value / 100);
+        default:
+            return base + value;
+    }
+}
+
+void TakeConstant(const frmFill& form, EditMemory& memory, SelectionWalk& walk) {
+    // Deliberate: kept before any check. Fill.RefusedConstantIsRemembered
+    memory.LastFillText = form.FillText();
+    for (std::int32_t i = 1; i <= walk.nRows(); ++i) {
+        for (std::int32_t j = 1; j <= walk.nCols(); ++j) {
+            walk.SetSelValues(i, j, form.FillText());
+        }
+    }
+}
+
+/// False when a row refused, which was told; the values are then of no use.
+bool Calculate(Desk& desk, const frmFill& form, SelectionWalk& walk) {
+    const Locale& locale = desk.g.platform.locale;
+    const std::int32_t source = LabelIndexToGridColumn(desk, form.LimitType() + FirstLimitColumn);
+    const double value = ParseCellNumber(form.LimitValue(), locale);
+    const char separator = modKDLimitDesk::LocaleDecimalSeparator(locale);
+    for (std::int32_t i = 1; i <= walk.nRows(); ++i) {
+        const std::string_view base = desk.Grid.TextMatrix(walk.SelRows(i), source);
+        if (!IsNumericText(base, locale)) {  // nor are "C", "B" and the empty text
+            desk.g.platform.toolkit.Say("Cannot calculate using Blank or Calc limits!", BoxIcon::Exclamation);
+            return false;
+        }
+        const double result = Calculated(ParseCellNumber(base, locale), value, form.LimitPlusMinus());
+        if (!std::isfinite(result)) {
+            desk.g.platform.toolkit.Say("Invalid Limit value!", BoxIcon::Exclamation);
+            return false;
+        }
+        for (std::int32_t j = 1; j <= walk.nCols(); ++j) {
+            walk.SetSelValues(i, j, PlainTextWithLeadingZero(result, separator));
+        }
+    }
+    return true;
+}
+
+/// False when a cell refused, which was told.
+bool AllCellsPass(Desk& desk, const SelectionWalk& walk) {
+    const auto refused = FirstRefusedCell(desk, walk);
+    if (!refused) {
+        return true;
+    }
+    desk.g.platform.toolkit.Say(
+        refused->readOnly
+            ? Text("Cannot Fill over Read-Only Cells!")
+            : RefusalText(desk, "Fill contains invalid data - Could not Fill!", walk.SelCols(refused->j),
+                          "'" + walk.SelValues(refused->i, refused->j) + "'"),
+        BoxIcon::Exclamation);
+    return false;
+}
+
+/// Computes the values that the dialog asks for, and checks them. False when one was refused.
+bool TakeValues(Desk& desk, const frmFill& form, EditMemory& memory, SelectionWalk& walk) {
+    if (form.FillType() == fkConstant) {
+        TakeConstant(form, memory, walk);
+    } else if (!Calculate(desk, form, walk)) {
+        return false;
+    }
+    return AllCellsPass(desk, walk);
+}
+
+}  // namespace
+
+void Fill(Desk& desk, EditMemory& memory) {
+    auto walk = BuildSelectionWalk(desk);
+    if (!walk) {
+        return;
+    }
+    frmFill form(desk.g);
+    form.SetTargetLimit(TargetLimitOf(desk, *walk));
+    form.SetFillText(memory.LastFillText.empty()
+                         ? Text(desk.Grid.TextMatrix(walk->SelRows(1), walk->SelCols(1)))
+                         : memory.LastFillText);
+    do {
+        form.Display();
+        if (form.Cancel()) {
+            return;
+        }
+    } while (!TakeValues(desk, form, memory, *walk));
+    WriteValues(desk, *walk);
+    form.Destroy();
+}
+
+}  // namespace kd

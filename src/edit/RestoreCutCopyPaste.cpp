@@ -1,0 +1,164 @@
+#include "edit/RestoreCutCopyPaste.h"
+
+#include <utility>
+#include <vector>
+
+#include "edit/CellCheck.h"
+#include "edit/SelectionWalk.h"
+#include "grid/CellGate.h"
+#include "grid/ColumnCatalogue.h"
+#include "grid/RedrawOff.h"
+
+namespace kd {
+namespace {
+
+constexpr char CellSeparator = '\t';
+constexpr char RowSeparator = '\r';
+
+Text ClipboardText(const SelectionWalk& walk) {
+    Text text;
+    for (std::int32_t i = 1; i <= walk.nRows(); ++i) {
+        if (i > 1) {
+            text += RowSeparator;
+        }
+        for (std::int32_t j = 1; j <= walk.nCols(); ++j) {
+            if (j > 1) {
+                text += CellSeparator;
+            }
+            text += walk.SelValues(i, j);
+        }
+    }
+    return text;
+}
+
+/// A rectangle of texts, row behind row.
+struct Block {
+    std::int32_t nRows = 0;
+    std::int32_t nCols = 0;
+    std::vector<std::string_view> values;  // views of the text that was split
+};
+
+/// The first line sets the width; a line of another width is dropped and the following ones move up.
+Block SplitBlock(std::string_view text) {
+    Block block;
+    const auto lines = Split(text, RowSeparator);
+    const std::size_t width = Split(lines.front(), CellSeparator).size();
+    block.nCols = static_cast<std::int32_t>(width);
+    for (const std::string_view line : lines) {
+        const auto fields = Split(line, CellSeparator);
+        // Deliberate: no word about a line that is dropped. Paste.LinesOfAnotherWidthAreDroppedSilently
+        if (fields.size() == width) {
+            block.values.insert(block.values.end(), fields.begin(), fields.end());
+            ++block.nRows;
+        }
+    }
+    return block;
+}
+
+void SayPasteRefused(Desk& desk, const SelectionWalk& walk, const RefusedCell& refused) {
+    Toolkit& toolkit = desk.g.platform.toolkit;
+    if (refused.readOnly) {
+        toolkit.Say("Cannot Paste over Read-Only Cells!");
+    } else {
+        toolkit.Say(RefusalText(desk, "Clipboard contains invalid data.", walk.SelCols(refused.j),
+                                "'" + walk.SelValues(refused.i, refused.j) + "'"),
+                    BoxIcon::Exclamation);
+    }
+}
+
+}  // namespace
+
+void Restore(Desk& desk) {
+    auto walk = BuildSelectionWalk(desk);
+    if (!walk) {
+        return;
+    }
+    // The columns in front of the variable's own belong to the view: the baseline has no text for them.
+    const auto isOfVariable = [&](std::int32_t j) {
+        return desk.Grid.ColData(walk->SelCols(j)) >= FirstVariableColumn;
+    };
+    for (std::int32_t i = 1; i <= walk->nRows(); ++i) {
+        const cField& saved = desk.g.gSavedFields->Ref(desk.Grid.RowData(walk->SelRows(i)));
+        for (std::int32_t j = 1; j <= walk->nCols(); ++j) {
+            if (isOfVariable(j)) {
+                walk->SetSelValues(
+                    i, j,
+                    saved.ValueText(desk.Grid.ColData(walk->SelCols(j)), vmGrid, desk.g.platform.locale));
+            }
+        }
+    }
+    const RedrawOff quiet(desk.Grid);
+    for (std::int32_t i = 1; i <= walk->nRows(); ++i) {
+        for (std::int32_t j = 1; j <= walk->nCols(); ++j) {
+            if (isOfVariable(j)) {
+                SetCellValue(desk, walk->SelRows(i), walk->SelCols(j), walk->SelValues(i, j));
+            }
+        }
+    }
+}
+
+void Copy(Desk& desk) {
+    auto walk = BuildSelectionWalk(desk);
+    if (!walk) {
+        return;
+    }
+    ReadShownTexts(desk, *walk);
+    desk.g.platform.suite.NewClipboard()->SetText(ClipboardText(*walk));
+}
+
+void Cut(Desk& desk) {
+    auto walk = BuildSelectionWalk(desk);
+    if (!walk) {
+        return;
+    }
+    ReadShownTexts(desk, *walk);
+    const Text text = ClipboardText(*walk);
+    walk->ClearValues();
+    if (const auto refused = FirstRefusedCell(desk, *walk)) {
+        Toolkit& toolkit = desk.g.platform.toolkit;
+        if (refused->readOnly) {
+            toolkit.Say("Cannot Cut Read-Only Cells!");
+        } else {
+            toolkit.Say(RefusalText(desk, "Some cells could not be cut!", walk->SelCols(refused->j), "Blank"),
+                        BoxIcon::Exclamation);
+        }
+        return;
+    }
+    WriteValues(desk, *walk);
+    desk.g.platform.suite.NewClipboard()->SetText(text);
+}
+
+void Paste(Desk& desk) {
+    const std::int32_t row = desk.Grid.Row();
+    const std::int32_t col = desk.Grid.Col();
+    if (row < 1 || col < 0) {
+        return;
+    }
+    const Text text = desk.g.platform.locale.CodePage().Seen(desk.g.platform.suite.NewClipboard()->GetText());
+    if (text.empty()) {
+        return;
+    }
+    const Block block = SplitBlock(text);
+    if (block.nCols == 0) {
+        return;
+    }
+    auto walk = WalkFrom(desk.Grid, row, col, block.nRows, block.nCols);
+    if (!walk) {
+        desk.g.platform.toolkit.Say("The clipboard's block does not fit from the current cell.",
+                                    BoxIcon::Exclamation);
+        return;
+    }
+    auto value = block.values.begin();
+    for (std::int32_t i = 1; i <= walk->nRows(); ++i) {
+        for (std::int32_t j = 1; j <= walk->nCols(); ++j) {
+            walk->SetSelValues(i, j, Text(*value++));
+        }
+    }
+    if (const auto refused = FirstRefusedCell(desk, *walk)) {
+        SayPasteRefused(desk, *walk, *refused);
+        return;
+    }
+    WriteValues(desk, *walk);
+}
+
+}  // namespace kd

@@ -285,6 +285,48 @@ TEST(LoadApplicationsTest, ThirtyTwoThousandSevenHundredSixtyEightVariablesStopT
     EXPECT_EQ(t.desk.Grid.Rows(), 32768);
 }
 
+TEST(LoadApplicationsTest, ColumnsAreSizedOnceWhenAllRowsAreIn) {
+    class Screen : public GridScreen {
+    public:
+        explicit Screen(VSFlexGrid& grid) : m_grid(grid) {}
+        std::vector<std::int32_t> rowsAtSizing;
+        void AutoSize(std::int32_t, std::int32_t) override { rowsAtSizing.push_back(m_grid.Rows()); }
+
+    private:
+        VSFlexGrid& m_grid;
+    };
+    LoadedDesk t;
+    t.Put(anApplication().Field(aField()).View("Inlet", 1).Field(aField()));
+    modKDLimitDesk::BuildColumnCatalogue(t.g);
+    SetupGridColumns(t.desk);
+    Screen screen(t.desk.Grid);
+    t.desk.Grid.SetScreen(&screen);
+    LoadApplications(t.desk);
+    EXPECT_EQ(screen.rowsAtSizing, std::vector<std::int32_t>{3});
+}
+
+TEST(LoadApplicationsTest, ASaveWritesDerivedBoundsThatTheFileDidNotHold) {
+    LoadedDesk t;
+    t.Put(anApplication().Field(aField().Length(6).Max(0)));
+    t.Load();
+    EXPECT_TRUE(modKDLimitDesk::SaveSchema(t.g, 1));
+    EXPECT_NE(t.files.Get("/apps/plant.kdt").find("   MAX          = 999.99\r\n"), Text::npos);
+    EXPECT_NE(t.files.Get("/apps/plant.kdt").find("   MIN          = -99.99\r\n"), Text::npos);
+}
+
+TEST(LoadApplicationsTest, AViewFileWhoseNameDiffersInCaseIsReadAndRewritten) {
+    LoadedDesk t;
+    const auto application = anApplication().View("Inlet", 1).Field(aField().Name("a"));
+    t.Put(application);
+    t.files.Erase("/apps/plant.V1");
+    t.files.Put("/apps/PLANT.v1", application.FileText(1));
+    t.Load();
+    ASSERT_EQ(t.g.gFields->Count(), 1);
+    EXPECT_TRUE(modKDLimitDesk::SaveSchema(t.g, 2));
+    EXPECT_NE(t.files.Get("/apps/PLANT.v1").find("7.001"), Text::npos);
+    EXPECT_FALSE(t.files.Has("/apps/plant.V1"));
+}
+
 TEST(OpenApplicationFileTest, IsTrueOnlyWhenNothingWasRaised) {
     class Reader : public KDApplicationFile {
     public:

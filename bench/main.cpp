@@ -16,6 +16,9 @@
 #include "commit/CommitChanges.h"
 #include "grid/ColumnCatalogue.h"
 #include "lifecycle/StartUp.h"
+#ifdef KD_BENCH_WITH_QT
+#include "ShownGrid.h"
+#endif
 
 namespace kd::bench {
 namespace {
@@ -58,6 +61,19 @@ public:
     Job Load() {
         return {"whole load, grid texts filled", [this] { Start(m_templates); }, [this] { LoadAll(); }};
     }
+#ifdef KD_BENCH_WITH_QT
+    Job LoadShown() {
+        return {"whole load, shown in the grid",
+                [this] {
+                    Start(m_templates);
+                    m_shown = std::make_unique<ShownGrid>(m_bench->desk.Grid);
+                },
+                [this] {
+                    LoadAll();
+                    m_shown->Paint();
+                }};
+    }
+#endif
     Job Validate() {
         return {"check of all limits",
                 [this] {
@@ -71,7 +87,9 @@ public:
     }
 
 private:
-    void Start(const std::vector<std::string>& templates) { m_bench = std::make_unique<Bench>(templates); }
+    void Start(const std::vector<std::string>& templates) {
+        m_bench = std::make_unique<Bench>(templates);
+    }
 
     void ReadAll() {
         Globals& g = m_bench->machine.g;
@@ -105,6 +123,9 @@ private:
     std::string m_folder;
     fs::path m_scratch;
     std::unique_ptr<Bench> m_bench;
+#ifdef KD_BENCH_WITH_QT
+    std::unique_ptr<ShownGrid> m_shown;
+#endif
 };
 
 void Print(const Job& job, int runs, double floorMs) {
@@ -124,9 +145,13 @@ int Run(const std::string& folder, int runs) {
     const double bytes = MedianOfCommand({"cat"}, jobs.Files(), runs);
     std::printf("%zu files; median of %d runs\n", jobs.Files().size(), runs);
     std::printf("%-32s %8.0f ms CPU\n%-32s %8.0f ms CPU\n", "floor: wc -l", lines, "floor: cat", bytes);
-    for (const Job& job : {jobs.Read(), jobs.Load(), jobs.Validate(), jobs.Save()}) {
-        Print(job, runs, lines);
-    }
+    Print(jobs.Read(), runs, lines);
+    Print(jobs.Load(), runs, lines);
+#ifdef KD_BENCH_WITH_QT
+    Print(jobs.LoadShown(), runs, lines);
+#endif
+    Print(jobs.Validate(), runs, lines);
+    Print(jobs.Save(), runs, lines);
     fs::remove_all(scratch);
     return 0;
 }

@@ -3,11 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "DiskFiles.h"
 #include "fakes/FakeServices.h"
-#include "fakes/FakeSuite.h"
 #include "model/Globals.h"
 #include "platform/Platform.h"
+#include "suite/StandaloneSuite.h"
+#include "system/SystemFiles.h"
+#include "system/SystemServices.h"
 
 namespace kd::bench {
 
@@ -30,18 +31,17 @@ private:
     Pointer m_pointer = Pointer::Default;
 };
 
-/// The machine under the benchmark: real files, and the suite's services for the given applications.
+/// The machine under the benchmark: the operating system's files and the standalone suite, with a locale that
+/// is the same everywhere.
 struct Machine {
-    explicit Machine(const std::vector<std::string>& templates);
-
-    DiskFiles files;
-    SilentToolkit toolkit;
     FakeLocale locale;
-    FakeClock clock;
-    FakeEnvironment environment;
+    SystemFiles files{locale.CodePage()};
+    SilentToolkit toolkit;
+    SystemClock clock;
+    SystemEnvironment environment;
     FakeShell shell;
     FakeFileDialog fileDialog;
-    FakeSuite suite;
+    StandaloneSuite suite{{"", "", "", KD_SOURCE_DIR "/samples"}, files, locale, clock, {}};
     Platform platform{files, toolkit, locale, clock, environment, shell, fileDialog, suite};
     Globals g{platform};
 };

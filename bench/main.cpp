@@ -27,7 +27,7 @@ namespace fs = std::filesystem;
 
 /// The program without its window, before its first load.
 struct Bench {
-    explicit Bench(const std::vector<std::string>& templates) : machine(templates) {
+    explicit Bench(const std::vector<std::string>& templates) {
         for (const std::string& path : templates) {
             (void)machine.g.gMasterFiles->Add(path, true);
         }

@@ -1,5 +1,6 @@
 #include "qt/CellEditor.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 #include "qt/GridMetrics.h"
@@ -12,6 +13,11 @@ CellEditor::CellEditor(QWidget* parent) : QLineEdit(parent) {
     setFrame(false);
     setTextMargins(CellMargin - 2, 0, CellMargin - 2, 0);  // a line edit has 2 pixels of its own
     setAutoFillBackground(true);
+}
+
+void CellEditor::keyPressEvent(QKeyEvent* event) {
+    QLineEdit::keyPressEvent(event);
+    event->accept();
 }
 
 void CellEditor::paintEvent(QPaintEvent* event) {

@@ -10,6 +10,8 @@ public:
     explicit CellEditor(QWidget* parent);
 
 protected:
+    /// Takes every key, those too that it has no use for: none of them is the grid's.
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 };
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "qt/GridWidget.h"
+#include "qt/QtText.h"
 
 namespace kd {
 
@@ -17,10 +18,6 @@ namespace {
 /// A selection beyond this many cells is told by its count, and cell by cell only where it is in sight:
 /// nobody listens to a million cells.
 constexpr int MostToldCells = 1000;
-
-QString ToQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 /// One cell, made when a screen reader asks for it. Row 0 is the header.
 class GridCellAccessible : public QAccessibleInterface, public QAccessibleTableCellInterface {
@@ -76,7 +73,7 @@ QString GridCellAccessible::text(QAccessible::Text kind) const {
         return {};
     }
     if (kind == QAccessible::Name || kind == QAccessible::Value) {
-        return ToQString(Grid().TextMatrix(m_row, m_screenCol));
+        return ToQt(Grid().TextMatrix(m_row, m_screenCol));
     }
     if (kind == QAccessible::Description) {
         if (m_row == 0) {
@@ -164,9 +161,8 @@ public:
     int selectedCellCount() const override;
     QList<QAccessibleInterface*> selectedCells() const override;
     QString columnDescription(int column) const override {
-        return column >= 0 && column < Grid().Cols() && Grid().Rows() > 0
-                   ? ToQString(Grid().TextMatrix(0, column))
-                   : QString();
+        return column >= 0 && column < Grid().Cols() && Grid().Rows() > 0 ? ToQt(Grid().TextMatrix(0, column))
+                                                                          : QString();
     }
     QString rowDescription(int /*row*/) const override { return {}; }
     int selectedColumnCount() const override { return static_cast<int>(selectedColumns().size()); }

@@ -7,6 +7,7 @@
 #include "qt/CellEditor.h"
 #include "qt/GridMetrics.h"
 #include "qt/GridWidget.h"
+#include "qt/QtText.h"
 
 namespace kd {
 
@@ -53,7 +54,7 @@ void GridWidget::EditorChanged() {
 }
 
 void GridWidget::ShowEditor() {
-    const QString text = QString::fromStdString(m_grid.EditText());
+    const QString text = ToQt(m_grid.EditText());
     if (m_editor->text() != text) {
         // What was typed may come back with other characters: the cursor keeps its distance from the end.
         const auto behind = m_editor->text().size() - m_editor->cursorPosition();
@@ -128,40 +129,43 @@ bool GridWidget::eventFilter(QObject* watched, QEvent* event) {
         return QAbstractScrollArea::eventFilter(watched, event);
     }
     switch (event->type()) {
-        case QEvent::KeyPress:
-            return EditorKey(*static_cast<QKeyEvent*>(event));  // the type says so
+        case QEvent::KeyPress: {
+            bool taken = true;
+            AtEdge([&] { taken = EditorKey(*static_cast<QKeyEvent*>(event)); });  // the type says so
+            return taken;
+        }
         case QEvent::FocusOut:
             if (m_grid.EditWindow() && !ComesBack(static_cast<QFocusEvent*>(event)->reason())) {
                 // Not at once: a press on the grid still has to find the editor open.
                 QMetaObject::invokeMethod(
-                    this, [this] { FinishAfterFocusLoss(); }, Qt::QueuedConnection);
+                    this, [this] { AtEdge([this] { FinishAfterFocusLoss(); }); }, Qt::QueuedConnection);
             }
             break;
         case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonDblClick: {
-            const auto* press = static_cast<QMouseEvent*>(event);
-            if (press->button() == Qt::RightButton) {
-                (void)Press(MouseButton::Right, press->modifiers(),
-                            m_editor->mapTo(viewport(), press->position().toPoint()),
-                            {m_grid.Row(), m_grid.Col()});
-                return true;
-            }
-            break;
-        }
+        case QEvent::MouseButtonDblClick:
         case QEvent::MouseButtonRelease: {
-            const auto* release = static_cast<QMouseEvent*>(event);
-            if (release->button() == Qt::RightButton) {
-                Release(MouseButton::Right, release->modifiers(),
-                        m_editor->mapTo(viewport(), release->position().toPoint()),
-                        {m_grid.Row(), m_grid.Col()});
-                return true;
-            }
-            break;
+            bool taken = true;
+            AtEdge([&] { taken = EditorMouse(*static_cast<QMouseEvent*>(event)); });
+            return taken;
         }
         default:
             break;
     }
     return QAbstractScrollArea::eventFilter(watched, event);
+}
+
+bool GridWidget::EditorMouse(const QMouseEvent& event) {
+    if (event.button() != Qt::RightButton) {
+        return false;
+    }
+    const QPoint position = m_editor->mapTo(viewport(), event.position().toPoint());
+    const CellPlace place{m_grid.Row(), m_grid.Col()};
+    if (event.type() == QEvent::MouseButtonRelease) {
+        Release(MouseButton::Right, event.modifiers(), position, place);
+    } else {
+        (void)Press(MouseButton::Right, event.modifiers(), position, place);  // nothing follows a press
+    }
+    return true;
 }
 
 bool GridWidget::EditorKey(const QKeyEvent& event) {

@@ -11,6 +11,7 @@
 #include "base/Scope.h"
 #include "qt/GridWidget.h"
 #include "qt/KeyCodes.h"
+#include "qt/QtText.h"
 
 namespace kd {
 
@@ -108,7 +109,7 @@ void GridWidget::mousePressEvent(QMouseEvent* event) {
     const auto button = ButtonOf(event->button());
     if (button) {
         const QPoint position = event->position().toPoint();
-        (void)Press(*button, event->modifiers(), position, PlaceAt(position));  // nothing follows a press
+        AtEdge([&] { (void)Press(*button, event->modifiers(), position, PlaceAt(position)); });
     }
 }
 
@@ -116,7 +117,7 @@ void GridWidget::mouseReleaseEvent(QMouseEvent* event) {
     const auto button = ButtonOf(event->button());
     if (button) {
         const QPoint position = event->position().toPoint();
-        Release(*button, event->modifiers(), position, PlaceAt(position));
+        AtEdge([&] { Release(*button, event->modifiers(), position, PlaceAt(position)); });
     }
 }
 
@@ -126,26 +127,31 @@ void GridWidget::mouseDoubleClickEvent(QMouseEvent* event) {
         return;
     }
     const QPoint position = event->position().toPoint();
-    const CellPlace place = PlaceAt(position);
-    if (Press(*button, event->modifiers(), position, place) && button == MouseButton::Left && m_dragging &&
-        m_grid.Row() == place.row && m_grid.Col() == place.screenCol) {
-        m_dragging = !OpenEditor();
-    }
+    AtEdge([&] {
+        const CellPlace place = PlaceAt(position);
+        // m_dragging tells that the press picked the cell.
+        if (Press(*button, event->modifiers(), position, place) && m_dragging && m_grid.Row() == place.row &&
+            m_grid.Col() == place.screenCol) {
+            m_dragging = !OpenEditor();
+        }
+    });
 }
 
 void GridWidget::mouseMoveEvent(QMouseEvent* event) {
     const QPoint position = event->position().toPoint();
-    const CellPlace place = PlaceAt(position);
-    if (m_dragging && event->buttons().testFlag(Qt::LeftButton)) {
-        DragTo(position);
-    }
-    m_grid.SetMouseCell(place.row, place.screenCol);
-    if (m_grid.MouseMove) {
-        const QPoint corner = FromCorner(position);
-        // The button of a move is the one that is down; the left one stands for none.
-        const auto button = m_pressed.value_or(MouseButton::Left);
-        m_grid.MouseMove(button, ShiftOf(event->modifiers()), corner.x(), corner.y());
-    }
+    AtEdge([&] {
+        const CellPlace place = PlaceAt(position);
+        if (m_dragging && event->buttons().testFlag(Qt::LeftButton)) {
+            DragTo(position);
+        }
+        m_grid.SetMouseCell(place.row, place.screenCol);
+        if (m_grid.MouseMove) {
+            const QPoint corner = FromCorner(position);
+            // The button of a move is the one that is down; the left one stands for none.
+            const auto button = m_pressed.value_or(MouseButton::Left);
+            m_grid.MouseMove(button, ShiftOf(event->modifiers()), corner.x(), corner.y());
+        }
+    });
 }
 
 void GridWidget::ScrollTowards(QPoint position) {
@@ -202,7 +208,7 @@ void GridWidget::timerEvent(QTimerEvent* event) {
         return;
     }
     if (m_dragging && QApplication::mouseButtons().testFlag(Qt::LeftButton)) {
-        DragTo(m_dragPosition);
+        AtEdge([this] { DragTo(m_dragPosition); });
     } else {
         m_dragTimer.stop();
     }
@@ -227,7 +233,7 @@ void GridWidget::wheelEvent(QWheelEvent* event) {
 void GridWidget::contextMenuEvent(QContextMenuEvent* event) {
     // A menu asked for by mouse comes with the mouse events; this is the menu key alone.
     if (event->reason() != QContextMenuEvent::Mouse) {
-        KeyboardMenu();
+        AtEdge([this] { KeyboardMenu(); });
     }
     event->accept();
 }
@@ -284,7 +290,7 @@ QString GridWidget::ToolTipMarkup(std::string_view text) {
     if (text.empty()) {
         return {};
     }
-    QString shown = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    QString shown = ToQt(text);
     if (shown.size() > ToolTipLength) {
         shown.truncate(ToolTipLength);
         shown += QChar(0x2026);

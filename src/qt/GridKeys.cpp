@@ -6,25 +6,29 @@
 #include "qt/CellEditor.h"
 #include "qt/GridWidget.h"
 #include "qt/KeyCodes.h"
+#include "qt/QtText.h"
 
 namespace kd {
 
 void GridWidget::keyPressEvent(QKeyEvent* event) {
     if (m_grid.EditWindow()) {
-        event->ignore();  // a key that the editor left over: keys in an open editor are none of the grid's
+        QCoreApplication::sendEvent(m_editor, event);  // typed on before the focus had moved
         return;
     }
-    const int key = event->key();
-    const int code = KeyCodeOf(key);
+    bool taken = true;
+    AtEdge([&] { taken = GridKey(*event); });
+    event->setAccepted(taken);
+}
+
+bool GridWidget::GridKey(const QKeyEvent& event) {
+    const int code = KeyCodeOf(event.key());
     if (code != 0 && m_grid.KeyDown) {
-        m_grid.KeyDown(code, ShiftOf(event->modifiers()));
+        m_grid.KeyDown(code, ShiftOf(event.modifiers()));
     }
-    const bool list = m_manner == Manner::ListBox;
-    if (list ? ListKey(key, event->modifiers()) : MoveKey(key, event->modifiers()) || TypeKey(*event)) {
-        event->accept();
-        return;
+    if (m_manner == Manner::ListBox) {
+        return ListKey(event.key(), event.modifiers());
     }
-    event->ignore();
+    return MoveKey(event.key(), event.modifiers()) || TypeKey(event);
 }
 
 bool GridWidget::MoveKey(int key, Qt::KeyboardModifiers modifiers) {
@@ -61,7 +65,7 @@ bool GridWidget::MoveKey(int key, Qt::KeyboardModifiers modifiers) {
         case Qt::Key_End: {
             const int direction = key == Qt::Key_Home ? -1 : 1;
             const std::int32_t row = extend ? m_grid.EndRow() : m_grid.Row();
-            MoveTo(ctrl ? RowFrom(std::max(row, 1), direction, Step::End) : RowFrom(row, 1, Step::One),
+            MoveTo(ctrl ? RowFrom(std::max(row, 1), direction, Step::End) : NearestRow(row),
                    ColFrom(m_grid.Col(), direction, Step::End), extend);
             return true;
         }
@@ -112,6 +116,11 @@ std::int32_t GridWidget::RowFrom(std::int32_t row, int direction, Step step) con
     return visible[static_cast<std::size_t>(std::clamp(target, 0, last))];
 }
 
+std::int32_t GridWidget::NearestRow(std::int32_t row) const {
+    const std::int32_t next = m_grid.VisibleRowFrom(row, 1);
+    return next > 0 ? next : m_grid.VisibleRowFrom(row, -1);
+}
+
 std::int32_t GridWidget::ColFrom(std::int32_t screenCol, int direction, Step step) const {
     const std::int32_t last = m_grid.Cols() - 1;
     if (step == Step::End) {
@@ -134,9 +143,7 @@ void GridWidget::MoveCols(int direction, Step step, bool extend) {
         MoveRows(1, Step::One, false);
         return;
     }
-    const std::int32_t shownRow = m_grid.VisibleRowFrom(row, 1);
-    MoveTo(shownRow > 0 ? shownRow : m_grid.VisibleRowFrom(row, -1),
-           ColFrom(extend ? m_grid.EndCol() : m_grid.Col(), direction, step), extend);
+    MoveTo(NearestRow(row), ColFrom(extend ? m_grid.EndCol() : m_grid.Col(), direction, step), extend);
 }
 
 void GridWidget::MoveTo(std::int32_t row, std::int32_t screenCol, bool extend) {
@@ -172,10 +179,11 @@ bool GridWidget::MoveOn(bool forward) {
 
 bool GridWidget::focusNextPrevChild(bool next) {
     // Tab walks the cells; behind the last and before the first one it leaves the grid.
-    if (m_manner == Manner::Cells && hasFocus() && MoveOn(next)) {
-        return true;
+    bool moved = false;
+    if (m_manner == Manner::Cells && hasFocus()) {
+        AtEdge([&] { moved = MoveOn(next); });
     }
-    return QAbstractScrollArea::focusNextPrevChild(next);
+    return moved || QAbstractScrollArea::focusNextPrevChild(next);
 }
 
 void GridWidget::SelectAllCells() {
@@ -194,7 +202,7 @@ bool GridWidget::TypeKey(const QKeyEvent& event) {
         return false;
     }
     if (OpenEditor()) {
-        m_grid.SetEditText(event.text().toStdString());
+        m_grid.SetEditText(FromQt(event.text()));
         ShowEditor();
         m_editor->end(false);
     }
@@ -202,13 +210,16 @@ bool GridWidget::TypeKey(const QKeyEvent& event) {
 }
 
 void GridWidget::inputMethodEvent(QInputMethodEvent* event) {
-    if (m_manner == Manner::Cells && !(event->commitString().isEmpty() && event->preeditString().isEmpty()) &&
-        OpenEditor()) {
+    bool opened = false;
+    if (m_manner == Manner::Cells && !(event->commitString().isEmpty() && event->preeditString().isEmpty())) {
+        AtEdge([&] { opened = OpenEditor(); });
+    }
+    if (opened) {
         m_editor->selectAll();
         QCoreApplication::sendEvent(m_editor, event);
-        return;
+    } else {
+        event->ignore();
     }
-    event->ignore();
 }
 
 }  // namespace kd

@@ -8,9 +8,11 @@
 #include <cmath>
 
 #include "qt/CellEditor.h"
+#include "qt/EventEdge.h"
 #include "qt/Funnel.h"
 #include "qt/GridAccessible.h"
 #include "qt/GridMetrics.h"
+#include "qt/QtText.h"
 
 namespace kd {
 
@@ -21,7 +23,7 @@ GridWidget::GridWidget(VSFlexGrid& grid, QWidget* parent, Manner manner)
       m_layout(grid),
       m_editor(new CellEditor(viewport())) {
     InstallGridAccessibility();
-    setObjectName(QString::fromStdString(grid.Name()));
+    setObjectName(ToQt(grid.Name()));
     setFocusPolicy(Qt::StrongFocus);
     setLayoutDirection(Qt::LeftToRight);  // screen positions count from the left in every language
     setAttribute(Qt::WA_InputMethodEnabled, manner == Manner::Cells);
@@ -30,7 +32,7 @@ GridWidget::GridWidget(VSFlexGrid& grid, QWidget* parent, Manner manner)
     m_editor->installEventFilter(this);
     m_editor->hide();
     connect(m_editor, &QLineEdit::textEdited, this, [this](const QString& text) {
-        m_grid.SetEditText(text.toStdString());
+        AtEdge([&] { m_grid.SetEditText(FromQt(text)); });
         PlaceEditor();
     });
 
@@ -42,6 +44,14 @@ GridWidget::GridWidget(VSFlexGrid& grid, QWidget* parent, Manner manner)
 GridWidget::~GridWidget() {
     m_editor->removeEventFilter(this);
     m_grid.SetScreen(nullptr);
+}
+
+void GridWidget::AtEdge(const std::function<void()>& handler) {
+    if (m_edge != nullptr) {
+        (void)m_edge->Run(handler);  // a failure was shown; there is nothing left to do
+    } else {
+        handler();
+    }
 }
 
 const GridLayout& GridWidget::Layout() const {

@@ -2,6 +2,7 @@
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
+#include <functional>
 #include <optional>
 
 #include "platform/VSFlexGrid.h"
@@ -13,6 +14,7 @@ class QPainter;
 namespace kd {
 
 class CellEditor;
+class EventEdge;
 
 /// The screen side of a grid: draws the state that VSFlexGrid holds, turns mouse and keyboard into its
 /// selection, its cell editor and its events, and decides nothing else. The grid outlives the widget.
@@ -30,6 +32,9 @@ public:
     VSFlexGrid& Grid() noexcept { return m_grid; }
     const VSFlexGrid& Grid() const noexcept { return m_grid; }
     Manner GetManner() const noexcept { return m_manner; }
+    /// Where the user's doing enters the logic; not owned. Without one, what the grid's handlers throw
+    /// reaches the toolkit's event loop.
+    void SetEdge(EventEdge* edge) noexcept { m_edge = edge; }
     /// Where the cells stand now.
     const GridLayout& Layout() const;
     /// Where a pop-up menu belongs, in screen coordinates: at the pointer, or below the current cell while
@@ -75,6 +80,9 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
+    /// Runs what may reach the grid's handlers at the edge.
+    void AtEdge(const std::function<void()>& handler);
+
     // layout (GridWidget.cpp)
     void MeasureFont();
     void MeasureAnew();
@@ -126,9 +134,12 @@ private:
     void MoveTo(std::int32_t row, std::int32_t screenCol, bool extend);
     bool MoveOn(bool forward);
     std::int32_t RowFrom(std::int32_t row, int direction, Step step) const;
+    /// The row itself when it is visible, else the next visible one, else the one before.
+    std::int32_t NearestRow(std::int32_t row) const;
     std::int32_t ColFrom(std::int32_t screenCol, int direction, Step step) const;
     void SelectAllCells();
     bool TypeKey(const QKeyEvent& event);
+    bool GridKey(const QKeyEvent& event);
 
     // rows in a list box's manner (GridList.cpp)
     void ListPick(std::int32_t row, bool range);
@@ -143,12 +154,14 @@ private:
     void ColourEditor();
     void FinishAfterFocusLoss();
     bool EditorKey(const QKeyEvent& event);
+    bool EditorMouse(const QMouseEvent& event);
 
     // screen readers
     void TellCurrentCell();
     void TellNewTable();
 
     VSFlexGrid& m_grid;
+    EventEdge* m_edge = nullptr;
     const Manner m_manner;
     TextWidths m_widths;
     mutable GridLayout m_layout;

@@ -2,6 +2,8 @@
 
 #include <QChar>
 
+#include "qt/QtText.h"
+
 namespace kd {
 
 namespace {
@@ -32,7 +34,7 @@ char32_t TakeCharacter(std::string_view text, std::size_t& at) noexcept {
 }  // namespace
 
 QString ShownText(std::string_view text) {
-    QString shown = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    QString shown = ToQt(text);
     for (QChar& character : shown) {
         if (character < QChar(' ')) {
             character = QChar(' ');

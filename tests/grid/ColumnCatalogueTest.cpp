@@ -1,0 +1,246 @@
+#include "grid/ColumnCatalogue.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/Builders.h"
+
+namespace kd {
+namespace {
+
+using namespace modKDLimitDesk;
+
+struct Expected {
+    const char* name;
+    const char* alignment;
+    bool editable;
+    bool visible;
+};
+
+TEST(ColumnCatalogueTest, HoldsTheThirtyFiveColumnsInOrder) {
+    const Expected expected[] = {{"ID", "R", false, false},         {"Folder", "L", false, false},
+                                 {"Filename", "L", false, true},    {"Title", "L", false, true},
+                                 {"View Name", "L", false, true},   {"ViewNo", "R", false, false},
+                                 {"VarNo", "R", false, true},       {"Variable Name", "L", true, true},
+                                 {"Max", "R", true, true},          {"USL", "R", true, true},
+                                 {"UCL", "R", true, true},          {"UWL", "R", true, true},
+                                 {"TGT", "R", true, true},          {"LWL", "R", true, true},
+                                 {"LCL", "R", true, true},          {"LSL", "R", true, true},
+                                 {"Min", "R", true, true},          {"Type", "L", false, true},
+                                 {"Length", "R", false, true},      {"Decimals", "R", false, true},
+                                 {"XRef", "L", true, false},        {"ReportType", "L", true, false},
+                                 {"LimitMethod", "L", true, false}, {"TargetMethod", "L", true, false},
+                                 {"Sample", "R", true, false},      {"Required", "L", true, false},
+                                 {"Category", "L", true, false},    {"Units", "L", true, false},
+                                 {"Rules", "L", true, false},       {"Popup", "L", true, false},
+                                 {"InputFile", "L", true, false},   {"OutputFile", "L", true, false},
+                                 {"HelpFile", "L", true, false},    {"Calculation", "L", true, false},
+                                 {"UCase", "L", true, false}};
+    TestDesk desk;
+    BuildColumnCatalogue(desk.g);
+    ASSERT_EQ(desk.g.gLabels->Count(), 35);
+    std::int32_t number = 0;
+    for (const Expected& column : expected) {
+        const cLabel& label = desk.g.gLabels->Ref(++number);
+        EXPECT_EQ(label.Name(), column.name) << number;
+        EXPECT_EQ(label.Alignment(), column.alignment) << column.name;
+        EXPECT_EQ(label.Editable(), column.editable) << column.name;
+        EXPECT_EQ(label.Visible(), column.visible) << column.name;
+        EXPECT_EQ(label.Filters()->Count(), 0) << column.name;
+    }
+}
+
+TEST(ColumnCatalogueTest, BuildingAnewTakesNewRecordsAndDropsFilters) {
+    TestDesk desk;
+    BuildColumnCatalogue(desk.g);
+    const auto before = desk.g.gLabels;
+    before->Ref(9).Filters()->Add("1", true);
+    BuildColumnCatalogue(desk.g);
+    EXPECT_NE(desk.g.gLabels, before);
+    EXPECT_EQ(desk.g.gLabels->Ref(9).Filters()->Count(), 0);
+    EXPECT_EQ(before->Ref(9).Filters()->Count(), 1);
+}
+
+TEST(ColumnCatalogueTest, LayingOutLeavesTheHeaderRowAlone) {
+    LoadedDesk desk;
+    BuildColumnCatalogue(desk.g);
+    desk.desk.Grid.SetRows(5);
+    SetupGridColumns(desk.desk);
+    const VSFlexGrid& grid = desk.desk.Grid;
+    EXPECT_EQ(grid.Rows(), 1);
+    EXPECT_EQ(grid.Cols(), 35);
+    EXPECT_EQ(grid.FixedRows(), 1);
+    EXPECT_EQ(grid.FixedCols(), 0);
+    for (std::int32_t col = 0; col < 35; ++col) {
+        EXPECT_EQ(grid.ColData(col), col + 1);
+        EXPECT_EQ(grid.TextMatrix(0, col), desk.g.gLabels->Ref(col + 1).Name());
+        EXPECT_EQ(grid.CellPicture(col), HeaderPicture::FilterOff) << col;
+        EXPECT_EQ(grid.ColHidden(col), !desk.g.gLabels->Ref(col + 1).Visible()) << col;
+    }
+}
+
+TEST(ColumnCatalogueTest, ARebuildUnfreezesTheColumns) {
+    LoadedDesk desk;
+    BuildColumnCatalogue(desk.g);
+    SetupGridColumns(desk.desk);
+    desk.desk.Grid.SetFrozenCols(8);
+    SetupGridColumns(desk.desk);
+    EXPECT_EQ(desk.desk.Grid.FrozenCols(), 0);
+}
+
+TEST(ColumnCatalogueTest, ARebuildHidesThePropertyColumnsThoughShowAllPropertiesStaysTicked) {
+    LoadedDesk desk;
+    desk.desk.mnuShowAll.SetChecked(true);
+    BuildColumnCatalogue(desk.g);
+    // A property column that is visible by itself tells the two rules apart: position 20 goes by its flag.
+    desk.g.gLabels->Ref(21).SetVisible(true);
+    desk.g.gLabels->Ref(22).SetVisible(true);
+    SetupGridColumns(desk.desk);
+    EXPECT_FALSE(desk.desk.Grid.ColHidden(20));
+    EXPECT_TRUE(desk.desk.Grid.ColHidden(21));
+    EXPECT_TRUE(desk.desk.Grid.ColHidden(34));
+    EXPECT_TRUE(desk.desk.mnuShowAll.Checked());
+}
+
+class AutoSizeCalls : public GridScreen {
+public:
+    std::vector<std::pair<std::int32_t, std::int32_t>> calls;
+    void AutoSize(std::int32_t first, std::int32_t last) override { calls.emplace_back(first, last); }
+};
+
+TEST(ColumnCatalogueTest, AlignmentGoesByTheLetterAndThenAllColumnsAreSized) {
+    LoadedDesk desk;
+    BuildColumnCatalogue(desk.g);
+    desk.g.gLabels->Ref(1).SetAlignment("c");
+    desk.g.gLabels->Ref(2).SetAlignment("x");
+    SetupGridColumns(desk.desk);
+    desk.desk.Grid.SetColAlignment(1, caCenterCenter);
+    AutoSizeCalls screen;
+    desk.desk.Grid.SetScreen(&screen);
+    SetGridALignments(desk.desk);
+    EXPECT_EQ(desk.desk.Grid.ColAlignment(0), caCenterCenter);
+    EXPECT_EQ(desk.desk.Grid.ColAlignment(1), caCenterCenter) << "another letter leaves the column as it is";
+    EXPECT_EQ(desk.desk.Grid.ColAlignment(2), caLeftCenter);
+    EXPECT_EQ(desk.desk.Grid.ColAlignment(8), caRightCenter);
+    EXPECT_EQ(screen.calls, (std::vector<std::pair<std::int32_t, std::int32_t>>{{0, 34}}));
+    desk.desk.Grid.SetScreen(nullptr);
+}
+
+TEST(ColumnCatalogueTest, AColumnIsFoundByItsNumberWhereverItStands) {
+    LoadedDesk desk;
+    BuildColumnCatalogue(desk.g);
+    SetupGridColumns(desk.desk);
+    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, 10), 9);
+    desk.desk.Grid.SetColData(3, 10);
+    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, 10), 3) << "the first position wins";
+    EXPECT_EQ(LabelOf(desk.desk, 3).Name(), "USL");
+}
+
+TEST(ColumnCatalogueTest, AnUnknownColumnNumberIsToldOnceACallAndGivesPositionNought) {
+    LoadedDesk desk;
+    BuildColumnCatalogue(desk.g);
+    SetupGridColumns(desk.desk);
+    desk.toolkit.ExpectBox("Invalid Label conversion!", BoxIcon::Critical);
+    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, 36), 0);
+}
+
+TEST(ColumnCatalogueTest, HidingAColumnLeavesItsNumberAndPlace) {
+    LoadedDesk desk;
+    BuildColumnCatalogue(desk.g);
+    SetupGridColumns(desk.desk);
+    desk.desk.Grid.SetColHidden(9, true);
+    EXPECT_EQ(desk.desk.Grid.ColData(9), 10);
+    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, 10), 9);
+}
+
+TEST(RowFillTest, ARowShowsItsViewAndItsVariable) {
+    LoadedDesk desk;
+    desk.Put(anApplication("/apps/plant.kdt")
+                 .Title("Big plant")
+                 .View("Line 3", 3)
+                 .Field(aField().Name("pH").Usl(12.5).Key("UCL", "B").Rules("A")));
+    desk.Load();
+    const VSFlexGrid& grid = desk.desk.Grid;
+    ASSERT_EQ(grid.Rows(), 2);
+    EXPECT_EQ(grid.RowData(1), 1);
+    EXPECT_EQ(grid.TextMatrix(1, 0), "1");
+    EXPECT_EQ(grid.TextMatrix(1, 1), "/apps");
+    EXPECT_EQ(grid.TextMatrix(1, 2), "plant.kdt");
+    EXPECT_EQ(grid.TextMatrix(1, 3), "Big plant");
+    EXPECT_EQ(grid.TextMatrix(1, 4), "Line 3");
+    EXPECT_EQ(grid.TextMatrix(1, 5), "3");
+    for (std::int32_t number = 7; number <= 35; ++number) {
+        EXPECT_EQ(grid.TextMatrix(1, number - 1),
+                  desk.g.gFields->Ref(1).ValueText(number, vmGrid, desk.locale));
+        EXPECT_EQ(grid.BackColor(1, number - 1), 0U);
+    }
+    EXPECT_EQ(grid.TextMatrix(1, 9), "12.500");
+    EXPECT_EQ(grid.TextMatrix(1, 10), "B");
+    EXPECT_EQ(grid.TextMatrix(1, 11), "C");
+}
+
+TEST(RowFillTest, AViewWithoutANameShowsAnEmptyCell) {
+    LoadedDesk desk;
+    desk.Put(anApplication().Field(aField()));
+    desk.Load();
+    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 4), "");
+    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 5), "0");
+}
+
+TEST(RowFillTest, NonNumericRowsAreHiddenOnlyWhileTheOptionIsTickedAndCountAllTheSame) {
+    for (const bool ticked : {true, false}) {
+        LoadedDesk desk;
+        desk.desk.mnuShowOnlyNumericVariables.SetChecked(ticked);
+        desk.Put(anApplication()
+                     .Field(aField().Type("T"))
+                     .Field(aField().Type(""))
+                     .Field(aField().Type("AR"))
+                     .Field(aField().Type("n"))
+                     .Field(aField().Type("P")));
+        desk.Load();
+        const VSFlexGrid& grid = desk.desk.Grid;
+        ASSERT_EQ(grid.Rows(), 6);
+        EXPECT_EQ(grid.RowHidden(1), ticked) << "text";
+        EXPECT_FALSE(grid.RowHidden(2)) << "an empty type counts as numeric";
+        EXPECT_FALSE(grid.RowHidden(3)) << "a run of the letters counts as numeric";
+        EXPECT_EQ(grid.RowHidden(4), ticked) << "a small n does not";
+        EXPECT_EQ(grid.RowHidden(5), ticked) << "pop-up";
+        EXPECT_EQ(grid.TextMatrix(5, 0), "5");
+        EXPECT_EQ(desk.desk.Panel2.Caption(), "Done ... , Applications: 1, Views: 0, Variables: 5");
+    }
+}
+
+TEST(RowFillTest, WithoutApplicationsTheHeaderRowIsAlignedAlone) {
+    LoadedDesk desk;
+    desk.Load();
+    EXPECT_EQ(desk.desk.Grid.Rows(), 1);
+    EXPECT_EQ(desk.desk.Grid.ColAlignment(8), caRightCenter);
+    EXPECT_TRUE(desk.desk.Grid.Redraw());
+}
+
+TEST(RowFillTest, RefreshingAnEarlierRowCutsOffTheOnesBehindIt) {
+    LoadedDesk desk;
+    desk.Put(anApplication().Field(aField()).Field(aField()).Field(aField()));
+    desk.Load();
+    RefreshGridRow(desk.desk, 2);
+    EXPECT_EQ(desk.desk.Grid.Rows(), 3);
+}
+
+TEST(RowFillTest, AfterALoadNoCellIsCurrent) {
+    LoadedDesk desk;
+    desk.Put(anApplication().Field(aField()));
+    desk.Load();
+    EXPECT_EQ(desk.desk.Grid.Row(), 0);
+    EXPECT_TRUE(desk.desk.Grid.Redraw());
+}
+
+TEST(RowFillTest, TheLocalesSeparatorIsShown) {
+    LoadedDesk desk;
+    desk.locale.separator = ',';
+    desk.Put(anApplication().Field(aField().Usl(12.5)));
+    desk.Load();
+    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 9), "12,500");
+    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 8), "1000,00");
+}
+
+}  // namespace
+}  // namespace kd

@@ -1,0 +1,462 @@
+#include "admin/frmApplicationAdmin.h"
+
+#include <gtest/gtest.h>
+
+#include "admin/ManageApplications.h"
+#include "admin/modBrowseForFile.h"
+#include "fakes/Builders.h"
+
+namespace kd {
+namespace {
+
+struct AdminDesk : TestDesk {
+    AdminDesk() {
+        for (const char* path :
+             {"/plants/north/water.kdt6", "/plants/north/dairy.kdt", "/plants/south/Water.kdt"}) {
+            g.gMasterFiles->Add(path, true);
+        }
+    }
+    /// Shows the dialog, with what the user does in it.
+    void Show(const std::function<void(frmApplicationAdmin&)>& user) {
+        frmApplicationAdmin form(g);
+        toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& shown) {
+            user(shown);
+            if (shown.Shown()) {
+                shown.UserClose();
+            }
+        });
+        form.Display();
+    }
+    static std::vector<bool> Hidden(const frmApplicationAdmin& form) {
+        std::vector<bool> hidden;
+        for (std::int32_t row = 1; row < form.Grid.Rows(); ++row) {
+            hidden.push_back(form.Grid.RowHidden(row));
+        }
+        return hidden;
+    }
+    static std::vector<Text> Rows(const frmApplicationAdmin& form) {
+        std::vector<Text> rows;
+        for (std::int32_t row = 1; row < form.Grid.Rows(); ++row) {
+            rows.emplace_back(form.Grid.TextMatrix(row, 0));
+        }
+        return rows;
+    }
+    static void Filter(frmApplicationAdmin& form, const Text& text) {
+        form.cboFilter.UserType(text);
+        form.cmdFilter.UserClick();
+    }
+    std::vector<Text> Recents() const {
+        std::vector<Text> criteria;
+        for (const auto& recent : *g.gRecents) {
+            criteria.push_back(recent->Criteria());
+        }
+        return criteria;
+    }
+};
+
+TEST(frmApplicationAdminTest, ShowsTheDesignedCaptions) {
+    TestDesk desk;
+    frmApplicationAdmin form(desk.g);
+    EXPECT_EQ(form.Caption(), "KD LimitDesk - Manage Applications");
+    EXPECT_EQ(form.Label1.Caption(), "Enter filter criteria separated by spaces");
+    EXPECT_EQ(form.cmdFilter.Caption(), "Apply");
+    EXPECT_EQ(form.cmdAddApplication.Caption(), "Add Application(s)");
+    EXPECT_EQ(form.cmdRemoveApplication.Caption(), "Remove Applications(s)");
+    EXPECT_EQ(form.cmdHelp.Caption(), "Help");
+    EXPECT_EQ(form.cmdOk.Caption(), "Ok");
+    EXPECT_EQ(form.cmdCancel.Caption(), "Cancel");
+    EXPECT_TRUE(form.Cancel());
+    EXPECT_FALSE(form.Changed());
+}
+
+TEST(frmApplicationAdminTest, OpensWithEveryRowShownWhateverItsEnabledSays) {
+    AdminDesk desk;
+    desk.g.gMasterFiles->Ref(2).SetEnabled(false);
+    desk.Show([&](frmApplicationAdmin& form) {
+        EXPECT_EQ(form.Grid.TextMatrix(0, 0), "List of Active Applications");
+        EXPECT_EQ(AdminDesk::Rows(form),
+                  (std::vector<Text>{"/plants/north/water.kdt6", "/plants/north/dairy.kdt",
+                                     "/plants/south/Water.kdt"}));
+        EXPECT_EQ(AdminDesk::Hidden(form), (std::vector<bool>{false, false, false}));
+    });
+}
+
+struct FilterCase {
+    const char* criteria;
+    std::vector<bool> hidden;
+};
+
+TEST(frmApplicationAdminTest, ABlankMeansAndABarMeansOrOverTheWholePathInAnyCase) {
+    const FilterCase cases[] = {
+        {"water", {false, true, false}},
+        {"WATER north", {false, true, true}},
+        {"north|south", {false, false, false}},
+        {"dairy|south", {true, false, false}},
+        {"north water|dairy", {false, false, true}},
+        {"  water", {false, true, false}},
+        {"water ", {false, true, false}},
+        {"water|", {false, false, false}},
+        {"none", {true, true, true}},
+        {" ", {false, false, false}},
+        {"|", {false, false, false}},
+        {"plants/south", {true, true, false}},
+    };
+    for (const FilterCase& each : cases) {
+        AdminDesk desk;
+        desk.Show([&](frmApplicationAdmin& form) {
+            AdminDesk::Filter(form, each.criteria);
+            EXPECT_EQ(AdminDesk::Hidden(form), each.hidden) << "'" << each.criteria << "'";
+        });
+        EXPECT_EQ(desk.toolkit.MousePointer(), Pointer::Default);
+    }
+}
+
+TEST(frmApplicationAdminTest, AnEmptyRowIsHiddenByAnyFilterText) {
+    AdminDesk desk;
+    desk.g.gMasterFiles->Add("", true);
+    for (const char* text : {" ", "|", "water|", "x"}) {
+        desk.Show([&](frmApplicationAdmin& form) {
+            AdminDesk::Filter(form, text);
+            EXPECT_TRUE(form.Grid.RowHidden(4)) << text;
+        });
+    }
+}
+
+TEST(frmApplicationAdminTest, AnEmptyFilterShowsAllRowsAndLeavesTheSelection) {
+    AdminDesk desk;
+    desk.Show([](frmApplicationAdmin& form) {
+        AdminDesk::Filter(form, "dairy");
+        form.Grid.SetIsSelected(2, true);
+        AdminDesk::Filter(form, "");
+        EXPECT_EQ(AdminDesk::Hidden(form), (std::vector<bool>{false, false, false}));
+        EXPECT_TRUE(form.Grid.IsSelected(2));
+    });
+}
+
+TEST(frmApplicationAdminTest, FilteringTakesTheSelectionOfEachRowAway) {
+    AdminDesk desk;
+    desk.Show([](frmApplicationAdmin& form) {
+        form.Grid.SetIsSelected(1, true);
+        form.Grid.SetIsSelected(2, true);
+        AdminDesk::Filter(form, "water");
+        EXPECT_FALSE(form.Grid.IsSelected(1));
+        EXPECT_FALSE(form.Grid.IsSelected(2));
+    });
+}
+
+TEST(frmApplicationAdminTest, TypingAloneFiltersNothingAndAChoiceFromTheListDoes) {
+    AdminDesk desk;
+    desk.g.gRecents->Add("dairy");
+    desk.Show([](frmApplicationAdmin& form) {
+        form.cboFilter.UserType("dairy");
+        EXPECT_EQ(AdminDesk::Hidden(form), (std::vector<bool>{false, false, false}));
+        form.cboFilter.UserDropDown();
+        EXPECT_EQ(form.cboFilter.Entries(), (std::vector<Text>{"", "dairy"}));
+        form.cboFilter.UserChoose(1);
+        EXPECT_EQ(AdminDesk::Hidden(form), (std::vector<bool>{true, false, true}));
+        form.cboFilter.UserDropDown();
+        EXPECT_EQ(form.cboFilter.Entries(), (std::vector<Text>{"", "dairy"})) << "rebuilt, not added to";
+        form.cboFilter.UserChoose(0);
+        EXPECT_EQ(AdminDesk::Hidden(form), (std::vector<bool>{false, false, false}));
+    });
+}
+
+TEST(frmApplicationAdminTest, TheFileDialogIsAskedForApplications) {
+    AdminDesk desk;
+    desk.Show([](frmApplicationAdmin& form) {
+        form.cmdAddApplication.UserClick();
+        EXPECT_FALSE(form.Changed());
+    });
+    ASSERT_EQ(desk.fileDialog.requests.size(), 1U);
+    const OpenFileRequest& request = desk.fileDialog.requests[0];
+    EXPECT_EQ(request.folder, "/home/anna/Documents");
+    EXPECT_EQ(request.title, "Add Applications");
+    EXPECT_EQ(request.description, "Kestrix Applications");
+    EXPECT_EQ(request.patterns, (std::vector<Text>{"*.kdt", "*.kdt6"}));
+    EXPECT_TRUE(request.mustExist);
+}
+
+TEST(frmApplicationAdminTest, OneFileComesAsAPathAndSeveralAsFolderAndNames) {
+    AdminDesk desk;
+    desk.Show([&](frmApplicationAdmin& form) {
+        desk.fileDialog.answer = {{"/new/a.kdt"}};
+        form.cmdAddApplication.UserClick();
+        desk.fileDialog.answer = {{"/new/", "b.kdt", "c.kdt6"}};
+        form.cmdAddApplication.UserClick();
+        auto rows = AdminDesk::Rows(form);
+        rows.erase(rows.begin(), rows.begin() + 3);
+        EXPECT_EQ(rows, (std::vector<Text>{"/new/a.kdt", "/new/b.kdt", "/new/c.kdt6"}));
+        EXPECT_TRUE(form.Changed());
+    });
+}
+
+TEST(frmApplicationAdminTest, FilesThatAreThereAlreadyAreNamedInOneBoxAlsoInAnotherCaseAndHidden) {
+    AdminDesk desk;
+    desk.Show([&](frmApplicationAdmin& form) {
+        AdminDesk::Filter(form, "dairy");
+        desk.fileDialog.answer = {{"/plants/north", "WATER.KDT6", "new.kdt", "dairy.kdt"}};
+        desk.toolkit.ExpectBox(
+            "WARNING - The following selected files were already added:\r\n\r\n/plants/north/WATER.KDT6\r"
+            "/plants/north/dairy.kdt\r",
+            BoxIcon::Exclamation, "Duplicate Files");
+        form.cmdAddApplication.UserClick();
+        EXPECT_EQ(form.Grid.Rows(), 5);
+        EXPECT_FALSE(form.Grid.RowHidden(4)) << "a new row is not tested against the filter";
+    });
+}
+
+TEST(frmApplicationAdminTest, ASelectionOfDuplicatesAloneChangesNothing) {
+    AdminDesk desk;
+    desk.Show([&](frmApplicationAdmin& form) {
+        desk.fileDialog.answer = {{"/plants/north/dairy.kdt"}};
+        desk.toolkit.ExpectBox(
+            "WARNING - The following selected files were already added:\r\n\r\n/plants/north/dairy.kdt\r",
+            BoxIcon::Exclamation, "Duplicate Files");
+        form.cmdAddApplication.UserClick();
+        EXPECT_EQ(form.Grid.Rows(), 4);
+        EXPECT_FALSE(form.Changed());
+    });
+}
+
+TEST(frmApplicationAdminTest, RemoveTakesSelectedRowsInSightOnlyAndAsksNothing) {
+    AdminDesk desk;
+    desk.Show([](frmApplicationAdmin& form) {
+        form.cmdRemoveApplication.UserClick();
+        EXPECT_EQ(form.Grid.Rows(), 4) << "nothing selected";
+        EXPECT_FALSE(form.Changed());
+        form.Grid.SetRowHidden(3, true);
+        form.Grid.SetIsSelected(1, true);
+        form.Grid.SetIsSelected(2, true);
+        form.Grid.SetIsSelected(3, true);
+        form.cmdRemoveApplication.UserClick();
+        EXPECT_EQ(AdminDesk::Rows(form), std::vector<Text>{"/plants/south/Water.kdt"});
+        EXPECT_TRUE(form.Changed());
+    });
+}
+
+TEST(frmApplicationAdminTest, ASelectedRowThatAFilterHidesIsNotRemoved) {
+    AdminDesk desk;
+    desk.Show([](frmApplicationAdmin& form) {
+        form.Grid.SetIsSelected(1, true);
+        AdminDesk::Filter(form, "dairy");
+        form.cmdRemoveApplication.UserClick();
+        EXPECT_EQ(form.Grid.Rows(), 4);
+    });
+}
+
+TEST(frmApplicationAdminTest, OkWithoutAnyRowIsRefused) {
+    AdminDesk desk;
+    desk.Show([&](frmApplicationAdmin& form) {
+        for (std::int32_t row = 1; row < 4; ++row) {
+            form.Grid.SetIsSelected(row, true);
+        }
+        form.cmdRemoveApplication.UserClick();
+        desk.toolkit.ExpectBox("You must have at least one application.", BoxIcon::Exclamation,
+                               "KD LimitDesk");
+        form.cmdOk.UserClick();
+        EXPECT_TRUE(form.Shown());
+        EXPECT_TRUE(form.Cancel());
+    });
+}
+
+TEST(frmApplicationAdminTest, OkWithEveryRowHiddenIsRefusedAndTheCriterionIsNotKept) {
+    AdminDesk desk;
+    desk.Show([&](frmApplicationAdmin& form) {
+        AdminDesk::Filter(form, "none");
+        desk.toolkit.ExpectBox("You must have at least one application selected.", BoxIcon::Exclamation,
+                               "KD LimitDesk");
+        form.cmdOk.UserClick();
+        EXPECT_TRUE(form.Shown());
+    });
+    EXPECT_TRUE(desk.Recents().empty());
+}
+
+TEST(frmApplicationAdminTest, OkKeepsTheCriterionInFrontAsTypedAppliedOrNot) {
+    AdminDesk desk;
+    desk.g.gRecents->Add("one");
+    desk.g.gRecents->Add("two");
+    desk.g.gRecents->Add("three");
+    desk.Show([](frmApplicationAdmin& form) {
+        form.cboFilter.UserType("TWO");
+        form.cmdOk.UserClick();
+        EXPECT_FALSE(form.Cancel());
+    });
+    EXPECT_EQ(desk.Recents(), (std::vector<Text>{"TWO", "one", "three"}));
+    desk.Show([](frmApplicationAdmin& form) {
+        form.cboFilter.UserType("new");
+        form.cmdOk.UserClick();
+    });
+    EXPECT_EQ(desk.Recents(), (std::vector<Text>{"new", "TWO", "one", "three"}));
+    desk.Show([](frmApplicationAdmin& form) { form.cmdOk.UserClick(); });
+    EXPECT_EQ(desk.Recents(), (std::vector<Text>{"new", "TWO", "one", "three"}))
+        << "an empty text is not kept";
+}
+
+TEST(frmApplicationAdminTest, TheTwentyFirstCriterionDropsTheOldest) {
+    AdminDesk desk;
+    for (int i = 1; i <= 20; ++i) {
+        desk.g.gRecents->Add("c" + Digits(i));
+    }
+    desk.Show([](frmApplicationAdmin& form) {
+        form.cboFilter.UserType("newest");
+        form.cmdOk.UserClick();
+    });
+    const auto recents = desk.Recents();
+    ASSERT_EQ(recents.size(), 20U);
+    EXPECT_EQ(recents.front(), "newest");
+    EXPECT_EQ(recents[1], "c1");
+    EXPECT_EQ(recents.back(), "c19");
+}
+
+TEST(frmApplicationAdminTest, CancelAndTheFrameLeaveTheRecentsAlone) {
+    AdminDesk desk;
+    for (const bool byFrame : {false, true}) {
+        frmApplicationAdmin form(desk.g);
+        desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& shown) {
+            AdminDesk::Filter(shown, "water");
+            if (byFrame) {
+                shown.UserClose();
+            } else {
+                shown.cmdCancel.UserClick();
+            }
+        });
+        form.Display();
+        EXPECT_TRUE(form.Cancel());
+    }
+    EXPECT_TRUE(desk.Recents().empty());
+}
+
+TEST(frmApplicationAdminTest, HelpAsksForItsTopic) {
+    AdminDesk desk;
+    int shown = 0;
+    frmApplicationAdmin form(desk.g);
+    form.cmdHelp.UserClick();
+    form.ShowHelp = [&] { ++shown; };
+    form.cmdHelp.UserClick();
+    EXPECT_EQ(shown, 1);
+}
+
+TEST(modBrowseForFileTest, TheDialogsAnswerComesBackAsItIs) {
+    TestDesk desk;
+    EXPECT_FALSE(modBrowseForFile::BrowseForFiles(desk.platform, "/f", "t", "d", {"*.x"}, false).has_value());
+    desk.fileDialog.answer = {{"/f", "a", "b"}};
+    EXPECT_EQ(*modBrowseForFile::BrowseForFiles(desk.platform, "/f", "t", "d", {"*.x"}, false),
+              (std::vector<Text>{"/f", "a", "b"}));
+    EXPECT_FALSE(desk.fileDialog.requests[0].mustExist);
+}
+
+/// The command with hooks that write down what they are called for.
+struct CommandDesk : AdminDesk {
+    std::vector<Text> calls;
+    void Run() {
+        ManageApplications(g,
+                           {[this] { calls.emplace_back("write"); }, [this] { calls.emplace_back("load"); },
+                            [this] { calls.emplace_back("help"); }});
+    }
+    void User(std::function<void(frmApplicationAdmin&)> user) {
+        toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", std::move(user));
+    }
+};
+
+TEST(ManageApplicationsTest, OkReplacesTheListSortedWithHiddenRowsDisabledThenWritesThenLoads) {
+    CommandDesk desk;
+    const auto before = desk.g.gMasterFiles;
+    desk.User([](frmApplicationAdmin& form) {
+        AdminDesk::Filter(form, "water");
+        form.cmdOk.UserClick();
+    });
+    desk.Run();
+    EXPECT_NE(desk.g.gMasterFiles, before);
+    ASSERT_EQ(desk.g.gMasterFiles->Count(), 3);
+    EXPECT_EQ(desk.g.gMasterFiles->Ref(1).Filename(), "/plants/north/dairy.kdt");
+    EXPECT_FALSE(desk.g.gMasterFiles->Ref(1).Enabled());
+    EXPECT_EQ(desk.g.gMasterFiles->Ref(2).Filename(), "/plants/north/water.kdt6");
+    EXPECT_TRUE(desk.g.gMasterFiles->Ref(2).Enabled());
+    EXPECT_TRUE(desk.g.gMasterFiles->Ref(3).Enabled());
+    EXPECT_EQ(desk.calls, (std::vector<Text>{"write", "load"}));
+    EXPECT_EQ(desk.toolkit.log.back(), "events");
+}
+
+TEST(ManageApplicationsTest, AnAddedRowIsEnabledThoughItDoesNotMatchTheFilter) {
+    CommandDesk desk;
+    desk.fileDialog.answer = {{"/new/steel.kdt"}};
+    desk.User([](frmApplicationAdmin& form) {
+        AdminDesk::Filter(form, "water");
+        form.cmdAddApplication.UserClick();
+        form.cmdOk.UserClick();
+    });
+    desk.Run();
+    EXPECT_EQ(desk.g.gMasterFiles->Ref(1).Filename(), "/new/steel.kdt");
+    EXPECT_TRUE(desk.g.gMasterFiles->Ref(1).Enabled());
+}
+
+TEST(ManageApplicationsTest, ATextThatWasTypedButNotAppliedHidesNothing) {
+    CommandDesk desk;
+    desk.User([](frmApplicationAdmin& form) {
+        form.cboFilter.UserType("water");
+        form.cmdOk.UserClick();
+    });
+    desk.Run();
+    EXPECT_EQ(desk.g.gMasterFiles->TotalFilesEnabled(), 3);
+}
+
+TEST(ManageApplicationsTest, TheReloadRunsAfterEveryOk) {
+    CommandDesk desk;
+    desk.User([](frmApplicationAdmin& form) { form.cmdOk.UserClick(); });
+    desk.Run();
+    EXPECT_EQ(desk.calls, (std::vector<Text>{"write", "load"}));
+}
+
+TEST(ManageApplicationsTest, CancelChangesNothingAfterTheStart) {
+    CommandDesk desk;
+    desk.g.gMasterFiles->Ref(2).SetEnabled(false);
+    const auto before = desk.g.gMasterFiles;
+    desk.User([](frmApplicationAdmin& form) {
+        AdminDesk::Filter(form, "dairy");
+        form.cmdCancel.UserClick();
+    });
+    desk.Run();
+    EXPECT_EQ(desk.g.gMasterFiles, before);
+    EXPECT_FALSE(before->Ref(2).Enabled());
+    EXPECT_TRUE(before->Ref(1).Enabled());
+    EXPECT_TRUE(desk.calls.empty());
+}
+
+TEST(ManageApplicationsTest, CancelAtTheStartLeavesAnEmptyListWithoutAWord) {
+    CommandDesk desk;
+    desk.g.gStartingUp = true;
+    const auto before = desk.g.gMasterFiles;
+    desk.User([](frmApplicationAdmin& form) { form.UserClose(); });
+    desk.Run();
+    EXPECT_EQ(desk.g.gMasterFiles->Count(), 0);
+    EXPECT_EQ(before->Count(), 3);
+    EXPECT_TRUE(desk.calls.empty());
+}
+
+TEST(ManageApplicationsTest, OutstandingChangesAreAskedAboutFirst) {
+    for (const BoxAnswer answer : {BoxAnswer::No, BoxAnswer::Yes}) {
+        CommandDesk desk;
+        desk.g.gFiles->Add("/a.kdt", "A", "", 0)->SetChangesMade(true);
+        desk.toolkit.ExpectQuestion(
+            "You have outstanding changes.\r\nAre you sure you want to modify folders without saving?",
+            BoxIcon::Question, "KD LimitDesk", answer);
+        if (answer == BoxAnswer::Yes) {
+            desk.User([](frmApplicationAdmin& form) { form.cmdOk.UserClick(); });
+        }
+        desk.Run();
+        EXPECT_EQ(desk.calls.empty(), answer == BoxAnswer::No);
+    }
+}
+
+TEST(ManageApplicationsTest, TheHelpButtonReachesTheHook) {
+    CommandDesk desk;
+    desk.User([](frmApplicationAdmin& form) {
+        form.cmdHelp.UserClick();
+        form.cmdCancel.UserClick();
+    });
+    desk.Run();
+    EXPECT_EQ(desk.calls, std::vector<Text>{"help"});
+}
+
+}  // namespace
+}  // namespace kd

@@ -1,0 +1,81 @@
+#include "lifecycle/StartUp.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/TestDesk.h"
+#include "model/modKDLimitDesk.h"
+
+namespace kd {
+namespace {
+
+using namespace modKDLimitDesk;
+
+TEST(StartUpTest, TheRuleCatalogueBecomesNamesLettersAndABlock) {
+    TestDesk desk;
+    desk.suite.rules = {"X one", "Y", "Z"};
+    LoadRuleCatalogue(desk.g);
+    EXPECT_EQ(desk.g.gRuleNames, "X one,Y,Z");
+    EXPECT_EQ(desk.g.gRuleLetters, "ABC");
+    EXPECT_EQ(desk.g.gRulesBlock,
+              "[RULES]\r\n   RULE         = X one\r\n   RULE         = Y\r\n   RULE         = Z\r\n\r\n");
+}
+
+TEST(StartUpTest, AnEmptyRuleCatalogueGivesABareBlock) {
+    TestDesk desk;
+    desk.suite.rules.clear();
+    desk.g.gRuleNames = "old";
+    desk.g.gRuleLetters = "A";
+    LoadRuleCatalogue(desk.g);
+    EXPECT_EQ(desk.g.gRuleNames, "");
+    EXPECT_EQ(desk.g.gRuleLetters, "");
+    EXPECT_EQ(desk.g.gRulesBlock, "[RULES]\r\n\r\n");
+}
+
+TEST(StartUpTest, PastTheTwentySixthRuleTheCodesRunOn) {
+    TestDesk desk;
+    desk.suite.rules.assign(28, "r");
+    LoadRuleCatalogue(desk.g);
+    EXPECT_EQ(desk.g.gRuleLetters, "ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\");
+}
+
+TEST(StartUpTest, WithoutALoginTheUserIsTheEnvironments) {
+    TestDesk desk;
+    EXPECT_EQ(GetUserName(desk.g, 7), "anna");
+    desk.environment.variables["USERNAME"] = "";
+    EXPECT_EQ(GetUserName(desk.g, 7), "");
+    EXPECT_TRUE(desk.suite.log.empty()) << "nobody was asked";
+}
+
+TEST(StartUpTest, ARequiredLoginIsPromptedForAndGivesItsName) {
+    TestDesk desk;
+    desk.suite.loginRequired = true;
+    desk.suite.login = {"berta", true};
+    EXPECT_EQ(GetUserName(desk.g, 7), "berta");
+    EXPECT_EQ(desk.suite.log, std::vector<Text>{"PromptLogin 7|KD LimitDesk|Authentication Required."});
+}
+
+TEST(StartUpTest, ADismissedOrFailedLoginGivesNoName) {
+    TestDesk desk;
+    desk.suite.loginRequired = true;
+    EXPECT_EQ(GetUserName(desk.g, 7), "") << "dismissed";
+    desk.suite.login = {"berta", false};
+    EXPECT_EQ(GetUserName(desk.g, 7), "") << "failed";
+}
+
+TEST(StartUpTest, TheSettingsLieInTheSettingsFolderUnderTheProgramsName) {
+    TestDesk desk;
+    EXPECT_EQ(SettingsPath(desk.g), "/home/anna/kd6/KDLimitDesk.IKD");
+    desk.environment.programPath = "/opt/kd/KDLimitDesk.exe";
+    EXPECT_EQ(SettingsPath(desk.g), "/home/anna/kd6/KDLimitDesk.IKD");
+    EXPECT_EQ(FallbackSettingsPath(desk.g), "/opt/kd/KDLimitDesk.ini");
+}
+
+TEST(StartUpTest, TheSuitesContextIsOpenedOnceAndKept) {
+    TestDesk desk;
+    KDSuiteContext& first = GetSuiteContext(desk.g);
+    EXPECT_EQ(&GetSuiteContext(desk.g), &first);
+    EXPECT_EQ(desk.suite.contextCalls, (std::vector<Text>{"create", "SetSystemCode KD6", "OpenContext"}));
+}
+
+}  // namespace
+}  // namespace kd

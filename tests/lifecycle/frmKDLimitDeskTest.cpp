@@ -1,0 +1,384 @@
+#include "lifecycle/frmKDLimitDesk.h"
+
+#include <gtest/gtest.h>
+
+#include "admin/frmApplicationAdmin.h"
+#include "commit/frmCommit.h"
+#include "fakes/Builders.h"
+
+namespace kd {
+namespace {
+
+constexpr const char* SettingsFile = "/home/anna/kd6/KDLimitDesk.IKD";
+constexpr const char* FallbackFile = "/opt/kd/KDLimitDesk.ini";
+constexpr std::int32_t ColUsl = 9;
+
+Text SettingsWith(const std::vector<Text>& paths) {
+    Text text = "[KDLIMITDESK]\r\n\r\n[RECENTS]\r\n\r\n[FILES]\r\n";
+    for (const Text& path : paths) {
+        text += "   File   = " + path + "\r\n";
+    }
+    return text;
+}
+
+/// A machine with one application, which the settings list.
+struct StartDesk : TestDesk {
+    StartDesk() {
+        anApplication().Field(aField().Usl(12.5)).View("Line 1", 1).Field(aField()).PutInto(*this);
+        g.gMasterFiles->Clear();
+        files.Put(SettingsFile, SettingsWith({"/apps/plant.kdt"}));
+    }
+    void ExpectOk() {
+        toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin",
+                                                [](frmApplicationAdmin& form) { form.cmdOk.UserClick(); });
+    }
+    void ExpectCancel() {
+        toolkit.ExpectForm<frmApplicationAdmin>(
+            "frmApplicationAdmin", [](frmApplicationAdmin& form) { form.cmdCancel.UserClick(); });
+    }
+};
+
+/// Started and loaded.
+struct RunningDesk : StartDesk {
+    frmKDLimitDesk form{g};
+    Desk& desk = form.Controls();
+    VSFlexGrid& grid = desk.Grid;
+
+    RunningDesk() {
+        ExpectOk();
+        EXPECT_TRUE(form.Form_Load(1));
+        toolkit.log.clear();
+    }
+    void Change() {
+        grid.Select(1, ColUsl);
+        ASSERT_TRUE(grid.StartEdit());
+        grid.SetEditText("20");
+        ASSERT_TRUE(grid.FinishEdit());
+    }
+};
+
+TEST(frmKDLimitDeskTest, TheWindowIsCentredWithTruncatedHalves) {
+    EXPECT_EQ(frmKDLimitDesk::Centred(1920, 1080, 801, 601), (Bounds{559, 239, 801, 601}));
+    EXPECT_EQ(frmKDLimitDesk::Centred(100, 100, 201, 100), (Bounds{-50, 0, 201, 100}));
+}
+
+TEST(frmKDLimitDeskTest, TheCaptionHasThePlainVersion) {
+    RunningDesk desk;
+    EXPECT_EQ(desk.form.Caption(), "KD LimitDesk (v6.1.0)");
+    EXPECT_TRUE(desk.form.Maximised());
+}
+
+TEST(frmKDLimitDeskTest, TheStartTakesItsStepsInOrder) {
+    StartDesk desk;
+    frmKDLimitDesk form(desk.g);
+    bool startingUp = false;
+    Text user;
+    Text rules;
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& dialog) {
+        startingUp = desk.g.gStartingUp;
+        user = desk.g.gUserName;
+        rules = desk.g.gRuleLetters;
+        EXPECT_EQ(form.Caption(), "KD LimitDesk (v6.1.0)");
+        EXPECT_EQ(desk.g.gSettingsPath, SettingsFile);
+        EXPECT_FALSE(form.Shown()) << "the window need not have been shown";
+        dialog.cmdOk.UserClick();
+    });
+    EXPECT_TRUE(form.Form_Load(1));
+    EXPECT_TRUE(startingUp);
+    EXPECT_FALSE(desk.g.gStartingUp);
+    EXPECT_EQ(user, "anna");
+    EXPECT_EQ(rules, "AB");
+    EXPECT_EQ(desk.suite.log, (std::vector<Text>{"NewApplicationFile", "NewApplicationFile",
+                                                 "OpenFile /apps/plant.kdt", "LoadViews", "CloseFile"}));
+}
+
+TEST(frmKDLimitDeskTest, TheLoadDriverTakesItsStepsInOrder) {
+    StartDesk desk;
+    frmKDLimitDesk form(desk.g);
+    desk.ExpectOk();
+    std::vector<Text> panels;
+    desk.toolkit.onProcessEvents = [&] { panels.push_back(form.Controls().Panel2.Caption()); };
+    EXPECT_TRUE(form.Form_Load(1));
+    EXPECT_EQ(desk.toolkit.log,
+              (std::vector<std::string>{"form frmApplicationAdmin", "events", "show frmKDLimitDesk", "events",
+                                        "events", "events", "hourglass", "events", "events", "default"}));
+    EXPECT_EQ(panels.back(), "Done ... , Applications: 1, Views: 1, Variables: 2");
+    EXPECT_EQ(panels[panels.size() - 2], "Loading: /apps/plant.kdt");
+    EXPECT_EQ(form.Controls().ProgressBar1.Value(), 0);
+    EXPECT_TRUE(form.Controls().mnuShowPaths.Checked());
+    EXPECT_TRUE(form.Controls().mnuShowOnlyNumericVariables.Checked());
+    EXPECT_FALSE(form.Controls().mnuShowAll.Checked());
+}
+
+TEST(frmKDLimitDeskTest, WithSettingsTheirListIsShownAndTheFallbackIsNotRead) {
+    StartDesk desk;
+    desk.files.Put(FallbackFile, SettingsWith({"/apps/other.kdt"}));
+    frmKDLimitDesk form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [](frmApplicationAdmin& dialog) {
+        ASSERT_EQ(dialog.Grid.Rows(), 2);
+        EXPECT_EQ(dialog.Grid.TextMatrix(1, 0), "/apps/plant.kdt");
+        dialog.cmdCancel.UserClick();
+    });
+    EXPECT_FALSE(form.Form_Load(1));
+}
+
+TEST(frmKDLimitDeskTest, WithoutSettingsTheFallbackIsReadAndTheSettingsAreMadeButTheFallbackNeverWritten) {
+    StartDesk desk;
+    desk.files.Erase(SettingsFile);
+    desk.files.MakeFolder("/home/anna/kd6");
+    const Text fallback = SettingsWith({"/apps/plant.kdt"});
+    desk.files.Put(FallbackFile, fallback);
+    frmKDLimitDesk form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& dialog) {
+        EXPECT_EQ(dialog.Grid.Rows(), 2);
+        EXPECT_EQ(desk.files.Get(SettingsFile), fallback);
+        dialog.cmdCancel.UserClick();
+    });
+    EXPECT_FALSE(form.Form_Load(1));
+    EXPECT_EQ(desk.files.Get(FallbackFile), fallback);
+    for (const Text& line : desk.files.Log()) {
+        EXPECT_EQ(line.find(Text("ReplaceFile ") + FallbackFile), Text::npos);
+    }
+}
+
+TEST(frmKDLimitDeskTest, WithNeitherFileTheListIsEmptyAndTheSettingsAreMade) {
+    StartDesk desk;
+    desk.files.Erase(SettingsFile);
+    desk.files.MakeFolder("/home/anna/kd6");
+    frmKDLimitDesk form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& dialog) {
+        EXPECT_EQ(dialog.Grid.Rows(), 1);
+        EXPECT_EQ(desk.files.Get(SettingsFile), SettingsWith({}));
+        dialog.cmdCancel.UserClick();
+    });
+    EXPECT_FALSE(form.Form_Load(1));
+}
+
+TEST(frmKDLimitDeskTest, SettingsThatCannotBeMadeAreSilentAndTheNextStartTakesTheFallbackAgain) {
+    StartDesk desk;
+    desk.files.Erase(SettingsFile);
+    desk.files.Put(FallbackFile, SettingsWith({"/apps/plant.kdt"}));
+    desk.files.FailOn("ReplaceFile", ".IKD", errPermissionDenied);
+    for (int start = 0; start < 2; ++start) {
+        frmKDLimitDesk form(desk.g);
+        desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [](frmApplicationAdmin& dialog) {
+            EXPECT_EQ(dialog.Grid.Rows(), 2);
+            dialog.cmdCancel.UserClick();
+        });
+        EXPECT_FALSE(form.Form_Load(1));
+        EXPECT_FALSE(desk.files.Has(SettingsFile));
+    }
+}
+
+TEST(frmKDLimitDeskTest, WithoutAnIdentityTheProgramEndsBeforeTheDialogWithoutAWord) {
+    StartDesk desk;
+    desk.environment.variables["USERNAME"] = "";
+    frmKDLimitDesk form(desk.g);
+    EXPECT_FALSE(form.Form_Load(1));
+    EXPECT_TRUE(desk.toolkit.log.empty());
+}
+
+TEST(frmKDLimitDeskTest, CancellingTheFirstDialogEndsTheProgramAndLeavesTheSettings) {
+    StartDesk desk;
+    const Text before = desk.files.Get(SettingsFile);
+    frmKDLimitDesk form(desk.g);
+    desk.ExpectCancel();
+    EXPECT_FALSE(form.Form_Load(1));
+    EXPECT_EQ(desk.g.gMasterFiles->Count(), 0);
+    EXPECT_EQ(desk.files.Get(SettingsFile), before);
+    EXPECT_EQ(desk.toolkit.log, std::vector<std::string>{"form frmApplicationAdmin"});
+}
+
+TEST(frmKDLimitDeskTest, ALoadThatIsStoppedAtTheStartIsToldAndTheProgramGoesOn) {
+    StartDesk desk;
+    desk.files.Put("/apps/plant.V1", "[FIELD]\r\nNAME=x\r\nLENGTH=40000\r\n");
+    frmKDLimitDesk form(desk.g);
+    desk.ExpectOk();
+    desk.toolkit.ExpectBox("Run-time error '6':\r\nOverflow\r\n/apps/plant.V1", BoxIcon::Critical);
+    EXPECT_TRUE(form.Form_Load(1));
+    EXPECT_EQ(desk.toolkit.MousePointer(), Pointer::Default);
+    EXPECT_TRUE(form.Controls().Grid.Redraw());
+    EXPECT_EQ(form.Controls().ProgressBar1.Value(), 0);
+    EXPECT_FALSE(desk.g.gStartingUp);
+    const cFile& stopped = desk.g.gFiles->Ref(2);
+    EXPECT_LT(stopped.EndFieldPtr(), stopped.BegFieldPtr()) << "it can never be saved half-read";
+}
+
+TEST(frmKDLimitDeskTest, AFailureOfTheSuiteAtTheStartIsToldAndEndsTheProgram) {
+    StartDesk desk;
+    class Broken : public FakeSuite {
+    public:
+        std::unique_ptr<KDApplicationFile> NewApplicationFile() override {
+            throw cError(errFileNotFound, "Broken", {}, "/opt/suite");
+        }
+    } broken;
+    Platform platform{desk.files,       desk.toolkit, desk.locale,     desk.clock,
+                      desk.environment, desk.shell,   desk.fileDialog, broken};
+    Globals g(platform);
+    frmKDLimitDesk form(g);
+    desk.toolkit.ExpectBox("Run-time error '53':\r\nFile not found\r\n/opt/suite", BoxIcon::Critical);
+    EXPECT_FALSE(form.Form_Load(1));
+}
+
+TEST(frmKDLimitDeskTest, CommitIsOfferedOnlyWhileAnyViewHasChanges) {
+    RunningDesk desk;
+    desk.desk.mnuFile.UserClick();
+    EXPECT_FALSE(desk.desk.mnuCommit.Enabled());
+    desk.g.gFiles->Ref(2).SetChangesMade(true);
+    desk.desk.mnuFile.UserClick();
+    EXPECT_TRUE(desk.desk.mnuCommit.Enabled());
+}
+
+TEST(frmKDLimitDeskTest, OpeningAMenuSettlesAnOpenEditorFirst) {
+    for (const Text& menu : std::vector<Text>{"mnuFile", "mnuEdit", "mnuOptions", "mnuView"}) {
+        RunningDesk desk;
+        desk.grid.Select(1, ColUsl);
+        ASSERT_TRUE(desk.grid.StartEdit());
+        desk.grid.SetEditText("20");
+        for (MenuItem* item : desk.form.MenuBar()) {
+            if (item->Name() == menu) {
+                item->UserClick();
+            }
+        }
+        EXPECT_FALSE(desk.grid.EditWindow()) << menu;
+        EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 20) << menu;
+        if (menu == "mnuFile") {
+            EXPECT_TRUE(desk.desk.mnuCommit.Enabled()) << "the settled edit counts";
+        }
+    }
+}
+
+TEST(frmKDLimitDeskTest, OpeningAMenuWithARefusedTextKeepsTheEditor) {
+    for (std::size_t at = 0; at < 4; ++at) {
+        RunningDesk desk;
+        desk.grid.Select(1, ColUsl);
+        ASSERT_TRUE(desk.grid.StartEdit());
+        desk.grid.SetEditText("abc");
+        desk.toolkit.ExpectBox("Invalid value 'abc' entered for cell!");
+        desk.form.MenuBar()[at]->UserClick();
+        EXPECT_TRUE(desk.grid.EditWindow());
+        EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 12.5);
+    }
+}
+
+TEST(frmKDLimitDeskTest, ClosingWithoutChangesAsksNothing) {
+    RunningDesk desk;
+    EXPECT_TRUE(desk.form.Form_QueryUnload());
+}
+
+TEST(frmKDLimitDeskTest, ClosingWithChangesAsksAndNoKeepsEverything) {
+    for (const BoxAnswer answer : {BoxAnswer::No, BoxAnswer::Yes}) {
+        RunningDesk desk;
+        desk.Change();
+        const auto filesBefore = desk.files.Get("/apps/plant.kdt");
+        desk.toolkit.ExpectQuestion(
+            "You have outstanding changes. Are you sure you want to quit without saving?", BoxIcon::Question,
+            "KD LimitDesk", answer);
+        EXPECT_EQ(desk.form.Form_QueryUnload(), answer == BoxAnswer::Yes);
+        EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 20);
+        EXPECT_EQ(desk.grid.BackColor(1, ColUsl), ChangedColour);
+        EXPECT_EQ(desk.files.Get("/apps/plant.kdt"), filesBefore) << "nothing is saved on the way out";
+    }
+}
+
+TEST(frmKDLimitDeskTest, OneChangedViewIsEnoughForTheQuestion) {
+    RunningDesk desk;
+    desk.g.gFiles->Ref(2).SetChangesMade(true);
+    desk.toolkit.ExpectQuestion("You have outstanding changes. Are you sure you want to quit without saving?",
+                                BoxIcon::Question, "KD LimitDesk", BoxAnswer::No);
+    EXPECT_FALSE(desk.form.Form_QueryUnload());
+}
+
+TEST(frmKDLimitDeskTest, TheSettingsAreNotWrittenAtClosing) {
+    RunningDesk desk;
+    desk.files.ClearLog();
+    EXPECT_TRUE(desk.form.Form_QueryUnload());
+    EXPECT_TRUE(desk.files.Log().empty());
+}
+
+TEST(frmKDLimitDeskTest, CloseInTheFileMenuUnloadsTheWindow) {
+    RunningDesk desk;
+    int unloaded = 0;
+    desk.form.Unload = [&] { ++unloaded; };
+    desk.desk.mnuClose.UserClick();
+    EXPECT_EQ(unloaded, 1);
+}
+
+TEST(frmKDLimitDeskTest, ProgressBarAndGridAreLaidOut) {
+    const auto layout = frmKDLimitDesk::Form_Resize({0, 0, 800, 600}, 2, 24, 10);
+    EXPECT_EQ(layout.progressBar, (Bounds{0, 566, 800, 10}));
+    EXPECT_EQ(layout.grid, (Bounds{4, 2, 792, 564}));
+    const auto scaled = frmKDLimitDesk::Form_Resize({10, 0, 8000, 6000}, 20, 240, 100, 15);
+    EXPECT_EQ(scaled.progressBar, (Bounds{0, 5660, 8000, 100}));
+    EXPECT_EQ(scaled.grid, (Bounds{70, 20, 7880, 5640}));
+}
+
+TEST(frmKDLimitDeskTest, ALaterManageApplicationsReplacesAllThatWasLoaded) {
+    RunningDesk desk;
+    desk.grid.Select(1, ColUsl);
+    const auto files = desk.g.gFiles;
+    const auto fields = desk.g.gFields;
+    const auto saved = desk.g.gSavedFields;
+    const auto labels = desk.g.gLabels;
+    desk.ExpectOk();
+    desk.desk.mnuApplications.UserClick();
+    EXPECT_NE(desk.g.gFiles, files);
+    EXPECT_NE(desk.g.gFields, fields);
+    EXPECT_NE(desk.g.gSavedFields, saved);
+    EXPECT_NE(desk.g.gLabels, labels);
+    EXPECT_EQ(desk.grid.Rows(), 3);
+    EXPECT_EQ(desk.grid.Row(), 0);
+    EXPECT_EQ(desk.desk.Panel1.Caption(), "");
+}
+
+TEST(frmKDLimitDeskTest, AFailureInTheCellEditorIsToldAndTheProgramGoesOn) {
+    RunningDesk desk;
+    desk.grid.Select(1, 24);
+    ASSERT_TRUE(desk.grid.StartEdit());
+    desk.grid.SetEditText("40000");
+    desk.toolkit.ExpectBox("Run-time error '6':\r\nOverflow", BoxIcon::Critical);
+    EXPECT_TRUE(desk.grid.FinishEdit());
+    EXPECT_EQ(desk.grid.TextMatrix(1, 24), "0");
+    desk.Change();
+    EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 20);
+}
+
+TEST(frmKDLimitDeskTest, TheMenusHaveTheirCaptionsInOrder) {
+    RunningDesk desk;
+    const auto captions = [](const MenuItem& menu) {
+        std::vector<Text> texts;
+        for (const MenuItem* entry : menu.Entries()) {
+            if (entry != nullptr) {
+                texts.push_back(entry->Caption());
+            }
+        }
+        return texts;
+    };
+    const std::vector<Text> edit{"Restore Original Value", "Cut", "Copy", "Paste", "Fill...", "Replace..."};
+    EXPECT_EQ(captions(desk.desk.mnuFile),
+              (std::vector<Text>{"Manage Applications", "Commit Changes", "Close"}));
+    EXPECT_EQ(captions(desk.desk.mnuEdit), edit);
+    EXPECT_EQ(captions(desk.desk.mnuEditMenu), edit);
+    EXPECT_EQ(captions(desk.desk.mnuOptions), std::vector<Text>{"Clear All Filters"});
+    EXPECT_EQ(captions(desk.desk.mnuView),
+              (std::vector<Text>{"Show Paths", "Show Only Numeric Variables", "Show All Properties"}));
+    EXPECT_EQ(captions(desk.desk.mnuHelp), std::vector<Text>{"About KDLimitDesk"});
+    EXPECT_EQ(desk.form.MenuBar().size(), 5U);
+}
+
+TEST(frmKDLimitDeskTest, TheLoopFromFileToFileCloses) {
+    RunningDesk desk;
+    desk.Change();
+    desk.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& dialog) { dialog.cmdOk.UserClick(); });
+    desk.toolkit.ExpectBox("1 File(s) have been modified.", BoxIcon::Information);
+    desk.desk.mnuFile.UserClick();
+    desk.desk.mnuCommit.UserClick();
+    EXPECT_NE(desk.files.Get("/apps/plant.kdt").find("USL          = F20.000\r\n"), std::string::npos);
+    ASSERT_EQ(desk.suite.records.size(), 1U);
+    EXPECT_EQ(desk.suite.records[0].oldValue, "12.500");
+    EXPECT_EQ(desk.suite.records[0].newValue, "20.000");
+    EXPECT_TRUE(desk.form.Form_QueryUnload());
+}
+
+}  // namespace
+}  // namespace kd

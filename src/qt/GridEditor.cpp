@@ -210,6 +210,8 @@ void GridWidget::focusInEvent(QFocusEvent* event) {
     QAbstractScrollArea::focusInEvent(event);
     if (m_grid.EditWindow() && !m_editor->isHidden()) {
         m_editor->setFocus();
+    } else {
+        TellCurrentCell();
     }
     viewport()->update();
 }

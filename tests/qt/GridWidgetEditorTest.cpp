@@ -2,6 +2,9 @@
 #include <QContextMenuEvent>
 
 #include "base/CodePage.h"
+#include "base/cError.h"
+#include "fakes/ScriptedToolkit.h"
+#include "qt/EventEdge.h"
 #include "qt/GridFixture.h"
 
 namespace kd {
@@ -342,6 +345,24 @@ TEST_F(GridWidgetEditorTest, TheCurrentCellSelectedAnewByTheGridClosesTheEditor)
     EXPECT_EQ(history, (History{"ValidateEdit new", "AfterEdit 2,1"}));
     EXPECT_FALSE(Editor()->isVisible());
     EXPECT_TRUE(widget->hasFocus());
+}
+
+TEST_F(GridWidgetEditorTest, AFailureOfTheGridsHandlersStopsAtTheEdge) {
+    Open();
+    ScriptedToolkit toolkit;
+    EventEdge edge(toolkit);
+    widget->SetEdge(&edge);
+    grid.AfterEdit = [](std::int32_t, std::int32_t) { throw cError(errOverflow, "Test", "Overflow"); };
+    toolkit.ExpectBox("Run-time error '6':\r\nOverflow", BoxIcon::Critical);
+    Press(Qt::Key_Return);
+    EXPECT_FALSE(grid.EditWindow());
+    EXPECT_FALSE(Editor()->isVisible());
+    grid.BeforeMouseDown = [](MouseButton, int, int, int, bool&) {
+        throw cError(errOverflow, "Test", "Overflow");
+    };
+    toolkit.ExpectBox("Run-time error '6':\r\nOverflow", BoxIcon::Critical);
+    Click(3, 1);
+    widget->SetEdge(nullptr);
 }
 
 TEST_F(GridWidgetEditorTest, AWidgetThatGoesLeavesTheGridWithoutAScreen) {

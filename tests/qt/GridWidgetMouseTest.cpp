@@ -1,4 +1,6 @@
 #include <QContextMenuEvent>
+#include <QHelpEvent>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include "qt/GridFixture.h"
@@ -241,6 +243,22 @@ TEST_F(GridWidgetMouseTest, AMenuAskedForByMouseIsLeftToTheMouseEvents) {
     QContextMenuEvent menu(QContextMenuEvent::Mouse, Middle(2, 1), Port()->mapToGlobal(Middle(2, 1)));
     QApplication::sendEvent(Port(), &menu);
     EXPECT_TRUE(history.empty());
+}
+
+TEST_F(GridWidgetMouseTest, TheGridsToolTipIsShownAndGoesWithItsText) {
+    Make(5, 3);
+    const auto rest = [&] {
+        QHelpEvent help(QEvent::ToolTip, Middle(0, 1), Port()->mapToGlobal(Middle(0, 1)));
+        QApplication::sendEvent(Port(), &help);
+        return help.isAccepted() ? QToolTip::text() : QString("none");
+    };
+    EXPECT_EQ(rest(), QString("none"));
+    grid.SetToolTipText(" Click to Filter Column ");
+    EXPECT_EQ(rest(), QString("<p style=\"white-space:pre-wrap\"> Click to Filter Column </p>"));
+    grid.SetToolTipText(" Equals \"<i>\" ");
+    EXPECT_EQ(QToolTip::text(), GridWidget::ToolTipMarkup(" Equals \"<i>\" "));
+    grid.SetToolTipText("");
+    EXPECT_EQ(rest(), QString("none"));
 }
 
 TEST_F(GridWidgetMouseTest, ToolTipIsTheTextAsTypedCutAfterAThousandCharacters) {

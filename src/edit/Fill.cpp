@@ -37,7 +37,7 @@ double Calculated(double base, double value, std::int32_t how) {
 }
 
 void TakeConstant(const frmFill& form, EditMemory& memory, SelectionWalk& walk) {
-    // Deliberate: kept before any check. Fill.RefusedConstantIsRemembered
+    // Deliberate: kept before any check. FillTest.RefusedConstantIsRemembered
     memory.LastFillText = form.FillText();
     for (std::int32_t i = 1; i <= walk.nRows(); ++i) {
         for (std::int32_t j = 1; j <= walk.nCols(); ++j) {

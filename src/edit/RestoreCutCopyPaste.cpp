@@ -5,9 +5,6 @@
 
 #include "edit/CellCheck.h"
 #include "edit/SelectionWalk.h"
-#include "grid/CellGate.h"
-#include "grid/ColumnCatalogue.h"
-#include "grid/RedrawOff.h"
 
 namespace kd {
 namespace {
@@ -46,7 +43,7 @@ Block SplitBlock(std::string_view text) {
     block.nCols = static_cast<std::int32_t>(width);
     for (const std::string_view line : lines) {
         const auto fields = Split(line, CellSeparator);
-        // Deliberate: no word about a line that is dropped. Paste.LinesOfAnotherWidthAreDroppedSilently
+        // Deliberate: no word about a line that is dropped. PasteTest.LinesOfAnotherWidthAreDroppedSilently
         if (fields.size() == width) {
             block.values.insert(block.values.end(), fields.begin(), fields.end());
             ++block.nRows;
@@ -73,28 +70,14 @@ void Restore(Desk& desk) {
     if (!walk) {
         return;
     }
-    // The columns in front of the variable's own belong to the view: the baseline has no text for them.
-    const auto isOfVariable = [&](std::int32_t j) {
-        return desk.Grid.ColData(walk->SelCols(j)) >= FirstVariableColumn;
-    };
     for (std::int32_t i = 1; i <= walk->nRows(); ++i) {
         const cField& saved = desk.g.gSavedFields->Ref(desk.Grid.RowData(walk->SelRows(i)));
         for (std::int32_t j = 1; j <= walk->nCols(); ++j) {
-            if (isOfVariable(j)) {
-                walk->SetSelValues(
-                    i, j,
-                    saved.ValueText(desk.Grid.ColData(walk->SelCols(j)), vmGrid, desk.g.platform.locale));
-            }
+            const std::int32_t number = desk.Grid.ColData(walk->SelCols(j));
+            walk->SetSelValues(i, j, saved.ValueText(number, vmGrid, desk.g.platform.locale));
         }
     }
-    const RedrawOff quiet(desk.Grid);
-    for (std::int32_t i = 1; i <= walk->nRows(); ++i) {
-        for (std::int32_t j = 1; j <= walk->nCols(); ++j) {
-            if (isOfVariable(j)) {
-                SetCellValue(desk, walk->SelRows(i), walk->SelCols(j), walk->SelValues(i, j));
-            }
-        }
-    }
+    WriteValues(desk, *walk);  // which leaves the columns of the view as they are
 }
 
 void Copy(Desk& desk) {

@@ -207,7 +207,7 @@ void ClearAllFilters(Desk& desk) {
     const RedrawOff quiet(desk.Grid);
     DropFilters(desk);
     // Deliberate: the rows of non-numeric variables too, though Show Only Numeric Variables stays ticked.
-    // AutoFilter.ClearAllFiltersShowsNonNumericRowsToo
+    // AutoFilterTest.ClearAllFiltersShowsNonNumericRowsToo
     for (std::int32_t row = 1; row < desk.Grid.Rows(); ++row) {
         desk.Grid.SetRowHidden(row, false);
     }

@@ -27,7 +27,7 @@ void ShowPaths(Desk& desk) {
             desk.Grid.SetColHidden(col, !LabelOf(desk, col).Visible());
         } else if (number >= FirstPropertyColumn) {
             // Deliberate: the properties are hidden although Show All Properties keeps its tick.
-            // ViewModes.ShowingThePathsHidesThePropertiesAndKeepsTheirTick
+            // ViewModesTest.ShowingThePathsHidesThePropertiesAndKeepsTheirTick
             desk.Grid.SetColHidden(col, desk.mnuShowAll.Checked() || !LabelOf(desk, col).Visible());
         }
     }

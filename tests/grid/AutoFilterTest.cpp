@@ -28,7 +28,7 @@ std::function<void(frmAutoFilter&)> Tick(std::vector<Text> values) {
     };
 }
 
-struct AutoFilter : testing::Test, GridDesk {
+struct AutoFilterTest : testing::Test, GridDesk {
     void Press(ColumnNumber number, const std::function<void(frmAutoFilter&)>& user) {
         toolkit.ExpectForm<frmAutoFilter>("frmAutoFilter", user);
         ShowColumnFilter(desk, Position(number), Place{});
@@ -72,7 +72,7 @@ struct AutoFilter : testing::Test, GridDesk {
 // --- the header press
 // ---------------------------------------------------------------------------------------
 
-TEST_F(AutoFilter, PressMakesTheHeaderCellCurrentAndNamesTheDialog) {
+TEST_F(AutoFilterTest, PressMakesTheHeaderCellCurrentAndNamesTheDialog) {
     AddUnits({"g"});
     Select(1, cnUSL, 1, cnUSL);
     Press(cnUnits, [&](frmAutoFilter& form) {
@@ -84,7 +84,7 @@ TEST_F(AutoFilter, PressMakesTheHeaderCellCurrentAndNamesTheDialog) {
     });
 }
 
-TEST_F(AutoFilter, DialogStandsBelowTheHeaderCell) {
+TEST_F(AutoFilterTest, DialogStandsBelowTheHeaderCell) {
     AddUnits({"g"});
     CountingScreen screen;
     desk.Grid.SetScreen(&screen);
@@ -98,12 +98,12 @@ TEST_F(AutoFilter, DialogStandsBelowTheHeaderCell) {
     desk.Grid.SetScreen(nullptr);
 }
 
-TEST_F(AutoFilter, EveryTickedValueIsOfferedTickedWithoutAFilter) {
+TEST_F(AutoFilterTest, EveryTickedValueIsOfferedTickedWithoutAFilter) {
     AddUnits({"kg", "g", "kg"});
     EXPECT_THAT(Offered(cnUnits), ElementsAre("+g", "+kg"));
 }
 
-TEST_F(AutoFilter, TickingASubsetHidesTheOtherRowsAndTurnsTheFunnelRed) {
+TEST_F(AutoFilterTest, TickingASubsetHidesTheOtherRowsAndTurnsTheFunnelRed) {
     AddUnits({"kg", "g", "l", "g"});
     Press(cnUnits, Tick({"g", "l"}));
     EXPECT_THAT(ShownRows(), ElementsAre(2, 3, 4));
@@ -112,25 +112,25 @@ TEST_F(AutoFilter, TickingASubsetHidesTheOtherRowsAndTurnsTheFunnelRed) {
     EXPECT_EQ(Funnel(cnCategory), HeaderPicture::FilterOff);
 }
 
-TEST_F(AutoFilter, FilterKeepsTheSortedOrderOfTheList) {
+TEST_F(AutoFilterTest, FilterKeepsTheSortedOrderOfTheList) {
     AddUnits({"m", "kg", "g"});
     Press(cnUnits, Tick({"m", "g"}));
     EXPECT_THAT(Filter(cnUnits), ElementsAre("g", "m"));
 }
 
-TEST_F(AutoFilter, PressOnAFilteredColumnTicksItsEntriesAlone) {
+TEST_F(AutoFilterTest, PressOnAFilteredColumnTicksItsEntriesAlone) {
     AddUnits({"kg", "g", "l"});
     Press(cnUnits, Tick({"l"}));
     EXPECT_THAT(Offered(cnUnits), ElementsAre("-g", "-kg", "+l"));
 }
 
-TEST_F(AutoFilter, EntriesAreComparedRegardlessOfCaseWhenOffered) {
+TEST_F(AutoFilterTest, EntriesAreComparedRegardlessOfCaseWhenOffered) {
     AddUnits({"kg", "L"});
     SetFilter(cnUnits, {"l"});
     EXPECT_THAT(Offered(cnUnits), ElementsAre("-kg", "+L"));
 }
 
-TEST_F(AutoFilter, AllValuesTickedRemovesTheFilterAndItsRedFunnel) {
+TEST_F(AutoFilterTest, AllValuesTickedRemovesTheFilterAndItsRedFunnel) {
     AddUnits({"kg", "g"});
     Press(cnUnits, Tick({"g"}));
     Press(cnUnits, Tick({"g", "kg"}));
@@ -139,7 +139,7 @@ TEST_F(AutoFilter, AllValuesTickedRemovesTheFilterAndItsRedFunnel) {
     EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
 }
 
-TEST_F(AutoFilter, CancelChangesNothing) {
+TEST_F(AutoFilterTest, CancelChangesNothing) {
     AddUnits({"kg", "g"});
     Press(cnUnits, Tick({"g"}));
     Press(cnUnits, [](frmAutoFilter& form) {
@@ -151,7 +151,7 @@ TEST_F(AutoFilter, CancelChangesNothing) {
     EXPECT_THAT(ShownRows(), ElementsAre(2));
 }
 
-TEST_F(AutoFilter, ClosingByTheFrameChangesNothing) {
+TEST_F(AutoFilterTest, ClosingByTheFrameChangesNothing) {
     AddUnits({"kg", "g"});
     Press(cnUnits, [](frmAutoFilter& form) {
         form.lstAutoFilter.UserSelect(0, false);
@@ -161,7 +161,7 @@ TEST_F(AutoFilter, ClosingByTheFrameChangesNothing) {
     EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
 }
 
-TEST_F(AutoFilter, RefusedOkLeavesTheDialogOpenForAnotherChoice) {
+TEST_F(AutoFilterTest, RefusedOkLeavesTheDialogOpenForAnotherChoice) {
     AddUnits({"kg", "g"});
     toolkit.ExpectBox("Must have at least one selection!", BoxIcon::Exclamation, "KD LimitDesk");
     Press(cnUnits, [](frmAutoFilter& form) {
@@ -173,20 +173,20 @@ TEST_F(AutoFilter, RefusedOkLeavesTheDialogOpenForAnotherChoice) {
     EXPECT_THAT(Filter(cnUnits), ElementsAre("g"));
 }
 
-TEST_F(AutoFilter, PointerAndMessageLoopFollowTheToldOrder) {
+TEST_F(AutoFilterTest, PointerAndMessageLoopFollowTheToldOrder) {
     AddUnits({"kg", "g"});
     Press(cnUnits, Tick({"g"}));
     EXPECT_THAT(toolkit.log, ElementsAre("hourglass", "events", "default", "form frmAutoFilter", "events",
                                          "hourglass", "events", "events", "default", "events"));
 }
 
-TEST_F(AutoFilter, CancelGivesNoFurtherPassOfTheMessageLoop) {
+TEST_F(AutoFilterTest, CancelGivesNoFurtherPassOfTheMessageLoop) {
     AddUnits({"kg"});
     Press(cnUnits, [](frmAutoFilter& form) { form.UserClose(); });
     EXPECT_THAT(toolkit.log, ElementsAre("hourglass", "events", "default", "form frmAutoFilter"));
 }
 
-TEST_F(AutoFilter, GridIsNotRepaintedWhileRowsAreFiltered) {
+TEST_F(AutoFilterTest, GridIsNotRepaintedWhileRowsAreFiltered) {
     AddUnits({"kg", "g", "l", "m"});
     CountingScreen screen;
     desk.Grid.SetScreen(&screen);
@@ -206,7 +206,7 @@ TEST_F(AutoFilter, GridIsNotRepaintedWhileRowsAreFiltered) {
     desk.Grid.SetScreen(nullptr);
 }
 
-TEST_F(AutoFilter, FailureInTheMiddlePutsRedrawAndPointerBack) {
+TEST_F(AutoFilterTest, FailureInTheMiddlePutsRedrawAndPointerBack) {
     AddUnits({"kg", "g"});
     toolkit.ExpectForm<frmAutoFilter>("frmAutoFilter", [&](frmAutoFilter& form) {
         Tick({"kg"})(form);
@@ -224,7 +224,7 @@ TEST_F(AutoFilter, FailureInTheMiddlePutsRedrawAndPointerBack) {
 // --- blanks and case
 // ----------------------------------------------------------------------------------------
 
-TEST_F(AutoFilter, BlankCellsAppearAsOneItemAndAreKeptByIt) {
+TEST_F(AutoFilterTest, BlankCellsAppearAsOneItemAndAreKeptByIt) {
     AddUnits({"", "g", ""});
     EXPECT_THAT(Offered(cnUnits), ElementsAre("+(Blank)", "+g"));
     Press(cnUnits, Tick({"(Blank)"}));
@@ -233,7 +233,7 @@ TEST_F(AutoFilter, BlankCellsAppearAsOneItemAndAreKeptByIt) {
     EXPECT_THAT(Offered(cnUnits), ElementsAre("+(Blank)", "-g"));
 }
 
-TEST_F(AutoFilter, EmptyCellAndCellOfBlanksAreTwoItemsAndOnlyTheEmptyOneComesBack) {
+TEST_F(AutoFilterTest, EmptyCellAndCellOfBlanksAreTwoItemsAndOnlyTheEmptyOneComesBack) {
     AddUnits({"", "  ", "g"});
     EXPECT_THAT(Offered(cnUnits), ElementsAre("+(Blank)", "+(Blank)", "+g"));
     Press(cnUnits, Tick({"(Blank)"}));
@@ -241,28 +241,28 @@ TEST_F(AutoFilter, EmptyCellAndCellOfBlanksAreTwoItemsAndOnlyTheEmptyOneComesBac
     EXPECT_THAT(ShownRows(), ElementsAre(1));
 }
 
-TEST_F(AutoFilter, ValueThatReadsBlankCountsAsTheEmptyText) {
+TEST_F(AutoFilterTest, ValueThatReadsBlankCountsAsTheEmptyText) {
     AddUnits({" (Blank) ", "", "g"});
     Press(cnUnits, Tick({" (Blank) "}));
     EXPECT_THAT(Filter(cnUnits), ElementsAre(""));
     EXPECT_THAT(ShownRows(), ElementsAre(2));
 }
 
-TEST_F(AutoFilter, SpellingsOfOneValueAreOneItemWrittenAsInTheEarlierRow) {
+TEST_F(AutoFilterTest, SpellingsOfOneValueAreOneItemWrittenAsInTheEarlierRow) {
     AddUnits({"abc", "x", "ABC"});
     EXPECT_THAT(Offered(cnUnits), ElementsAre("+abc", "+x"));
     Press(cnUnits, Tick({"abc"}));
     EXPECT_THAT(ShownRows(), ElementsAre(1, 3));
 }
 
-TEST_F(AutoFilter, LettersOutsideAsciiMatchInEitherCase) {
+TEST_F(AutoFilterTest, LettersOutsideAsciiMatchInEitherCase) {
     AddUnits({"k\u00E4se", "x", "K\u00C4SE"});
     EXPECT_THAT(Offered(cnUnits), ElementsAre("+k\u00E4se", "+x"));
     Press(cnUnits, Tick({"k\u00E4se"}));
     EXPECT_THAT(ShownRows(), ElementsAre(1, 3));
 }
 
-TEST_F(AutoFilter, WholeTextIsComparedUntrimmed) {
+TEST_F(AutoFilterTest, WholeTextIsComparedUntrimmed) {
     AddUnits({"g", " g", "g "});
     EXPECT_THAT(Offered(cnUnits), ElementsAre("+ g", "+g", "+g "));
     Press(cnUnits, Tick({"g"}));
@@ -272,7 +272,7 @@ TEST_F(AutoFilter, WholeTextIsComparedUntrimmed) {
 // --- several columns
 // ----------------------------------------------------------------------------------------
 
-TEST_F(AutoFilter, FiltersOfSeveralColumnsAddUp) {
+TEST_F(AutoFilterTest, FiltersOfSeveralColumnsAddUp) {
     AddUnitAndCategory("g", "A");
     AddUnitAndCategory("g", "B");
     AddUnitAndCategory("kg", "A");
@@ -282,7 +282,7 @@ TEST_F(AutoFilter, FiltersOfSeveralColumnsAddUp) {
     EXPECT_EQ(CountActiveFilters(desk), 2);
 }
 
-TEST_F(AutoFilter, ListHoldsWhatTheOtherColumnsLeave) {
+TEST_F(AutoFilterTest, ListHoldsWhatTheOtherColumnsLeave) {
     AddUnitAndCategory("g", "A");
     AddUnitAndCategory("kg", "B");
     AddUnitAndCategory("l", "C");
@@ -290,14 +290,14 @@ TEST_F(AutoFilter, ListHoldsWhatTheOtherColumnsLeave) {
     EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("g", "l"));
 }
 
-TEST_F(AutoFilter, ValueLeftOutByAnotherColumnInOneRowIsListedFromALaterRow) {
+TEST_F(AutoFilterTest, ValueLeftOutByAnotherColumnInOneRowIsListedFromALaterRow) {
     AddUnitAndCategory("G", "B");
     AddUnitAndCategory("g", "A");
     SetFilter(cnCategory, {"A"});
     EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("g"));
 }
 
-TEST_F(AutoFilter, TheOnlyFilteredColumnOffersAllRowsThatTheNumericRuleLetsThrough) {
+TEST_F(AutoFilterTest, TheOnlyFilteredColumnOffersAllRowsThatTheNumericRuleLetsThrough) {
     AddUnitAndCategory("g", "A");
     AddUnitAndCategory("kg", "B");
     AddUnitAndCategory("t", "C", "T");
@@ -305,7 +305,7 @@ TEST_F(AutoFilter, TheOnlyFilteredColumnOffersAllRowsThatTheNumericRuleLetsThrou
     EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("g", "kg"));
 }
 
-TEST_F(AutoFilter, OwnFilterDoesNotNarrowTheListBesideAnotherOne) {
+TEST_F(AutoFilterTest, OwnFilterDoesNotNarrowTheListBesideAnotherOne) {
     AddUnitAndCategory("g", "A");
     AddUnitAndCategory("kg", "A");
     AddUnitAndCategory("l", "B");
@@ -314,13 +314,13 @@ TEST_F(AutoFilter, OwnFilterDoesNotNarrowTheListBesideAnotherOne) {
     EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("g", "kg"));
 }
 
-TEST_F(AutoFilter, ValuesComeInTheOrderOfTheRowsHiddenOnesToo) {
+TEST_F(AutoFilterTest, ValuesComeInTheOrderOfTheRowsHiddenOnesToo) {
     AddUnits({"m", "kg", "g"});
     Hide({1, 3});
     EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("m", "kg", "g"));
 }
 
-TEST_F(AutoFilter, HiddenColumnKeepsItsFilter) {
+TEST_F(AutoFilterTest, HiddenColumnKeepsItsFilter) {
     AddUnits({"kg", "g"});
     SetShown(cnUnits, false);
     SetFilter(cnUnits, {"g"});
@@ -331,7 +331,7 @@ TEST_F(AutoFilter, HiddenColumnKeepsItsFilter) {
 // --- the numeric rule
 // ---------------------------------------------------------------------------------------
 
-TEST_F(AutoFilter, NonNumericRowsAreOfferedOnlyWithoutTheTick) {
+TEST_F(AutoFilterTest, NonNumericRowsAreOfferedOnlyWithoutTheTick) {
     AddUnitAndCategory("g", "");
     AddUnitAndCategory("t", "", "T");
     EXPECT_THAT(Offered(cnUnits), ElementsAre("+g"));
@@ -339,7 +339,7 @@ TEST_F(AutoFilter, NonNumericRowsAreOfferedOnlyWithoutTheTick) {
     EXPECT_THAT(Offered(cnUnits), ElementsAre("+g", "+t"));
 }
 
-TEST_F(AutoFilter, EmptyTypeAndARunOfLettersCountAsNumericButASmallLetterDoesNot) {
+TEST_F(AutoFilterTest, EmptyTypeAndARunOfLettersCountAsNumericButASmallLetterDoesNot) {
     AddUnitAndCategory("empty", "", "");
     AddUnitAndCategory("run", "", "AR");
     AddUnitAndCategory("small", "", "n");
@@ -348,7 +348,7 @@ TEST_F(AutoFilter, EmptyTypeAndARunOfLettersCountAsNumericButASmallLetterDoesNot
     EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
 }
 
-TEST_F(AutoFilter, RowThatFailsTheNumericRuleStaysHiddenThoughItsValuePasses) {
+TEST_F(AutoFilterTest, RowThatFailsTheNumericRuleStaysHiddenThoughItsValuePasses) {
     AddUnitAndCategory("g", "");
     AddUnitAndCategory("g", "", "P");
     AddUnitAndCategory("kg", "");
@@ -359,7 +359,7 @@ TEST_F(AutoFilter, RowThatFailsTheNumericRuleStaysHiddenThoughItsValuePasses) {
     EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
 }
 
-TEST_F(AutoFilter, WithoutAFilterTheNumericRuleAloneDecides) {
+TEST_F(AutoFilterTest, WithoutAFilterTheNumericRuleAloneDecides) {
     AddUnitAndCategory("g", "");
     AddUnitAndCategory("g", "", "L");
     Hide({1});
@@ -371,14 +371,14 @@ TEST_F(AutoFilter, WithoutAFilterTheNumericRuleAloneDecides) {
     EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
 }
 
-TEST_F(AutoFilter, EachFilteredRowGivesTheMessageLoopOnePass) {
+TEST_F(AutoFilterTest, EachFilteredRowGivesTheMessageLoopOnePass) {
     AddUnits({"g", "kg", "g"});
     SetFilter(cnUnits, {"g"});
     ApplyFilters(desk);
     EXPECT_THAT(toolkit.log, ElementsAre("events", "events", "events"));
 }
 
-TEST_F(AutoFilter, NoRowAtAllOffersNothingAndTakesOk) {
+TEST_F(AutoFilterTest, NoRowAtAllOffersNothingAndTakesOk) {
     Press(cnUnits, [](frmAutoFilter& form) {
         EXPECT_EQ(form.lstAutoFilter.Count(), 0);
         EXPECT_EQ(form.chkSelectAll.Value(), csChecked);
@@ -388,7 +388,7 @@ TEST_F(AutoFilter, NoRowAtAllOffersNothingAndTakesOk) {
     EXPECT_EQ(Funnel(cnUnits), HeaderPicture::FilterOff);
 }
 
-TEST_F(AutoFilter, SingleRowAndLastRowAreFilteredLikeAnyOther) {
+TEST_F(AutoFilterTest, SingleRowAndLastRowAreFilteredLikeAnyOther) {
     AddUnits({"g"});
     SetFilter(cnUnits, {"kg"});
     ApplyFilters(desk);
@@ -401,7 +401,7 @@ TEST_F(AutoFilter, SingleRowAndLastRowAreFilteredLikeAnyOther) {
 // --- edits
 // ------------------------------------------------------------------------------------------------
 
-TEST_F(AutoFilter, EditedValueIsOfferedNextAndItsRowStaysUntilTheNextChange) {
+TEST_F(AutoFilterTest, EditedValueIsOfferedNextAndItsRowStaysUntilTheNextChange) {
     AddUnits({"g", "g", "kg"});
     Press(cnUnits, Tick({"g"}));
     SetCellValue(desk, 1, Position(cnUnits), "mg");
@@ -412,7 +412,7 @@ TEST_F(AutoFilter, EditedValueIsOfferedNextAndItsRowStaysUntilTheNextChange) {
     EXPECT_THAT(ShownRows(), ElementsAre(2));
 }
 
-TEST_F(AutoFilter, FilterWorksOnTheShownTextNotOnTheValue) {
+TEST_F(AutoFilterTest, FilterWorksOnTheShownTextNotOnTheValue) {
     AddLimits(cnUSL, {1.25, 1.5});
     locale.separator = ',';
     SetCellValue(desk, 2, Position(cnUSL), "1.25");
@@ -422,41 +422,41 @@ TEST_F(AutoFilter, FilterWorksOnTheShownTextNotOnTheValue) {
 // --- tool tips
 // ------------------------------------------------------------------------------------------------
 
-TEST_F(AutoFilter, TipWithoutAnyFilterInvites) {
+TEST_F(AutoFilterTest, TipWithoutAnyFilterInvites) {
     AddUnits({"g"});
     EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Click to Filter Column ");
 }
 
-TEST_F(AutoFilter, TipOfANegativeColumnIsEmpty) {
+TEST_F(AutoFilterTest, TipOfANegativeColumnIsEmpty) {
     EXPECT_EQ(GetFilterCaption(desk, -1), "");
 }
 
-TEST_F(AutoFilter, TipOfAnUnfilteredColumnBesideAFilteredOneSaysShowingAll) {
+TEST_F(AutoFilterTest, TipOfAnUnfilteredColumnBesideAFilteredOneSaysShowingAll) {
     AddUnits({"g"});
     SetFilter(cnUnits, {"g"});
     EXPECT_EQ(GetFilterCaption(desk, Position(cnCategory)), " (Showing All) ");
 }
 
-TEST_F(AutoFilter, TipOfAFilteredColumnNamesItsValues) {
+TEST_F(AutoFilterTest, TipOfAFilteredColumnNamesItsValues) {
     AddUnits({"A", "B", "C"});
     Press(cnUnits, Tick({"A", "B"}));
     EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Equals \"A, B\" ");
 }
 
-TEST_F(AutoFilter, TipShowsAnEmptyNameAsNothingBetweenItsCommas) {
+TEST_F(AutoFilterTest, TipShowsAnEmptyNameAsNothingBetweenItsCommas) {
     SetFilter(cnUnits, {"", "g", "", "l"});
     EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Equals \", g, , l\" ");
     SetFilter(cnUnits, {""});
     EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Equals \"\" ");
 }
 
-TEST_F(AutoFilter, TipLeavesOutEntriesThatAreNotSelected) {
+TEST_F(AutoFilterTest, TipLeavesOutEntriesThatAreNotSelected) {
     SetFilter(cnUnits, {"a", "b"});
     g.gLabels->Ref(cnUnits).Filters()->Item(1)->SetSelected(false);
     EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Equals \"b\" ");
 }
 
-TEST_F(AutoFilter, TipIsNotCutInTheLogic) {
+TEST_F(AutoFilterTest, TipIsNotCutInTheLogic) {
     const Text name(600, 'x');
     SetFilter(cnUnits, {name + "1", name + "2"});
     EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Equals \"" + name + "1, " + name + "2\" ");
@@ -465,7 +465,7 @@ TEST_F(AutoFilter, TipIsNotCutInTheLogic) {
 // --- Clear All Filters
 // ----------------------------------------------------------------------------------------
 
-TEST_F(AutoFilter, ClearAllFiltersDropsEveryFilterAndTurnsTheFunnelsGrey) {
+TEST_F(AutoFilterTest, ClearAllFiltersDropsEveryFilterAndTurnsTheFunnelsGrey) {
     AddUnitAndCategory("g", "A");
     AddUnitAndCategory("kg", "B");
     Press(cnUnits, Tick({"g"}));
@@ -479,7 +479,7 @@ TEST_F(AutoFilter, ClearAllFiltersDropsEveryFilterAndTurnsTheFunnelsGrey) {
     EXPECT_THAT(toolkit.log, ElementsAre("hourglass", "events", "default"));
 }
 
-TEST_F(AutoFilter, ClearAllFiltersShowsNonNumericRowsToo) {
+TEST_F(AutoFilterTest, ClearAllFiltersShowsNonNumericRowsToo) {
     AddUnitAndCategory("g", "");
     AddUnitAndCategory("t", "", "T");
     EXPECT_THAT(ShownRows(), ElementsAre(1));
@@ -491,7 +491,7 @@ TEST_F(AutoFilter, ClearAllFiltersShowsNonNumericRowsToo) {
     EXPECT_THAT(ShownRows(), ElementsAre(1));
 }
 
-TEST_F(AutoFilter, ClearAllFiltersRepaintsOnce) {
+TEST_F(AutoFilterTest, ClearAllFiltersRepaintsOnce) {
     AddUnits({"g", "kg", "l"});
     Hide({1, 2, 3});
     CountingScreen screen;
@@ -504,7 +504,7 @@ TEST_F(AutoFilter, ClearAllFiltersRepaintsOnce) {
 // --- at the limit
 // ---------------------------------------------------------------------------------------------
 
-TEST_F(AutoFilter, ThirtyTwoThousandDistinctValuesAreOfferedAndFiltered) {
+TEST_F(AutoFilterTest, ThirtyTwoThousandDistinctValuesAreOfferedAndFiltered) {
     // With nested loops this takes minutes: the test would run into its time limit.
     constexpr std::int32_t rows = 32767;
     for (std::int32_t row = 1; row <= rows; ++row) {

@@ -27,7 +27,7 @@ const std::vector<std::int32_t> LimitsAlone = From(7, 20);
 const std::vector<std::int32_t> PathsAndAll = From(7, 35, {3, 4, 5});
 const std::vector<std::int32_t> AllButPaths = From(7, 35);
 
-struct ViewModes : testing::Test, GridDesk {
+struct ViewModesTest : testing::Test, GridDesk {
     void AddTypes(const std::vector<Text>& types) {
         for (const Text& type : types) {
             AddRow([&type](cField& field) { field.SetFieldType(type); });
@@ -48,7 +48,7 @@ struct ViewModes : testing::Test, GridDesk {
 };
 
 /// A desk whose cell editor is open with a text that the cell refuses or takes.
-struct OpenEditor : ViewModes {
+struct ViewModesEditor : ViewModesTest {
     void Open(const Text& text, bool accept) {
         AddLimits(cnUSL, {1.5});
         desk.Grid.ValidateEdit = [this, accept](std::int32_t, std::int32_t, bool& cancel) {
@@ -61,12 +61,11 @@ struct OpenEditor : ViewModes {
     }
     int validated = 0;
 };
-using ViewModesEditor = OpenEditor;
 
 // --- menus that open
 // --------------------------------------------------------------------------------------------
 
-TEST_F(ViewModes, ClearAllFiltersIsEnabledOnlyWhenAColumnHasAFilter) {
+TEST_F(ViewModesTest, ClearAllFiltersIsEnabledOnlyWhenAColumnHasAFilter) {
     AddTypes({"N"});
     desk.mnuClearFilters.SetEnabled(true);
     mnuOptions_Click(desk);
@@ -109,7 +108,7 @@ TEST_F(ViewModesEditor, RefusedTextStaysInTheEditorWhenAMenuOpens) {
     EXPECT_FALSE(desk.mnuClearFilters.Enabled());
 }
 
-TEST_F(ViewModes, OpeningAMenuWithoutAnEditorKeepsTheSelection) {
+TEST_F(ViewModesTest, OpeningAMenuWithoutAnEditorKeepsTheSelection) {
     AddTypes({"N", "N"});
     Select(1, cnUSL, 2, cnLSL);
     const GridSelection before = desk.Grid.GetSelection();
@@ -121,14 +120,14 @@ TEST_F(ViewModes, OpeningAMenuWithoutAnEditorKeepsTheSelection) {
 // --- Show Paths
 // -------------------------------------------------------------------------------------------------
 
-TEST_F(ViewModes, UntickingShowPathsHidesThemAndFreezesUpToTheVariableName) {
+TEST_F(ViewModesTest, UntickingShowPathsHidesThemAndFreezesUpToTheVariableName) {
     mnuShowPaths_Click(desk);
     EXPECT_FALSE(desk.mnuShowPaths.Checked());
     EXPECT_EQ(ShownColumns(), LimitsAlone);
     EXPECT_EQ(desk.Grid.FrozenCols(), 8);
 }
 
-TEST_F(ViewModes, TickingShowPathsShowsThreeOfThemAndFreezesNothing) {
+TEST_F(ViewModesTest, TickingShowPathsShowsThreeOfThemAndFreezesNothing) {
     mnuShowPaths_Click(desk);
     mnuShowPaths_Click(desk);
     EXPECT_TRUE(desk.mnuShowPaths.Checked());
@@ -136,13 +135,13 @@ TEST_F(ViewModes, TickingShowPathsShowsThreeOfThemAndFreezesNothing) {
     EXPECT_EQ(desk.Grid.FrozenCols(), 0);
 }
 
-TEST_F(ViewModes, UntickingShowPathsLeavesTheProperties) {
+TEST_F(ViewModesTest, UntickingShowPathsLeavesTheProperties) {
     mnuShowAll_Click(desk);
     mnuShowPaths_Click(desk);
     EXPECT_EQ(ShownColumns(), AllButPaths);
 }
 
-TEST_F(ViewModes, ShowingThePathsHidesThePropertiesAndKeepsTheirTick) {
+TEST_F(ViewModesTest, ShowingThePathsHidesThePropertiesAndKeepsTheirTick) {
     mnuShowAll_Click(desk);
     mnuShowPaths_Click(desk);
     mnuShowPaths_Click(desk);
@@ -154,7 +153,7 @@ TEST_F(ViewModes, ShowingThePathsHidesThePropertiesAndKeepsTheirTick) {
     EXPECT_EQ(ShownColumns(), PathsAndAll);
 }
 
-TEST_F(ViewModes, ShowingThePathsWithoutTheTickHidesPropertiesThatTheCatalogueHides) {
+TEST_F(ViewModesTest, ShowingThePathsWithoutTheTickHidesPropertiesThatTheCatalogueHides) {
     mnuShowPaths_Click(desk);
     SetShown(cnXRef, true);
     g.gLabels->Ref(cnUnits).SetVisible(true);
@@ -163,7 +162,7 @@ TEST_F(ViewModes, ShowingThePathsWithoutTheTickHidesPropertiesThatTheCatalogueHi
     EXPECT_FALSE(desk.Grid.ColHidden(Position(cnUnits)));
 }
 
-TEST_F(ViewModes, ShowingThePathsWithTheTickHidesEvenPropertiesThatTheCatalogueShows) {
+TEST_F(ViewModesTest, ShowingThePathsWithTheTickHidesEvenPropertiesThatTheCatalogueShows) {
     mnuShowAll_Click(desk);
     mnuShowPaths_Click(desk);
     g.gLabels->Ref(cnUnits).SetVisible(true);
@@ -171,7 +170,7 @@ TEST_F(ViewModes, ShowingThePathsWithTheTickHidesEvenPropertiesThatTheCatalogueS
     EXPECT_TRUE(desk.Grid.ColHidden(Position(cnUnits)));
 }
 
-TEST_F(ViewModes, ColumnsAreToldByTheirNumbersInAnyOrder) {
+TEST_F(ViewModesTest, ColumnsAreToldByTheirNumbersInAnyOrder) {
     for (std::int32_t col = 0; col < desk.Grid.Cols(); ++col) {  // the order turned round
         desk.Grid.SetColData(col, desk.Grid.Cols() - col);
         desk.Grid.SetColHidden(col, false);
@@ -183,7 +182,7 @@ TEST_F(ViewModes, ColumnsAreToldByTheirNumbersInAnyOrder) {
     EXPECT_EQ(desk.Grid.FrozenCols(), 28 + 2);
 }
 
-TEST_F(ViewModes, ShowPathsNeedsNoHourglass) {
+TEST_F(ViewModesTest, ShowPathsNeedsNoHourglass) {
     mnuShowPaths_Click(desk);
     EXPECT_THAT(toolkit.log, IsEmpty());
 }
@@ -191,21 +190,21 @@ TEST_F(ViewModes, ShowPathsNeedsNoHourglass) {
 // --- Show All Properties
 // ----------------------------------------------------------------------------------------
 
-TEST_F(ViewModes, ShowAllShowsTheProperties) {
+TEST_F(ViewModesTest, ShowAllShowsTheProperties) {
     mnuShowAll_Click(desk);
     EXPECT_TRUE(desk.mnuShowAll.Checked());
     EXPECT_EQ(ShownColumns(), PathsAndAll);
     EXPECT_THAT(toolkit.log, ElementsAre("hourglass", "default"));
 }
 
-TEST_F(ViewModes, ShowAllClickedAgainHidesThem) {
+TEST_F(ViewModesTest, ShowAllClickedAgainHidesThem) {
     mnuShowAll_Click(desk);
     mnuShowAll_Click(desk);
     EXPECT_FALSE(desk.mnuShowAll.Checked());
     EXPECT_EQ(ShownColumns(), PathsAndLimits);
 }
 
-TEST_F(ViewModes, ShowAllLeavesPathsAndFrozenColumns) {
+TEST_F(ViewModesTest, ShowAllLeavesPathsAndFrozenColumns) {
     mnuShowPaths_Click(desk);
     mnuShowAll_Click(desk);
     EXPECT_EQ(ShownColumns(), AllButPaths);
@@ -215,14 +214,14 @@ TEST_F(ViewModes, ShowAllLeavesPathsAndFrozenColumns) {
     EXPECT_EQ(desk.Grid.FrozenCols(), 8);
 }
 
-TEST_F(ViewModes, ShowAllPassesOverTheFirstPosition) {
+TEST_F(ViewModesTest, ShowAllPassesOverTheFirstPosition) {
     desk.Grid.SetColData(0, cnUnits);
     desk.Grid.SetColHidden(0, true);
     mnuShowAll_Click(desk);
     EXPECT_TRUE(desk.Grid.ColHidden(0));
 }
 
-TEST_F(ViewModes, RebuildHidesThePropertiesThoughShowAllStaysTicked) {
+TEST_F(ViewModesTest, RebuildHidesThePropertiesThoughShowAllStaysTicked) {
     mnuShowAll_Click(desk);
     modKDLimitDesk::BuildColumnCatalogue(g);
     SetupGridColumns(desk);
@@ -236,7 +235,7 @@ TEST_F(ViewModes, RebuildHidesThePropertiesThoughShowAllStaysTicked) {
 // --- Show Only Numeric Variables
 // --------------------------------------------------------------------------------
 
-TEST_F(ViewModes, UntickingTheNumericRuleShowsEveryRow) {
+TEST_F(ViewModesTest, UntickingTheNumericRuleShowsEveryRow) {
     AddTypes({"N", "T", "A", "P"});
     EXPECT_THAT(ShownRows(), ElementsAre(1, 3));
     mnuShowOnlyNumericVariables_Click(desk);
@@ -245,7 +244,7 @@ TEST_F(ViewModes, UntickingTheNumericRuleShowsEveryRow) {
     EXPECT_THAT(toolkit.log, ElementsAre("hourglass", "events", "default"));
 }
 
-TEST_F(ViewModes, TickingTheNumericRuleHidesTheOtherRows) {
+TEST_F(ViewModesTest, TickingTheNumericRuleHidesTheOtherRows) {
     AddTypes({"L", "N", "", "AR", "n", "T"});
     mnuShowOnlyNumericVariables_Click(desk);
     mnuShowOnlyNumericVariables_Click(desk);
@@ -253,7 +252,7 @@ TEST_F(ViewModes, TickingTheNumericRuleHidesTheOtherRows) {
     EXPECT_THAT(ShownRows(), ElementsAre(2, 3, 4));
 }
 
-TEST_F(ViewModes, TogglingTheNumericRuleClearsEveryFilterInBothDirections) {
+TEST_F(ViewModesTest, TogglingTheNumericRuleClearsEveryFilterInBothDirections) {
     AddTypes({"N", "R"});
     for (const bool ticked : {false, true}) {
         AddFilter(cnType, "N");
@@ -267,7 +266,7 @@ TEST_F(ViewModes, TogglingTheNumericRuleClearsEveryFilterInBothDirections) {
     }
 }
 
-TEST_F(ViewModes, NumericRuleHidesAgainWhatClearAllFiltersShowed) {
+TEST_F(ViewModesTest, NumericRuleHidesAgainWhatClearAllFiltersShowed) {
     AddTypes({"N", "T"});
     AddFilter(cnType, "N");
     mnuClearFilters_Click(desk);
@@ -278,13 +277,13 @@ TEST_F(ViewModes, NumericRuleHidesAgainWhatClearAllFiltersShowed) {
     EXPECT_THAT(ShownRows(), ElementsAre(1));
 }
 
-TEST_F(ViewModes, NumericRuleOverNoRowAtAllTogglesTheTickAlone) {
+TEST_F(ViewModesTest, NumericRuleOverNoRowAtAllTogglesTheTickAlone) {
     mnuShowOnlyNumericVariables_Click(desk);
     EXPECT_FALSE(desk.mnuShowOnlyNumericVariables.Checked());
     EXPECT_THAT(ShownRows(), IsEmpty());
 }
 
-TEST_F(ViewModes, EachClickRepaintsOnce) {
+TEST_F(ViewModesTest, EachClickRepaintsOnce) {
     AddTypes({"T", "T", "T"});
     CountingScreen screen;
     desk.Grid.SetScreen(&screen);
@@ -300,7 +299,7 @@ TEST_F(ViewModes, EachClickRepaintsOnce) {
     desk.Grid.SetScreen(nullptr);
 }
 
-TEST_F(ViewModes, ViewModesChangeNoData) {
+TEST_F(ViewModesTest, ViewModesChangeNoData) {
     AddTypes({"N"});
     mnuShowPaths_Click(desk);
     mnuShowAll_Click(desk);

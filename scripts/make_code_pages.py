@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """Writes the tables of the single-byte code pages: scripts/make_code_pages.py src/base/CodePageTables.cpp
 
-A byte that a page leaves undefined stands for the character of the same number, so that every byte survives.
+A byte that a page leaves undefined stands for the control character of the same number, so that every byte survives.
+From 0xA0 on no control character has that number, and the letter that has it belongs to another page: there the byte
+stands for a private character, U+F700 plus the byte, so that nobody can type it.
 Upper case is one character for one within the page; a letter without a single capital there stays.
 """
 import codecs
@@ -17,7 +19,7 @@ for p in pages:
     dec=[];
     for b in range(256):
         try: u=ord(bytes([b]).decode('cp%d'%p))
-        except UnicodeDecodeError: u=b
+        except UnicodeDecodeError: u=b if b<0xA0 else 0xF700+b
         dec.append(u)
     up=[]
     rev={u:b for b,u in reversed(list(enumerate(dec)))}

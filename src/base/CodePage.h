@@ -9,7 +9,8 @@
 namespace kd {
 
 /// A single-byte code page: the one door between the bytes of a file and Text. Every byte value has a
-/// character of its own, so that a file's bytes survive decoding and encoding unchanged.
+/// character of its own, so that a file's bytes survive decoding and encoding unchanged: a byte that the page
+/// leaves undefined stands for the control character of its number, or from 0xA0 on for a private character.
 class CodePage {
 public:
     /// The page of that number (874, 1250 to 1258); 1252 for a number that is not known.

@@ -1,6 +1,7 @@
 #include "admin/frmApplicationAdmin.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -120,17 +121,28 @@ void frmApplicationAdmin::cmdAddApplication_Click() {
         const Text path = chosen->front();
         *chosen = {Text(paths::Folder(path)), Text(paths::FileName(path))};
     }
+    const Text duplicates = AddFiles(*chosen);
+    if (!duplicates.empty()) {
+        Text warning = "WARNING - The following selected files were already added:";
+        warning += CrLf;
+        warning += CrLf;
+        m_g.platform.toolkit.Say(warning + duplicates, BoxIcon::Exclamation, "Duplicate Files");
+    }
+}
+
+Text frmApplicationAdmin::AddFiles(const std::vector<Text>& folderAndNames) {
     const CodePage& page = m_g.platform.locale.CodePage();
+    std::unordered_set<Text> known;
+    for (std::int32_t row = 1; row < Grid.Rows(); ++row) {
+        known.insert(page.Upper(Grid.TextMatrix(row, 0)));
+    }
     Text duplicates;
-    for (std::size_t at = 1; at < chosen->size(); ++at) {
-        const Text path = paths::Join(chosen->front(), (*chosen)[at], m_g.platform.files.Delimiter());
-        bool known = false;
-        for (std::int32_t row = 1; row < Grid.Rows() && !known; ++row) {
-            known = page.Upper(Grid.TextMatrix(row, 0)) == page.Upper(path);
-        }
-        if (known) {
+    for (std::size_t at = 1; at < folderAndNames.size(); ++at) {
+        const Text path =
+            paths::Join(folderAndNames.front(), folderAndNames[at], m_g.platform.files.Delimiter());
+        if (!known.insert(page.Upper(path)).second) {
             duplicates += path;
-            duplicates += CrLf.substr(0, 1);
+            duplicates += CrLf;
             continue;
         }
         const std::int32_t row = Grid.Rows();
@@ -139,12 +151,7 @@ void frmApplicationAdmin::cmdAddApplication_Click() {
         Grid.ShowCell(row, 0);
         m_changed = true;
     }
-    if (!duplicates.empty()) {
-        Text warning = "WARNING - The following selected files were already added:";
-        warning += CrLf;
-        warning += CrLf;
-        m_g.platform.toolkit.Say(warning + duplicates, BoxIcon::Exclamation, "Duplicate Files");
-    }
+    return duplicates;
 }
 
 void frmApplicationAdmin::cmdRemoveApplication_Click() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "model/Globals.h"
 #include "platform/Toolkit.h"
 #include "platform/VSFlexGrid.h"
@@ -40,6 +42,9 @@ private:
     void cmdRemoveApplication_Click();
     void cmdOk_Click();
     void cmdCancel_Click();
+    /// Appends a row for each name that no row has yet, in any case. Returns the paths that were there
+    /// already, a line each.
+    Text AddFiles(const std::vector<Text>& folderAndNames);
     void RememberCriterion(const Text& criterion);
     bool Matches(std::string_view criteria, std::string_view path) const;
 

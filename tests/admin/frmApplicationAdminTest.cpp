@@ -111,6 +111,28 @@ TEST(frmApplicationAdminTest, ABlankMeansAndABarMeansOrOverTheWholePathInAnyCase
     }
 }
 
+TEST(frmApplicationAdminTest, UpperCaseIsTheCodePages) {
+    AdminDesk desk;
+    desk.g.gMasterFiles->Add("/K\xC3\x84SE/a.kdt", true);
+    desk.Show([](frmApplicationAdmin& form) {
+        AdminDesk::Filter(form, "k\xC3\xA4se");
+        EXPECT_EQ(AdminDesk::Hidden(form), (std::vector<bool>{true, true, true, false}));
+    });
+}
+
+TEST(frmApplicationAdminTest, OnlyAFilterWithATextShowsTheHourglass) {
+    AdminDesk desk;
+    desk.Show([&](frmApplicationAdmin& form) {
+        desk.toolkit.log.clear();
+        AdminDesk::Filter(form, "water");
+        EXPECT_EQ(desk.toolkit.log, (std::vector<std::string>{"hourglass", "default"}));
+        desk.toolkit.log.clear();
+        AdminDesk::Filter(form, "");
+        EXPECT_TRUE(desk.toolkit.log.empty());
+        EXPECT_TRUE(form.Grid.Redraw());
+    });
+}
+
 TEST(frmApplicationAdminTest, AnEmptyRowIsHiddenByAnyFilterText) {
     AdminDesk desk;
     desk.g.gMasterFiles->Add("", true);
@@ -196,8 +218,8 @@ TEST(frmApplicationAdminTest, FilesThatAreThereAlreadyAreNamedInOneBoxAlsoInAnot
         AdminDesk::Filter(form, "dairy");
         desk.fileDialog.answer = {{"/plants/north", "WATER.KDT6", "new.kdt", "dairy.kdt"}};
         desk.toolkit.ExpectBox(
-            "WARNING - The following selected files were already added:\r\n\r\n/plants/north/WATER.KDT6\r"
-            "/plants/north/dairy.kdt\r",
+            "WARNING - The following selected files were already added:\r\n\r\n/plants/north/WATER.KDT6\r\n"
+            "/plants/north/dairy.kdt\r\n",
             BoxIcon::Exclamation, "Duplicate Files");
         form.cmdAddApplication.UserClick();
         EXPECT_EQ(form.Grid.Rows(), 5);
@@ -205,12 +227,57 @@ TEST(frmApplicationAdminTest, FilesThatAreThereAlreadyAreNamedInOneBoxAlsoInAnot
     });
 }
 
+TEST(frmApplicationAdminTest, AFileThatIsChosenTwiceIsADuplicateAndOneOfAnotherFolderIsNot) {
+    AdminDesk desk;
+    desk.Show([&](frmApplicationAdmin& form) {
+        desk.fileDialog.answer = {{"/plants/south", "dairy.kdt", "dairy.kdt"}};
+        desk.toolkit.ExpectBox(
+            "WARNING - The following selected files were already added:\r\n\r\n/plants/south/dairy.kdt\r\n",
+            BoxIcon::Exclamation, "Duplicate Files");
+        form.cmdAddApplication.UserClick();
+        EXPECT_EQ(form.Grid.Rows(), 5);
+    });
+}
+
+TEST(frmApplicationAdminTest, AnyNumberOfFilesIsAddedAtOnce) {
+    AdminDesk desk;
+    std::vector<Text> chosen{"/many"};
+    for (int number = 1; number <= 3000; ++number) {
+        chosen.push_back("an application with a long name " + Digits(number) + ".kdt");
+    }
+    desk.Show([&](frmApplicationAdmin& form) {
+        desk.fileDialog.answer = chosen;
+        form.cmdAddApplication.UserClick();
+        EXPECT_EQ(form.Grid.Rows(), 3004);
+        EXPECT_EQ(form.Grid.TextMatrix(3003, 0), "/many/an application with a long name 3000.kdt");
+    });
+}
+
+/// Writes down which rows are scrolled into sight.
+class ShowingScreen : public GridScreen {
+public:
+    std::vector<std::int32_t> rows;
+    void ShowCell(std::int32_t row, std::int32_t /*screenCol*/) override { rows.push_back(row); }
+};
+
+TEST(frmApplicationAdminTest, EachAddedRowIsScrolledIntoSight) {
+    AdminDesk desk;
+    ShowingScreen screen;
+    desk.Show([&](frmApplicationAdmin& form) {
+        form.Grid.SetScreen(&screen);
+        desk.fileDialog.answer = {{"/new", "a.kdt", "b.kdt"}};
+        form.cmdAddApplication.UserClick();
+        form.Grid.SetScreen(nullptr);
+    });
+    EXPECT_EQ(screen.rows, (std::vector<std::int32_t>{4, 5}));
+}
+
 TEST(frmApplicationAdminTest, ASelectionOfDuplicatesAloneChangesNothing) {
     AdminDesk desk;
     desk.Show([&](frmApplicationAdmin& form) {
         desk.fileDialog.answer = {{"/plants/north/dairy.kdt"}};
         desk.toolkit.ExpectBox(
-            "WARNING - The following selected files were already added:\r\n\r\n/plants/north/dairy.kdt\r",
+            "WARNING - The following selected files were already added:\r\n\r\n/plants/north/dairy.kdt\r\n",
             BoxIcon::Exclamation, "Duplicate Files");
         form.cmdAddApplication.UserClick();
         EXPECT_EQ(form.Grid.Rows(), 4);
@@ -290,6 +357,33 @@ TEST(frmApplicationAdminTest, OkKeepsTheCriterionInFrontAsTypedAppliedOrNot) {
     desk.Show([](frmApplicationAdmin& form) { form.cmdOk.UserClick(); });
     EXPECT_EQ(desk.Recents(), (std::vector<Text>{"new", "TWO", "one", "three"}))
         << "an empty text is not kept";
+}
+
+TEST(frmApplicationAdminTest, HowACriterionMovesToTheFront) {
+    struct Case {
+        const char* label;
+        std::vector<Text> before;
+        const char* text;
+        std::vector<Text> after;
+    };
+    const Case cases[] = {
+        {"first of all", {}, "a", {"a"}},
+        {"the last one", {"b", "c", "a"}, "a", {"a", "b", "c"}},
+        {"the first one", {"a", "b"}, "a", {"a", "b"}},
+        {"the first of two", {"b", "A", "c", "a"}, "a", {"a", "b", "c", "a"}},
+        {"blanks count", {"a"}, "a ", {"a ", "a"}},
+    };
+    for (const Case& each : cases) {
+        AdminDesk desk;
+        for (const Text& criterion : each.before) {
+            desk.g.gRecents->Add(criterion);
+        }
+        desk.Show([&](frmApplicationAdmin& form) {
+            form.cboFilter.UserType(each.text);
+            form.cmdOk.UserClick();
+        });
+        EXPECT_EQ(desk.Recents(), each.after) << each.label;
+    }
 }
 
 TEST(frmApplicationAdminTest, TheTwentyFirstCriterionDropsTheOldest) {
@@ -375,6 +469,22 @@ TEST(ManageApplicationsTest, OkReplacesTheListSortedWithHiddenRowsDisabledThenWr
     EXPECT_TRUE(desk.g.gMasterFiles->Ref(3).Enabled());
     EXPECT_EQ(desk.calls, (std::vector<Text>{"write", "load"}));
     EXPECT_EQ(desk.toolkit.log.back(), "events");
+}
+
+TEST(ManageApplicationsTest, AfterOkThePassOfTheMessageLoopComesBeforeTheSettingsAndTheLoad) {
+    AdminDesk desk;
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin",
+                                                 [](frmApplicationAdmin& form) { form.cmdOk.UserClick(); });
+    std::int32_t whenWritten = 0;
+    desk.g.gMasterFiles->Ref(2).SetEnabled(false);
+    ManageApplications(desk.g, {[&] {
+                                    whenWritten = desk.g.gMasterFiles->TotalFilesEnabled();
+                                    desk.toolkit.log.emplace_back("write");
+                                },
+                                [&] { desk.toolkit.log.emplace_back("load"); }, nullptr});
+    EXPECT_EQ(desk.toolkit.log,
+              (std::vector<std::string>{"form frmApplicationAdmin", "events", "write", "load"}));
+    EXPECT_EQ(whenWritten, 3) << "the new list, in which a row that is shown is enabled again";
 }
 
 TEST(ManageApplicationsTest, AnAddedRowIsEnabledThoughItDoesNotMatchTheFilter) {

@@ -99,6 +99,8 @@ void RefreshGridRow(Desk& desk, std::int32_t row) {
     const cFile& view = desk.g.gFiles->Ref(field.FileID());
     const auto tools = desk.g.platform.suite.NewPathTools();
     grid.SetRows(row + 1);
+    // Linked before it is filled: a value that cannot be shown must not leave a row without its variable.
+    grid.SetRowData(row, row);
 
     RowText texts;
     texts.Add(Digits(row));
@@ -112,7 +114,6 @@ void RefreshGridRow(Desk& desk, std::int32_t row) {
         texts.EndCell();
     }
     grid.SetRowTexts(row, texts);
-    grid.SetRowData(row, row);
     grid.SetRowHidden(row, desk.mnuShowOnlyNumericVariables.Checked() && !IsNumericType(field.FieldType()));
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "fakes/Builders.h"
 #include "grid/ColumnCatalogue.h"
 
@@ -146,6 +148,29 @@ TEST(CellGateTest, ARunOfTypeLettersPasses) {
     EXPECT_FALSE(desk.Valid(18, "n"));
 }
 
+TEST(CellGateTest, TheColumnsNumberCountsNotItsPosition) {
+    GateDesk desk;
+    desk.desk.Grid.SetColData(0, 35);
+    EXPECT_FALSE(IsCellValueValid(desk.desk, 1, 0, "x"));
+    for (const std::int32_t unknown : {0, 36}) {
+        desk.desk.Grid.SetColData(ColUsl, unknown);
+        EXPECT_TRUE(IsCellValueValid(desk.desk, 1, ColUsl, "x")) << unknown;
+    }
+}
+
+TEST(CellGateTest, RuleLettersAreCharactersInTheCodePagesUpperCase) {
+    GateDesk desk;
+    desk.g.gRuleLetters = "AB\xC3\x84";
+    EXPECT_TRUE(desk.Valid(29, "b\xC3\xA4"));
+    EXPECT_FALSE(desk.Valid(29, "\xC3\x96")) << "shares a byte with a letter of the catalogue";
+}
+
+TEST(CellGateTest, TheOrderOfTheLimitsIsNotTestedAtTheCell) {
+    GateDesk desk;
+    EXPECT_TRUE(desk.Valid(10, "5000")) << "above Max";
+    EXPECT_TRUE(desk.Valid(16, "5000")) << "LSL above USL";
+}
+
 TEST(CellGateTest, RuleLettersGoByTheCatalogue) {
     GateDesk desk;
     desk.g.gRuleLetters = "ABC";
@@ -214,6 +239,53 @@ TEST(CellGateTest, AnUntouchedEditWritesTheShownTextBackAndPutsReportTypeIntoUpp
     SetCellValue(desk.desk, 1, ColUsl, "12.500");
     EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 12.5) << "digits beyond the mask are lost";
     EXPECT_EQ(desk.desk.Grid.BackColor(1, ColUsl), 0U) << "unmarked";
+}
+
+TEST(CellGateTest, FourColumnsAreStoredInUpperCaseAndMarkedByTheGivenCase) {
+    const std::pair<std::int32_t, std::pair<const char*, const char*>> cases[] = {
+        {18, {"r", "R"}}, {22, {"vt", "VT"}}, {26, {"p", "P"}}, {35, {"y", "Y"}}};
+    GateDesk desk;
+    for (const auto& [number, texts] : cases) {
+        SetCellValue(desk.desk, 1, number - 1, texts.first);
+        EXPECT_EQ(desk.desk.Grid.TextMatrix(1, number - 1), texts.second) << number;
+        EXPECT_EQ(desk.desk.Grid.BackColor(1, number - 1), ChangedColour) << number;
+    }
+}
+
+TEST(CellGateTest, WholeNumbersTakeEitherSeparatorAndRoundATieToTheEvenOne) {
+    const std::pair<const char*, const char*> cases[] = {{"2.5", "2"}, {"2,5", "2"}, {"3.5", "4"},
+                                                         {"3,5", "4"}, {"0.4", "0"}, {" 7 ", "7"}};
+    for (const char separator : {'.', ','}) {
+        GateDesk desk;
+        desk.locale.separator = separator;
+        for (const auto& [text, shown] : cases) {
+            SetCellValue(desk.desk, 1, 24, text);
+            EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 24), shown) << separator << " '" << text << "'";
+        }
+    }
+}
+
+TEST(CellGateTest, OnlyTheVariablesOwnViewIsFlaggedAlsoForAHiddenAndForTheLastRow) {
+    LoadedDesk desk;
+    desk.Put(anApplication().Field(aField()).View("Day", 1).Field(aField()).View("Night", 2).Field(aField()));
+    desk.Load();
+    for (const std::int32_t row : {2, 3}) {
+        desk.desk.Grid.SetRowHidden(2, true);
+        SetCellValue(desk.desk, row, ColUsl, "7");
+        EXPECT_EQ(desk.desk.Grid.TextMatrix(row, ColUsl), "7.000");
+        EXPECT_TRUE(desk.g.gFiles->Ref(row).ChangesMade());
+        EXPECT_EQ(desk.g.gFiles->Ref(3).ChangesMade(), row == 3);
+    }
+    EXPECT_FALSE(desk.g.gFiles->Ref(1).ChangesMade());
+    EXPECT_EQ(desk.g.gFields->Ref(1).USLflag(), "C");
+}
+
+TEST(CellGateTest, TheRowsOwnNumberNamesTheVariable) {
+    GateDesk desk;
+    desk.desk.Grid.SetRowData(1, 2);
+    SetCellValue(desk.desk, 1, ColName, "renamed");
+    EXPECT_EQ(desk.g.gFields->Ref(2).Name(), "renamed");
+    EXPECT_EQ(desk.g.gFields->Ref(1).Name(), "Weight");
 }
 
 TEST(CellGateTest, ALimitTypedForATextVariableIsStoredMarkedAndShowsNothing) {

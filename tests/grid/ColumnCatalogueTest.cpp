@@ -78,6 +78,23 @@ TEST(ColumnCatalogueTest, LayingOutLeavesTheHeaderRowAlone) {
     }
 }
 
+TEST(ColumnCatalogueTest, ARebuildDropsMarksHiddenRowsFunnelsAndTheSelection) {
+    LoadedDesk desk;
+    desk.Put(anApplication().Field(aField()).Field(aField()));
+    desk.Load();
+    VSFlexGrid& grid = desk.desk.Grid;
+    grid.SetBackColor(1, 9, ChangedColour);
+    grid.SetRowHidden(1, true);
+    grid.SetCellPicture(9, HeaderPicture::FilterOn);
+    grid.Select(1, 9);
+    grid.ExtendSelection(2, 12);
+    desk.Load();
+    EXPECT_EQ(grid.BackColor(1, 9), 0U);
+    EXPECT_FALSE(grid.RowHidden(1));
+    EXPECT_EQ(grid.CellPicture(9), HeaderPicture::FilterOff);
+    EXPECT_EQ(grid.GetSelection(), (GridSelection{0, 0, 0, 0}));
+}
+
 TEST(ColumnCatalogueTest, ARebuildUnfreezesTheColumns) {
     LoadedDesk desk;
     BuildColumnCatalogue(desk.g);
@@ -240,6 +257,25 @@ TEST(RowFillTest, TheLocalesSeparatorIsShown) {
     desk.Load();
     EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 9), "12,500");
     EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 8), "1000,00");
+}
+
+TEST(RowFillTest, AFreshRowIsNotMarkedEvenWhereTheBaselineDiffers) {
+    LoadedDesk desk;
+    desk.g.gRuleNames = "Run of nine,Point beyond limit";
+    desk.Put(anApplication().Field(aField().Rules("A")));
+    desk.Load();
+    ASSERT_EQ(desk.g.gSavedFields->Ref(1).Rules(), "A");
+    ASSERT_EQ(desk.desk.Grid.TextMatrix(1, 28), "B");
+    EXPECT_EQ(desk.desk.Grid.BackColor(1, 28), 0U);
+    EXPECT_FALSE(desk.g.gFiles->Ref(1).ChangesMade());
+}
+
+TEST(RowFillTest, ARowThatCannotBeShownIsLinkedToItsVariableAllTheSame) {
+    LoadedDesk desk;
+    desk.Put(anApplication().Field(aField()).Field(aField().Length(2).Decimals(2)));
+    EXPECT_THROW(desk.Load(), cError) << "the mask has no place for the point";
+    ASSERT_EQ(desk.desk.Grid.Rows(), 3);
+    EXPECT_EQ(desk.desk.Grid.RowData(2), 2);
 }
 
 }  // namespace

@@ -112,6 +112,16 @@ TEST(GridEventsTest, ARightPressOutsideTheSelectionMovesThereAndInsideLeavesIt) 
     EXPECT_EQ(desk.grid.GetSelection(), (GridSelection{1, ColUsl, 1, ColUsl}));
 }
 
+TEST(GridEventsTest, ARightPressBesideTheSelectionOnAnySideMovesThere) {
+    for (const auto& [row, col] : {std::pair{1, 11}, {3, 11}, {2, 10}, {2, 13}}) {
+        EventsDesk desk;
+        desk.grid.Select(2, 12);
+        desk.grid.ExtendSelection(2, 11);
+        (void)desk.Press(MouseButton::Right, row, col);
+        EXPECT_EQ(desk.grid.GetSelection(), (GridSelection{row, col, row, col}));
+    }
+}
+
 TEST(GridEventsTest, TheSelectionStaysForALeftPressAndOverAReadOnlyColumn) {
     EventsDesk desk;
     desk.grid.Select(1, ColName);
@@ -153,6 +163,17 @@ TEST(GridEventsTest, OnlyCellsOfEditableColumnsOpenForEditing) {
     }
     desk.grid.Select(0, ColUsl);
     EXPECT_FALSE(desk.grid.StartEdit()) << "header";
+}
+
+TEST(GridEventsTest, AHeaderPressTakesTheOpenEditorsTextBeforeTheFilterIsShown) {
+    EventsDesk desk;
+    desk.OpenEditor(1, ColUsl, "20");
+    double whenShown = 0;
+    desk.events.ShowColumnFilter = [&](std::int32_t) { whenShown = desk.g.gFields->Ref(1).USL(); };
+    EXPECT_FALSE(desk.Press(MouseButton::Left, 0, ColName));
+    EXPECT_EQ(whenShown, 20);
+    EXPECT_FALSE(desk.grid.EditWindow());
+    EXPECT_EQ(desk.grid.Col(), ColName);
 }
 
 TEST(GridEventsTest, ARefusedTextIsToldAndTheEditorStays) {
@@ -275,6 +296,44 @@ TEST(GridEventsTest, CtrlCAndCtrlVRunTheCommandsAndNothingElseDoes) {
     EXPECT_EQ(copied, 1);
     EXPECT_EQ(pasted, 1);
     EXPECT_EQ(cut, 0);
+}
+
+TEST(GridEventsTest, ACancelThatWasSetIsClearedForAnUntouchedText) {
+    EventsDesk desk;
+    desk.OpenEditor(1, ColUsl, "12.500");
+    bool cancel = true;
+    desk.grid.ValidateEdit(1, ColUsl, cancel);
+    EXPECT_FALSE(cancel);
+}
+
+TEST(GridEventsTest, EveryEventPassesTheBoundary) {
+    EventsDesk desk;
+    int passed = 0;
+    desk.events.Boundary = [&](const std::function<void()>& handler) {
+        ++passed;
+        handler();
+    };
+    bool cancel = false;
+    desk.grid.SetMouseCell(1, ColType);
+    desk.grid.BeforeMouseDown(MouseButton::Left, 0, 0, 0, cancel);
+    desk.grid.MouseDown(MouseButton::Left, 0, 0, 0);
+    desk.grid.MouseUp(MouseButton::Left, 0, 0, 0);
+    desk.grid.MouseMove(MouseButton::Left, 0, 0, 0);
+    desk.grid.BeforeEdit(1, ColName, cancel);
+    desk.grid.ValidateEdit(1, ColName, cancel);
+    desk.grid.AfterEdit(1, ColName);
+    desk.grid.RowColChange();
+    desk.grid.KeyDown(1, 0);
+    EXPECT_EQ(passed, 9);
+}
+
+TEST(GridEventsTest, TheGridIsLeftWithoutHandlersAtTheEnd) {
+    LoadedDesk desk;
+    { const GridEvents events(desk.desk); }
+    const VSFlexGrid& grid = desk.desk.Grid;
+    EXPECT_FALSE(grid.BeforeMouseDown || grid.MouseDown || grid.MouseUp || grid.MouseMove);
+    EXPECT_FALSE(grid.BeforeEdit || grid.ValidateEdit || grid.AfterEdit || grid.RowColChange);
+    EXPECT_FALSE(grid.KeyDown || grid.TypedText);
 }
 
 }  // namespace

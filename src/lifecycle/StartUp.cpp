@@ -11,7 +11,8 @@ void LoadRuleCatalogue(Globals& g) {
     g.gRuleNames.clear();
     g.gRuleLetters.clear();
     for (std::int32_t position = 1; position <= rules.Count(); ++position) {
-        if (position > 1) {
+        // An empty first name leaves no trace.
+        if (!g.gRuleNames.empty()) {
             g.gRuleNames += ',';
         }
         g.gRuleNames += rules.Item(position).RuleEntryName();

@@ -168,6 +168,11 @@ void frmKDLimitDesk::LoadAndShowApplications() {
 }
 
 bool frmKDLimitDesk::Form_QueryUnload() {
+    // What stands in an open editor is an edit too: taken, it counts below; refused, it keeps the window.
+    CloseCellEditor(m_desk);
+    if (m_desk.Grid.EditWindow()) {
+        return false;
+    }
     if (!AnyChanges(m_g)) {
         return true;
     }

@@ -38,6 +38,21 @@ TEST(StartUpTest, PastTheTwentySixthRuleTheCodesRunOn) {
     EXPECT_EQ(desk.g.gRuleLetters, "ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\");
 }
 
+TEST(StartUpTest, RuleLettersPastAsciiAreTheCodePages) {
+    TestDesk desk;
+    desk.suite.rules.assign(64, "r");  // the last one has the code 128
+    LoadRuleCatalogue(desk.g);
+    EXPECT_TRUE(desk.g.gRuleLetters.ends_with("~\x7F\xE2\x82\xAC")) << desk.g.gRuleLetters;
+}
+
+TEST(StartUpTest, AnEmptyFirstNameLeavesNoTraceInTheJoinedNames) {
+    TestDesk desk;
+    desk.suite.rules = {"", "Trend", "", "Run"};
+    LoadRuleCatalogue(desk.g);
+    EXPECT_EQ(desk.g.gRuleNames, "Trend,,Run");
+    EXPECT_EQ(desk.g.gRuleLetters, "ABCD");
+}
+
 TEST(StartUpTest, WithoutALoginTheUserIsTheEnvironments) {
     TestDesk desk;
     EXPECT_EQ(GetUserName(desk.g, 7), "anna");
@@ -68,6 +83,26 @@ TEST(StartUpTest, TheSettingsLieInTheSettingsFolderUnderTheProgramsName) {
     desk.environment.programPath = "/opt/kd/KDLimitDesk.exe";
     EXPECT_EQ(SettingsPath(desk.g), "/home/anna/kd6/KDLimitDesk.IKD");
     EXPECT_EQ(FallbackSettingsPath(desk.g), "/opt/kd/KDLimitDesk.ini");
+}
+
+TEST(StartUpTest, SettingsAreNamedAsTheProgram) {
+    struct Case {
+        const char* program;
+        const char* settings;
+        const char* fallback;
+    };
+    const Case cases[] = {
+        {"/opt/kd.6/Tool", "/home/anna/kd6/Tool.IKD", "/opt/kd.6/Tool.ini"},
+        {"/Tool", "/home/anna/kd6/Tool.IKD", "/Tool.ini"},
+    };
+    TestDesk desk;
+    for (const Case& each : cases) {
+        desk.environment.programPath = each.program;
+        EXPECT_EQ(SettingsPath(desk.g), each.settings) << each.program;
+        EXPECT_EQ(FallbackSettingsPath(desk.g), each.fallback) << each.program;
+    }
+    desk.suite.settingsFolder = "/";
+    EXPECT_EQ(SettingsPath(desk.g), "/Tool.IKD");
 }
 
 TEST(StartUpTest, TheSuitesContextIsOpenedOnceAndKept) {

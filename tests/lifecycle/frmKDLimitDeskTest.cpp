@@ -5,6 +5,7 @@
 #include "admin/frmApplicationAdmin.h"
 #include "commit/frmCommit.h"
 #include "fakes/Builders.h"
+#include "platform/EventBoundary.h"
 
 namespace kd {
 namespace {
@@ -296,6 +297,29 @@ TEST(frmKDLimitDeskTest, TheSettingsAreNotWrittenAtClosing) {
     EXPECT_TRUE(desk.files.Log().empty());
 }
 
+TEST(frmKDLimitDeskTest, ATextInTheOpenEditorIsAChangeWhenTheWindowCloses) {
+    RunningDesk desk;
+    desk.grid.Select(1, ColUsl);
+    ASSERT_TRUE(desk.grid.StartEdit());
+    desk.grid.SetEditText("20");
+    desk.toolkit.ExpectQuestion("You have outstanding changes. Are you sure you want to quit without saving?",
+                                BoxIcon::Question, "KD LimitDesk", BoxAnswer::No);
+    EXPECT_FALSE(desk.form.Form_QueryUnload());
+    EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 20);
+}
+
+TEST(frmKDLimitDeskTest, ARefusedTextInTheEditorKeepsTheWindowUntilItIsGivenUp) {
+    RunningDesk desk;
+    desk.grid.Select(1, ColUsl);
+    ASSERT_TRUE(desk.grid.StartEdit());
+    desk.grid.SetEditText("abc");
+    desk.toolkit.ExpectBox("Invalid value 'abc' entered for cell!");
+    EXPECT_FALSE(desk.form.Form_QueryUnload());
+    EXPECT_EQ(desk.grid.EditText(), "abc");
+    desk.grid.CancelEdit();
+    EXPECT_TRUE(desk.form.Form_QueryUnload());
+}
+
 TEST(frmKDLimitDeskTest, CloseInTheFileMenuUnloadsTheWindow) {
     RunningDesk desk;
     int unloaded = 0;
@@ -329,6 +353,46 @@ TEST(frmKDLimitDeskTest, ALaterManageApplicationsReplacesAllThatWasLoaded) {
     EXPECT_EQ(desk.grid.Rows(), 3);
     EXPECT_EQ(desk.grid.Row(), 0);
     EXPECT_EQ(desk.desk.Panel1.Caption(), "");
+}
+
+TEST(frmKDLimitDeskTest, ACancelledManageApplicationsLeavesEveryEdit) {
+    RunningDesk desk;
+    desk.Change();
+    const auto fields = desk.g.gFields;
+    desk.toolkit.ExpectQuestion(
+        "You have outstanding changes.\r\nAre you sure you want to modify folders without saving?",
+        BoxIcon::Question, "KD LimitDesk", BoxAnswer::Yes);
+    desk.ExpectCancel();
+    desk.desk.mnuApplications.UserClick();
+    EXPECT_EQ(desk.g.gFields, fields);
+    EXPECT_EQ(desk.g.gMasterFiles->Count(), 1);
+    EXPECT_EQ(desk.grid.BackColor(1, ColUsl), ChangedColour);
+}
+
+TEST(frmKDLimitDeskTest, HelpOfManageApplicationsOpensTheDocumentation) {
+    RunningDesk desk;
+    desk.suite.helpTopics["Documentation"] = 0;
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [](frmApplicationAdmin& form) {
+        form.cmdHelp.UserClick();
+        form.cmdCancel.UserClick();
+    });
+    desk.desk.mnuApplications.UserClick();
+    EXPECT_EQ(desk.suite.helpTopics["Documentation"], 1);
+}
+
+TEST(frmKDLimitDeskTest, AFailureInACommandPutsPointerRedrawAndProgressBack) {
+    RunningDesk desk;
+    desk.form.Unload = [&] {
+        desk.toolkit.SetMousePointer(Pointer::Hourglass);
+        desk.grid.SetRedraw(false);
+        desk.desk.ProgressBar1.SetValue(30);
+        throw cError(errDiskFull, "x", {}, "/a.kdt");
+    };
+    desk.toolkit.ExpectBox(UnhandledErrorText(cError(errDiskFull, "x", {}, "/a.kdt")), BoxIcon::Critical);
+    desk.desk.mnuClose.UserClick();
+    EXPECT_EQ(desk.toolkit.MousePointer(), Pointer::Default);
+    EXPECT_TRUE(desk.grid.Redraw());
+    EXPECT_EQ(desk.desk.ProgressBar1.Value(), 0);
 }
 
 TEST(frmKDLimitDeskTest, AFailureInTheCellEditorIsToldAndTheProgramGoesOn) {

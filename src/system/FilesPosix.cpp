@@ -67,8 +67,11 @@ Descriptor OpenRegular(const char* operation, std::string_view path, int flags, 
                        struct stat& status) {
     Descriptor file(Open(Text(path), flags | O_NONBLOCK | O_NOCTTY, mode));
     if (!file.IsOpen()) {
-        // ENXIO: a FIFO that nobody reads, or a socket.
-        Raise(operation, path, errno == ENXIO ? EACCES : errno);
+        // A socket, a FIFO that nobody reads, a device without its driver: each fails with a number of its
+        // own.
+        const int code = errno;
+        const bool special = ::stat(Text(path).c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+        Raise(operation, path, special ? EACCES : code);
     }
     if (::fstat(file.Get(), &status) != 0) {
         Raise(operation, path, errno);
@@ -96,6 +99,24 @@ int WriteAll(int fd, std::string_view bytes) noexcept {
     return 0;
 }
 
+int Flush(int fd) noexcept {
+    while (::fsync(fd) != 0) {
+        if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
+}
+
+int CutAt(int fd, off_t size) noexcept {
+    while (::ftruncate(fd, size) != 0) {
+        if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
+}
+
 int FlushFolderOf(const Text& path) noexcept {
     const auto slash = path.find_last_of('/');
     const Text folder = slash == Text::npos ? Text(1, '.') : path.substr(0, slash == 0 ? 1 : slash);
@@ -103,8 +124,8 @@ int FlushFolderOf(const Text& path) noexcept {
     if (!handle.IsOpen()) {
         return errno;
     }
-    // Some file systems have nothing to flush for a folder.
-    return ::fsync(handle.Get()) == 0 || errno == EINVAL || errno == ENOTSUP ? 0 : errno;
+    const int code = Flush(handle.Get());
+    return code == EINVAL || code == ENOTSUP ? 0 : code;  // some file systems have nothing to flush for one
 }
 
 }  // namespace kd::posix

@@ -47,6 +47,12 @@ Descriptor OpenRegular(const char* operation, std::string_view path, int flags, 
 /// Writes all bytes. Returns 0 or an errno.
 int WriteAll(int fd, std::string_view bytes) noexcept;
 
+/// Brings an open file to the disk itself. Returns 0 or an errno.
+int Flush(int fd) noexcept;
+
+/// Gives an open file that size. Returns 0 or an errno.
+int CutAt(int fd, off_t size) noexcept;
+
 /// Flushes the folder that holds the path, so that a rename in it lasts. Returns 0 or an errno.
 int FlushFolderOf(const Text& path) noexcept;
 

@@ -5,6 +5,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
+
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -55,13 +59,28 @@ int WriteOver(int fd, std::string_view bytes) noexcept {
     if (::lseek(fd, 0, SEEK_SET) < 0) {
         return errno;
     }
-    if (const int code = WriteAll(fd, bytes); code != 0) {
-        return code;
+    int code = WriteAll(fd, bytes);
+    if (code == 0) {
+        code = CutAt(fd, static_cast<off_t>(bytes.size()));
     }
-    if (::ftruncate(fd, static_cast<off_t>(bytes.size())) != 0 || ::fsync(fd) != 0) {
-        return errno;
+    return code == 0 ? Flush(fd) : code;
+}
+
+/// Makes room for a file that grows, so that a full disk is met before a byte of it changes. Returns 0 or an
+/// errno; the file then has its size back.
+int MakeRoom(int fd, std::size_t present, std::size_t wanted) noexcept {
+    if (wanted <= present) {
+        return 0;
     }
-    return 0;
+    int code = 0;
+    do {
+        code = ::posix_fallocate(fd, 0, static_cast<off_t>(wanted));
+    } while (code == EINTR);
+    if (code == 0 || code == EOPNOTSUPP || code == EINVAL) {
+        return 0;  // where room cannot be had ahead, the old content is brought back instead
+    }
+    (void)CutAt(fd, static_cast<off_t>(present));  // the content stood all the while
+    return code;
 }
 
 void OverwriteInPlace(const char* operation, const Text& target, std::string_view bytes) {
@@ -69,21 +88,13 @@ void OverwriteInPlace(const char* operation, const Text& target, std::string_vie
     Descriptor file = OpenRegular(operation, target, O_RDWR, 0, status);
     std::string before;
     int code = ReadAll(file.Get(), before);
-    // Room first: a file that cannot grow is refused before a byte of it changes.
-    if (code == 0 && bytes.size() > before.size()) {
-        code = ::posix_fallocate(file.Get(), 0, static_cast<off_t>(bytes.size()));
-        if (code == EOPNOTSUPP || code == EINVAL) {
-            code = 0;
-        }
-        if (code != 0) {
-            (void)::ftruncate(file.Get(),
-                              static_cast<off_t>(before.size()));  // back to its size; the content stood
-        }
-    }
     if (code == 0) {
-        code = WriteOver(file.Get(), bytes);
-        if (code != 0) {
-            (void)WriteOver(file.Get(), before);  // the first failure is the one to tell
+        code = MakeRoom(file.Get(), before.size(), bytes.size());
+        if (code == 0) {
+            code = WriteOver(file.Get(), bytes);
+            if (code != 0) {
+                (void)WriteOver(file.Get(), before);  // the first failure is the one to tell
+            }
         }
     }
     if (const int closed = file.Close(); code == 0) {
@@ -94,6 +105,54 @@ void OverwriteInPlace(const char* operation, const Text& target, std::string_vie
     }
 }
 
+/// Gives the new file the list of access rights of the present one, if it has such a list. Without it the
+/// mode alone would let the file's group do what the list kept from it.
+bool TakeOverAccessList(int fd, const Text& target) {
+#ifdef __linux__
+    constexpr const char* Name = "system.posix_acl_access";
+    constexpr std::size_t LongestAccessList = 65536;  // the system has no longer attribute
+    std::string list(LongestAccessList, '\0');
+    const ssize_t size = ::getxattr(target.c_str(), Name, list.data(), list.size());
+    if (size < 0 && errno == ENODATA) {
+        // The new file may have been given the folder's list.
+        return ::fremovexattr(fd, Name) == 0 || errno == ENODATA || errno == ENOTSUP;
+    }
+    if (size < 0) {
+        return errno == ENOTSUP;
+    }
+    return ::fsetxattr(fd, Name, list.data(), static_cast<std::size_t>(size), 0) == 0;
+#else
+    (void)fd;
+    (void)target;
+    return true;
+#endif
+}
+
+/// Gives the new file the rights of the present one; false where the user may not.
+bool TakeOverRights(int fd, const Text& target, const struct stat& present) {
+    struct stat made {};
+    if (::fstat(fd, &made) != 0) {
+        return false;
+    }
+    const bool sameOwner = made.st_uid == present.st_uid && made.st_gid == present.st_gid;
+    if (!sameOwner && ::fchown(fd, present.st_uid, present.st_gid) != 0) {
+        return false;
+    }
+    return TakeOverAccessList(fd, target) && ::fchmod(fd, present.st_mode & 07777U) == 0;
+}
+
+/// Gives a file that is wholly new the mode that the user's mask leaves. Returns 0 or an errno.
+int TakeUsualMode(int fd) noexcept {
+    const mode_t mask = ::umask(0);
+    (void)::umask(mask);
+    return ::fchmod(fd, 0666U & ~mask) == 0 ? 0 : errno;
+}
+
+/// Whether a folder that refuses a new entry leaves the way over the file itself.
+bool FolderForbids(int code) noexcept {
+    return code == EACCES || code == EPERM || code == EROFS || code == EBUSY || code == ENAMETOOLONG;
+}
+
 /// What came of writing beside the target.
 enum class Outcome { Done, NotPossibleHere };
 
@@ -102,8 +161,7 @@ Outcome WriteBeside(const char* operation, const Text& target, std::string_view 
     Text temporary;
     Descriptor file = NewBeside(target, temporary);
     if (!file.IsOpen()) {
-        // A folder that lets nobody add to it: the file itself may still be written.
-        if (present != nullptr && (errno == EACCES || errno == EPERM || errno == EROFS)) {
+        if (present != nullptr && FolderForbids(errno)) {
             return Outcome::NotPossibleHere;
         }
         Raise(operation, target, errno);
@@ -116,34 +174,27 @@ Outcome WriteBeside(const char* operation, const Text& target, std::string_view 
     });
     int code = WriteAll(file.Get(), bytes);
     if (code == 0) {
-        if (present != nullptr) {
-            struct stat made {};
-            if (::fstat(file.Get(), &made) != 0 ||
-                ((made.st_uid != present->st_uid || made.st_gid != present->st_gid) &&
-                 ::fchown(file.Get(), present->st_uid, present->st_gid) != 0)) {
-                return Outcome::NotPossibleHere;
-            }
-            code = ::fchmod(file.Get(), present->st_mode & 07777U) == 0 ? 0 : errno;
-        } else {
-            const mode_t mask = ::umask(0);
-            (void)::umask(mask);
-            code = ::fchmod(file.Get(), 0666U & ~mask) == 0 ? 0 : errno;
+        if (present != nullptr && !TakeOverRights(file.Get(), target, *present)) {
+            return Outcome::NotPossibleHere;
         }
+        code = present != nullptr ? 0 : TakeUsualMode(file.Get());
     }
-    if (code == 0 && ::fsync(file.Get()) != 0) {
-        code = errno;
+    if (code == 0) {
+        code = Flush(file.Get());
     }
     if (const int closed = file.Close(); code == 0) {
         code = closed;
     }
     if (code == 0 && ::rename(temporary.c_str(), target.c_str()) != 0) {
+        if (present != nullptr && FolderForbids(errno)) {
+            return Outcome::NotPossibleHere;  // EBUSY: something is mounted on the file itself
+        }
         code = errno;
     }
     if (code != 0) {
         Raise(operation, target, code);
     }
     inPlace = true;
-    (void)FlushFolderOf(target);  // the new file is in its place; only how soon that lasts is open
     return Outcome::Done;
 }
 
@@ -167,6 +218,11 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
     }
     if (WriteBeside(operation, target, bytes, present ? &status : nullptr) == Outcome::NotPossibleHere) {
         OverwriteInPlace(operation, target, bytes);
+        return;
+    }
+    // A folder that the user may enter but not list cannot be flushed by him; any other failure is told.
+    if (const int code = FlushFolderOf(target); code != 0 && code != EACCES) {
+        Raise(operation, target, code);
     }
 }
 

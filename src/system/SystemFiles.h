@@ -12,8 +12,9 @@ namespace kd {
 /// The files of the operating system. Paths are UTF-8.
 class SystemFiles : public Files {
 public:
-    /// `page` tells which letters are the same but for their case.
-    explicit SystemFiles(const CodePage& page) : m_page(page) {}
+    /// `page` tells which letters are the same but for their case. From the first one on, a file beyond the
+    /// user's limit of size is a failure (errDiskFull), no longer the end of the process.
+    explicit SystemFiles(const CodePage& page);
 
     char Delimiter() const override;
     bool Exists(std::string_view path) override;

@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -38,16 +39,27 @@ bool IsPresent(const Text& path) noexcept {
 
 class PosixOutput : public OutputFile {
 public:
-    PosixOutput(Descriptor file, Text path) : m_file(std::move(file)), m_path(std::move(path)) {}
+    enum class Kind { Fresh, Appended };
+
+    PosixOutput(Descriptor file, Text path, Kind kind)
+        : m_file(std::move(file)), m_path(std::move(path)), m_kind(kind) {}
 
     void Write(std::string_view bytes) override {
+        struct stat before {};
+        if (::fstat(m_file.Get(), &before) != 0) {
+            Raise("Write", m_path, errno);
+        }
         if (const int code = WriteAll(m_file.Get(), bytes); code != 0) {
+            if (m_kind == Kind::Appended) {
+                // Half a record would spoil the next one that is added.
+                (void)CutAt(m_file.Get(), before.st_size);  // the first failure is the one to tell
+            }
             Raise("Write", m_path, code);
         }
     }
     void Flush() override {
-        if (::fsync(m_file.Get()) != 0) {
-            Raise("Flush", m_path, errno);
+        if (const int code = posix::Flush(m_file.Get()); code != 0) {
+            Raise("Flush", m_path, code);
         }
     }
     void Close() override {
@@ -59,9 +71,54 @@ public:
 private:
     Descriptor m_file;
     Text m_path;
+    Kind m_kind;
 };
 
+/// Reads an open regular file of about `size` bytes to its end. Returns 0 or an errno.
+int ReadToEnd(int fd, off_t size, std::string& bytes) {
+    // One byte more than the file has: a read that fills all but that one has met the end.
+    const auto expected = static_cast<std::size_t>(size);
+    std::size_t filled = 0;
+    bytes.resize(expected + 1);
+    for (;;) {
+        if (filled == bytes.size()) {
+            bytes.resize(bytes.size() * 2);  // the file grew meanwhile
+        }
+        const ssize_t got = ::read(fd, bytes.data() + filled, bytes.size() - filled);
+        if (got < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            bytes.clear();
+            return errno;
+        }
+        filled += static_cast<std::size_t>(got);
+        if (got == 0 || (filled == expected && filled + 1 == bytes.size())) {
+            bytes.resize(filled);
+            return 0;
+        }
+    }
+}
+
+/// Gives a copy its source's mode and times, and flushes it. Returns 0 or an errno.
+int FinishCopy(int fd, const struct stat& source) noexcept {
+    const std::array<timespec, 2> times{source.st_atim, source.st_mtim};
+    if (::fchmod(fd, source.st_mode & 0777U) != 0 || ::futimens(fd, times.data()) != 0) {
+        return errno;
+    }
+    return Flush(fd);
+}
+
 }  // namespace
+
+SystemFiles::SystemFiles(const CodePage& page) : m_page(page) {
+    struct sigaction action {};
+    if (::sigaction(SIGXFSZ, nullptr, &action) == 0 && (action.sa_flags & SA_SIGINFO) == 0 &&
+        action.sa_handler == SIG_DFL) {
+        action.sa_handler = SIG_IGN;
+        (void)::sigaction(SIGXFSZ, &action, nullptr);  // fails for a number that is no signal only
+    }
+}
 
 char SystemFiles::Delimiter() const {
     return '/';
@@ -127,28 +184,9 @@ void SystemFiles::Read(std::string_view path, std::string& bytes) {
     if (!S_ISREG(status.st_mode)) {
         Raise("Read", path, EACCES);
     }
-    // One byte more than the file has: a read that fills all but that one has met the end.
-    std::size_t filled = 0;
-    bytes.resize(static_cast<std::size_t>(status.st_size) + 1);
-    for (;;) {
-        if (filled == bytes.size()) {
-            bytes.resize(bytes.size() * 2);  // the file grew meanwhile
-        }
-        const ssize_t got = ::read(file.Get(), bytes.data() + filled, bytes.size() - filled);
-        if (got < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            const int code = errno;
-            bytes.clear();
-            Raise("Read", path, code);
-        }
-        filled += static_cast<std::size_t>(got);
-        if (got == 0 || (filled + 1 == bytes.size() && filled == static_cast<std::size_t>(status.st_size))) {
-            break;
-        }
+    if (const int code = ReadToEnd(file.Get(), status.st_size, bytes); code != 0) {
+        Raise("Read", path, code);
     }
-    bytes.resize(filled);
 }
 
 std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
@@ -166,10 +204,10 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
         }
     }
     Descriptor file = OpenRegular("OpenForOutput", path, O_WRONLY | O_CREAT | O_NOFOLLOW, 0666, status);
-    if (::ftruncate(file.Get(), 0) != 0) {
-        Raise("OpenForOutput", path, errno);
+    if (const int code = CutAt(file.Get(), 0); code != 0) {
+        Raise("OpenForOutput", path, code);
     }
-    return std::make_unique<PosixOutput>(std::move(file), std::move(target));
+    return std::make_unique<PosixOutput>(std::move(file), std::move(target), PosixOutput::Kind::Fresh);
 }
 
 std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
@@ -179,7 +217,7 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
         Raise("OpenForAppend", path, EACCES);
     }
     Descriptor file = OpenRegular("OpenForAppend", target, O_WRONLY | O_CREAT | O_APPEND, 0666, status);
-    return std::make_unique<PosixOutput>(std::move(file), target);
+    return std::make_unique<PosixOutput>(std::move(file), target, PosixOutput::Kind::Appended);
 }
 
 void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
@@ -197,7 +235,8 @@ void SystemFiles::DeleteFile(std::string_view path) {
     if (::lstat(target.c_str(), &status) != 0) {
         Raise("DeleteFile", path, errno);
     }
-    if (S_ISDIR(status.st_mode) || (S_ISREG(status.st_mode) && !MayWrite(status))) {
+    // A link is only a name: it goes, whatever it leads to.
+    if (!S_ISLNK(status.st_mode) && (!S_ISREG(status.st_mode) || !MayWrite(status))) {
         Raise("DeleteFile", path, EACCES);
     }
     if (::unlink(target.c_str()) != 0) {
@@ -214,11 +253,16 @@ std::vector<Text> SystemFiles::FolderEntries(std::string_view folder) {
         Raise("FolderEntries", folder, errno);
     }
     std::vector<Text> names;
+    errno = 0;
     while (const dirent* entry = ::readdir(listing.get())) {
         Text name = entry->d_name;
         if (name != "." && name != "..") {
             names.push_back(std::move(name));
         }
+        errno = 0;
+    }
+    if (errno != 0) {
+        Raise("FolderEntries", folder, errno);
     }
     return names;
 }
@@ -241,20 +285,20 @@ void SystemFiles::MakeFolder(std::string_view folder) {
 }
 
 void SystemFiles::CopyForArchive(std::string_view source, std::string_view target) {
-    const Text from = Resolved(source);
     struct stat status {};
-    const Descriptor read = OpenRegular("CopyForArchive", from, O_RDONLY, 0, status);
-    const std::string bytes = Read(from);
-    struct stat made {};
-    Descriptor file = OpenRegular("CopyForArchive", target, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW,
-                                  status.st_mode & 0777, made);
-    int code = WriteAll(file.Get(), bytes);
-    const std::array<timespec, 2> times{status.st_atim, status.st_mtim};
-    if (code == 0 && ::futimens(file.Get(), times.data()) != 0) {
-        code = errno;
+    std::string bytes;
+    {
+        const Descriptor read = OpenRegular("CopyForArchive", Resolved(source), O_RDONLY, 0, status);
+        if (const int code = ReadToEnd(read.Get(), status.st_size, bytes); code != 0) {
+            Raise("CopyForArchive", source, code);
+        }
     }
-    if (code == 0 && ::fsync(file.Get()) != 0) {
-        code = errno;
+    struct stat made {};
+    Descriptor file =
+        OpenRegular("CopyForArchive", target, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600, made);
+    int code = WriteAll(file.Get(), bytes);
+    if (code == 0) {
+        code = FinishCopy(file.Get(), status);
     }
     if (const int closed = file.Close(); code == 0) {
         code = closed;

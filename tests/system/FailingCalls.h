@@ -1,0 +1,41 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace kd {
+
+/// Makes the system's calls fail that write, flush and rename, for the length of a scope. The test program
+/// has its own versions of these calls, which ask here first.
+class FailingCalls {
+public:
+    /// The call with that number, from 1, fails with `code`, an errno; 0 for none.
+    explicit FailingCalls(int failAt = 0, int code = 0);
+    ~FailingCalls();
+    FailingCalls(const FailingCalls&) = delete;
+    FailingCalls& operator=(const FailingCalls&) = delete;
+
+    /// Every call of that name fails.
+    void FailEach(const std::string& name, int code);
+    /// Reads and writes carry a byte or so, and every other call is cut off by a signal first.
+    void Stutter() { m_stutters = true; }
+    /// Names of the calls so far, in order.
+    const std::vector<std::string>& Calls() const { return m_calls; }
+
+    /// For the calls alone: the errno that this one has to fail with, or 0.
+    static int Ask(const char* name);
+    static bool Stutters();
+
+private:
+    int m_failAt;
+    int m_code;
+    bool m_stutters = false;
+    bool m_interrupted = false;
+    std::string m_failing;
+    int m_failingCode = 0;
+    std::vector<std::string> m_calls;
+};
+
+}  // namespace kd

@@ -1,0 +1,206 @@
+#include <algorithm>
+#include <cerrno>
+
+#include "system/FailingCalls.h"
+#include "system/SystemFilesFixture.h"
+
+namespace kd {
+namespace {
+
+bool Called(const FailingCalls& calls, const std::string& name) {
+    return std::find(calls.Calls().begin(), calls.Calls().end(), name) != calls.Calls().end();
+}
+
+TEST_F(SystemFilesTest, AReplaceThatFailsAnywhereLeavesTheWholeOldFileOrTheWholeNewOne) {
+    const Text path = At("a.kdt");
+    bool done = false;
+    for (int failAt = 1; !done; ++failAt) {
+        SCOPED_TRACE(failAt);
+        Put("a.kdt", "old", 0640);
+        std::size_t calls = 0;
+        const std::int32_t number = ErrorOf([&] {
+            const FailingCalls failing(failAt, EIO);
+            files.ReplaceFile(path, "new content");
+            calls = failing.Calls().size();
+        });
+        done = number == 0 && calls < static_cast<std::size_t>(failAt);
+        EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+        EXPECT_EQ(Mode(path), 0640U);
+        const std::string left = Get(path);
+        EXPECT_TRUE(left == "old" || left == "new content") << left;
+        if (number == 0) {
+            EXPECT_EQ(left, "new content");
+        } else {
+            EXPECT_EQ(number, errDevice);
+        }
+        ASSERT_LT(failAt, 50);
+    }
+}
+
+TEST_F(SystemFilesTest, AReplaceInPlaceThatFailsAnywhereLeavesTheWholeOldFileOrTheWholeNewOne) {
+    const Text path = At("a.kdt");
+    for (const char* content : {"new content, longer", "n"}) {
+        bool done = false;
+        for (int failAt = 1; !done; ++failAt) {
+            SCOPED_TRACE(Text(content) + " " + std::to_string(failAt));
+            Put("a.kdt", "old", 0640);
+            std::filesystem::create_hard_link(path, At("b.kdt"));
+            std::size_t calls = 0;
+            const std::int32_t number = ErrorOf([&] {
+                const FailingCalls failing(failAt, EIO);
+                files.ReplaceFile(path, content);
+                calls = failing.Calls().size();
+            });
+            done = number == 0 && calls < static_cast<std::size_t>(failAt);
+            EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "b.kdt"}));
+            const std::string left = Get(path);
+            EXPECT_TRUE(left == "old" || left == content) << left;
+            EXPECT_EQ(Get(At("b.kdt")), left);
+            EXPECT_TRUE(number != 0 || left == content);
+            std::filesystem::remove(At("b.kdt"));
+            ASSERT_LT(failAt, 50);
+        }
+    }
+}
+
+TEST_F(SystemFilesTest, AReplaceFlushesTheFileBeforeItTakesItsPlaceAndTheFolderAfter) {
+    const Text path = Put("a.kdt", "old");
+    const FailingCalls calls;
+    files.ReplaceFile(path, "new");
+    std::vector<std::string> order;
+    for (const std::string& call : calls.Calls()) {
+        if (call == "write" || call == "fsync" || call == "rename") {
+            order.push_back(call);
+        }
+    }
+    EXPECT_EQ(order, (std::vector<std::string>{"write", "fsync", "rename", "fsync"}));
+}
+
+TEST_F(SystemFilesTest, AReplaceInPlaceMeetsAFullDiskBeforeAByteChanges) {
+    const Text path = Put("a.kdt", "old");
+    std::filesystem::create_hard_link(path, At("b.kdt"));
+    FailingCalls calls;
+    calls.FailEach("posix_fallocate", ENOSPC);
+    EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, "new and longer"); }), errDiskFull);
+    EXPECT_FALSE(Called(calls, "write"));
+    EXPECT_EQ(Get(path), "old");
+}
+
+TEST_F(SystemFilesTest, AFileThatSomethingIsMountedOnIsWrittenInPlace) {
+    const Text path = Put("a.kdt", "old");
+    const auto before = Status(path);
+    for (const int code : {EBUSY, EPERM, EACCES}) {
+        FailingCalls calls;
+        calls.FailEach("rename", code);
+        files.ReplaceFile(path, "new " + std::to_string(code));
+        EXPECT_EQ(Get(path), "new " + std::to_string(code));
+        EXPECT_EQ(Status(path).st_ino, before.st_ino);
+        EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+    }
+}
+
+TEST_F(SystemFilesTest, EveryNumberOfTheSystemHasItsNumberOfTheHouse) {
+    struct Case {
+        const char* label;
+        int code;
+        std::int32_t number;
+    };
+    const Case cases[] = {{"no space", ENOSPC, errDiskFull},
+                          {"quota", EDQUOT, errDiskFull},
+                          {"too large", EFBIG, errDiskFull},
+                          {"device", EIO, errDevice},
+                          {"no access", EACCES, errPermissionDenied},
+                          {"not permitted", EPERM, errPermissionDenied},
+                          {"read-only disk", EROFS, errPermissionDenied},
+                          {"program in use", ETXTBSY, errPermissionDenied},
+                          {"out of descriptors", EMFILE, errDevice}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+        Put("a.kdt", "old");
+        EXPECT_EQ(ErrorOf([&] {
+                      FailingCalls calls;
+                      calls.FailEach("write", c.code);
+                      files.ReplaceFile(At("a.kdt"), "new");
+                  }),
+                  c.number);
+        EXPECT_EQ(ErrorOf([&] {
+                      FailingCalls calls;
+                      calls.FailEach("read", c.code);
+                      (void)files.Read(At("a.kdt"));
+                  }),
+                  c.number);
+        EXPECT_EQ(Get(At("a.kdt")), "old");
+        EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+    }
+}
+
+TEST_F(SystemFilesTest, SignalsAndShortTransfersLoseNothing) {
+    const std::string bytes(1000, 'x');
+    const Text source = Put("source", bytes + "end");
+    const Text linked = Put("linked", "old");
+    std::filesystem::create_hard_link(linked, At("other"));
+    {
+        FailingCalls calls;
+        calls.Stutter();
+        files.CopyFile(source, At("copy"));
+        files.CopyFile(source, linked);
+        files.CopyForArchive(source, At("archived"));
+        const auto output = files.OpenForOutput(At("output"));
+        output->Write(bytes);
+        output->Flush();
+        output->Close();
+    }
+    EXPECT_EQ(Get(At("copy")), bytes + "end");
+    EXPECT_EQ(Get(linked), bytes + "end");
+    EXPECT_EQ(Get(At("archived")), bytes + "end");
+    EXPECT_EQ(Get(At("output")), bytes);
+}
+
+TEST_F(SystemFilesTest, AnArchiveCopyThatFailsAnywhereLeavesNone) {
+    const Text source = Put("a.kdt", "content");
+    bool done = false;
+    for (int failAt = 1; !done; ++failAt) {
+        SCOPED_TRACE(failAt);
+        std::size_t calls = 0;
+        const std::int32_t number = ErrorOf([&] {
+            const FailingCalls failing(failAt, EIO);
+            files.CopyForArchive(source, At("copy"));
+            calls = failing.Calls().size();
+        });
+        done = number == 0 && calls < static_cast<std::size_t>(failAt);
+        EXPECT_EQ(Names().count("copy"), number == 0 ? 1U : 0U);
+        (void)::unlink(At("copy").c_str());
+        ASSERT_LT(failAt, 50);
+    }
+}
+
+TEST_F(SystemFilesTest, AnOutputTellsEveryFailure) {
+    for (const char* call : {"write", "fsync", "close"}) {
+        SCOPED_TRACE(call);
+        const auto file = files.OpenForOutput(At("a.temp"));
+        const std::int32_t number = ErrorOf([&] {
+            FailingCalls calls;
+            calls.FailEach(call, EIO);
+            file->Write("text");
+            file->Flush();
+            file->Close();
+        });
+        EXPECT_EQ(number, errDevice);
+        EXPECT_EQ(ErrorOf([&] { file->Close(); }), 0);
+    }
+}
+
+TEST_F(SystemFilesTest, ReadGivesTheDescriptorBackWhenItFails) {
+    const Text path = Put("a.kdt", "text");
+    const auto open = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
+    const auto before = open();
+    for (int i = 0; i < 3; ++i) {
+        FailingCalls calls;
+        calls.FailEach("read", EIO);
+        EXPECT_EQ(ErrorOf([&] { (void)files.Read(path); }), errDevice);
+    }
+    EXPECT_EQ(open(), before);
+}
+
+}  // namespace
+}  // namespace kd

@@ -1,0 +1,142 @@
+#include <fcntl.h>
+
+#include <array>
+
+#include "system/SystemFilesFixture.h"
+
+namespace kd {
+namespace {
+
+TEST_F(SystemFilesTest, MakeFolderMakesTheMissingOnesAbove) {
+    files.MakeFolder(At("a/b/c"));
+    files.MakeFolder(At("a/b/c"));
+    files.MakeFolder(At("a/b/"));
+    EXPECT_TRUE(std::filesystem::is_directory(At("a/b/c")));
+}
+
+TEST_F(SystemFilesTest, MakeFolderUsesTheUsersMask) {
+    const mode_t mask = ::umask(027);
+    files.MakeFolder(At("a/b"));
+    (void)::umask(mask);
+    EXPECT_EQ(Mode(At("a")), 0750U);
+    EXPECT_EQ(Mode(At("a/b")), 0750U);
+}
+
+TEST_F(SystemFilesTest, MakeFolderOfAFailure) {
+    Put("file", "");
+    EXPECT_EQ(ErrorOf([&] { files.MakeFolder(At("file")); }), errPermissionDenied);
+    EXPECT_NE(ErrorOf([&] { files.MakeFolder(At("file/a")); }), 0);
+    EXPECT_EQ(Names(), std::set<Text>{"file"});
+}
+
+TEST_F(SystemFilesTest, MakeFolderGoesThroughFoldersThatNobodyMayWrite) {
+    MakeFolderAt("closed/open");
+    ASSERT_EQ(::chmod(At("closed/open").c_str(), 0777), 0);
+    ASSERT_EQ(::chmod(At("closed").c_str(), 0555), 0);
+    const OrdinaryUser user;
+    files.MakeFolder(At("closed/open/a"));
+    EXPECT_TRUE(std::filesystem::is_directory(At("closed/open/a")));
+    EXPECT_EQ(ErrorOf([&] { files.MakeFolder(At("closed/b")); }), errPermissionDenied);
+}
+
+TEST_F(SystemFilesTest, ArchiveCopyKeepsBytesTimesAndMode) {
+    const Text source = Put("a.kdt", "text", 0664);
+    const std::array<timespec, 2> times{{{1000000000, 123}, {1111111111, 456}}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, source.c_str(), times.data(), 0), 0);
+    const mode_t mask = ::umask(077);
+    files.CopyForArchive(source, At("copy"));
+    (void)::umask(mask);
+    EXPECT_EQ(Get(At("copy")), "text");
+    const auto copy = Status(At("copy"));
+    EXPECT_EQ(copy.st_mode & 07777U, 0664U);
+    EXPECT_EQ(copy.st_mtim.tv_sec, 1111111111);
+    EXPECT_EQ(copy.st_mtim.tv_nsec, 456);
+}
+
+TEST_F(SystemFilesTest, ArchiveCopyOfAReadOnlyFileWorks) {
+    files.CopyForArchive(Put("a.kdt", "text", 0444), At("copy"));
+    EXPECT_EQ(Get(At("copy")), "text");
+    EXPECT_EQ(Mode(At("copy")), 0444U);
+}
+
+TEST_F(SystemFilesTest, ArchiveCopyTakesTheContentBehindALink) {
+    Put("a.kdt", "text");
+    files.CopyForArchive(MakeLink("link", "a.kdt"), At("copy"));
+    EXPECT_EQ(Get(At("copy")), "text");
+    EXPECT_FALSE(std::filesystem::is_symlink(At("copy")));
+}
+
+TEST_F(SystemFilesTest, ArchiveCopyOfAFailure) {
+    const Text source = Put("a.kdt", "text");
+    Put("there", "old");
+    MakeFifo("fifo");
+    MakeFolderAt("folder");
+    MakeLink("link", "nowhere");
+    struct Case {
+        const char* label;
+        Text from;
+        Text to;
+        std::int32_t number;
+    };
+    const Case cases[] = {{"missing", At("none"), At("copy"), errFileNotFound},
+                          {"FIFO", At("fifo"), At("copy"), errPermissionDenied},
+                          {"folder", At("folder"), At("copy"), errPermissionDenied},
+                          {"target folder missing", source, At("none/copy"), errPathNotFound},
+                          {"target is there", source, At("there"), errDevice},
+                          {"target is a link", source, At("link"), errDevice}};
+    const auto names = Names();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+        EXPECT_EQ(ErrorOf([&] { files.CopyForArchive(c.from, c.to); }), c.number);
+        EXPECT_EQ(Names(), names);
+    }
+    EXPECT_EQ(Get(At("there")), "old");
+}
+
+TEST_F(SystemFilesTest, RenameGivesAFolderItsNewName) {
+    MakeFolderAt("old");
+    Put("old/a", "text");
+    files.Rename(At("old"), At("new"));
+    EXPECT_EQ(Names(), std::set<Text>{"new"});
+    EXPECT_EQ(Get(At("new/a")), "text");
+}
+
+TEST_F(SystemFilesTest, RenameNeverPutsAnythingInPlaceOfSomethingElse) {
+    MakeFolderAt("old");
+    MakeFolderAt("full");
+    Put("full/a", "text");
+    Put("file", "text");
+    EXPECT_EQ(ErrorOf([&] { files.Rename(At("old"), At("full")); }), errPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { files.Rename(At("old"), At("file")); }), errPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { files.Rename(At("none"), At("new")); }), errFileNotFound);
+    EXPECT_EQ(Names(), (std::set<Text>{"old", "full", "file"}));
+    EXPECT_EQ(Get(At("full/a")), "text");
+}
+
+TEST_F(SystemFilesTest, FlushFolderNeedsAFolder) {
+    EXPECT_EQ(ErrorOf([&] { files.FlushFolder(folder); }), 0);
+    EXPECT_NE(ErrorOf([&] { files.FlushFolder(At("none")); }), 0);
+}
+
+TEST_F(SystemFilesTest, RemoveFolderTakesAllThatIsInIt) {
+    MakeFolderAt("a/b/c");
+    Put("a/b/file", "", 0444);
+    files.RemoveFolder(At("a"));
+    files.RemoveFolder(At("a"));
+    EXPECT_EQ(Names(), std::set<Text>{});
+}
+
+TEST_F(SystemFilesTest, RemoveFolderNeverFollowsALink) {
+    MakeFolderAt("a");
+    MakeFolderAt("other");
+    Put("other/file", "text");
+    MakeLink("a/link", At("other"));
+    MakeLink("link", At("other"));
+    files.RemoveFolder(At("a"));
+    files.RemoveFolder(At("link"));
+    EXPECT_EQ(Names(), std::set<Text>{"other"});
+    EXPECT_EQ(Get(At("other/file")), "text");
+}
+
+}  // namespace
+}  // namespace kd

@@ -1,0 +1,195 @@
+#include <sys/resource.h>
+
+#include "system/SystemFilesFixture.h"
+
+namespace kd {
+namespace {
+
+/// Files grow to that size and no further, for the length of a scope.
+class SizeLimit {
+public:
+    explicit SizeLimit(rlim_t bytes) {
+        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_before), 0);
+        rlimit limit = m_before;
+        limit.rlim_cur = bytes;
+        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+    ~SizeLimit() { EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &m_before), 0); }
+    SizeLimit(const SizeLimit&) = delete;
+    SizeLimit& operator=(const SizeLimit&) = delete;
+
+private:
+    rlimit m_before{};
+};
+
+TEST_F(SystemFilesTest, OutputReplacesWhatStoodThere) {
+    const Text path = Put("a.temp", "something longer");
+    const auto file = files.OpenForOutput(path);
+    EXPECT_EQ(Get(path), "");
+    file->Write("new");
+    file->Write(" text");
+    file->Flush();
+    file->Close();
+    file->Close();
+    EXPECT_EQ(Get(path), "new text");
+}
+
+TEST_F(SystemFilesTest, OutputMakesAFileWithTheUsersMode) {
+    const mode_t mask = ::umask(027);
+    files.OpenForOutput(At("a.temp"))->Close();
+    files.OpenForAppend(At("a.KDL"))->Close();
+    (void)::umask(mask);
+    EXPECT_EQ(Mode(At("a.temp")), 0640U);
+    EXPECT_EQ(Mode(At("a.KDL")), 0640U);
+}
+
+TEST_F(SystemFilesTest, OutputIsNeverWrittenThroughALink) {
+    const Text other = Put("other", "of somebody else");
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(MakeLink("a.temp", "other")); }), errPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(MakeLink("b.temp", "nowhere")); }),
+              errPermissionDenied);
+    EXPECT_EQ(Get(other), "of somebody else");
+    EXPECT_EQ(Names(), (std::set<Text>{"a.temp", "b.temp", "other"}));
+}
+
+TEST_F(SystemFilesTest, OutputNeverReachesAnotherNameOfTheSameFile) {
+    const Text other = Put("other", "of somebody else");
+    std::filesystem::create_hard_link(other, At("a.temp"));
+    files.OpenForOutput(At("a.temp"))->Write("new");
+    EXPECT_EQ(Get(other), "of somebody else");
+    EXPECT_EQ(Get(At("a.temp")), "new");
+}
+
+TEST_F(SystemFilesTest, OutputRefusesWhatIsNoFile) {
+    const Text fifo = MakeFifo("fifo");
+    const Text inner = MakeFolderAt("folder");
+    struct Case {
+        const char* label;
+        Text path;
+        std::int32_t number;
+    };
+    const Case cases[] = {{"FIFO", fifo, errPermissionDenied},
+                          {"folder", inner, errPermissionDenied},
+                          {"device", "/dev/null", errPermissionDenied},
+                          {"full device", "/dev/full", errPermissionDenied},
+                          {"read-only", Put("readonly", "old", 0444), errPermissionDenied},
+                          {"folder missing", At("none/a"), errPathNotFound},
+                          {"name too long", At(Text(300, 'a')), errDevice}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+        EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(c.path); }), c.number);
+        EXPECT_EQ(ErrorOf([&] { (void)files.OpenForAppend(c.path); }), c.number);
+    }
+    EXPECT_EQ(Get(At("readonly")), "old");
+}
+
+TEST_F(SystemFilesTest, OutputIsNotFoundInAnotherCase) {
+    Put("A.TEMP", "other");
+    files.OpenForOutput(At("a.temp"))->Write("new");
+    EXPECT_EQ(Get(At("A.TEMP")), "other");
+    EXPECT_EQ(Get(At("a.temp")), "new");
+}
+
+TEST_F(SystemFilesTest, AppendAddsAtTheEnd) {
+    const Text path = Put("a.KDL", "old\r\n", 0600);
+    const auto file = files.OpenForAppend(path);
+    std::ofstream(path, std::ios::binary | std::ios::app) << "between\r\n";
+    file->Write("new\r\n");
+    file->Flush();
+    file->Close();
+    EXPECT_EQ(Get(path), "old\r\nbetween\r\nnew\r\n");
+    EXPECT_EQ(Mode(path), 0600U);
+}
+
+TEST_F(SystemFilesTest, AppendFollowsALink) {
+    Put("a.KDL", "old,");
+    files.OpenForAppend(MakeLink("b.KDL", "a.KDL"))->Write("new");
+    EXPECT_EQ(Get(At("a.KDL")), "old,new");
+    EXPECT_TRUE(std::filesystem::is_symlink(At("b.KDL")));
+}
+
+TEST_F(SystemFilesTest, AFileBeyondTheLimitIsAFullDisk) {
+    const auto file = files.OpenForOutput(At("a.temp"));
+    const SizeLimit limit(100);
+    file->Write(std::string(60, 'x'));
+    EXPECT_EQ(ErrorOf([&] { file->Write(std::string(60, 'y')); }), errDiskFull);
+    file->Close();
+}
+
+TEST_F(SystemFilesTest, ARecordThatDoesNotFitLeavesNoHalf) {
+    const Text path = Put("a.KDL", std::string(60, 'x'));
+    {
+        const SizeLimit limit(100);
+        const auto file = files.OpenForAppend(path);
+        EXPECT_EQ(ErrorOf([&] { file->Write(std::string(60, 'y')); }), errDiskFull);
+        file->Close();
+    }
+    EXPECT_EQ(Get(path), std::string(60, 'x'));
+}
+
+TEST_F(SystemFilesTest, ReplaceBeyondTheLimitLeavesTheOldFile) {
+    const Text path = Put("a.kdt", "old");
+    const SizeLimit limit(100);
+    EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, std::string(200, 'x')); }), errDiskFull);
+    EXPECT_EQ(Get(path), "old");
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
+TEST_F(SystemFilesTest, ReplaceInPlaceBeyondTheLimitLeavesTheOldFile) {
+    const Text path = Put("a.kdt", "old");
+    std::filesystem::create_hard_link(path, At("b.kdt"));
+    const SizeLimit limit(100);
+    EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, std::string(200, 'x')); }), errDiskFull);
+    EXPECT_EQ(Get(path), "old");
+    EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "b.kdt"}));
+}
+
+TEST_F(SystemFilesTest, ArchiveCopyBeyondTheLimitLeavesNone) {
+    const Text path = Put("a.kdt", std::string(200, 'x'));
+    const SizeLimit limit(100);
+    EXPECT_EQ(ErrorOf([&] { files.CopyForArchive(path, At("copy")); }), errDiskFull);
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
+TEST_F(SystemFilesTest, DeleteTakesTheFileAway) {
+    const Text path = Put("a.kdt", "old");
+    files.DeleteFile(path);
+    EXPECT_EQ(Names(), std::set<Text>{});
+}
+
+TEST_F(SystemFilesTest, DeleteOfALinkLeavesWhatItLeadsTo) {
+    Put("a.kdt", "old", 0444);
+    files.DeleteFile(MakeLink("b.kdt", "a.kdt"));
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
+TEST_F(SystemFilesTest, DeleteRefusesWhatMayNotBeWrittenOrIsNoFile) {
+    struct Case {
+        const char* label;
+        Text path;
+        std::int32_t number;
+    };
+    const Case cases[] = {{"missing", At("none"), errFileNotFound},
+                          {"folder missing", At("none/a"), errPathNotFound},
+                          {"read-only", Put("readonly", "old", 0555), errPermissionDenied},
+                          {"folder", MakeFolderAt("folder"), errPermissionDenied},
+                          {"FIFO", MakeFifo("fifo"), errPermissionDenied}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+        EXPECT_EQ(ErrorOf([&] { files.DeleteFile(c.path); }), c.number);
+    }
+    EXPECT_EQ(Names(), (std::set<Text>{"readonly", "folder", "fifo"}));
+}
+
+TEST_F(SystemFilesTest, DeleteInAFolderWithoutRightsIsRefused) {
+    MakeFolderAt("closed");
+    const Text path = Put("closed/a.kdt", "old", 0666);
+    ASSERT_EQ(::chmod(At("closed").c_str(), 0555), 0);
+    const OrdinaryUser user;
+    EXPECT_EQ(ErrorOf([&] { files.DeleteFile(path); }), errPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("closed/new")); }), errPermissionDenied);
+    EXPECT_EQ(Get(path), "old");
+}
+
+}  // namespace
+}  // namespace kd

@@ -1,0 +1,235 @@
+#include <sys/xattr.h>
+
+#include <array>
+#include <cstring>
+
+#include "system/SystemFilesFixture.h"
+
+namespace kd {
+namespace {
+
+TEST_F(SystemFilesTest, CopyMakesAFileThatIsMissing) {
+    const mode_t mask = ::umask(022);
+    files.CopyFile(Put("a.temp", "new", 0600), At("a.kdt"));
+    (void)::umask(mask);
+    EXPECT_EQ(Get(At("a.kdt")), "new");
+    EXPECT_EQ(Mode(At("a.kdt")), 0644U);
+    EXPECT_EQ(Names(), (std::set<Text>{"a.temp", "a.kdt"}));
+}
+
+TEST_F(SystemFilesTest, CopyPutsAWholeNewFileInPlaceOfTheOldOne) {
+    const Text target = Put("a.kdt", "old and longer", 0640);
+    std::ifstream reader(target, std::ios::binary);
+    files.CopyFile(Put("a.temp", "new", 0600), target);
+    EXPECT_EQ(Get(target), "new");
+    EXPECT_EQ(Mode(target), 0640U);
+    EXPECT_EQ(Names(), (std::set<Text>{"a.temp", "a.kdt"}));
+    // Who had the file open still reads the old one.
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), "old and longer");
+}
+
+TEST_F(SystemFilesTest, ReplaceWritesTheBytesAsTheyStand) {
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte) {
+        bytes += static_cast<char>(byte);
+    }
+    files.ReplaceFile(At("a.IKD"), bytes);
+    EXPECT_EQ(Get(At("a.IKD")), bytes);
+    files.ReplaceFile(At("a.IKD"), "");
+    EXPECT_EQ(Get(At("a.IKD")), "");
+}
+
+TEST_F(SystemFilesTest, ReplaceKeepsEveryMode) {
+    for (const mode_t mode : {0600U, 0640U, 0644U, 0664U, 0666U, 0755U, 0200U, 0020U}) {
+        const Text path = Put("a.kdt", "old", mode);
+        if ((mode & 0400U) == 0 && !OrdinaryUser::CanSwitch()) {
+            continue;
+        }
+        files.ReplaceFile(path, "new");
+        EXPECT_EQ(Mode(path), mode);
+        ASSERT_EQ(::chmod(path.c_str(), 0600), 0);
+        EXPECT_EQ(Get(path), "new");
+    }
+}
+
+TEST_F(SystemFilesTest, ReplaceKeepsTheOwner) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "only a privileged user can give files away";
+    }
+    const Text path = Put("a.kdt", "old", 0640);
+    ASSERT_EQ(::chown(path.c_str(), 1234, 4321), 0);
+    files.ReplaceFile(path, "new");
+    EXPECT_EQ(Get(path), "new");
+    EXPECT_EQ(Status(path).st_uid, 1234U);
+    EXPECT_EQ(Status(path).st_gid, 4321U);
+    EXPECT_EQ(Mode(path), 0640U);
+}
+
+TEST_F(SystemFilesTest, AFileWhoseOwnerCannotBeKeptIsWrittenInPlace) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "only a privileged user can give files away";
+    }
+    const Text path = Put("a.kdt", "old", 0666);
+    ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
+    const auto before = Status(path);
+    {
+        const OrdinaryUser user;
+        files.ReplaceFile(path, "new and longer");
+        EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+        files.ReplaceFile(path, "new");
+    }
+    EXPECT_EQ(Get(path), "new");
+    EXPECT_EQ(Status(path).st_ino, before.st_ino);
+    EXPECT_EQ(Status(path).st_uid, before.st_uid);
+    EXPECT_EQ(Mode(path), 0666U);
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
+TEST_F(SystemFilesTest, AFileInAFolderThatForbidsNewOnesIsWrittenInPlace) {
+    MakeFolderAt("closed");
+    const Text path = Put("closed/a.kdt", "old", 0666);
+    ASSERT_EQ(::chmod(At("closed").c_str(), 0555), 0);
+    const auto before = Status(path);
+    {
+        const OrdinaryUser user;
+        files.ReplaceFile(path, "new and longer");
+        EXPECT_EQ(Get(path), "new and longer");
+        files.ReplaceFile(path, "new");
+        EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(At("closed/b.kdt"), "new"); }), errPermissionDenied);
+    }
+    EXPECT_EQ(Get(path), "new");
+    EXPECT_EQ(Status(path).st_ino, before.st_ino);
+}
+
+TEST_F(SystemFilesTest, AFileInAFolderThatCannotBeListedIsReplaced) {
+    MakeFolderAt("closed");
+    const Text path = Put("closed/a.kdt", "old", 0666);
+    if (OrdinaryUser::CanSwitch()) {
+        ASSERT_EQ(::chown(path.c_str(), OrdinaryUser::Id, OrdinaryUser::Id), 0);
+        ASSERT_EQ(::chown(At("closed").c_str(), OrdinaryUser::Id, OrdinaryUser::Id), 0);
+    }
+    ASSERT_EQ(::chmod(At("closed").c_str(), 0333), 0);
+    const OrdinaryUser user;
+    files.ReplaceFile(path, "new");
+    EXPECT_EQ(Get(path), "new");
+}
+
+TEST_F(SystemFilesTest, ASymbolicLinkStaysOneAndItsFinalTargetIsReplaced) {
+    MakeFolderAt("elsewhere");
+    const Text target = Put("elsewhere/a.kdt", "old", 0640);
+    MakeLink("middle", "elsewhere/a.kdt");
+    const Text link = MakeLink("a.kdt", "middle");
+    files.CopyFile(Put("a.temp", "new"), link);
+    EXPECT_EQ(Get(target), "new");
+    EXPECT_EQ(Mode(target), 0640U);
+    EXPECT_EQ(std::filesystem::read_symlink(link), "middle");
+    EXPECT_EQ(std::filesystem::read_symlink(At("middle")), "elsewhere/a.kdt");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(At("elsewhere")), {}), 1);
+}
+
+TEST_F(SystemFilesTest, AllNamesOfAFileSeeTheNewContent) {
+    const Text path = Put("a.kdt", "old");
+    std::filesystem::create_hard_link(path, At("b.kdt"));
+    for (const char* content : {"new and longer than before", "new", ""}) {
+        files.ReplaceFile(path, content);
+        EXPECT_EQ(Get(path), content);
+        EXPECT_EQ(Get(At("b.kdt")), content);
+    }
+    EXPECT_EQ(Status(path).st_nlink, 2U);
+    EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "b.kdt"}));
+}
+
+TEST_F(SystemFilesTest, ReplaceRefusesWhatMayNotBeWrittenOrIsNoFile) {
+    const Text source = Put("source", "new");
+    Put("plain", "");
+    MakeFolderAt("folder");
+    MakeFifo("fifo");
+    Put("readonly", "old", 0444);
+    Put("executable", "old", 0555);
+    struct Case {
+        const char* label;
+        Text path;
+        std::int32_t number;
+    };
+    const Case cases[] = {{"read-only", At("readonly"), errPermissionDenied},
+                          {"read-only program", At("executable"), errPermissionDenied},
+                          {"link to a read-only file", MakeLink("link", "readonly"), errPermissionDenied},
+                          {"link to nothing", MakeLink("dangling", "nowhere"), errPermissionDenied},
+                          {"link to itself", MakeLink("loop", "loop"), errPermissionDenied},
+                          {"folder", At("folder"), errPermissionDenied},
+                          {"FIFO", At("fifo"), errPermissionDenied},
+                          {"device", "/dev/null", errPermissionDenied},
+                          {"folder missing", At("none/a"), errPathNotFound},
+                          {"a file in the folder's place", At("plain/a"), errPathNotFound},
+                          {"name too long", At(Text(300, 'a')), errDevice}};
+    const auto names = Names();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+        EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(c.path, "new"); }), c.number);
+        EXPECT_EQ(ErrorOf([&] { files.CopyFile(source, c.path); }), c.number);
+        EXPECT_EQ(Names(), names);
+    }
+    EXPECT_EQ(Get(At("readonly")), "old");
+}
+
+TEST_F(SystemFilesTest, AFileOfSomebodyElseThatIsNotForWritingIsRefused) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "only a privileged user can give files away";
+    }
+    // The folder would allow the replacement; the file does not.
+    const Text path = Put("a.kdt", "old", 0644);
+    ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
+    {
+        const OrdinaryUser user;
+        EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, "new"); }), errPermissionDenied);
+    }
+    EXPECT_EQ(Get(path), "old");
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
+TEST_F(SystemFilesTest, CopyOfAMissingSourceLeavesTheTarget) {
+    const Text target = Put("a.kdt", "old");
+    MakeFifo("fifo");
+    EXPECT_EQ(ErrorOf([&] { files.CopyFile(At("a.temp"), target); }), errFileNotFound);
+    EXPECT_EQ(ErrorOf([&] { files.CopyFile(At("none/a.temp"), target); }), errPathNotFound);
+    EXPECT_EQ(ErrorOf([&] { files.CopyFile(At("fifo"), target); }), errPermissionDenied);
+    EXPECT_EQ(Get(target), "old");
+    EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "fifo"}));
+}
+
+TEST_F(SystemFilesTest, TheLongestNameCanBeReplaced) {
+    const Text path = Put(Text(255, 'a'), "old");
+    files.ReplaceFile(path, "new");
+    EXPECT_EQ(Get(path), "new");
+    EXPECT_EQ(Names(), std::set<Text>{Text(255, 'a')});
+}
+
+TEST_F(SystemFilesTest, AListOfAccessRightsIsKept) {
+    constexpr const char* Name = "system.posix_acl_access";
+    struct Entry {
+        std::uint16_t tag;
+        std::uint16_t rights;
+        std::uint32_t id;
+    };
+    constexpr std::uint32_t None = 0xFFFFFFFFU;
+    // Owner rw, user 1234 r, group nothing, mask r, others nothing.
+    const std::array<Entry, 5> entries{
+        {{0x01, 6, None}, {0x02, 4, 1234}, {0x04, 0, None}, {0x10, 4, None}, {0x20, 0, None}}};
+    std::string list(4 + sizeof entries, '\0');
+    const std::uint32_t version = 2;
+    std::memcpy(list.data(), &version, 4);
+    std::memcpy(list.data() + 4, entries.data(), sizeof entries);
+    const Text path = Put("a.kdt", "old");
+    if (::setxattr(path.c_str(), Name, list.data(), list.size(), 0) != 0) {
+        GTEST_SKIP() << "this file system keeps no such lists";
+    }
+    files.ReplaceFile(path, "new");
+    std::string kept(200, '\0');
+    const ssize_t size = ::getxattr(path.c_str(), Name, kept.data(), kept.size());
+    ASSERT_GT(size, 0);
+    EXPECT_EQ(kept.substr(0, static_cast<std::size_t>(size)), list);
+    EXPECT_EQ(Mode(path), 0640U);
+}
+
+}  // namespace
+}  // namespace kd

@@ -195,7 +195,8 @@ TEST(frmKDLimitDeskTest, ALoadThatIsStoppedAtTheStartIsToldAndTheProgramGoesOn) 
     desk.files.Put("/apps/plant.V1", "[FIELD]\r\nNAME=x\r\nLENGTH=40000\r\n");
     frmKDLimitDesk form(desk.g);
     desk.ExpectOk();
-    desk.toolkit.ExpectBox("Run-time error '6':\r\nOverflow\r\n/apps/plant.V1", BoxIcon::Critical);
+    desk.toolkit.ExpectBox(UnhandledErrorText(cError(errOverflow, "x", {}, "/apps/plant.V1")),
+                           BoxIcon::Critical);
     EXPECT_TRUE(form.Form_Load(1));
     EXPECT_EQ(desk.toolkit.MousePointer(), Pointer::Default);
     EXPECT_TRUE(form.Controls().Grid.Redraw());
@@ -217,7 +218,8 @@ TEST(frmKDLimitDeskTest, AFailureOfTheSuiteAtTheStartIsToldAndEndsTheProgram) {
                       desk.environment, desk.shell,   desk.fileDialog, broken};
     Globals g(platform);
     frmKDLimitDesk form(g);
-    desk.toolkit.ExpectBox("Run-time error '53':\r\nFile not found\r\n/opt/suite", BoxIcon::Critical);
+    desk.toolkit.ExpectBox(UnhandledErrorText(cError(errFileNotFound, "x", {}, "/opt/suite")),
+                           BoxIcon::Critical);
     EXPECT_FALSE(form.Form_Load(1));
 }
 
@@ -400,7 +402,7 @@ TEST(frmKDLimitDeskTest, AFailureInTheCellEditorIsToldAndTheProgramGoesOn) {
     desk.grid.Select(1, 24);
     ASSERT_TRUE(desk.grid.StartEdit());
     desk.grid.SetEditText("40000");
-    desk.toolkit.ExpectBox("Run-time error '6':\r\nOverflow", BoxIcon::Critical);
+    desk.toolkit.ExpectBox(UnhandledErrorText(cError(errOverflow, "x")), BoxIcon::Critical);
     EXPECT_TRUE(desk.grid.FinishEdit());
     EXPECT_EQ(desk.grid.TextMatrix(1, 24), "0");
     desk.Change();

@@ -7,6 +7,7 @@ namespace kd {
 Text UnhandledErrorText(const cError& error) {
     Text text = "Run-time error '" + std::to_string(error.Number()) + "':";
     text += CrLf;
+    text += CrLf;
     text += error.Description();
     if (!error.Path().empty()) {
         text += CrLf;

@@ -8,8 +8,8 @@
 
 namespace kd {
 
-/// The words of a failure that no command handled: "Run-time error '6':", CR LF, the description, and where a
-/// file is at hand CR LF and its path.
+/// The words of a failure that no command handled: "Run-time error '6':", two CR LF, the description, and
+/// where a file is at hand CR LF and its path.
 Text UnhandledErrorText(const cError& error);
 
 /// The edge between the toolkit's event loop and the logic: runs a handler; a failure that it does not handle

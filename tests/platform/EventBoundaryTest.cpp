@@ -11,11 +11,11 @@ namespace kd {
 namespace {
 
 TEST(EventBoundaryTest, WordsOfAFailure) {
-    EXPECT_EQ(UnhandledErrorText(cError(6, "cList.Item")), "Run-time error '6':\r\nOverflow");
+    EXPECT_EQ(UnhandledErrorText(cError(6, "cList.Item")), "Run-time error '6':\r\n\r\nOverflow");
     EXPECT_EQ(UnhandledErrorText(cError(13, "x", "In other words.")),
-              "Run-time error '13':\r\nIn other words.");
+              "Run-time error '13':\r\n\r\nIn other words.");
     EXPECT_EQ(UnhandledErrorText(cError(70, "x", {}, "/data/plant.kdt")),
-              "Run-time error '70':\r\nPermission denied\r\n/data/plant.kdt");
+              "Run-time error '70':\r\n\r\nPermission denied\r\n/data/plant.kdt");
 }
 
 TEST(EventBoundaryTest, HandlerThatEndsWellSaysNothing) {
@@ -31,7 +31,7 @@ TEST(EventBoundaryTest, HandlerThatEndsWellSaysNothing) {
 
 TEST(EventBoundaryTest, FailureIsToldInOneCriticalBoxAfterAllIsPutBack) {
     TestDesk desk;
-    desk.toolkit.ExpectBox("Run-time error '53':\r\nFile not found\r\na.kdt", BoxIcon::Critical,
+    desk.toolkit.ExpectBox("Run-time error '53':\r\n\r\nFile not found\r\na.kdt", BoxIcon::Critical,
                            "KDLimitDesk");
     EXPECT_FALSE(AtEventBoundary(
         desk.platform, [&] { desk.toolkit.SetMousePointer(Pointer::Default); },
@@ -41,20 +41,20 @@ TEST(EventBoundaryTest, FailureIsToldInOneCriticalBoxAfterAllIsPutBack) {
         }));
     EXPECT_EQ(desk.toolkit.log,
               (std::vector<std::string>{"hourglass", "default",
-                                        "box Run-time error '53':\r\nFile not found\r\na.kdt"}));
+                                        "box Run-time error '53':\r\n\r\nFile not found\r\na.kdt"}));
 }
 
 TEST(EventBoundaryTest, NothingToPutBackIsFine) {
     TestDesk desk;
-    desk.toolkit.ExpectBox("Run-time error '9':\r\nSubscript out of range", BoxIcon::Critical);
+    desk.toolkit.ExpectBox("Run-time error '9':\r\n\r\nSubscript out of range", BoxIcon::Critical);
     EXPECT_FALSE(AtEventBoundary(desk.platform, nullptr, [] { throw cError(errSubscript, "x"); }));
 }
 
 TEST(EventBoundaryTest, OtherFailuresGetANumberToo) {
     TestDesk desk;
-    desk.toolkit.ExpectBox("Run-time error '7':\r\nOut of memory", BoxIcon::Critical);
+    desk.toolkit.ExpectBox("Run-time error '7':\r\n\r\nOut of memory", BoxIcon::Critical);
     EXPECT_FALSE(AtEventBoundary(desk.platform, nullptr, [] { throw std::bad_alloc(); }));
-    desk.toolkit.ExpectBox("Run-time error '5':\r\nodd", BoxIcon::Critical);
+    desk.toolkit.ExpectBox("Run-time error '5':\r\n\r\nodd", BoxIcon::Critical);
     EXPECT_FALSE(AtEventBoundary(desk.platform, nullptr, [] { throw std::runtime_error("odd"); }));
 }
 

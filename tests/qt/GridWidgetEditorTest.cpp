@@ -353,14 +353,14 @@ TEST_F(GridWidgetEditorTest, AFailureOfTheGridsHandlersStopsAtTheEdge) {
     EventEdge edge(toolkit);
     widget->SetEdge(&edge);
     grid.AfterEdit = [](std::int32_t, std::int32_t) { throw cError(errOverflow, "Test", "Overflow"); };
-    toolkit.ExpectBox("Run-time error '6':\r\nOverflow", BoxIcon::Critical);
+    toolkit.ExpectBox("Run-time error '6':\r\n\r\nOverflow", BoxIcon::Critical);
     Press(Qt::Key_Return);
     EXPECT_FALSE(grid.EditWindow());
     EXPECT_FALSE(Editor()->isVisible());
     grid.BeforeMouseDown = [](MouseButton, int, int, int, bool&) {
         throw cError(errOverflow, "Test", "Overflow");
     };
-    toolkit.ExpectBox("Run-time error '6':\r\nOverflow", BoxIcon::Critical);
+    toolkit.ExpectBox("Run-time error '6':\r\n\r\nOverflow", BoxIcon::Critical);
     Click(3, 1);
     widget->SetEdge(nullptr);
 }

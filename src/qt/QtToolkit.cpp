@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "base/Scope.h"
+#include "qt/GridWidget.h"
 #include "qt/MenuBinder.h"
 #include "qt/QtText.h"
 
@@ -34,6 +35,16 @@ QMessageBox::Icon QtIcon(BoxIcon icon) {
             break;
     }
     return QMessageBox::NoIcon;
+}
+
+/// At the pointer; for the menu key in a grid, where the grid says.
+QPoint PopupPlace() {
+    for (QWidget* at = QApplication::focusWidget(); at != nullptr; at = at->parentWidget()) {
+        if (const auto* const grid = dynamic_cast<GridWidget*>(at)) {
+            return grid->MenuPlace();
+        }
+    }
+    return QCursor::pos();
 }
 
 /// A text longer than the screen is high gets a scroll bar, so that the buttons stay in reach.
@@ -153,7 +164,7 @@ void QtToolkit::ShowPopupMenu(MenuItem& menu) {
             actions.push_back(entry == nullptr ? popup.addSeparator()
                                                : AddAction(*entry, popup, m_edge, false));
         }
-        const QAction* const action = popup.exec(QCursor::pos());
+        const QAction* const action = popup.exec(PopupPlace());
         for (std::size_t at = 0; action != nullptr && at < actions.size(); ++at) {
             chosen = actions[at] == action ? menu.Entries()[at] : chosen;
         }

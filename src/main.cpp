@@ -1,0 +1,17 @@
+#include <QApplication>
+
+#include "qt/Application.h"
+
+int main(int argc, char** argv) {
+    const QApplication loop(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
+    // The first dialog is open before the main window is there; its end is not the program's.
+    QApplication::setQuitOnLastWindowClosed(false);
+    kd::ProvideUserName();
+    kd::Application program(kd::ApplicationPlaces::OfUser());
+    if (!program.Start()) {
+        return 0;
+    }
+    QApplication::setQuitOnLastWindowClosed(true);
+    return QApplication::exec();
+}

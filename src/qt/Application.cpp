@@ -1,0 +1,124 @@
+#include "qt/Application.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QIcon>
+#include <QStandardPaths>
+
+#include "admin/frmApplicationAdmin.h"
+#include "base/Paths.h"
+#include "commit/frmCommit.h"
+#include "qt/AdminDialog.h"
+#include "qt/CommitDialog.h"
+#include "qt/QtText.h"
+
+// Outside the namespace: the resources' own function is global.
+static void InitResources() {
+    Q_INIT_RESOURCE(resources);
+}
+
+namespace kd {
+
+namespace {
+
+constexpr std::string_view HelpFolderName = "help";
+constexpr std::string_view CatalogueName = "KDLimitDeskHelp.xml";
+
+bool HoldsData(Files& files, const Text& folder) {
+    const char delimiter = files.Delimiter();
+    return files.Exists(
+        paths::Join(paths::Join(folder, HelpFolderName, delimiter), CatalogueName, delimiter));
+}
+
+QIcon ProgramIcon() {
+    QIcon icon;
+    for (const int size : {16, 20, 24, 32, 40, 48, 64, 128, 256}) {
+        icon.addFile(QStringLiteral(":/icons/KDLimitDesk-%1.png").arg(size), QSize(size, size));
+    }
+    return icon;
+}
+
+/// A folder of the user as the desktop tells it, in the platform's own writing.
+Text UserFolder(QStandardPaths::StandardLocation location) {
+    return FromQt(QDir::toNativeSeparators(QStandardPaths::writableLocation(location)));
+}
+
+Text SettingsFolder(const Environment& environment, char delimiter) {
+#ifdef Q_OS_WIN
+    return paths::Join(environment.Variable("APPDATA"), "KD6", delimiter);
+#else
+    const Text configured = environment.Variable("XDG_CONFIG_HOME");
+    // A relative folder there counts as none.
+    const Text folder = configured.empty() || configured.front() != '/'
+                            ? FromQt(QDir::homePath() + QStringLiteral("/.config"))
+                            : configured;
+    return paths::Join(folder, "kd6", delimiter);
+#endif
+}
+
+}  // namespace
+
+Text ProgramDataFolder(Files& files, const Text& programFolder) {
+    const char delimiter = files.Delimiter();
+    if (HoldsData(files, programFolder)) {
+        return programFolder;
+    }
+    for (Text folder(paths::Folder(programFolder)); !folder.empty(); folder = Text(paths::Folder(folder))) {
+        const Text shared = paths::Join(paths::Join(folder, "share", delimiter), "kdlimitdesk", delimiter);
+        if (HoldsData(files, shared)) {
+            return shared;
+        }
+        if (HoldsData(files, folder)) {
+            return folder;
+        }
+    }
+    return programFolder;
+}
+
+ApplicationPlaces ApplicationPlaces::OfUser() {
+    const SystemLocale locale;
+    const SystemEnvironment environment;
+    SystemFiles files(locale.CodePage());
+    const char delimiter = files.Delimiter();
+    ApplicationPlaces places;
+    places.programPath = environment.ProgramPath();
+    places.suite.settingsFolder = SettingsFolder(environment, delimiter);
+    places.suite.applicationsFolder = UserFolder(QStandardPaths::DocumentsLocation);
+    if (!files.Exists(places.suite.applicationsFolder)) {
+        places.suite.applicationsFolder = UserFolder(QStandardPaths::HomeLocation);
+    }
+    places.suite.programDataFolder = ProgramDataFolder(files, Text(paths::Folder(places.programPath)));
+    places.suite.helpFolder = paths::Join(places.suite.programDataFolder, HelpFolderName, delimiter);
+    return places;
+}
+
+Application::Application(ApplicationPlaces places)
+    : m_environment(places.programPath),
+      m_files(m_locale.CodePage()),
+      m_suite(std::move(places.suite), m_files, m_locale, m_clock, Makers()),
+      m_platform{m_files, m_toolkit, m_locale, m_clock, m_environment, m_shell, m_fileDialog, m_suite},
+      m_globals(m_platform) {
+    InitResources();
+    QApplication::setWindowIcon(ProgramIcon());
+    m_toolkit.Register<frmCommit, CommitDialog>();
+    m_toolkit.Register<frmApplicationAdmin, AdminDialog>();
+    m_form = std::make_unique<frmKDLimitDesk>(m_globals);
+    m_window = std::make_unique<MainWindow>(*m_form, m_toolkit);
+}
+
+Application::~Application() = default;
+
+StandaloneSuite::Makers Application::Makers() {
+    return {[] { return std::make_unique<QtClipboard>(); },
+            [this] { return std::make_unique<HelpIndex>(m_files, m_shell); }};
+}
+
+bool Application::Start() {
+    if (!m_form->Form_Load(static_cast<std::uintptr_t>(m_window->winId()))) {
+        return false;
+    }
+    m_toolkit.ShowModeless(*m_form);  // a load that was stopped early has not shown it
+    return true;
+}
+
+}  // namespace kd

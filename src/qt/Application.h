@@ -1,0 +1,68 @@
+#pragma once
+
+#include <memory>
+
+#include "lifecycle/frmKDLimitDesk.h"
+#include "model/Globals.h"
+#include "qt/HelpIndex.h"
+#include "qt/MainWindow.h"
+#include "qt/QtClipboard.h"
+#include "qt/QtFileDialog.h"
+#include "qt/QtShell.h"
+#include "qt/QtToolkit.h"
+#include "suite/StandaloneSuite.h"
+#include "system/SystemFiles.h"
+#include "system/SystemServices.h"
+
+namespace kd {
+
+/// Where one run of the program finds and keeps its things.
+struct ApplicationPlaces {
+    Text programPath;  // of the program's own file; the settings for a first start lie beside it
+    SuitePlaces suite;
+
+    /// The places of the user who runs the program: settings in the user's configuration folder, the
+    /// program's data beside the program, or where an installation or a build tree keeps them.
+    static ApplicationPlaces OfUser();
+};
+
+/// The folder that holds the program's data (the help folder and the rule catalogue) for a program in
+/// `programFolder`: that folder itself, the share folder of an installation, else the first folder above that
+/// holds a help catalogue; `programFolder` where there is none. No delimiter at its end.
+Text ProgramDataFolder(Files& files, const Text& programFolder);
+
+/// The whole program, put together: the machine's services, the suite, the main form and its window. Needs a
+/// QApplication.
+class Application {
+public:
+    explicit Application(ApplicationPlaces places);
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    /// Runs the start. False when the program must end at once, without a word.
+    [[nodiscard]] bool Start();
+
+    Globals& Data() noexcept { return m_globals; }
+    frmKDLimitDesk& Form() noexcept { return *m_form; }
+    MainWindow& Window() noexcept { return *m_window; }
+    QtToolkit& Screen() noexcept { return m_toolkit; }
+
+private:
+    StandaloneSuite::Makers Makers();
+
+    SystemLocale m_locale;
+    SystemClock m_clock;
+    SystemEnvironment m_environment;
+    SystemFiles m_files;
+    QtToolkit m_toolkit;
+    QtShell m_shell;
+    QtFileDialog m_fileDialog;
+    StandaloneSuite m_suite;
+    Platform m_platform;
+    Globals m_globals;
+    std::unique_ptr<frmKDLimitDesk> m_form;
+    std::unique_ptr<MainWindow> m_window;
+};
+
+}  // namespace kd

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <charconv>
-#include <map>
+#include <limits>
+#include <set>
 
 #include "base/Numbers.h"
 #include "base/Paths.h"
@@ -13,12 +14,13 @@ namespace kd {
 
 namespace {
 
-/// The text up to the first line that opens a variable; the rest may be large and tells nothing here.
+/// The text up to the first line that is "[FIELD]" and nothing else, as a save takes it for the header; the
+/// rest may be large and tells nothing here.
 std::string_view HeaderPart(std::string_view bytes) {
     for (std::size_t at = 0; at < bytes.size();) {
         const auto end = bytes.find(CrLf, at);
         const auto line = bytes.substr(at, end == std::string_view::npos ? end : end - at);
-        if (EqualsNoCaseAscii(Trim(line), "[FIELD]")) {
+        if (EqualsNoCaseAscii(line, "[FIELD]")) {
             return bytes.substr(0, at);
         }
         if (end == std::string_view::npos) {
@@ -34,8 +36,9 @@ ApplicationHeader::View ParseView(std::string_view value) {
     const auto comma = value.find(',');
     const double number = NumberAtFront(value.substr(0, comma));
     ApplicationHeader::View view{0, {}};
-    if (number >= 1 && number <= 2147483647.0) {
-        view.number = ToInt32(number);
+    if (number >= 1) {
+        constexpr auto Most = std::numeric_limits<std::int32_t>::max();
+        view.number = number < Most ? ToInt32(number) : Most;
     }
     if (comma != std::string_view::npos) {
         view.name = Trim(value.substr(comma + 1));
@@ -44,6 +47,10 @@ ApplicationHeader::View ParseView(std::string_view value) {
 }
 
 }  // namespace
+
+Text FolderToList(std::string_view path) {
+    return paths::FileName(path).size() == path.size() ? Text(1, '.') : Text(paths::Folder(path));
+}
 
 ApplicationHeader ReadApplicationHeader(Files& files, const Locale& locale, std::string_view path) {
     const std::string bytes = files.Read(path);
@@ -69,6 +76,9 @@ ApplicationHeader ReadApplicationHeader(Files& files, const Locale& locale, std:
 }
 
 std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateName, const CodePage& page) {
+    if (fileName.empty() || fileName.back() < '0' || fileName.back() > '9') {
+        return 0;  // most names of a large folder are told apart here
+    }
     const bool six = !templateName.empty() && templateName.back() == '6';
     const Text prefix = page.Upper(paths::ChangeExtension(templateName, six ? ".KDV6.V" : ".V"));
     const Text name = page.Upper(fileName);
@@ -83,17 +93,19 @@ std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateNa
 
 std::vector<ApplicationHeader::View> ViewsBeside(Files& files, const Locale& locale,
                                                  std::string_view templatePath) {
-    const Text folder(paths::Folder(templatePath));
-    std::map<std::int32_t, Text> found;
+    const Text folder = FolderToList(templatePath);
+    std::set<std::int32_t> numbers;
     for (const Text& name : files.FolderEntries(folder)) {
         const auto number = ViewNumberOf(name, paths::FileName(templatePath), locale.CodePage());
-        const Text path = paths::Join(folder, name, files.Delimiter());
-        if (number >= 1 && files.IsRegularFile(path)) {
-            found.emplace(number, path);
+        if (number >= 1 && files.IsRegularFile(paths::Join(folder, name, files.Delimiter()))) {
+            numbers.insert(number);
         }
     }
+    const Text extension = templatePath.ends_with('6') ? ".KDV6.V" : ".V";
     std::vector<ApplicationHeader::View> views;
-    for (const auto& [number, path] : found) {
+    for (const std::int32_t number : numbers) {
+        // By the name that the load takes, so that the title is that of the file which is loaded.
+        const Text path = paths::ChangeExtension(templatePath, extension + Digits(number));
         Text title;
         try {
             title = ReadApplicationHeader(files, locale, path).title;

@@ -4,10 +4,20 @@
 
 namespace kd {
 
-/// Whether a change file has yet to be begun.
+/// What stands at the end of a change file, where the next lines are added.
+enum class ChangeFileEnd {
+    NothingYet,  // missing or empty
+    WholeLine,
+    OpenLine,  // the last line has no end: the machine went down while it was written
+};
+
 /// @throws cError when a file is there and cannot be read.
-inline bool IsMissingOrEmpty(Files& files, std::string_view path) {
-    return !files.Exists(path) || files.Read(path).empty();
+inline ChangeFileEnd EndOf(Files& files, std::string_view path) {
+    const std::string bytes = files.Exists(path) ? files.Read(path) : std::string();
+    if (bytes.empty()) {
+        return ChangeFileEnd::NothingYet;
+    }
+    return bytes.ends_with(CrLf) ? ChangeFileEnd::WholeLine : ChangeFileEnd::OpenLine;
 }
 
 }  // namespace kd

@@ -34,7 +34,7 @@ Text Describe(const cError& error, std::string_view path) {
 
 std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
     const CodePage& page = m_locale.CodePage();
-    const Text folder(paths::Folder(templatePath));
+    const Text folder = FolderToList(templatePath);
     const auto templateName = paths::FileName(templatePath);
     const bool six = !templateName.empty() && templateName.back() == '6';
     const Text upperTemplate = page.Upper(templateName);
@@ -49,10 +49,13 @@ std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
     for (const Text& name : entries) {
         const Text upper = page.Upper(name);
         const bool isTemplate = exact ? name == templateName : upper == upperTemplate;
-        if (isTemplate || upper == upperLog || upper == upperReport ||
-            ViewNumberOf(name, templateName, page) >= 1) {
+        const bool isOther =
+            upper == upperLog || upper == upperReport || ViewNumberOf(name, templateName, page) >= 1;
+        const Text path = paths::Join(folder, name, m_files.Delimiter());
+        // A folder or FIFO that only bears such a name is none of the application's files.
+        if (isTemplate || (isOther && m_files.IsRegularFile(path))) {
             hasTemplate = hasTemplate || isTemplate;
-            found.push_back(paths::Join(folder, name, m_files.Delimiter()));
+            found.push_back(path);
         }
     }
     if (!hasTemplate) {
@@ -88,26 +91,30 @@ void StandaloneArchiver::CopyAll(const std::vector<Text>& sources, const Text& f
 }
 
 Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
-    Text unfinished;
+    Text made;  // the archive's folder under the name that it has just now
     try {
         const auto sources = FilesOf(path);
         const char delimiter = m_files.Delimiter();
-        const Text parent = paths::Join(paths::Join(paths::Folder(path), "Archive", delimiter),
-                                        paths::BaseName(path), delimiter);
+        const Text folder = FolderToList(path);
+        const Text archives = paths::Join(folder, "Archive", delimiter);
+        const Text parent = paths::Join(archives, paths::BaseName(path), delimiter);
         m_files.MakeFolder(parent);
-        unfinished = paths::Join(parent, UnfinishedName(), delimiter);
-        CopyAll(sources, unfinished);
-        m_files.Rename(unfinished, FreeName(parent));
-        unfinished.clear();
-        m_files.FlushFolder(parent);
+        made = paths::Join(parent, UnfinishedName(), delimiter);
+        CopyAll(sources, made);
+        const Text name = FreeName(parent);
+        m_files.Rename(made, name);
+        made = name;
+        for (const Text& above : {parent, archives, folder}) {
+            m_files.FlushFolder(above);
+        }
         return {};
     } catch (const cError& error) {
         const Text description = Describe(error, path);
-        if (!unfinished.empty()) {
+        if (!made.empty()) {
             try {
-                m_files.RemoveFolder(unfinished);
+                m_files.RemoveFolder(made);
             } catch (const cError&) {
-                // The first failure is the one to tell; what is left has a hidden name and is no archive.
+                // The first failure is the one to tell; what cannot be removed now cannot be mended here.
             }
         }
         return description;

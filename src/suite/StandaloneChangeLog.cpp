@@ -36,11 +36,13 @@ Text StandaloneChangeLog::Line(std::initializer_list<std::string_view> fields) c
 }
 
 void StandaloneChangeLog::OpenLog(std::string_view path) {
-    const bool empty = IsMissingOrEmpty(m_files, path);
+    const ChangeFileEnd end = EndOf(m_files, path);
     m_file = m_files.OpenForAppend(path);
-    if (empty) {
-        m_file->Write(Line({"Time", "User", "View", "Revision", "Record kind", "Object kind", "Variable",
-                            "Property", "Old value", "New value"}));
+    if (end == ChangeFileEnd::NothingYet) {
+        m_file->Write(m_page.Encode(Line({"Time of commit", "User", "View", "Revision", "Record kind",
+                                          "Object kind", "Variable", "Property", "Old value", "New value"})));
+    } else if (end == ChangeFileEnd::OpenLine) {
+        m_file->Write(CrLf);
     }
 }
 

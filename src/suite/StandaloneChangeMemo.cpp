@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/cError.h"
+#include "suite/ChangeFile.h"
 
 namespace kd {
 
@@ -32,9 +33,13 @@ StandaloneChangeMemo::~StandaloneChangeMemo() {
 }
 
 void StandaloneChangeMemo::OpenMemo(std::string_view path) {
+    const ChangeFileEnd end = EndOf(m_files, path);
     m_file = m_files.OpenForAppend(path);
     m_head.clear();
     m_items.clear();
+    if (end == ChangeFileEnd::OpenLine) {
+        m_file->Write(CrLf);
+    }
 }
 
 void StandaloneChangeMemo::BeginEntry(std::string_view view, std::string_view user, std::string_view date,
@@ -68,9 +73,10 @@ Text StandaloneChangeMemo::EntryText() const {
 
 void StandaloneChangeMemo::WriteEntry() {
     if (!m_head.empty()) {
-        m_file->Write(m_page.Encode(EntryText()));
-        m_head.clear();
+        const std::string entry = m_page.Encode(EntryText());
+        m_head.clear();  // an entry that fails is not tried once more behind its own half
         m_items.clear();
+        m_file->Write(entry);
     }
 }
 

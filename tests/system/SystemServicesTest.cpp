@@ -19,7 +19,8 @@ namespace {
 class Variables {
 public:
     Variables() {
-        for (const char* name : {"LC_ALL", "LC_NUMERIC", "LC_CTYPE", "LANG", "LANGUAGE", "USERNAME", "TZ"}) {
+        for (const char* name :
+             {"LC_ALL", "LC_NUMERIC", "LC_CTYPE", "LANG", "LANGUAGE", "LOCPATH", "USERNAME", "TZ"}) {
             const char* value = std::getenv(name);
             m_before[name] = value == nullptr ? std::nullopt : std::optional<Text>(value);
             Unset(name);
@@ -44,16 +45,28 @@ private:
     std::map<Text, std::optional<Text>> m_before;
 };
 
-/// A locale of this machine with a decimal comma; empty when there is none.
-Text CommaLocale() {
-    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "pl_PL.UTF-8", "de_DE"}) {
-        if (const locale_t locale = ::newlocale(LC_NUMERIC_MASK, name, nullptr); locale != nullptr) {
-            ::freelocale(locale);
-            return name;
-        }
+/// A locale with a decimal comma, made in a folder of its own for the length of a scope.
+class CommaLocale {
+public:
+    CommaLocale() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "kd-locale-XXXXXX").string();
+        m_folder = mkdtemp(pattern.data());
+        const Text command = "localedef -i de_DE -f UTF-8 '" + m_folder + "/de_DE.UTF-8' >/dev/null 2>&1";
+        m_made = std::system(command.c_str()) == 0;
+        Variables::Set("LOCPATH", m_folder);
     }
-    return {};
-}
+    ~CommaLocale() {
+        Variables::Unset("LOCPATH");
+        std::filesystem::remove_all(m_folder);
+    }
+    CommaLocale(const CommaLocale&) = delete;
+    CommaLocale& operator=(const CommaLocale&) = delete;
+    bool IsMade() const { return m_made; }
+
+private:
+    Text m_folder;
+    bool m_made = false;
+};
 
 TEST(SystemLocale, CodePagesOfTheLanguages) {
     const std::map<int, std::vector<const char*>> pages{
@@ -97,11 +110,12 @@ TEST(SystemLocale, TheSeparatorIsAPointWithoutALocale) {
 }
 
 TEST(SystemLocale, TheSeparatorIsThatOfTheEnvironmentAndChangesAtARefresh) {
-    const Text comma = CommaLocale();
-    if (comma.empty()) {
-        GTEST_SKIP() << "this machine has no locale with a decimal comma";
-    }
     const Variables variables;
+    const CommaLocale made;
+    if (!made.IsMade()) {
+        GTEST_SKIP() << "this machine cannot make a locale with a decimal comma";
+    }
+    const Text comma = "de_DE.UTF-8";
     Variables::Set("LANG", comma);
     SystemLocale locale;
     EXPECT_EQ(locale.DecimalSeparator(), ',');

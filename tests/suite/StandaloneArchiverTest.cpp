@@ -1,0 +1,163 @@
+#include "suite/StandaloneArchiver.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "fakes/FakeServices.h"
+#include "fakes/MemoryFiles.h"
+
+namespace kd {
+namespace {
+
+class StandaloneArchiverTest : public testing::Test {
+protected:
+    using Names = std::vector<Text>;
+
+    StandaloneArchiverTest() {
+        files.Put("/a/plant.kdt", "template");
+        files.Put("/a/plant.V1", "one");
+        files.Put("/a/plant.V12", "twelve");
+        files.Put("/a/plant.KDL", "log");
+        files.Put("/a/plant.KDM", "memo");
+    }
+    Text Archive(const Text& path) {
+        return StandaloneArchiver(files, clock, locale).ArchiveApplication(path);
+    }
+    /// Paths of all files below "/a/Archive", without that front.
+    Names Archived() const {
+        Names names;
+        for (const Text& path : files.Paths()) {
+            if (path.rfind("/a/Archive/", 0) == 0) {
+                names.push_back(path.substr(11));
+            }
+        }
+        return names;
+    }
+
+    MemoryFiles files;
+    FakeClock clock;  // 2026-03-04 05:06:07
+    FakeLocale locale;
+};
+
+TEST_F(StandaloneArchiverTest, CopiesAllFilesOfTheApplicationIntoADatedFolder) {
+    for (const char* other : {"/a/plant.temp", "/a/plant2.kdt", "/a/plant.V", "/a/plant.kdt6",
+                              "/a/plant.KDL6", "/a/plant.KDV6.V1", "/a/other.V1", "/a/plant.V01"}) {
+        files.Put(other, "other");
+    }
+    EXPECT_EQ(Archive("/a/plant.kdt"), "");
+    EXPECT_EQ(Archived(), (Names{"plant/2026-03-04_05-06-07/plant.KDL", "plant/2026-03-04_05-06-07/plant.KDM",
+                                 "plant/2026-03-04_05-06-07/plant.V1", "plant/2026-03-04_05-06-07/plant.V12",
+                                 "plant/2026-03-04_05-06-07/plant.kdt"}));
+    EXPECT_EQ(files.Get("/a/Archive/plant/2026-03-04_05-06-07/plant.V12"), "twelve");
+    EXPECT_EQ(files.Get("/a/plant.kdt"), "template");
+}
+
+TEST_F(StandaloneArchiverTest, GenerationSixHasItsOwnNames) {
+    for (const char* name : {"/a/plant.kdt6", "/a/plant.KDV6.V3", "/a/plant.KDL6", "/a/plant.KDM6"}) {
+        files.Put(name, "six");
+    }
+    EXPECT_EQ(Archive("/a/plant.kdt6"), "");
+    EXPECT_EQ(Archived(),
+              (Names{"plant/2026-03-04_05-06-07/plant.KDL6", "plant/2026-03-04_05-06-07/plant.KDM6",
+                     "plant/2026-03-04_05-06-07/plant.KDV6.V3", "plant/2026-03-04_05-06-07/plant.kdt6"}));
+}
+
+TEST_F(StandaloneArchiverTest, NamesInAnotherCaseAreTheApplicationsToo) {
+    files.Put("/b/PLANT.KDT", "template");
+    files.Put("/b/plant.v2", "two");
+    files.Put("/b/Plant.kdl", "log");
+    EXPECT_EQ(Archive("/b/plant.kdt"), "");
+    EXPECT_TRUE(files.Has("/b/Archive/plant/2026-03-04_05-06-07/PLANT.KDT"));
+    EXPECT_TRUE(files.Has("/b/Archive/plant/2026-03-04_05-06-07/plant.v2"));
+    EXPECT_TRUE(files.Has("/b/Archive/plant/2026-03-04_05-06-07/Plant.kdl"));
+}
+
+TEST_F(StandaloneArchiverTest, AFolderThatIsThereAlreadyGetsACounter) {
+    EXPECT_EQ(Archive("/a/plant.kdt"), "");
+    EXPECT_EQ(Archive("/a/plant.kdt"), "");
+    EXPECT_EQ(Archive("/a/plant.kdt"), "");
+    EXPECT_TRUE(files.Has("/a/Archive/plant/2026-03-04_05-06-07/plant.kdt"));
+    EXPECT_TRUE(files.Has("/a/Archive/plant/2026-03-04_05-06-07_2/plant.kdt"));
+    EXPECT_TRUE(files.Has("/a/Archive/plant/2026-03-04_05-06-07_3/plant.kdt"));
+    EXPECT_EQ(Archived().size(), 15U);
+}
+
+TEST_F(StandaloneArchiverTest, TheFolderGetsItsNameWhenAllIsInItAndFlushed) {
+    EXPECT_EQ(Archive("/a/plant.kdt"), "");
+    const auto& log = files.Log();
+    const auto renamed =
+        std::find_if(log.begin(), log.end(), [](const Text& l) { return l.rfind("Rename ", 0) == 0; });
+    ASSERT_NE(renamed, log.end());
+    EXPECT_EQ(
+        std::count_if(log.begin(), renamed, [](const Text& l) { return l.rfind("CopyForArchive ", 0) == 0; }),
+        5);
+    EXPECT_EQ((renamed - 1)->rfind("FlushFolder /a/Archive/plant/.", 0), 0U);
+    EXPECT_EQ(Names(renamed + 1, log.end()),
+              (Names{"FlushFolder /a/Archive/plant", "FlushFolder /a/Archive", "FlushFolder /a"}));
+}
+
+TEST_F(StandaloneArchiverTest, AFailureAnywhereLeavesNoArchiveAndIsTold) {
+    bool done = false;
+    for (int failAt = 1; !done; ++failAt) {
+        SCOPED_TRACE(failAt);
+        files.FailAt(failAt, errDiskFull);
+        const Text result = Archive("/a/plant.kdt");
+        done = files.Operations() < failAt;
+        files.FailNoMore();
+        EXPECT_EQ(Archived().size(), result.empty() ? 5U : 0U);
+        EXPECT_EQ(result.empty(), done);
+        EXPECT_EQ(files.Get("/a/plant.kdt"), "template");
+        EXPECT_EQ(files.Get("/a/plant.V1"), "one");
+        if (!done) {
+            EXPECT_EQ(result.rfind("Error 61: Disk full\r\n/a", 0), 0U) << result;
+        }
+        ASSERT_LT(failAt, 50);
+    }
+}
+
+TEST_F(StandaloneArchiverTest, WhenNothingWorksAnyMoreTheFinalNameStillNeverHoldsHalf) {
+    bool done = false;
+    for (int failAt = 1; !done; ++failAt) {
+        SCOPED_TRACE(failAt);
+        MemoryFiles fresh;
+        fresh.Put("/a/plant.kdt", "template");
+        fresh.Put("/a/plant.V1", "one");
+        fresh.FailAt(failAt, errDevice, true);
+        const Text result = StandaloneArchiver(fresh, clock, locale).ArchiveApplication("/a/plant.kdt");
+        done = fresh.Operations() < failAt;
+        EXPECT_EQ(result.empty(), done);
+        if (fresh.Exists("/a/Archive/plant/2026-03-04_05-06-07")) {
+            EXPECT_EQ(fresh.Get("/a/Archive/plant/2026-03-04_05-06-07/plant.kdt"), "template");
+            EXPECT_EQ(fresh.Get("/a/Archive/plant/2026-03-04_05-06-07/plant.V1"), "one");
+        }
+        ASSERT_LT(failAt, 50);
+    }
+}
+
+TEST_F(StandaloneArchiverTest, TheResultNamesTheFileThatFailed) {
+    files.SetUnreadable("/a/plant.V12");
+    EXPECT_EQ(Archive("/a/plant.kdt"), "Error 70: Permission denied\r\n/a/plant.V12");
+    EXPECT_EQ(Archived(), Names{});
+}
+
+TEST_F(StandaloneArchiverTest, AMissingTemplateIsAFailure) {
+    EXPECT_EQ(Archive("/a/missing.kdt"), "Error 53: File not found\r\n/a/missing.kdt");
+    EXPECT_EQ(Archive("/none/plant.kdt"), "Error 76: Path not found\r\n/none");
+    EXPECT_EQ(Archived(), Names{});
+}
+
+TEST_F(StandaloneArchiverTest, ATemplateThatIsNoFileIsAFailure) {
+    files.PutSpecial("/a/plant.kdt");
+    EXPECT_EQ(Archive("/a/plant.kdt"), "Error 70: Permission denied\r\n/a/plant.kdt");
+}
+
+TEST_F(StandaloneArchiverTest, AFolderThatBearsAViewsNameIsLeftOut) {
+    files.Put("/a/plant.V5/inner", "text");
+    files.PutSpecial("/a/plant.V6");
+    EXPECT_EQ(Archive("/a/plant.kdt"), "");
+    EXPECT_EQ(Archived().size(), 5U);
+}
+
+}  // namespace
+}  // namespace kd

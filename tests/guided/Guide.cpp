@@ -1,0 +1,234 @@
+#include "guided/Guide.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScreen>
+#include <QTest>
+#include <utility>
+
+#include "qt/QtText.h"
+
+namespace kd {
+
+namespace {
+
+/// How long a step may wait for the program; far beyond what any takes, so that only a run that hangs meets
+/// it.
+constexpr int PatienceMs = 60000;
+
+QString BoxText(const QMessageBox& box) {
+    return box.text();
+}
+
+}  // namespace
+
+Guide::Guide(Application& program, QString pictures, std::function<void(const std::string&)> tell)
+    : m_program(program), m_pictures(std::move(pictures)), m_tell(std::move(tell)) {
+    QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { Tick(); });
+    m_patience.setSingleShot(true);
+    QObject::connect(&m_patience, &QTimer::timeout, &m_patience, [this] {
+        Fail("waited in vain for: " + (m_steps.empty() ? std::string("the end") : m_steps.front().title));
+    });
+}
+
+void Guide::Then(std::string title, std::function<bool()> ready, std::function<void()> act) {
+    m_steps.push_back({std::move(title), std::move(ready), std::move(act)});
+}
+
+bool Guide::IsIdle() const {
+    return QApplication::activeModalWidget() == nullptr && QApplication::activePopupWidget() == nullptr &&
+           m_program.Window().isVisible() && m_program.Window().isActiveWindow() &&
+           m_program.Screen().MousePointer() == Pointer::Default;
+}
+
+void Guide::Tick() {
+    if (m_failed || m_steps.empty() || !m_steps.front().ready()) {
+        return;
+    }
+    const OneStep step = std::move(m_steps.front());
+    m_steps.pop_front();
+    m_patience.start(PatienceMs);
+    if (!step.title.empty()) {
+        m_tell(step.title);
+    }
+    step.act();  // may open a modal window and come back only when it has gone; the next steps run meanwhile
+}
+
+void Guide::Fail(const std::string& why) {
+    if (m_failed) {
+        return;
+    }
+    m_failed = true;
+    m_tell("FAILED: " + why);
+    SavePicture("failed");
+    m_steps.clear();
+    // Whatever is open must go, or the run would never end.
+    while (QWidget* modal = QApplication::activeModalWidget()) {
+        modal->hide();
+    }
+    QApplication::exit(1);
+}
+
+QWidget* Guide::Modal(const char* name) {
+    QWidget* const modal = QApplication::activeModalWidget();
+    return modal != nullptr && modal->objectName() == QLatin1String(name) && modal->isVisible() &&
+                   modal->isActiveWindow()
+               ? modal
+               : nullptr;
+}
+
+void Guide::Press(QWidget& window, const char* control) {
+    auto* const widget = window.findChild<QWidget*>(QLatin1String(control));
+    Q_ASSERT(widget != nullptr);
+    QTest::mouseClick(widget, Qt::LeftButton);
+}
+
+void Guide::Keys(const std::string& text) {
+    for (const QChar c : QString::fromStdString(text)) {
+        QTest::keyClick(QApplication::focusWidget(), c.toLatin1());  // the focus moves when an editor opens
+    }
+}
+
+void Guide::Key(Qt::Key key) {
+    QTest::keyClick(QApplication::focusWidget(), key);
+}
+
+GridWidget& Guide::Grid() const {
+    return *m_program.Window().findChild<GridWidget*>(QStringLiteral("Grid"));
+}
+
+void Guide::ClickCell(std::int32_t row, std::int32_t screenCol) const {
+    Grid().ShowCell(row, screenCol);
+    QApplication::processEvents();
+    QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {},
+                      Grid().Layout().ShownRect(row, screenCol).center());
+}
+
+void Guide::SavePicture(const char* name) {
+    if (m_pictures.isEmpty() || name == nullptr) {
+        return;
+    }
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    const QString path = QDir(m_pictures).filePath(QLatin1String(name) + QStringLiteral(".png"));
+    if (!QApplication::primaryScreen()->grabWindow(0).save(path)) {
+        m_tell("no picture could be written to " + path.toStdString());
+        m_failed = true;
+    }
+}
+
+void Guide::Form(const char* name, const char* picture, std::function<void(QWidget&)> act) {
+    Then(
+        std::string(), [name] { return Modal(name) != nullptr; },
+        [this, name, picture, act = std::move(act)] {
+            SavePicture(picture);
+            act(*Modal(name));
+        });
+}
+
+void Guide::Box(const std::string& text, const char* picture, const char* button) {
+    Then(
+        "box: " + text, [] { return Modal("MessageBox") != nullptr; },
+        [this, text, picture, button] {
+            auto* const box = qobject_cast<QMessageBox*>(Modal("MessageBox"));
+            SavePicture(picture);
+            if (box == nullptr || !BoxText(*box).startsWith(QString::fromStdString(text))) {
+                Fail("another box: " + (box == nullptr ? std::string() : BoxText(*box).toStdString()));
+                return;
+            }
+            for (QAbstractButton* each : box->buttons()) {
+                if (each->text().remove(QLatin1Char('&')) == QLatin1String(button)) {
+                    QTest::mouseClick(each, Qt::LeftButton);
+                    return;
+                }
+            }
+            Fail(std::string("no button ") + button);
+        });
+}
+
+void Guide::TypeInto(std::function<std::int32_t()> row, std::int32_t column, std::string text) {
+    Then(
+        std::string(), [this] { return IsIdle(); },
+        [this, row = std::move(row), column, text = std::move(text)] {
+            ClickCell(row(), column - 1);
+            Keys(text);
+            Key(Qt::Key_Return);
+        });
+}
+
+void Guide::Choose(const char* menu, const char* entry, const char* picture) {
+    Then(
+        std::string(), [this] { return IsIdle(); },
+        [this, menu] {
+            auto* const bar = m_program.Window().menuBar();
+            for (QAction* action : bar->actions()) {
+                if (action->menu() != nullptr && action->menu()->objectName() == QLatin1String(menu)) {
+                    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(action).center());
+                    return;
+                }
+            }
+            Fail(std::string("no menu ") + menu);
+        });
+    Then(
+        std::string(), [] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()) != nullptr; },
+        [this, entry, picture] {
+            SavePicture(picture);
+            auto* const popup = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            for (QAction* action : popup->actions()) {
+                if (action->objectName() == QLatin1String(entry)) {
+                    if (!action->isEnabled()) {
+                        break;
+                    }
+                    QTest::mouseClick(popup, Qt::LeftButton, {}, popup->actionGeometry(action).center());
+                    return;
+                }
+            }
+            Fail(std::string("no entry to choose: ") + entry);
+        });
+}
+
+void Guide::Check(std::string what, std::function<bool()> holds) {
+    Then(
+        std::string(), [this] { return IsIdle(); },
+        [this, what = std::move(what), holds = std::move(holds)] {
+            if (holds()) {
+                m_tell(what);
+            } else {
+                Fail("not true: " + what);
+            }
+        });
+}
+
+void Guide::Picture(const char* name) {
+    Then(
+        std::string(), [this] { return IsIdle(); }, [this, name] { SavePicture(name); });
+}
+
+bool Guide::Run() {
+    bool closed = false;
+    Then(
+        "close the window", [this] { return IsIdle(); },
+        [this, &closed] {
+            closed = true;
+            m_program.Window().close();
+        });
+    m_timer.start(10);
+    m_patience.start(PatienceMs);
+    if (!m_program.Start()) {
+        Fail("the program ended at its start");
+    }
+    if (!m_failed && m_program.Window().isVisible()) {
+        (void)QApplication::exec();
+    }
+    m_timer.stop();
+    m_patience.stop();
+    if (!closed) {
+        Fail("the run did not come to its end");
+    }
+    return !m_failed;
+}
+
+}  // namespace kd

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <QTimer>
+#include <QWidget>
+#include <deque>
+#include <functional>
+#include <string>
+
+#include "qt/Application.h"
+#include "qt/GridWidget.h"
+
+namespace kd {
+
+/// Does what a user does to the running program, step by step, by simulated mouse and keyboard. A step waits
+/// until its condition holds, which the message loop brings about; a step that waits in vain ends the run as
+/// failed.
+class Guide {
+public:
+    /// Pictures of the screen go to `pictures`; none are taken when it is empty. `tell` hears of each step.
+    Guide(Application& program, QString pictures, std::function<void(const std::string&)> tell);
+
+    /// Adds a step.
+    void Then(std::string title, std::function<bool()> ready, std::function<void()> act);
+
+    // --- steps of a user
+    // ------------------------------------------------------------------------------------
+
+    /// A modal form comes up; `act` does what the user does in it.
+    void Form(const char* name, const char* picture, std::function<void(QWidget&)> act);
+    /// A message box comes up; it begins with `text`; its button is pressed.
+    void Box(const std::string& text, const char* picture, const char* button = "OK");
+    /// The current cell becomes that of the row and column number; the text is typed and ended with Enter.
+    void TypeInto(std::function<std::int32_t()> row, std::int32_t column, std::string text);
+    /// An entry of a menu of the menu bar is chosen by the mouse.
+    void Choose(const char* menu, const char* entry, const char* picture = nullptr);
+    /// A condition that must hold now.
+    void Check(std::string what, std::function<bool()> holds);
+    void Picture(const char* name);
+
+    /// Starts the program, does all steps and closes the window. Whether all went well.
+    bool Run();
+
+    // --- for steps
+    // ------------------------------------------------------------------------------------------
+
+    /// The main window's grid.
+    GridWidget& Grid() const;
+    /// The modal window on top, if it has that name and is there to be used.
+    static QWidget* Modal(const char* name);
+    static void Press(QWidget& window, const char* control);
+    static void Keys(const std::string& text);
+    static void Key(Qt::Key key);
+    void ClickCell(std::int32_t row, std::int32_t screenCol) const;
+    void SavePicture(const char* name);
+    void Fail(const std::string& why);
+
+private:
+    struct OneStep {
+        std::string title;
+        std::function<bool()> ready;
+        std::function<void()> act;
+    };
+
+    void Tick();
+    /// Whether the main window waits for the user, with no modal window or menu open.
+    bool IsIdle() const;
+
+    Application& m_program;
+    QString m_pictures;
+    std::function<void(const std::string&)> m_tell;
+    std::deque<OneStep> m_steps;
+    QTimer m_timer;
+    QTimer m_patience;
+    bool m_failed = false;
+};
+
+}  // namespace kd

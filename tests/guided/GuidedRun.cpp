@@ -1,0 +1,83 @@
+// The main job on the sample applications, by simulated mouse and keyboard through the real program:
+//     guided_run --samples DIR --pictures DIR
+// DIR/../bin holds the program's data and the list of applications. Exits with 0 only if the files on the
+// disk are as they must be.
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <cstdio>
+
+#include "guided/MainJob.h"
+#include "guided/Snapshot.h"
+#include "qt/Application.h"
+#include "qt/QtText.h"
+
+namespace {
+
+using namespace kd;
+
+void Print(const std::string& line) {
+    std::printf("guided run: %s\n", line.c_str());
+    std::fflush(stdout);
+}
+
+ApplicationPlaces PlacesBeside(const QString& samples) {
+    const QDir root(QDir(samples).absoluteFilePath(QStringLiteral("..")));
+    ApplicationPlaces places;
+    const QString bin = QDir::cleanPath(root.absoluteFilePath(QStringLiteral("bin")));
+    places.programPath = FromQt(bin + QStringLiteral("/KDLimitDesk"));
+    places.suite.settingsFolder =
+        FromQt(QDir::cleanPath(root.absoluteFilePath(QStringLiteral("config/kd6"))));
+    places.suite.applicationsFolder = FromQt(QDir(samples).absolutePath());
+    places.suite.programDataFolder = FromQt(bin);
+    places.suite.helpFolder = FromQt(bin + QStringLiteral("/help"));
+    return places;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // Whatever the user's language: the samples are western text, and the run looks for "." in what the grid
+    // shows.
+    qputenv("LC_ALL", "C.UTF-8");
+    const QApplication loop(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    QCommandLineParser options;
+    options.addOption(
+        {QStringLiteral("samples"), QStringLiteral("Folder of the applications."), QStringLiteral("DIR")});
+    options.addOption(
+        {QStringLiteral("pictures"), QStringLiteral("Folder for the pictures."), QStringLiteral("DIR")});
+    options.process(loop);
+    const QString samples = options.value(QStringLiteral("samples"));
+    if (samples.isEmpty()) {
+        std::fprintf(stderr, "guided_run --samples DIR [--pictures DIR]\n");
+        return 2;
+    }
+    ProvideUserName();
+
+    const std::string folder = samples.toStdString();
+    const Snapshot before = TakeSnapshot(folder);
+    std::vector<LimitChange> changes{
+        {"diesel.kdt", 0, "Density at 15 °C", {}, "844.9", {}},
+        {"water.kdt6", 1, "Lead", {}, "4.5", "2000"},
+    };
+    Application program(PlacesBeside(samples));
+    Guide guide(program, options.value(QStringLiteral("pictures")), Print);
+    DoMainJob(guide, program, changes);
+    QApplication::setQuitOnLastWindowClosed(true);
+    bool good = guide.Run();
+    Print(program.Form().Controls().Panel2.Caption());
+
+    const Outcome outcome = CheckFiles(folder, before, changes);
+    for (const std::string& line : outcome.report) {
+        Print(line);
+    }
+    for (const std::string& failure : outcome.failures) {
+        Print("FAILED: " + failure);
+        good = false;
+    }
+    Print(good ? "done, the files on the disk are as they must be" : "FAILED");
+    return good ? 0 : 1;
+}

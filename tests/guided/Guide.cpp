@@ -18,7 +18,7 @@ namespace {
 
 /// How long a step may wait for the program; far beyond what any takes, so that only a run that hangs meets
 /// it.
-constexpr int PatienceMs = 60000;
+constexpr int PatienceMs = 30000;
 
 QString BoxText(const QMessageBox& box) {
     return box.text();
@@ -42,20 +42,41 @@ void Guide::Then(std::string title, std::function<bool()> ready, std::function<v
 bool Guide::IsIdle() const {
     return QApplication::activeModalWidget() == nullptr && QApplication::activePopupWidget() == nullptr &&
            m_program.Window().isVisible() && m_program.Window().isActiveWindow() &&
-           m_program.Screen().MousePointer() == Pointer::Default;
+           QApplication::focusWidget() != nullptr && m_program.Screen().MousePointer() == Pointer::Default;
+}
+
+void Guide::KeepActive() const {
+    // Without a window manager nobody gives the keyboard back to a window when a box over it has gone.
+    if (QApplication::activeWindow() == nullptr || QApplication::focusWidget() == nullptr) {
+        QWidget* const modal = QApplication::activeModalWidget();
+        if (modal != nullptr) {
+            modal->activateWindow();
+        } else if (m_program.Window().isVisible()) {
+            m_program.Window().activateWindow();
+        }
+    }
 }
 
 void Guide::Tick() {
-    if (m_failed || m_steps.empty() || !m_steps.front().ready()) {
+    KeepActive();
+    if (m_failed || m_begins || m_steps.empty() || !m_steps.front().ready()) {
         return;
     }
-    const OneStep step = std::move(m_steps.front());
-    m_steps.pop_front();
     m_patience.start(PatienceMs);
-    if (!step.title.empty()) {
-        m_tell(step.title);
-    }
-    step.act();  // may open a modal window and come back only when it has gone; the next steps run meanwhile
+    // Queued, since a timer does not fire again while its own handler runs: the step may open a modal window
+    // and come back only when that has gone, and the next steps run meanwhile.
+    m_begins = true;
+    QMetaObject::invokeMethod(
+        &m_timer,
+        [this, step = std::move(m_steps.front())] {
+            m_begins = false;
+            if (!step.title.empty()) {
+                m_tell(step.title);
+            }
+            step.act();
+        },
+        Qt::QueuedConnection);
+    m_steps.pop_front();
 }
 
 void Guide::Fail(const std::string& why) {

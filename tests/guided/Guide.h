@@ -64,6 +64,7 @@ private:
     };
 
     void Tick();
+    void KeepActive() const;
     /// Whether the main window waits for the user, with no modal window or menu open.
     bool IsIdle() const;
 
@@ -73,6 +74,7 @@ private:
     std::deque<OneStep> m_steps;
     QTimer m_timer;
     QTimer m_patience;
+    bool m_begins = false;  // a step is queued and has not begun
     bool m_failed = false;
 };
 

@@ -1,5 +1,6 @@
 #include "guided/MainJob.h"
 
+#include <QApplication>
 #include <algorithm>
 #include <memory>
 
@@ -78,7 +79,9 @@ void DoMainJob(Guide& guide, Application& program, std::vector<LimitChange>& cha
             guide.Then(
                 "the editor is open with the refused text; Esc leaves it",
                 [&program] {
-                    return program.Form().Controls().Grid.EditWindow() && !Guide::Modal("MessageBox");
+                    return program.Form().Controls().Grid.EditWindow() &&
+                           QApplication::activeModalWidget() == nullptr &&
+                           QApplication::focusWidget() != nullptr;
                 },
                 [] { Guide::Key(Qt::Key_Escape); });
             first = false;
@@ -153,8 +156,10 @@ private:
         for (const std::string& line : lines) {
             m_outcome.report.push_back("   " + line);
         }
-        const bool revision = lines.size() >= 2 && lines[0].find("VERSION      = 6.") != std::string::npos &&
-                              lines[1] == "(header): +   VERSION      = 6.001";
+        const std::string version = "   VERSION      = ";
+        const bool revision = lines.size() >= 2 && lines[0].rfind("(header): -" + version, 0) == 0 &&
+                              lines[0].back() == '.' &&
+                              lines[1] == "(header): +" + lines[0].substr(11) + "001";
         Expect(revision, name + ": the revision did not rise by 0.001");
         Expect(lines.size() == 4 && lines[2] == change.variable + ": -   USL          = F" + change.oldUsl &&
                    lines[3].rfind(change.variable + ": +   USL          = F" + change.newUsl, 0) == 0,

@@ -62,7 +62,7 @@ TEST(WholeLoop, AnApplicationOfGenerationFiveIsLoadedChangedAndCommitted) {
 TEST(WholeLoop, AnApplicationOfGenerationSixIsLoadedChangedAndCommitted) {
     RunLoop("water", ".kdt6",
             {{"water.kdt6", 1, "Lead", {}, "4.5", "2000"},
-             {"water.kdt6", 3, "Lead at 90th percentile", {}, "0.014", {}}});
+             {"water.kdt6", 3, "Lead at 90th percentile", {}, ".014", {}}});
 }
 
 }  // namespace

@@ -46,11 +46,12 @@ public:
 
     void Write(std::string_view bytes) override {
         struct stat before {};
-        if (::fstat(m_file.Get(), &before) != 0) {
+        const bool appended = m_kind == Kind::Appended;
+        if (appended && ::fstat(m_file.Get(), &before) != 0) {
             Raise("Write", m_path, errno);
         }
         if (const int code = WriteAll(m_file.Get(), bytes); code != 0) {
-            if (m_kind == Kind::Appended) {
+            if (appended) {
                 // Half a record would spoil the next one that is added.
                 (void)CutAt(m_file.Get(), before.st_size);  // the first failure is the one to tell
             }

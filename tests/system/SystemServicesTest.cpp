@@ -5,6 +5,10 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
+
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -64,6 +68,9 @@ public:
     bool IsMade() const { return m_made; }
 
 private:
+#ifdef __SANITIZE_ADDRESS__
+    __lsan::ScopedDisabler m_leaksUnseen;  // the C library loses a few bytes when it looks where LOCPATH says
+#endif
     Text m_folder;
     bool m_made = false;
 };
@@ -81,7 +88,7 @@ TEST(SystemLocale, CodePagesOfTheLanguages) {
         {874, {"th"}},
         {1252,
          {"en", "de", "fr", "es", "it", "nl", "sv", "da", "fi", "pt", "is", "C", "POSIX", "", " ", "xx",
-          "p"}}};
+          "pl ", "cs hr", "p"}}};
     for (const auto& [page, languages] : pages) {
         for (const char* language : languages) {
             EXPECT_EQ(CodePageNumberOf(language), page) << language;

@@ -70,7 +70,7 @@ AdminDialog::AdminDialog(frmApplicationAdmin& form, EventEdge& edge, QWidget* pa
     SetButtons(ok, cancel);
     filter->setFocus();
     const int letter = fontMetrics().averageCharWidth();
-    resize(letter * 110, fontMetrics().height() * 32);
+    resize(letter * 130, fontMetrics().height() * 32);
 }
 
 }  // namespace kd

@@ -41,7 +41,7 @@ CommitDialog::CommitDialog(frmCommit& form, EventEdge& edge, QWidget* parent)
     SetButtons(ok, cancel);
     list->setFocus();
     const int letter = fontMetrics().averageCharWidth();
-    resize(letter * 90, fontMetrics().height() * 24);
+    resize(letter * 100, fontMetrics().height() * 24);
 }
 
 }  // namespace kd

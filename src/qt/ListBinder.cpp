@@ -4,13 +4,42 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyledItemDelegate>
+#include <algorithm>
+#include <cmath>
 
 #include "base/Scope.h"
 #include "qt/QtText.h"
+#include "qt/TextWidths.h"
 
 namespace kd {
 
 namespace {
+
+/// All entries are as wide as the widest one, so that the list can be scrolled to the end of each. The view
+/// asks for one size and takes it for all.
+class EvenDelegate : public QStyledItemDelegate {
+public:
+    EvenDelegate(ListBox& control, QListView& view)
+        : QStyledItemDelegate(&view), m_control(control), m_view(view) {}
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        TextWidths widths;
+        widths.SetFont(option.font, m_view.viewport());
+        double widest = 0;
+        for (const ListBox::Entry& entry : m_control.Entries()) {
+            if (widths.Bound(entry.text) > widest) {
+                widest = std::max(widest, widths.Exact(entry.text));
+            }
+        }
+        const QSize own = QStyledItemDelegate::sizeHint(option, index);
+        const double around = own.width() - widths.Exact(FromQt(index.data().toString()));
+        return {std::max(own.width(), static_cast<int>(std::ceil(widest + around))), own.height()};
+    }
+
+private:
+    ListBox& m_control;
+    QListView& m_view;
+};
 
 void SetUp(QListView& view, ListModel& model) {
     view.setUniformItemSizes(true);
@@ -32,10 +61,10 @@ std::vector<std::int32_t> Rows(const QItemSelection& selection) {
 }
 
 /// Turns a tick over by a click anywhere on the entry.
-class TickDelegate : public QStyledItemDelegate {
+class TickDelegate : public EvenDelegate {
 public:
-    TickDelegate(ListBox& control, EventEdge& edge, QObject* parent)
-        : QStyledItemDelegate(parent), m_control(control), m_edge(edge) {}
+    TickDelegate(ListBox& control, QListView& view, EventEdge& edge)
+        : EvenDelegate(control, view), m_control(control), m_edge(edge) {}
 
     bool editorEvent(QEvent* event, QAbstractItemModel* /*model*/, const QStyleOptionViewItem& option,
                      const QModelIndex& index) override {
@@ -109,6 +138,7 @@ ListBinder::ListBinder(ListBox& control, QListView& widget, EventEdge& edge)
       m_model(new ListModel(control, false, this)) {
     m_view.setSelectionMode(QAbstractItemView::MultiSelection);
     SetUp(m_view, *m_model);
+    m_view.setItemDelegate(new EvenDelegate(control, m_view));
     connect(m_view.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this](const QItemSelection& selected, const QItemSelection& deselected) {
                 if (!m_showing) {
@@ -182,7 +212,7 @@ CheckListBinder::CheckListBinder(ListBox& control, QListView& widget, EventEdge&
       m_model(new ListModel(control, true, this)) {
     m_view.setSelectionMode(QAbstractItemView::SingleSelection);
     SetUp(m_view, *m_model);
-    m_view.setItemDelegate(new TickDelegate(control, edge, this));
+    m_view.setItemDelegate(new TickDelegate(control, m_view, edge));
     connect(m_view.selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {
                 if (!m_showing) {

@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
+#include <QTreeView>
 
 #include "qt/QtText.h"
 
@@ -11,8 +13,8 @@ namespace kd {
 
 namespace {
 
-/// A screen without a desktop behind it has no file dialog of its own.
-bool HasNativeDialog() {
+/// A screen without a desktop behind it is not asked for a file dialog of its own.
+bool MayBeNative() {
     const QString name = QGuiApplication::platformName();
     return name != QLatin1String("offscreen") && name != QLatin1String("minimal");
 }
@@ -69,12 +71,21 @@ std::optional<std::vector<Text>> QtFileDialog::OpenFiles(const OpenFileRequest& 
                                                                     : QApplication::activeWindow(),
                        ToQt(request.title), ToQt(request.folder));
     dialog.setObjectName(QStringLiteral("FileDialog"));
-    const bool native = HasNativeDialog();
-    dialog.setOption(QFileDialog::DontUseNativeDialog, !native);
+    dialog.setOption(QFileDialog::DontUseNativeDialog, !MayBeNative());
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     // The dialog of the toolkit asks for files that exist whenever it takes several.
     dialog.setFileMode(QFileDialog::ExistingFiles);
-    dialog.setNameFilter(NameFilter(request, native && TellsCasesApart()));
+    auto* const details = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+    if (details != nullptr) {
+        // The toolkit's own dialog: it matches in any case by itself.
+        dialog.setNameFilter(NameFilter(request, false));
+        details->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        dialog.resize(dialog.sizeHint().expandedTo({details->fontMetrics().averageCharWidth() * 140, 0}));
+    } else {
+        const bool spelledOut = TellsCasesApart();
+        dialog.setOption(QFileDialog::HideNameFilterDetails, spelledOut);
+        dialog.setNameFilter(NameFilter(request, spelledOut));
+    }
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;
     }

@@ -1,5 +1,7 @@
 #include "qt/ListBinder.h"
 
+#include <QScrollBar>
+
 #include "Screen.h"
 
 namespace kd {
@@ -84,6 +86,17 @@ TEST_F(ListBinderTest, EntriesThatComeAndGoAreShown) {
     EXPECT_TRUE(Shown(3));
     control.Clear();
     EXPECT_EQ(view.model()->rowCount(), 0);
+}
+
+TEST_F(ListBinderTest, EntryThatIsWiderThanTheListCanBeScrolledToItsEnd) {
+    control.SetEntries({Entry("a", true), Entry(Text(300, 'W'), false), Entry("c", true)});
+    new ListBinder(control, view, toolkit.Edge());
+    view.resize(200, 100);
+    view.show();
+    QTest::qWait(0);
+    EXPECT_GE(view.visualRect(view.model()->index(1, 0)).width(),
+              view.fontMetrics().horizontalAdvance(QString(300, QLatin1Char('W'))));
+    EXPECT_GT(view.horizontalScrollBar()->maximum(), 0);
 }
 
 TEST_F(ListBinderTest, ListAtTheLimitIsShownWhole) {

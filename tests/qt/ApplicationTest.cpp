@@ -1,0 +1,130 @@
+#include "qt/Application.h"
+
+#include <QDir>
+#include <QFile>
+#include <QMenu>
+#include <QTemporaryDir>
+
+#include "Screen.h"
+#include "base/Paths.h"
+#include "qt/QtText.h"
+
+namespace kd {
+namespace {
+
+/// The real program on folders of its own, with two of the sample applications.
+class ApplicationTest : public testing::Test {
+protected:
+    QTemporaryDir folder;
+
+    void SetUp() override {
+        ProvideUserName();
+        ASSERT_TRUE(folder.isValid());
+        for (const char* const name : {"apps", "program/help", "config"}) {
+            ASSERT_TRUE(QDir(folder.path()).mkpath(name));
+        }
+        const QDir samples(QStringLiteral(KD_SOURCE_DIR "/samples"));
+        for (const QString& name : samples.entryList({"dairy.*", "diesel.*"}, QDir::Files)) {
+            ASSERT_TRUE(QFile::copy(samples.filePath(name), folder.filePath("apps/" + name)));
+        }
+        ASSERT_TRUE(QFile::copy(samples.filePath("Rules.ini"), folder.filePath("program/Rules.ini")));
+    }
+    Text Path(const char* name) const { return FromQt(folder.filePath(name)); }
+    ApplicationPlaces Places() const {
+        return {Path("program/KDLimitDesk"),
+                {Path("config/kd6"), Path("apps"), Path("program/help"), Path("program")}};
+    }
+    void ListApplications(const std::vector<Text>& names) const {
+        QFile ini(folder.filePath("program/KDLimitDesk.ini"));
+        ASSERT_TRUE(ini.open(QIODevice::WriteOnly));
+        Text text = "[KDLIMITDESK]\r\n\r\n[RECENTS]\r\n\r\n[FILES]\r\n";
+        for (const Text& name : names) {
+            text += "   File   = " + Path("apps") + "/" + name + "\r\n";
+        }
+        ini.write(text.data(), static_cast<qint64>(text.size()));
+    }
+};
+
+TEST_F(ApplicationTest, CancelOfTheFirstDialogEndsTheProgramWithoutAWindow) {
+    ListApplications({"dairy.kdt6"});
+    Application program(Places());
+    NextModal admin([](QWidget& window) {
+        EXPECT_EQ(window.objectName(), "frmApplicationAdmin");
+        Press(Qt::Key_Escape);
+    });
+    EXPECT_FALSE(program.Start());
+    EXPECT_FALSE(program.Window().isVisible());
+}
+
+TEST_F(ApplicationTest, OkLoadsAndShowsTheWindow) {
+    ListApplications({"dairy.kdt6"});
+    Application program(Places());
+    NextModal admin([](QWidget&) { Press(Qt::Key_Return); });
+    ASSERT_TRUE(program.Start());
+    EXPECT_TRUE(program.Window().isVisible());
+    EXPECT_TRUE(program.Window().isMaximized());
+    EXPECT_TRUE(program.Window().windowTitle().startsWith("KD LimitDesk (v"));
+    EXPECT_GT(program.Form().Controls().Grid.Rows(), 1);
+    EXPECT_TRUE(
+        Find<QLabel>(program.Window(), "Panel2").text().startsWith("Done ... , Applications: 1, Views: "));
+    EXPECT_EQ(program.Screen().MousePointer(), Pointer::Default);
+    EXPECT_TRUE(QFile::exists(folder.filePath("config/kd6/KDLimitDesk.IKD")));
+    EXPECT_TRUE(program.Window().close());
+}
+
+TEST_F(ApplicationTest, IconIsThereInAllSizes) {
+    const Application program(Places());
+    for (const int size : {16, 32, 48, 256}) {
+        EXPECT_TRUE(QApplication::windowIcon().availableSizes().contains(QSize(size, size))) << size;
+    }
+}
+
+TEST_F(ApplicationTest, MissingHelpIsToldInABoxOverTheDialog) {
+    ListApplications({"dairy.kdt6"});
+    Application program(Places());
+    QString text;
+    NextModal admin([&](QWidget& window) {
+        {
+            NextModal box([&](QWidget& shown) {
+                text = dynamic_cast<QMessageBox&>(shown).text();
+                ClickBoxButton(shown, QMessageBox::Ok);
+            });
+            Click(Find(window, "cmdHelp"));
+        }
+        EXPECT_TRUE(window.isVisible());
+        window.close();
+    });
+    EXPECT_FALSE(program.Start());
+    EXPECT_TRUE(text.startsWith("Run-time error '53':\n\nFile not found\n")) << text.toStdString();
+}
+
+// --- where the program's data lie -------------------------------------------------------------------------
+
+class ProgramDataFolderTest : public testing::Test {
+protected:
+    MemoryFiles files;
+    void PutData(const char* folder) { files.Put(Text(folder) + "/help/KDLimitDeskHelp.xml", "<help/>"); }
+};
+
+TEST_F(ProgramDataFolderTest, BesideTheProgramComesFirst) {
+    PutData("/opt/kd");
+    PutData("/opt/share/kdlimitdesk");
+    EXPECT_EQ(ProgramDataFolder(files, "/opt/kd"), "/opt/kd");
+}
+
+TEST_F(ProgramDataFolderTest, ShareFolderOfAnInstallationComesNext) {
+    PutData("/usr/share/kdlimitdesk");
+    EXPECT_EQ(ProgramDataFolder(files, "/usr/bin"), "/usr/share/kdlimitdesk");
+}
+
+TEST_F(ProgramDataFolderTest, SourceTreeAboveABuildTreeIsFound) {
+    PutData("/home/anna/kd");
+    EXPECT_EQ(ProgramDataFolder(files, "/home/anna/kd/build/dev/bin"), "/home/anna/kd");
+}
+
+TEST_F(ProgramDataFolderTest, WithoutDataTheProgramsOwnFolderIsMeant) {
+    EXPECT_EQ(ProgramDataFolder(files, "/usr/bin"), "/usr/bin");
+}
+
+}  // namespace
+}  // namespace kd

@@ -133,7 +133,8 @@ bool frmKDLimitDesk::RunStart(std::uintptr_t window) {
     if (m_g.gUserName.empty()) {
         return false;
     }
-    m_desk.mnuApplications.Click();  // the command with its own boundary: a stopped load does not end the program
+    m_desk.mnuApplications
+        .Click();  // the command with its own boundary: a stopped load does not end the program
     return m_g.gMasterFiles->Count() > 0;
 }
 

@@ -1,11 +1,12 @@
 // The main job on the sample applications, by simulated mouse and keyboard through the real program:
-//     guided_run --samples DIR --pictures DIR
+//     guided_run --samples DIR --pictures DIR [--dark]
 // DIR/../bin holds the program's data and the list of applications. Exits with 0 only if the files on the
 // disk are as they must be.
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QPalette>
 #include <cstdio>
 
 #include "guided/MainJob.h"
@@ -35,6 +36,28 @@ ApplicationPlaces PlacesBeside(const QString& samples) {
     return places;
 }
 
+/// A dark desktop's colours, for pictures of it.
+void BeDark() {
+    QPalette dark;
+    const QColor ground(0x20, 0x23, 0x28);
+    const QColor text(0xe6, 0xe8, 0xea);
+    for (const auto role : {QPalette::Window, QPalette::Button, QPalette::ToolTipBase}) {
+        dark.setColor(role, ground.lighter(130));
+    }
+    dark.setColor(QPalette::Base, ground);
+    dark.setColor(QPalette::AlternateBase, ground.lighter(115));
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText}) {
+        dark.setColor(role, text);
+        dark.setColor(QPalette::Disabled, role, text.darker(200));
+    }
+    dark.setColor(QPalette::Highlight, QColor(0x2a, 0x7a, 0xc0));
+    dark.setColor(QPalette::HighlightedText, Qt::white);
+    dark.setColor(QPalette::Link, QColor(0x7f, 0xb8, 0xde));
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setPalette(dark);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -49,10 +72,14 @@ int main(int argc, char** argv) {
         {QStringLiteral("samples"), QStringLiteral("Folder of the applications."), QStringLiteral("DIR")});
     options.addOption(
         {QStringLiteral("pictures"), QStringLiteral("Folder for the pictures."), QStringLiteral("DIR")});
+    options.addOption({QStringLiteral("dark"), QStringLiteral("In the colours of a dark desktop.")});
     options.process(loop);
+    if (options.isSet(QStringLiteral("dark"))) {
+        BeDark();
+    }
     const QString samples = options.value(QStringLiteral("samples"));
     if (samples.isEmpty()) {
-        std::fprintf(stderr, "guided_run --samples DIR [--pictures DIR]\n");
+        std::fprintf(stderr, "guided_run --samples DIR [--pictures DIR] [--dark]\n");
         return 2;
     }
     ProvideUserName();

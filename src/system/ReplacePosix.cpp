@@ -208,7 +208,9 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
         Raise(operation, path, errno);
     }
     if (present) {
-        if (!S_ISREG(status.st_mode) || !MayWrite(status) || ::access(target.c_str(), W_OK) != 0) {
+        // The user's own rights count too: who owns a folder could replace what he may not write.
+        if (!S_ISREG(status.st_mode) || !MayWrite(status) ||
+            ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) {
             Raise(operation, path, EACCES);
         }
         if (status.st_nlink > 1) {

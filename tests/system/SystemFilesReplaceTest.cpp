@@ -187,6 +187,18 @@ TEST_F(SystemFilesTest, AFileOfSomebodyElseThatIsNotForWritingIsRefused) {
     EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
 }
 
+TEST_F(SystemFilesTest, AFileThatItsOwnerMayNotWriteIsRefusedThoughOthersMay) {
+    const Text path = Put("a.kdt", "old", 0464);
+    ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
+    if (OrdinaryUser::CanSwitch()) {
+        ASSERT_EQ(::chown(path.c_str(), OrdinaryUser::Id, OrdinaryUser::Id), 0);
+    }
+    const OrdinaryUser user;
+    EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, "new"); }), errPermissionDenied);
+    EXPECT_EQ(Get(path), "old");
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
 TEST_F(SystemFilesTest, CopyOfAMissingSourceLeavesTheTarget) {
     const Text target = Put("a.kdt", "old");
     MakeFifo("fifo");

@@ -8,9 +8,17 @@
 #include "admin/frmApplicationAdmin.h"
 #include "base/Paths.h"
 #include "commit/frmCommit.h"
+#include "edit/frmFill.h"
+#include "edit/frmReplace.h"
+#include "grid/frmAutoFilter.h"
+#include "help/frmAbout.h"
+#include "qt/AboutDialog.h"
 #include "qt/AdminDialog.h"
+#include "qt/AutoFilterDialog.h"
 #include "qt/CommitDialog.h"
+#include "qt/FillDialog.h"
 #include "qt/QtText.h"
+#include "qt/ReplaceDialog.h"
 
 // Outside the namespace: the resources' own function is global.
 static void InitResources() {
@@ -102,6 +110,10 @@ Application::Application(ApplicationPlaces places)
     QApplication::setWindowIcon(ProgramIcon());
     m_toolkit.Register<frmCommit, CommitDialog>();
     m_toolkit.Register<frmApplicationAdmin, AdminDialog>();
+    m_toolkit.Register<frmAutoFilter, AutoFilterDialog>();
+    m_toolkit.Register<frmFill, FillDialog>();
+    m_toolkit.Register<frmReplace, ReplaceDialog>();
+    m_toolkit.Register<frmAbout, AboutDialog>();
     m_form = std::make_unique<frmKDLimitDesk>(m_globals);
     m_window = std::make_unique<MainWindow>(*m_form, m_toolkit);
 }

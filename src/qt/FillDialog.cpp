@@ -1,0 +1,91 @@
+#include "qt/FillDialog.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "qt/Binders.h"
+#include "qt/QtText.h"
+#include "qt/Views.h"
+
+namespace kd {
+
+namespace {
+
+/// A frame with the group's options in one column, as far from each other as the frame is high.
+QGroupBox* FrameOf(const OptionGroup& group, const Label& frame, std::vector<QRadioButton*>& options,
+                   QWidget* parent) {
+    auto* const box = new QGroupBox(parent);
+    box->setObjectName(ToQt(frame.Name()));
+    auto* const column = new QVBoxLayout(box);
+    for (const Text& caption : group.Captions()) {
+        auto* const option = new OptionView(box);
+        option->setText(ToQt(caption));
+        column->addWidget(option);
+        options.push_back(option);
+    }
+    column->addStretch();
+    return box;
+}
+
+}  // namespace
+
+FillDialog::FillDialog(frmFill& form, EventEdge& edge, QWidget* parent) : FormDialog(form, edge, parent) {
+    auto* const constant = new OptionView(this);
+    auto* const text = new QLineEdit(this);
+    auto* const calculation = new OptionView(this);
+    auto* const target = new QLabel(this);
+    std::vector<QRadioButton*> limits;
+    std::vector<QRadioButton*> operations;
+    QGroupBox* const limitFrame = FrameOf(form.optLimits, form.fraLimits, limits, this);
+    QGroupBox* const operationFrame = FrameOf(form.optPlusMinus, form.fraPlusMinus, operations, this);
+    auto* const value = new QLineEdit(this);
+    auto* const ok = new QPushButton(this);
+    auto* const cancel = new QPushButton(this);
+    text->setAccessibleName(tr("Constant value"));
+    limitFrame->setAccessibleName(tr("Limit to calculate from"));
+    operationFrame->setAccessibleName(tr("Calculation"));
+    value->setAccessibleName(tr("Value of the calculation"));
+
+    auto* const grid = new QGridLayout;
+    grid->addWidget(constant, 0, 0);
+    grid->addWidget(text, 0, 1, 1, 3);
+    grid->addWidget(calculation, 1, 0, 1, 4);
+    grid->addWidget(target, 2, 0, Qt::AlignRight | Qt::AlignVCenter);
+    grid->addWidget(limitFrame, 2, 1);
+    grid->addWidget(operationFrame, 2, 2);
+    grid->addWidget(value, 2, 3, Qt::AlignVCenter);
+    grid->setColumnStretch(3, 1);
+    auto* const buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(ok);
+    buttons->addWidget(cancel);
+    auto* const column = new QVBoxLayout(this);
+    column->addLayout(grid);
+    column->addStretch();
+    column->addLayout(buttons);
+
+    new OptionButtonBinder(form.optFillConstant, *constant, edge, QLatin1Char('U'));
+    new TextBoxBinder(form.txtConstant, *text, edge);
+    new OptionButtonBinder(form.optFillLimit, *calculation, edge, QLatin1Char('c'));
+    new LabelBinder(form.lblLimit, *target, edge);
+    new OptionGroupBinder(form.optLimits, *limitFrame, limits, edge);
+    new OptionGroupBinder(form.optPlusMinus, *operationFrame, operations, edge);
+    new TextBoxBinder(form.txtLimitValue, *value, edge);
+    new ButtonBinder(form.cmdOk, *ok, edge);
+    new ButtonBinder(form.cmdCancel, *cancel, edge);
+    // The frames are switched off as a whole; their groups stay as they are.
+    limitFrame->setEnabled(form.fraLimits.Enabled());
+    operationFrame->setEnabled(form.fraPlusMinus.Enabled());
+
+    SetButtons(ok, cancel);
+    text->setFocus();
+    value->setMinimumWidth(fontMetrics().averageCharWidth() * 14);
+    resize(sizeHint().expandedTo(QSize(fontMetrics().averageCharWidth() * 76, 0)));
+}
+
+}  // namespace kd

@@ -70,7 +70,7 @@ void GridEvents::Grid_BeforeMouseDown(MouseButton button, bool& cancel) {
             return;  // the empty place beside the last column
         }
         grid.SetCol(col);
-        if (ShowColumnFilter) {
+        if (!grid.EditWindow() && ShowColumnFilter) {  // a refused text keeps its editor, and the press ends
             ShowColumnFilter(col);
         }
     }

@@ -6,8 +6,13 @@
 #include "appfiles/LoadApplications.h"
 #include "base/Scope.h"
 #include "commit/CommitChanges.h"
+#include "edit/Fill.h"
+#include "edit/Replace.h"
+#include "edit/RestoreCutCopyPaste.h"
+#include "grid/AutoFilter.h"
 #include "grid/ColumnCatalogue.h"
 #include "grid/GridEvents.h"
+#include "grid/ViewModes.h"
 #include "help/ShowHelpTopic.h"
 #include "lifecycle/Settings.h"
 #include "lifecycle/StartUp.h"
@@ -19,7 +24,11 @@ namespace kd {
 using namespace modKDLimitDesk;
 
 frmKDLimitDesk::frmKDLimitDesk(Globals& g)
-    : Form("frmKDLimitDesk"), m_g(g), m_desk(g), m_gridEvents(std::make_unique<GridEvents>(m_desk)) {
+    : Form("frmKDLimitDesk"),
+      m_g(g),
+      m_desk(g),
+      m_gridEvents(std::make_unique<GridEvents>(m_desk)),
+      m_about(g) {
     m_desk.Grid.SetFixedRows(1);
     m_desk.Grid.SetRows(1);
     m_desk.mnuShowPaths.SetChecked(false);
@@ -56,33 +65,42 @@ void frmKDLimitDesk::WireMenus() {
         }
     });
 
-    // An edit under way is settled before a menu shows what can be done with it.
-    for (MenuItem* menu : {&d.mnuEdit, &d.mnuOptions, &d.mnuView}) {
-        menu->Click = Guarded([this] { CloseCellEditor(m_desk); });
-    }
+    d.mnuEdit.Click = Guarded([this] { CloseCellEditor(m_desk); });
+    d.mnuOptions.Click = Guarded([this] { mnuOptions_Click(m_desk); });
+    d.mnuClearFilters.Click = Guarded([this] { mnuClearFilters_Click(m_desk); });
+    d.mnuView.Click = Guarded([this] { mnuView_Click(m_desk); });
+    d.mnuShowPaths.Click = Guarded([this] { mnuShowPaths_Click(m_desk); });
+    d.mnuShowOnlyNumericVariables.Click = Guarded([this] { mnuShowOnlyNumericVariables_Click(m_desk); });
+    d.mnuShowAll.Click = Guarded([this] { mnuShowAll_Click(m_desk); });
+    d.mnuHelpAbout.Click = Guarded([this] { m_about.Display(); });
+    WireEditCommands();
+}
+
+void frmKDLimitDesk::WireEditCommands() {
+    Desk& d = m_desk;
+    d.mnuRestore.Click = Guarded([this] { Restore(m_desk); });
+    d.mnuCut.Click = Guarded([this] { Cut(m_desk); });
+    d.mnuCopy.Click = Guarded([this] { Copy(m_desk); });
+    d.mnuPaste.Click = Guarded([this] { Paste(m_desk); });
+    d.mnuFill.Click = Guarded([this] { Fill(m_desk, m_editMemory); });
+    d.mnuReplace.Click = Guarded([this] { Replace(m_desk, m_editMemory); });
 
     // The main menu's entries forward to the pop-up's, which hold the commands.
     const std::pair<MenuItem*, MenuItem*> forwarded[] = {
         {&d.mnuEditRestore, &d.mnuRestore}, {&d.mnuEditCut, &d.mnuCut},   {&d.mnuEditCopy, &d.mnuCopy},
         {&d.mnuEditPaste, &d.mnuPaste},     {&d.mnuEditFill, &d.mnuFill}, {&d.mnuEditReplace, &d.mnuReplace}};
     for (const auto& [entry, command] : forwarded) {
-        entry->Click = [target = command] {
-            if (target->Click) {
-                target->Click();
-            }
-        };
-    }
-
-    // Commands that are not there yet.
-    for (MenuItem* entry : {&d.mnuEditRestore, &d.mnuEditCut, &d.mnuEditCopy, &d.mnuEditPaste, &d.mnuEditFill,
-                            &d.mnuEditReplace, &d.mnuRestore, &d.mnuCut, &d.mnuCopy, &d.mnuPaste, &d.mnuFill,
-                            &d.mnuReplace, &d.mnuClearFilters, &d.mnuShowPaths,
-                            &d.mnuShowOnlyNumericVariables, &d.mnuShowAll, &d.mnuHelpAbout}) {
-        entry->SetEnabled(false);
+        entry->Click = [target = command] { target->Click(); };
     }
 }
 
 void frmKDLimitDesk::WireGrid() {
+    m_gridEvents->ShowColumnFilter = [this](std::int32_t screenCol) {
+        ShowColumnFilter(m_desk, screenCol, GridPlace ? GridPlace() : Place{});
+    };
+    m_gridEvents->GetFilterCaption = [this](std::int32_t screenCol) {
+        return GetFilterCaption(m_desk, screenCol);
+    };
     m_gridEvents->Boundary = [this](const std::function<void()>& handler) {
         (void)AtEventBoundary(
             m_g.platform, [this] { PutBack(); }, handler);  // the box has told what failed

@@ -4,7 +4,9 @@
 #include <memory>
 #include <vector>
 
+#include "edit/EditMemory.h"
 #include "grid/Desk.h"
+#include "help/frmAbout.h"
 #include "platform/Toolkit.h"
 
 namespace kd {
@@ -58,10 +60,14 @@ public:
 
     /// Closes the window: set by the screen; runs the query like any other way of closing.
     std::function<void()> Unload;
+    /// Where the grid stands: the window's left top corner on the screen, frame and all, plus the grid's
+    /// place in the window's inner area. Set by the screen.
+    std::function<Place()> GridPlace;
 
 private:
     void SetUpMenus();
     void WireMenus();
+    void WireEditCommands();
     void WireGrid();
     /// A handler behind the event boundary.
     std::function<void()> Guarded(std::function<void()> handler);
@@ -73,6 +79,8 @@ private:
     Globals& m_g;
     Desk m_desk;
     std::unique_ptr<GridEvents> m_gridEvents;
+    frmAbout m_about;
+    EditMemory m_editMemory;
     std::vector<MenuItem*> m_menuBar;
     bool m_maximised = false;
 };

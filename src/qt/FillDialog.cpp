@@ -23,7 +23,7 @@ QGroupBox* FrameOf(const OptionGroup& group, const Label& frame, std::vector<QRa
     box->setObjectName(ToQt(frame.Name()));
     auto* const column = new QVBoxLayout(box);
     for (const Text& caption : group.Captions()) {
-        auto* const option = new OptionView(box);
+        auto* const option = new QRadioButton(box);
         option->setText(ToQt(caption));
         column->addWidget(option);
         options.push_back(option);

@@ -34,6 +34,10 @@ MainWindow::MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit) : m_form(form),
     m_progress->setAccessibleName(tr("Progress"));
     m_progress->setFixedHeight(fontMetrics().height());
     new ProgressBarBinder(desk.ProgressBar1, *m_progress, toolkit.Edge());
+    form.GridPlace = [this] {
+        const QPoint corner = frameGeometry().topLeft() + m_grid->pos();
+        return Place{corner.x(), corner.y()};
+    };
     BuildMenuBar();
     BuildStatusBar();
     inner->installEventFilter(this);
@@ -50,6 +54,7 @@ MainWindow::MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit) : m_form(form),
 MainWindow::~MainWindow() {
     m_form.OnChanged = nullptr;
     m_form.Unload = nullptr;
+    m_form.GridPlace = nullptr;
     m_toolkit.SetMainWindow(nullptr, nullptr);
 }
 

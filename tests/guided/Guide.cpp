@@ -1,11 +1,14 @@
 #include "guided/Guide.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDir>
+#include <QListView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScreen>
 #include <QTest>
 #include <utility>
@@ -105,7 +108,10 @@ QWidget* Guide::Modal(const char* name) {
 void Guide::Press(QWidget& window, const char* control) {
     auto* const widget = window.findChild<QWidget*>(QLatin1String(control));
     Q_ASSERT(widget != nullptr);
-    QTest::mouseClick(widget, Qt::LeftButton);
+    // A check box or an option may be wider than what takes the click: its mark always does.
+    const bool marked =
+        qobject_cast<QCheckBox*>(widget) != nullptr || qobject_cast<QRadioButton*>(widget) != nullptr;
+    QTest::mouseClick(widget, Qt::LeftButton, {}, marked ? QPoint(8, widget->height() / 2) : QPoint());
 }
 
 void Guide::Keys(const std::string& text) {
@@ -127,6 +133,26 @@ void Guide::ClickCell(std::int32_t row, std::int32_t screenCol) const {
     QApplication::processEvents();
     QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {},
                       Grid().Layout().ShownRect(row, screenCol).center());
+}
+
+void Guide::PressHeader(std::int32_t screenCol) const {
+    Grid().ShowCell(0, screenCol);
+    QApplication::processEvents();
+    QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {},
+                      Grid().Layout().ShownRect(0, screenCol).center());
+}
+
+void Guide::ClickEntry(QWidget& window, const char* list, const std::string& text) {
+    auto* const view = window.findChild<QListView*>(QLatin1String(list));
+    for (int row = 0; view != nullptr && row < view->model()->rowCount(); ++row) {
+        const QModelIndex index = view->model()->index(row, 0);
+        if (index.data().toString().toStdString() == text) {
+            view->scrollTo(index);
+            QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(index).center());
+            return;
+        }
+    }
+    Fail("no entry " + text + " in " + list);
 }
 
 void Guide::SavePicture(const char* name) {

@@ -53,6 +53,12 @@ public:
     static void Keys(const std::string& text);
     static void Key(Qt::Key key);
     void ClickCell(std::int32_t row, std::int32_t screenCol) const;
+    /// Presses the header of a column.
+    void PressHeader(std::int32_t screenCol) const;
+    /// Clicks the entry of a list that has this text.
+    void ClickEntry(QWidget& window, const char* list, const std::string& text);
+    /// Whether the main window waits for the user, with no modal window or menu open.
+    bool IsIdle() const;
     void SavePicture(const char* name);
     void Fail(const std::string& why);
 
@@ -65,9 +71,6 @@ private:
 
     void Tick();
     void KeepActive() const;
-    /// Whether the main window waits for the user, with no modal window or menu open.
-    bool IsIdle() const;
-
     Application& m_program;
     QString m_pictures;
     std::function<void(const std::string&)> m_tell;

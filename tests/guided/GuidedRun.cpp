@@ -9,6 +9,7 @@
 #include <QPalette>
 #include <cstdio>
 
+#include "guided/Commands.h"
 #include "guided/MainJob.h"
 #include "guided/Snapshot.h"
 #include "qt/Application.h"
@@ -92,6 +93,8 @@ int main(int argc, char** argv) {
     };
     Application program(PlacesBeside(samples));
     Guide guide(program, options.value(QStringLiteral("pictures")), Print);
+    LoadAll(guide, program);
+    TryCommands(guide, program, changes.front());
     DoMainJob(guide, program, changes);
     QApplication::setQuitOnLastWindowClosed(true);
     bool good = guide.Run();

@@ -57,13 +57,16 @@ std::int32_t RowOf(Application& program, const LimitChange& change) {
     return 0;
 }
 
-void DoMainJob(Guide& guide, Application& program, std::vector<LimitChange>& changes) {
+void LoadAll(Guide& guide, Application& program) {
     guide.Form("frmApplicationAdmin", "01-manage-applications",
                [](QWidget& dialog) { Guide::Press(dialog, "cmdOk"); });
     guide.Then(
         "the applications are loaded",
         [&program] { return program.Form().Controls().Panel2.Caption().rfind("Done ... ", 0) == 0; }, [] {});
     guide.Picture("02-loaded");
+}
+
+void DoMainJob(Guide& guide, Application& program, std::vector<LimitChange>& changes) {
     bool first = true;
     for (LimitChange& change : changes) {
         const auto row = [&program, &change] { return RowOf(program, change); };

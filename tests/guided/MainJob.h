@@ -20,7 +20,10 @@ struct LimitChange {
 /// Row of a variable; 0 when there is none.
 std::int32_t RowOf(Application& program, const LimitChange& change);
 
-/// The steps of the main job: the list of applications is confirmed, limits are changed, a text and an order
+/// The first steps: the list of applications is confirmed and loaded.
+void LoadAll(Guide& guide, Application& program);
+
+/// The steps of the main job once the applications are loaded: limits are changed, a text and an order
 /// of limits are refused, and all is committed. `changes` must outlive the run.
 void DoMainJob(Guide& guide, Application& program, std::vector<LimitChange>& changes);
 

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include "guided/Commands.h"
 #include "guided/MainJob.h"
 #include "guided/Snapshot.h"
 #include "qt/Application.h"
@@ -38,7 +39,8 @@ private:
     QTemporaryDir m_folder;
 };
 
-void RunLoop(const QString& base, const QString& extension, std::vector<LimitChange> changes) {
+void RunLoop(const QString& base, const QString& extension, std::vector<LimitChange> changes,
+             bool withCommands) {
     qputenv("USERNAME", "anna");
     const Machine machine(base, extension);
     const std::string apps = machine.Apps().toStdString();
@@ -46,6 +48,10 @@ void RunLoop(const QString& base, const QString& extension, std::vector<LimitCha
     std::string told;
     Application program(machine.Places());
     Guide guide(program, {}, [&told](const std::string& line) { told += line + "\n"; });
+    LoadAll(guide, program);
+    if (withCommands) {
+        TryCommands(guide, program, changes.front());
+    }
     DoMainJob(guide, program, changes);
     EXPECT_TRUE(guide.Run()) << told;
     for (const std::string& failure : CheckFiles(apps, before, changes).failures) {
@@ -53,16 +59,19 @@ void RunLoop(const QString& base, const QString& extension, std::vector<LimitCha
     }
 }
 
-TEST(WholeLoop, AnApplicationOfGenerationFiveIsLoadedChangedAndCommitted) {
+TEST(WholeLoop,
+     AnApplicationOfGenerationFiveIsLoadedFilteredFilledPastedReplacedRestoredChangedAndCommitted) {
     RunLoop("diesel", ".kdt",
             {{"diesel.kdt", 0, "Density at 15 \xC2\xB0\x43", {}, "844.9", {}},
-             {"diesel.kdt", 11, "Density at 15 \xC2\xB0\x43", {}, "844.8", "2000"}});
+             {"diesel.kdt", 11, "Density at 15 \xC2\xB0\x43", {}, "844.8", "2000"}},
+            true);
 }
 
 TEST(WholeLoop, AnApplicationOfGenerationSixIsLoadedChangedAndCommitted) {
     RunLoop("water", ".kdt6",
             {{"water.kdt6", 1, "Lead", {}, "4.5", "2000"},
-             {"water.kdt6", 3, "Lead at 90th percentile", {}, ".014", {}}});
+             {"water.kdt6", 3, "Lead at 90th percentile", {}, ".014", {}}},
+            false);
 }
 
 }  // namespace

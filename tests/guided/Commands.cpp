@@ -1,0 +1,158 @@
+#include "guided/Commands.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTest>
+#include <memory>
+
+#include "grid/ColumnCatalogue.h"
+
+namespace kd {
+
+namespace {
+
+constexpr std::int32_t ColFilename = 2;  // screen positions
+constexpr std::int32_t ColName = 7;
+constexpr std::int32_t ColUsl = 9;
+constexpr std::int32_t ColLsl = 15;
+
+/// The texts that the steps hand on.
+struct Noted {
+    Text usl;
+    Text lsl;
+    std::int32_t row = 0;
+};
+
+class Trial {
+public:
+    Trial(Guide& guide, Application& program, const LimitChange& variable)
+        : m_guide(guide), m_program(program), m_variable(variable) {}
+
+    void Filter() {
+        Idle("filter the file names", [this] { m_guide.PressHeader(ColFilename); });
+        m_guide.Form("frmAutoFilter", nullptr, [this](QWidget& dialog) {
+            Guide::Press(dialog, "chkSelectAll");
+            m_guide.ClickEntry(dialog, "lstAutoFilter", m_variable.file);
+            m_guide.SavePicture("10-filter");
+            Guide::Press(dialog, "cmdOk");
+        });
+        m_guide.Check("only the rows of " + m_variable.file + " are in sight", [this] {
+            const VSFlexGrid& grid = Grid();
+            for (const std::int32_t row : grid.VisibleRows()) {
+                if (grid.TextMatrix(row, ColFilename) != m_variable.file) {
+                    return false;
+                }
+            }
+            return !grid.VisibleRows().empty() && grid.CellPicture(ColFilename) == HeaderPicture::FilterOn;
+        });
+        m_guide.Picture("11-filtered");
+    }
+
+    void FillAndRestore() {
+        Idle("", [this] {
+            m_noted->usl = Grid().TextMatrix(Row(), ColUsl);
+            m_noted->lsl = Grid().TextMatrix(Row(), ColLsl);
+            m_guide.ClickCell(Row(), ColUsl);
+        });
+        m_guide.Choose("mnuEdit", "mnuEditFill", "12-edit-menu");
+        m_guide.Form("frmFill", nullptr, [this](QWidget& dialog) {
+            Guide::Press(dialog, "optLimits_6");
+            Guide::Press(dialog, "optPlusMinus_2");
+            auto* const value = dialog.findChild<QLineEdit*>(QStringLiteral("txtLimitValue"));
+            QTest::mouseClick(value, Qt::LeftButton);
+            QTest::keyClicks(value, QStringLiteral("1"));
+            m_guide.SavePicture("13-fill");
+            Guide::Press(dialog, "cmdOk");
+        });
+        m_guide.Check("USL is filled with LSL plus one per cent", [this] {
+            return Grid().BackColor(Row(), ColUsl) == ChangedColour &&
+                   NumberAtFront(Grid().TextMatrix(Row(), ColUsl)) == NumberAtFront(m_noted->lsl) * 1.01;
+        });
+        Restore("filled");
+    }
+
+    void PasteAndRestore() {
+        Idle("copy LSL and paste it over USL", [this] {
+            m_guide.ClickCell(Row(), ColLsl);
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_C, Qt::ControlModifier);
+            m_guide.ClickCell(Row(), ColUsl);
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
+        });
+        m_guide.Check("pasted", [this] { return Grid().TextMatrix(Row(), ColUsl) == m_noted->lsl; });
+        Restore("pasted");
+    }
+
+    void ReplaceAndRestore() {
+        Idle("", [this] { m_guide.ClickCell(Row(), ColName); });
+        m_guide.Choose("mnuEdit", "mnuEditReplace");
+        m_guide.Form("frmReplace", nullptr, [this](QWidget& dialog) {
+            QTest::keyClicks(dialog.findChild<QLineEdit*>(QStringLiteral("txtFind")),
+                             QStringLiteral("density"));
+            QTest::keyClicks(dialog.findChild<QLineEdit*>(QStringLiteral("txtReplace")),
+                             QStringLiteral("Mass"));
+            m_guide.SavePicture("14-replace");
+            Guide::Press(dialog, "cmdReplace");
+        });
+        m_guide.Check("replaced in any case",
+                      [this] { return Grid().TextMatrix(Row(), ColName).rfind("Mass ", 0) == 0; });
+        m_guide.Choose("mnuEdit", "mnuEditRestore");
+        m_guide.Check("restored",
+                      [this] { return Grid().TextMatrix(Row(), ColName) == m_variable.variable; });
+    }
+
+    void View() {
+        m_guide.Choose("mnuOptions", "mnuClearFilters");
+        m_guide.Check("no row is hidden", [this] {
+            return static_cast<std::int32_t>(Grid().VisibleRows().size()) == Grid().Rows() - 1;
+        });
+        m_guide.Choose("mnuView", "mnuShowOnlyNumericVariables", "15-view-menu");
+        m_guide.Choose("mnuView", "mnuShowOnlyNumericVariables");
+        m_guide.Choose("mnuView", "mnuShowPaths");
+        m_guide.Check("VarNo and Variable Name are frozen", [this] { return Grid().FrozenCols() == 8; });
+        m_guide.Picture("16-frozen-columns");
+        m_guide.Choose("mnuView", "mnuShowPaths");
+        m_guide.Choose("mnuHelp", "mnuHelpAbout");
+        m_guide.Form("frmAbout", "17-about", [](QWidget& dialog) { Guide::Press(dialog, "cmdOk"); });
+    }
+
+private:
+    VSFlexGrid& Grid() { return m_program.Form().Controls().Grid; }
+    /// The variable's row; found by its name while it bears that name.
+    std::int32_t Row() {
+        if (m_noted->row == 0) {
+            m_noted->row = RowOf(m_program, m_variable);
+        }
+        return m_noted->row;
+    }
+    void Idle(std::string title, std::function<void()> act) {
+        m_guide.Then(
+            std::move(title), [this] { return m_guide.IsIdle(); }, std::move(act));
+    }
+    void Restore(const char* what) {
+        m_guide.Choose("mnuEdit", "mnuEditRestore");
+        m_guide.Check(std::string(what) + ", and restored", [this] {
+            return Grid().TextMatrix(Row(), ColUsl) == m_noted->usl && Grid().BackColor(Row(), ColUsl) == 0;
+        });
+    }
+
+    Guide& m_guide;
+    Application& m_program;
+    LimitChange m_variable;
+    std::shared_ptr<Noted> m_noted = std::make_shared<Noted>();
+};
+
+}  // namespace
+
+void TryCommands(Guide& guide, Application& program, const LimitChange& variable) {
+    // The steps run later: they keep the trial alive.
+    const auto trial = std::make_shared<Trial>(guide, program, variable);
+    trial->Filter();
+    trial->FillAndRestore();
+    trial->PasteAndRestore();
+    trial->ReplaceAndRestore();
+    trial->View();
+    guide.Then(
+        "", [trial] { return true; }, [] {});
+}
+
+}  // namespace kd

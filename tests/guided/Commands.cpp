@@ -11,8 +11,7 @@ namespace kd {
 
 namespace {
 
-constexpr std::int32_t ColFilename = 2;  // screen positions
-constexpr std::int32_t ColName = 7;
+constexpr std::int32_t ColName = 7;  // screen positions
 constexpr std::int32_t ColUsl = 9;
 constexpr std::int32_t ColLsl = 15;
 
@@ -29,21 +28,21 @@ public:
         : m_guide(guide), m_program(program), m_variable(variable) {}
 
     void Filter() {
-        Idle("filter the file names", [this] { m_guide.PressHeader(ColFilename); });
+        Idle("filter the variable names", [this] { m_guide.PressHeader(ColName); });
         m_guide.Form("frmAutoFilter", nullptr, [this](QWidget& dialog) {
             Guide::Press(dialog, "chkSelectAll");
-            m_guide.ClickEntry(dialog, "lstAutoFilter", m_variable.file);
+            m_guide.ClickEntry(dialog, "lstAutoFilter", m_variable.variable);
             m_guide.SavePicture("10-filter");
             Guide::Press(dialog, "cmdOk");
         });
-        m_guide.Check("only the rows of " + m_variable.file + " are in sight", [this] {
+        m_guide.Check("only the rows of " + m_variable.variable + " are in sight", [this] {
             const VSFlexGrid& grid = Grid();
             for (const std::int32_t row : grid.VisibleRows()) {
-                if (grid.TextMatrix(row, ColFilename) != m_variable.file) {
+                if (grid.TextMatrix(row, ColName) != m_variable.variable) {
                     return false;
                 }
             }
-            return !grid.VisibleRows().empty() && grid.CellPicture(ColFilename) == HeaderPicture::FilterOn;
+            return !grid.VisibleRows().empty() && grid.CellPicture(ColName) == HeaderPicture::FilterOn;
         });
         m_guide.Picture("11-filtered");
     }

@@ -33,8 +33,8 @@ public:
 /// injected. Bytes are bytes: no code page, no line ends. Paths are Text.
 ///
 /// Names regardless of case: where a path does not exist but its folder holds a file whose name differs only
-/// in case, that file is the one meant. This holds for every operation but OpenForOutput, MakeFolder and
-/// Rename.
+/// in case, that file is the one meant. This holds for every operation on a file but OpenForOutput, Rename
+/// and the target of CopyForArchive; a folder is meant by its exact name.
 ///
 /// All operations raise cError with the path: errFileNotFound, errPathNotFound (its folder is missing),
 /// errPermissionDenied (also for a directory, FIFO, socket or device in a file's place), errDiskFull, and

@@ -65,13 +65,14 @@ int Open(const Text& path, int flags, mode_t mode) {
 
 Descriptor OpenRegular(const char* operation, std::string_view path, int flags, mode_t mode,
                        struct stat& status) {
-    Descriptor file(Open(Text(path), flags | O_NONBLOCK | O_NOCTTY, mode));
+    const Text name(path);
+    // Asked before the opening: that alone sets some devices going, and wakes whoever waits at a FIFO.
+    if (::stat(name.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+        Raise(operation, path, EACCES);
+    }
+    Descriptor file(Open(name, flags | O_NONBLOCK | O_NOCTTY, mode));
     if (!file.IsOpen()) {
-        // A socket, a FIFO that nobody reads, a device without its driver: each fails with a number of its
-        // own.
-        const int code = errno;
-        const bool special = ::stat(Text(path).c_str(), &status) == 0 && !S_ISREG(status.st_mode);
-        Raise(operation, path, special ? EACCES : code);
+        Raise(operation, path, errno);
     }
     if (::fstat(file.Get(), &status) != 0) {
         Raise(operation, path, errno);

@@ -85,7 +85,7 @@ int MakeRoom(int fd, std::size_t present, std::size_t wanted) noexcept {
 
 void OverwriteInPlace(const char* operation, const Text& target, std::string_view bytes) {
     struct stat status {};
-    Descriptor file = OpenRegular(operation, target, O_RDWR, 0, status);
+    Descriptor file = OpenRegular(operation, target, O_RDWR | O_NOFOLLOW, 0, status);
     std::string before;
     int code = ReadAll(file.Get(), before);
     if (code == 0) {

@@ -172,19 +172,8 @@ std::string SystemFiles::Read(std::string_view path) {
 
 void SystemFiles::Read(std::string_view path, std::string& bytes) {
     bytes.clear();
-    Text present(path);
-    Descriptor probe(Open(present, O_RDONLY | O_NONBLOCK | O_NOCTTY));
-    if (!probe.IsOpen() && errno == ENOENT) {
-        present = Resolved(path);
-    }
     struct stat status {};
-    Descriptor file = probe.IsOpen() ? std::move(probe) : OpenRegular("Read", present, O_RDONLY, 0, status);
-    if (::fstat(file.Get(), &status) != 0) {
-        Raise("Read", path, errno);
-    }
-    if (!S_ISREG(status.st_mode)) {
-        Raise("Read", path, EACCES);
-    }
+    const Descriptor file = OpenRegular("Read", Resolved(path), O_RDONLY, 0, status);
     if (const int code = ReadToEnd(file.Get(), status.st_size, bytes); code != 0) {
         Raise("Read", path, code);
     }
@@ -205,6 +194,9 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
         }
     }
     Descriptor file = OpenRegular("OpenForOutput", path, O_WRONLY | O_CREAT | O_NOFOLLOW, 0666, status);
+    if (status.st_nlink > 1) {
+        Raise("OpenForOutput", path, EACCES);  // it got another name since it was looked at
+    }
     if (const int code = CutAt(file.Get(), 0); code != 0) {
         Raise("OpenForOutput", path, code);
     }
@@ -237,7 +229,10 @@ void SystemFiles::DeleteFile(std::string_view path) {
         Raise("DeleteFile", path, errno);
     }
     // A link is only a name: it goes, whatever it leads to.
-    if (!S_ISLNK(status.st_mode) && (!S_ISREG(status.st_mode) || !MayWrite(status))) {
+    const bool mayGo =
+        S_ISLNK(status.st_mode) || (S_ISREG(status.st_mode) && MayWrite(status) &&
+                                    ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) == 0);
+    if (!mayGo) {
         Raise("DeleteFile", path, EACCES);
     }
     if (::unlink(target.c_str()) != 0) {
@@ -316,8 +311,11 @@ void SystemFiles::Rename(std::string_view from, std::string_view to) {
     if (::lstat(target.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) {
         Raise("Rename", to, EACCES);
     }
-    if (::rename(Text(from).c_str(), target.c_str()) != 0) {
-        Raise("Rename", from, errno == ENOTEMPTY || errno == EEXIST ? EACCES : errno);
+    const Text present(from);
+    if (::rename(present.c_str(), target.c_str()) != 0) {
+        const int code = errno == ENOTEMPTY || errno == EEXIST ? EACCES : errno;
+        // What is missing is either the one that gets the name, or the folder of the new name.
+        Raise("Rename", code == ENOENT && IsPresent(present) ? to : from, code);
     }
 }
 
@@ -325,6 +323,9 @@ void SystemFiles::FlushFolder(std::string_view folder) {
     Text inside(folder);
     inside += "/.";
     if (const int code = FlushFolderOf(inside); code != 0) {
+        if (code == ENOENT) {
+            throw cError(errPathNotFound, "SystemFiles.FlushFolder", {}, Text(folder));
+        }
         Raise("FlushFolder", folder, code);
     }
 }

@@ -138,5 +138,29 @@ TEST_F(SystemFilesTest, RemoveFolderNeverFollowsALink) {
     EXPECT_EQ(Get(At("other/file")), "text");
 }
 
+TEST_F(SystemFilesTest, AFolderThatIsMissingIsToldAsSuch) {
+    Put("file", "text");
+    EXPECT_EQ(ErrorOf([&] { files.FlushFolder(At("none")); }), errPathNotFound);
+    try {
+        files.Rename(At("file"), At("none/file"));
+        ADD_FAILURE() << "renamed into a folder that is missing";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Number(), errPathNotFound);
+        EXPECT_EQ(error.Path(), At("none/file"));
+    }
+    EXPECT_EQ(Names(), std::set<Text>{"file"});
+}
+
+TEST_F(SystemFilesTest, RenameTakesTheNameOfAnEmptyFolderButOfNoLinkToOne) {
+    MakeFolderAt("from");
+    MakeFolderAt("empty");
+    Put("from/a", "text");
+    MakeLink("link", "empty");
+    EXPECT_EQ(ErrorOf([&] { files.Rename(At("from"), At("link")); }), errPermissionDenied);
+    files.Rename(At("from"), At("empty"));
+    EXPECT_EQ(Names(), (std::set<Text>{"empty", "link"}));
+    EXPECT_EQ(Get(At("empty/a")), "text");
+}
+
 }  // namespace
 }  // namespace kd

@@ -191,5 +191,16 @@ TEST_F(SystemFilesTest, DeleteInAFolderWithoutRightsIsRefused) {
     EXPECT_EQ(Get(path), "old");
 }
 
+TEST_F(SystemFilesTest, DeleteRefusesWhatTheUserHimselfMayNotWrite) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "needs a second user";
+    }
+    ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
+    const Text path = Put("a.kdt", "old", 0644);
+    const OrdinaryUser user;
+    EXPECT_EQ(ErrorOf([&] { files.DeleteFile(path); }), errPermissionDenied);
+    EXPECT_EQ(Get(path), "old");
+}
+
 }  // namespace
 }  // namespace kd

@@ -1,6 +1,9 @@
+#include <sys/inotify.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include <array>
+#include <cerrno>
 #include <cstring>
 
 #include "system/SystemFilesFixture.h"
@@ -201,6 +204,50 @@ TEST_F(SystemFilesTest, FolderEntriesOfAFailure) {
 
 TEST_F(SystemFilesTest, TheDelimiterIsTheSlash) {
     EXPECT_EQ(files.Delimiter(), '/');
+}
+
+// Opening alone sets some devices going, and lets a writer at a FIFO believe in a reader.
+TEST_F(SystemFilesTest, WhatIsNoFileIsNotEvenOpened) {
+    const Text fifo = MakeFifo("fifo");
+    const int watch = ::inotify_init1(IN_NONBLOCK);
+    ASSERT_GE(::inotify_add_watch(watch, fifo.c_str(), IN_OPEN), 0);
+    EXPECT_EQ(ErrorOf([&] { (void)files.Read(fifo); }), errPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(fifo); }), errPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForAppend(fifo); }), errPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(fifo, "x"); }), errPermissionDenied);
+    EXPECT_EQ(ErrorOf([&] { files.CopyForArchive(fifo, At("copy")); }), errPermissionDenied);
+    std::array<char, 4096> events{};
+    EXPECT_EQ(::read(watch, events.data(), events.size()), -1) << "it was opened";
+    EXPECT_EQ(errno, EAGAIN);
+    (void)::close(watch);
+}
+
+TEST_F(SystemFilesTest, NothingIsLeftOpenAfterSuccessAndFailure) {
+    const auto openNow = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+    };
+    const Text linked = Put("linked", "old");
+    std::filesystem::create_hard_link(linked, At("other"));
+    const Text fifo = MakeFifo("fifo");
+    const auto before = openNow();
+    (void)ErrorOf([&] { files.ReplaceFile(linked, "in place"); });
+    (void)ErrorOf([&] { files.ReplaceFile(At("new"), "beside"); });
+    (void)ErrorOf([&] { files.CopyFile(At("none"), linked); });
+    (void)ErrorOf([&] { (void)files.Read(fifo); });
+    (void)ErrorOf([&] { (void)files.Read(At("LINKED")); });
+    (void)ErrorOf([&] { (void)files.FolderEntries(folder); });
+    (void)ErrorOf([&] { (void)files.FolderEntries(linked); });
+    (void)ErrorOf([&] { files.CopyForArchive(linked, At("new")); });
+    (void)ErrorOf([&] { files.OpenForOutput(At("never closed"))->Write("x"); });
+    EXPECT_EQ(openNow(), before);
+}
+
+TEST_F(SystemFilesTest, ABackslashIsALetterOfANameToTheSystem) {
+    const Text path = Put("a\\b.kdt", "text");
+    EXPECT_EQ(files.Read(path), "text");
+    EXPECT_EQ(files.Read(At("A\\B.KDT")), "text");
+    files.DeleteFile(path);
+    EXPECT_EQ(Names(), std::set<Text>{});
 }
 
 }  // namespace

@@ -97,7 +97,9 @@ std::vector<ApplicationHeader::View> ViewsBeside(Files& files, const Locale& loc
     std::set<std::int32_t> numbers;
     for (const Text& name : files.FolderEntries(folder)) {
         const auto number = ViewNumberOf(name, paths::FileName(templatePath), locale.CodePage());
-        if (number >= 1 && files.IsRegularFile(paths::Join(folder, name, files.Delimiter()))) {
+        // A number that no view can have would stop the load; no save has written such a file.
+        const bool isView = number >= 1 && number <= std::numeric_limits<std::int16_t>::max();
+        if (isView && files.IsRegularFile(paths::Join(folder, name, files.Delimiter()))) {
             numbers.insert(number);
         }
     }

@@ -26,7 +26,8 @@ Text FolderToList(std::string_view path);
 /// @throws cError when the file cannot be read.
 ApplicationHeader ReadApplicationHeader(Files& files, const Locale& locale, std::string_view path);
 
-/// The view files that lie beside a template, by ascending number. A view is named by the title of its own
+/// The view files that lie beside a template, by ascending number up to 32767, the largest
+/// that a view can have. A view is named by the title of its own
 /// header, else "View " and its number.
 /// @throws cError when the folder cannot be listed.
 std::vector<ApplicationHeader::View> ViewsBeside(Files& files, const Locale& locale,

@@ -8,6 +8,9 @@ namespace kd {
 
 std::vector<Text> ReadRuleCatalogue(Files& files, const Locale& locale, const std::vector<Text>& folders) {
     for (const Text& folder : folders) {
+        if (folder.empty()) {
+            continue;  // no such place; with a delimiter behind it, it would be the root
+        }
         Text text;
         try {
             text = locale.CodePage().Decode(files.Read(paths::Join(folder, "Rules.ini", files.Delimiter())));

@@ -26,20 +26,22 @@ Text StandaloneApplicationFile::ApplicationTitle() {
 
 void StandaloneApplicationFile::OpenFile(std::string_view path) {
     CloseFile();
-    m_header = ReadApplicationHeader(m_files, m_locale, path);
+    ApplicationHeader header = ReadApplicationHeader(m_files, m_locale, path);
+    if (!header.views) {
+        // Here and not in LoadViews: an application whose views cannot be told is one that cannot be opened,
+        // and the load goes on with the next.
+        header.views = ViewsBeside(m_files, m_locale, path);
+    }
+    m_header = std::move(header);
     m_path = path;
 }
 
 void StandaloneApplicationFile::LoadViews() {
     m_views.Clear();
-    if (m_path.empty()) {
-        return;
-    }
-    if (!m_header.views) {
-        m_header.views = ViewsBeside(m_files, m_locale, m_path);
-    }
-    for (const auto& view : *m_header.views) {
-        m_views.Add(ViewEntry(view));
+    if (m_header.views) {
+        for (const auto& view : *m_header.views) {
+            m_views.Add(ViewEntry(view));
+        }
     }
 }
 

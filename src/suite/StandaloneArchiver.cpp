@@ -90,8 +90,26 @@ void StandaloneArchiver::CopyAll(const std::vector<Text>& sources, const Text& f
     m_files.FlushFolder(folder);
 }
 
+void StandaloneArchiver::Publish(const Text& made, const Text& name, const std::vector<Text>& above) {
+    m_files.Rename(made, name);
+    try {
+        for (const Text& folder : above) {
+            m_files.FlushFolder(folder);
+        }
+    } catch (const cError& error) {
+        const cError first = error;
+        try {
+            // The name goes before the content: a removal that breaks off must not leave half an archive.
+            m_files.Rename(name, made);
+        } catch (const cError&) {
+            // Then a whole archive stays; the first failure is the one to tell.
+        }
+        throw first;
+    }
+}
+
 Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
-    Text made;  // the archive's folder under the name that it has just now
+    Text made;  // the archive's folder while it is being filled
     try {
         const auto sources = FilesOf(path);
         const char delimiter = m_files.Delimiter();
@@ -102,11 +120,7 @@ Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
         made = paths::Join(parent, UnfinishedName(), delimiter);
         CopyAll(sources, made);
         const Text name = FreeName(parent);
-        m_files.Rename(made, name);
-        made = name;
-        for (const Text& above : {parent, archives, folder}) {
-            m_files.FlushFolder(above);
-        }
+        Publish(made, name, {parent, archives, folder});
         return {};
     } catch (const cError& error) {
         const Text description = Describe(error, path);

@@ -21,6 +21,9 @@ private:
     std::vector<Text> FilesOf(std::string_view templatePath);
     /// A folder name that is not taken yet.
     Text FreeName(std::string_view parent);
+    /// Gives the finished folder its final name and flushes the folders above; takes the name back when that
+    /// fails.
+    void Publish(const Text& made, const Text& name, const std::vector<Text>& above);
     void CopyAll(const std::vector<Text>& sources, const Text& folder);
 
     Files& m_files;

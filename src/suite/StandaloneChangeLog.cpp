@@ -1,5 +1,6 @@
 #include "suite/StandaloneChangeLog.h"
 
+#include "base/cError.h"
 #include "suite/ChangeFile.h"
 
 namespace kd {
@@ -47,6 +48,9 @@ void StandaloneChangeLog::OpenLog(std::string_view path) {
 }
 
 void StandaloneChangeLog::WriteRecord(const ChangeRecord& record) {
+    if (!m_file) {
+        throw cError(errInvalidArgument, "StandaloneChangeLog.WriteRecord");
+    }
     const Text time = DateText(record.time) + " " + TimeText(record.time);
     m_file->Write(m_page.Encode(
         Line({time, record.user, record.view, record.revision, record.recordKind, record.objectKind,

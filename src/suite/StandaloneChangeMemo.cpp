@@ -27,8 +27,8 @@ Text Padded(const Text& text, std::size_t width) {
 StandaloneChangeMemo::~StandaloneChangeMemo() {
     try {
         CloseMemo();
-    } catch (const cError&) {
-        // The failure that ended the commit has been told; this one can only repeat it.
+    } catch (...) {
+        // Nothing may leave a destructor. The failure that ended the commit has been told.
     }
 }
 
@@ -44,12 +44,18 @@ void StandaloneChangeMemo::OpenMemo(std::string_view path) {
 
 void StandaloneChangeMemo::BeginEntry(std::string_view view, std::string_view user, std::string_view date,
                                       std::string_view time) {
+    if (!m_file) {
+        throw cError(errInvalidArgument, "StandaloneChangeMemo.BeginEntry");
+    }
     WriteEntry();
     m_head = OneLine(view) + ", " + OneLine(user) + ", " + Text(date) + " " + Text(time);
 }
 
 void StandaloneChangeMemo::WriteItem(std::string_view variable, std::string_view property,
                                      std::string_view oldValue, std::string_view newValue) {
+    if (m_head.empty()) {
+        throw cError(errInvalidArgument, "StandaloneChangeMemo.WriteItem");
+    }
     m_items.push_back({OneLine(variable), OneLine(property), OneLine(oldValue), OneLine(newValue)});
 }
 

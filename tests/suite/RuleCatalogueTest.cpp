@@ -73,5 +73,10 @@ TEST_F(RuleCatalogueTest, TheListThatShipsIsTheListBuiltIn) {
     EXPECT_EQ(ReadRuleCatalogue(disk, locale, {KD_SOURCE_DIR "/samples"}), builtIn);
 }
 
+TEST_F(RuleCatalogueTest, AFolderWithoutANameIsNotTheRoot) {
+    files.Put("/Rules.ini", "[RULES]\r\nRULE = Stray\r\n");
+    EXPECT_EQ(ReadRuleCatalogue(files, locale, {"", ""}), builtIn);
+}
+
 }  // namespace
 }  // namespace kd

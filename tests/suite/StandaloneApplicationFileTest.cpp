@@ -218,5 +218,22 @@ TEST_F(StandaloneApplicationFileTest, TheRulesNeedNoOpenApplication) {
     EXPECT_EQ(reader.RuleList().Item(2).RuleEntryName(), "Y");
 }
 
+TEST_F(StandaloneApplicationFileTest, AFileWithANumberThatNoViewCanHaveIsNoView) {
+    files.Put("/a/plant.kdt", "");
+    files.Put("/a/plant.V32767", "");
+    files.Put("/a/plant.V32768", "");
+    files.Put("/a/plant.V99999999999", "");
+    EXPECT_EQ(ViewsOf("/a/plant.kdt"), (Views{{32767, "View 32767"}}));
+}
+
+TEST_F(StandaloneApplicationFileTest, AnApplicationWhoseFolderCannotBeListedCannotBeOpened) {
+    files.Put("/a/plant.kdt", "");
+    files.FailOn("FolderEntries", "", errPermissionDenied);
+    EXPECT_EQ(ErrorOfOpen("/a/plant.kdt"), errPermissionDenied);
+    EXPECT_EQ(reader.ApplicationTitle(), "");
+    files.Put("/a/listed.kdt", "[VIEWS]\r\nVIEW = 1,Lab\r\n");
+    EXPECT_EQ(ViewsOf("/a/listed.kdt"), (Views{{1, "Lab"}})) << "with a list the folder is not asked";
+}
+
 }  // namespace
 }  // namespace kd

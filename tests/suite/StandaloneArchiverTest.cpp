@@ -159,5 +159,12 @@ TEST_F(StandaloneArchiverTest, AFolderThatBearsAViewsNameIsLeftOut) {
     EXPECT_EQ(Archived().size(), 5U);
 }
 
+TEST_F(StandaloneArchiverTest, ARemovalThatBreaksOffLeavesNothingUnderTheFinalName) {
+    files.FailOn("FlushFolder", "/a/Archive/plant", errDiskFull);
+    files.FailOn("RemoveFolder", "", errDevice);
+    EXPECT_EQ(Archive("/a/plant.kdt"), "Error 61: Disk full\r\n/a/Archive/plant");
+    EXPECT_FALSE(files.Exists("/a/Archive/plant/2026-03-04_05-06-07"));
+}
+
 }  // namespace
 }  // namespace kd

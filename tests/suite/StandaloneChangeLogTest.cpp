@@ -169,5 +169,13 @@ TEST_F(StandaloneChangeLogTest, ALogThatIsReadOnlyOrNoFileIsRefused) {
     EXPECT_THROW(Write({aRecord()}), cError);
 }
 
+TEST_F(StandaloneChangeLogTest, WithoutAFileARecordIsAnError) {
+    StandaloneChangeLog log(files, CodePage::Of(1252));
+    EXPECT_THROW(log.WriteRecord(aRecord()), cError);
+    log.OpenLog("/a/plant.KDL");
+    log.CloseLog();
+    EXPECT_THROW(log.WriteRecord(aRecord()), cError);
+}
+
 }  // namespace
 }  // namespace kd

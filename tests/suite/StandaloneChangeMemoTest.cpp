@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "fakes/MemoryFiles.h"
 
 namespace kd {
@@ -127,6 +129,22 @@ TEST_F(StandaloneChangeMemoTest, AFailureIsRaisedAndEarlierEntriesStay) {
     }
     EXPECT_EQ(Memo(), entry + entry);
     EXPECT_GE(files.Operations(), 5);  // read, open, entry, flush, close
+}
+
+TEST_F(StandaloneChangeMemoTest, WithoutAFileOrAnEntryItIsAnError) {
+    const auto errorOf = [](const std::function<void()>& action) {
+        try {
+            action();
+        } catch (const cError& error) {
+            return error.Number();
+        }
+        return 0;
+    };
+    StandaloneChangeMemo memo(files, CodePage::Of(1252));
+    EXPECT_EQ(errorOf([&] { memo.BeginEntry("MAIN", "anna", "2026-03-04", "05:06:07"); }),
+              errInvalidArgument);
+    memo.OpenMemo("/a/plant.KDM");
+    EXPECT_EQ(errorOf([&] { memo.WriteItem("Weight", "USL", "12.5", "13"); }), errInvalidArgument);
 }
 
 }  // namespace

@@ -82,14 +82,28 @@ private:
 
     void FinishVariables(const cFile& file) {
         const RuleTranslator rules(m_g.gRuleNames, file.Rules(), m_g.platform.locale.CodePage());
-        for (std::int32_t index = file.BegFieldPtr(); index <= file.EndFieldPtr(); ++index) {
-            cField& saved = m_g.gSavedFields->Ref(index);
-            cField& field = m_g.gFields->Ref(index);
-            DeriveBounds(saved, field);
-            if (!saved.Rules().empty()) {
-                field.SetRules(rules.Translate(saved.Rules()));
+        std::int32_t index = file.BegFieldPtr();
+        try {
+            for (; index <= file.EndFieldPtr(); ++index) {
+                DeriveBounds(m_g.gSavedFields->Ref(index), m_g.gFields->Ref(index));
+                TranslateLetters(rules, index);
+                RefreshGridRow(m_desk, index);
             }
-            RefreshGridRow(m_desk, index);
+        } catch (...) {
+            // The rows that are there may be edited, and a save writes all variables: those left without a
+            // row must not keep the file's letters beside the catalogue's rules.
+            // LoadApplicationsTest.AViewWhoseRowsEndEarlyIsSavedWithTheCataloguesLettersThroughout
+            for (; index <= file.EndFieldPtr(); ++index) {
+                TranslateLetters(rules, index);
+            }
+            throw;
+        }
+    }
+
+    void TranslateLetters(const RuleTranslator& rules, std::int32_t index) {
+        const Text& letters = m_g.gSavedFields->Ref(index).Rules();
+        if (!letters.empty()) {
+            m_g.gFields->Ref(index).SetRules(rules.Translate(letters));
         }
     }
 
@@ -126,10 +140,10 @@ bool OpenApplicationFile(KDApplicationFile& reader, std::string_view path) {
 
 void LoadApplications(Desk& desk) {
     Globals& g = desk.g;
+    Loader loader(desk);
     g.gFiles = std::make_shared<cFiles>();
     g.gFields = std::make_shared<cFields>();
     g.gSavedFields = std::make_shared<cFields>();
-    Loader loader(desk);
     desk.Grid.SetRedraw(false);
     {
         const Scope redraw([&desk] { desk.Grid.SetRedraw(true); });

@@ -31,8 +31,12 @@ public:
         m_record.objectKind = "FIELD";
     }
 
-    /// The marked cells of one variable, whose position is also its grid row.
+    /// The marked cells of one variable, whose position is also its grid row. One that a stopped load left
+    /// without a row has none.
     void Variable(std::int32_t index) {
+        if (index >= m_desk.Grid.Rows()) {
+            return;
+        }
         const std::int32_t cols = m_desk.Grid.Cols();
         for (std::int32_t screenCol = 0; screenCol < cols; ++screenCol) {
             if (m_desk.Grid.BackColor(index, screenCol) == ChangedColour) {

@@ -269,6 +269,35 @@ TEST(LoadApplicationsTest, AMaskWithoutPlaceForThePointStopsTheLoad) {
     EXPECT_EQ(t.files.Get("/apps/plant.kdt"), application.FileText(0));
 }
 
+TEST(LoadApplicationsTest, AViewWhoseRowsEndEarlyIsSavedWithTheCataloguesLettersThroughout) {
+    struct Case {
+        const char* label;
+        FieldBuilder field;
+        std::int32_t error;
+    };
+    const Case cases[] = {
+        {"bounds beyond a double", aField().Length(400).Max(0), errOverflow},
+        {"a mask that the file does not write", aField().Type("AR").Length(2), errInvalidArgument},
+        {"the same without given bounds", aField().Type("AR").Length(2).Max(0), errInvalidArgument},
+    };
+    for (const Case& c : cases) {
+        LoadedDesk t;
+        SetCatalogue(t.g, {"Y", "X"});
+        FieldBuilder bad = c.field;
+        t.Put(anApplication()
+                  .Header("[RULES]\r\nRULE=X\r\nRULE=Y\r\n\r\n")
+                  .Field(aField())
+                  .Field(bad.Rules("A"))
+                  .Field(aField().Rules("A")));
+        EXPECT_EQ(ErrorOf(t), c.error) << c.label;
+        EXPECT_EQ(t.g.gFields->Ref(2).Rules(), "B") << c.label;
+        EXPECT_EQ(t.g.gFields->Ref(3).Rules(), "B") << c.label;
+        EXPECT_EQ(t.g.gSavedFields->Ref(3).Rules(), "A") << c.label;
+        EXPECT_TRUE(modKDLimitDesk::SaveSchema(t.g, 1)) << c.label;
+        EXPECT_EQ(t.files.Get("/apps/plant.kdt").find("RULES        = A"), Text::npos) << c.label;
+    }
+}
+
 TEST(LoadApplicationsTest, ThirtyTwoThousandSevenHundredSixtyEightVariablesStopTheLoad) {
     LoadedDesk t;
     Text blocks;

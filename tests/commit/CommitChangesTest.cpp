@@ -317,6 +317,22 @@ TEST(CommitChangesTest, AMarkedCellInAHiddenColumnIsReported) {
     EXPECT_EQ(t.suite.records.at(0).property, "Units");
 }
 
+TEST(CommitChangesTest, VariablesThatAStoppedLoadLeftWithoutARowAreSavedAndNotReported) {
+    LoadedDesk t;
+    t.Put(anApplication().Field(aField()).Field(aField().Length(400).Max(0)).Field(aField().Name("last")));
+    EXPECT_THROW(t.Load(), cError);
+    ASSERT_EQ(t.desk.Grid.Rows(), 2);
+    t.Edit(1, colUsl, "5");
+    t.g.gFields->Ref(3).SetUnits("kg");
+    t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
+    t.toolkit.ExpectBox("1 File(s) have been modified.", BoxIcon::Information);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.suite.records.size(), 1U);
+    EXPECT_EQ(t.g.gSavedFields->Ref(3).Units(), "kg");
+    EXPECT_FALSE(t.g.gFiles->Ref(1).ChangesMade());
+    EXPECT_NE(t.files.Get("/apps/plant.kdt").find("   NAME         = last\r\n"), Text::npos);
+}
+
 TEST(CommitChangesTest, AnotherColourIsNoMark) {
     CommitDesk t;
     t.EditRows({1});

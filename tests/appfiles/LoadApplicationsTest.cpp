@@ -319,7 +319,10 @@ TEST(LoadApplicationsTest, ColumnsAreSizedOnceWhenAllRowsAreIn) {
     public:
         explicit Screen(VSFlexGrid& grid) : m_grid(grid) {}
         std::vector<std::int32_t> rowsAtSizing;
-        void AutoSize(std::int32_t, std::int32_t) override { rowsAtSizing.push_back(m_grid.Rows()); }
+        void AutoSize(std::int32_t, std::int32_t) override {
+            rowsAtSizing.push_back(m_grid.Rows());
+            EXPECT_FALSE(m_grid.Redraw()) << "the grid is drawn when its columns are sized";
+        }
 
     private:
         VSFlexGrid& m_grid;

@@ -237,6 +237,8 @@ TEST(ReadSchemaTest, WhatAReaderKeptOfOneFileDoesNotReachTheNext) {
     SchemaReader reader(t.g);
     reader.Read("/a.kdt", 1);
     reader.Read("/b.kdt", 1);
+    EXPECT_EQ(t.g.gFiles->Ref(1).Rules(), "");
+    t.g.gFiles->Ref(1).SetRules("old");
     reader.Read("/none.kdt", 1);
     EXPECT_EQ(t.g.gFields->Count(), 1);
     EXPECT_EQ(t.Field().Name(), "a");

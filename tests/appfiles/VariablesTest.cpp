@@ -90,6 +90,18 @@ TEST(TranslateRulesTest, NoLettersStayNone) {
     EXPECT_EQ(t.g.gFields->Ref(1).Rules(), "");
 }
 
+TEST(TranslateRulesTest, ARuleBehindTheLastCharacterOfTheCodePageHasNoLetter) {
+    TestDesk t;
+    for (int rule = 1; rule <= 260; ++rule) {
+        t.g.gRuleNames += (rule == 1 ? "R" : ",R") + Digits(rule);
+    }
+    // R257 would wrap to the first letter in the catalogue; the view's own 257th would wrap too.
+    t.g.gFiles->Add("/a.kdt", {}, {}, 0)->SetRules("R257," + t.g.gRuleNames);
+    aField().Rules("A").AddTo(t.g);
+    TranslateRules(t.g, 1, 1);
+    EXPECT_EQ(t.g.gFields->Ref(1).Rules(), "");
+}
+
 TEST(TranslateRulesTest, LettersRunOnPastTheTwentySixth) {
     TestDesk t;
     for (int rule = 1; rule <= 70; ++rule) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <new>
 
 #include "commit/frmCommit.h"
 #include "fakes/Builders.h"
@@ -444,6 +445,48 @@ TEST(CommitChangesTest, AnErrorInTheReportEndsTheCommitWhereItIs) {
     EXPECT_EQ(t.suite.records.size(), 1U);
     const auto log = t.SuiteLog();
     EXPECT_EQ(Text(log[log.size() - 2] + log.back()), "~ArchiveContext~Archiver");
+    t.ExpectAtRest();
+}
+
+TEST(CommitChangesTest, TheArchiversObjectsAreReleasedBeforeTheStatusIsRestored) {
+    for (const bool fails : {false, true}) {
+        CommitDesk t;
+        t.EditRows({1});
+        Text last;
+        t.desk.Panel2.OnChanged = [&] {
+            if (t.desk.Panel2.Caption() == "as before") {
+                last = t.suite.log.back();
+            }
+        };
+        t.ExpectDialog();
+        if (fails) {
+            t.suite.failLogWith = errDiskFull;
+            t.suite.failLogAtRecord = 1;
+            t.toolkit.ExpectBox(
+                "An error occurred while saving changes:\r\n61 (KDChangeLog.WriteRecord) - Disk full",
+                BoxIcon::Critical);
+        } else {
+            t.ExpectModified(1);
+        }
+        CommitChanges(t.desk);
+        EXPECT_EQ(last, "~Archiver") << fails;
+    }
+}
+
+TEST(CommitChangesTest, WantOfMemoryEndsTheCommitLikeAnyOtherError) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.desk.Panel2.OnChanged = [&] {
+        if (t.desk.Panel2.Caption().starts_with("Saving: ")) {
+            throw std::bad_alloc();
+        }
+    };
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("An error occurred while saving changes:\r\n7 (CommitChanges) - Out of memory",
+                        BoxIcon::Critical);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.IsOld(0));
+    EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
     t.ExpectAtRest();
 }
 

@@ -124,6 +124,16 @@ public:
     void AutoSize(std::int32_t first, std::int32_t last) override { calls.emplace_back(first, last); }
 };
 
+TEST(ColumnCatalogueTest, LayingOutSizesAllColumns) {
+    LoadedDesk desk;
+    BuildColumnCatalogue(desk.g);
+    AutoSizeCalls screen;
+    desk.desk.Grid.SetScreen(&screen);
+    SetupGridColumns(desk.desk);
+    EXPECT_EQ(screen.calls, (std::vector<std::pair<std::int32_t, std::int32_t>>{{0, 34}}));
+    desk.desk.Grid.SetScreen(nullptr);
+}
+
 TEST(ColumnCatalogueTest, AlignmentGoesByTheLetterAndThenAllColumnsAreSized) {
     LoadedDesk desk;
     BuildColumnCatalogue(desk.g);

@@ -430,6 +430,7 @@ TEST_F(cFieldTest, FixedLimitShowsOneDecimalMoreThanItsVariable) {
         {"no length and decimals", 0, 1, 1.5, "!", "!"},
         {"negative length", -1, 0, 1.5, "!", "!"},
         {"negative length and decimals", -3, -2, 1.5, "!", "!"},
+        {"negative length, room for a bare point", -1, -1, 1.5, "!", "!"},
         {"decimals of minus 1: a bare point", 6, -1, 12.5, "13.", "13"},
         {"decimals further below: no point", 6, -2, 12.5, "13", "13"},
         {"widest decimals", 32767, 32766, 0.5, nullptr, nullptr},

@@ -272,12 +272,14 @@ TEST(ReadSchemaTest, ANumberThatDoesNotFitStopsTheFileAndKeepsTheRecordsSoFarInB
         const char* line;
         const char* label;
     };
+    const Text megabyte = "LENGTH=" + Text(1U << 20U, '9');
     const Case cases[] = {{"LENGTH=40000", "16 bits"},
                           {"LENGTH=-32769", "16 bits below"},
                           {"#AVG=32768", "16 bits by one"},
                           {"RAWFIELD=3000000000", "32 bits"},
                           {"LIMITMETHOD=1E20", "32 bits by far"},
                           {"MAX=1E999", "a double"},
+                          {megabyte.c_str(), "a megabyte of digits"},
                           {"USL=F1E999", "a limit"}};
     for (const Case& c : cases) {
         ReadDesk t;

@@ -258,6 +258,36 @@ TEST(SaveSchemaTest, AHeaderWithoutALineEndAtItsEndGetsOne) {
     EXPECT_TRUE(t.files.Get(t.target).starts_with("a\r\nb\r\n[FIELD]\r\n"));
 }
 
+TEST(SaveSchemaTest, TheRevisionIsRaisedBeforeTheRulesAreSwapped) {
+    WriteDesk t;
+    SetCatalogue(t.g, {"Version=3"});
+    t.files.Put(t.target, "[RULES]\r\nRULE=x\r\n\r\nVERSION=1\r\n");
+    EXPECT_TRUE(t.Save());
+    EXPECT_EQ(t.files.Get(t.target), "[RULES]\r\n   RULE         = Version=3\r\n\r\nVERSION= 1.001\r\n");
+}
+
+TEST(SaveSchemaTest, LinesOfAMegabyteSurviveALoadAndASave) {
+    WriteDesk t;
+    const std::string name(1U << 20U, 'x');
+    const std::string header = "; " + std::string(1U << 20U, '\xE4') + "\r\n";
+    const std::string bytes = header + "[FIELD]\r\n   NAME         = " + name +
+                              "\r\n   XREF         = \r\n   TYPE         = x\r\n   LENGTH       = 1\r\n";
+    t.files.Put(t.target, bytes);
+    ReadSchema(t.g, t.target, 1);
+    t.file->SetEndFieldPtr(1);
+    EXPECT_TRUE(t.Save());
+    EXPECT_EQ(t.files.Get(t.target), bytes);
+}
+
+TEST(SaveSchemaTest, AFileOfBareLineFeedsIsAllHeader) {
+    WriteDesk t;
+    t.files.Put(t.target, "VERSION=1\r\n[FIELD]\nNAME=a\n");
+    ReadSchema(t.g, t.target, 1);
+    EXPECT_EQ(t.g.gFields->Count(), 0);
+    EXPECT_TRUE(t.Save());
+    EXPECT_EQ(t.files.Get(t.target), "VERSION= 1.001\r\n[FIELD]\nNAME=a\n\r\n");
+}
+
 TEST(SaveSchemaTest, UnknownKeysAndCommentsBehindTheFirstFieldAreGone) {
     WriteDesk t;
     t.files.Put(t.target, "; kept\r\n[FIELD]\r\n; gone\r\nWHATEVER = gone\r\n[RULES]\r\nRULE = gone\r\n\r\n");

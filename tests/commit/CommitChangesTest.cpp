@@ -203,6 +203,17 @@ TEST(CommitChangesTest, ARecordHasItsTenFieldsWithTheNewRevisionAndOneTimeForThe
                                                 "USL", "20.000", "5.000"}));
 }
 
+TEST(CommitChangesTest, AViewWithoutANameIsReportedAsTheMainOne) {
+    LoadedDesk t;
+    t.Put(anApplication().View("", 4).Field(aField()));
+    t.Load();
+    t.Edit(1, colUsl, "5");
+    t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
+    t.toolkit.ExpectBox("1 File(s) have been modified.", BoxIcon::Information);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.suite.records.at(0).view, "MAIN");
+}
+
 TEST(CommitChangesTest, GenerationSixHasItsOwnNamesOfFiles) {
     CommitDesk t("/apps/plant.kdt6");
     t.EditRows({2});

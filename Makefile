@@ -2,13 +2,14 @@
 JOBS ?= $(shell nproc)
 CMAKE_BUILD = cmake --build build/$(1) --parallel $(JOBS)
 
-.PHONY: help run test core bench format tidy samples clean
+.PHONY: help run test core bench package format tidy samples clean
 
 help:
 	@echo "make run      the program on a copy of the samples (a guided run where there is no display)"
 	@echo "make test     all tests"
 	@echo "make core     the core and its tests, without Qt"
 	@echo "make bench    the benchmark at the limit of 32,767 variables"
+	@echo "make package  a Debian package of the program in build/packages"
 	@echo "make format   lays the sources out with clang-format"
 	@echo "make tidy     clang-tidy over all sources"
 	@echo "make samples  makes the sample applications anew from their tables"
@@ -32,6 +33,9 @@ bench:
 	@scripts/setup.sh build
 	cmake --preset release
 	$(call CMAKE_BUILD,release) --target bench
+
+package:
+	@JOBS=$(JOBS) scripts/package.sh
 
 format:
 	@scripts/setup.sh check

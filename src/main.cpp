@@ -5,6 +5,7 @@
 int main(int argc, char** argv) {
     const QApplication loop(argc, argv);
     QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
+    QApplication::setDesktopFileName(QStringLiteral("com.example.kdlimitdesk"));
     // The first dialog is open before the main window is there; its end is not the program's.
     QApplication::setQuitOnLastWindowClosed(false);
     kd::ProvideUserName();

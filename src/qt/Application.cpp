@@ -12,6 +12,7 @@
 #include "edit/frmReplace.h"
 #include "grid/frmAutoFilter.h"
 #include "help/frmAbout.h"
+#include "lifecycle/FirstStart.h"
 #include "qt/AboutDialog.h"
 #include "qt/AdminDialog.h"
 #include "qt/AutoFilterDialog.h"
@@ -96,12 +97,18 @@ ApplicationPlaces ApplicationPlaces::OfUser() {
         places.suite.applicationsFolder = UserFolder(QStandardPaths::HomeLocation);
     }
     places.suite.programDataFolder = ProgramDataFolder(files, Text(paths::Folder(places.programPath)));
+    places.installedSamples = paths::Join(places.suite.programDataFolder, "samples", delimiter);
+    places.ownSamples =
+        paths::Join(paths::Join(UserFolder(QStandardPaths::GenericDataLocation), "kdlimitdesk", delimiter),
+                    "samples", delimiter);
     places.suite.helpFolder = paths::Join(places.suite.programDataFolder, HelpFolderName, delimiter);
     return places;
 }
 
 Application::Application(ApplicationPlaces places)
-    : m_environment(places.programPath),
+    : m_installedSamples(places.installedSamples),
+      m_ownSamples(places.ownSamples),
+      m_environment(places.programPath),
       m_files(m_locale.CodePage()),
       m_suite(std::move(places.suite), m_files, m_locale, m_clock, Makers()),
       m_platform{m_files, m_toolkit, m_locale, m_clock, m_environment, m_shell, m_fileDialog, m_suite},
@@ -126,6 +133,7 @@ StandaloneSuite::Makers Application::Makers() {
 }
 
 bool Application::Start() {
+    modKDLimitDesk::ProvideSampleApplications(m_globals, m_installedSamples, m_ownSamples);
     if (!m_form->Form_Load(static_cast<std::uintptr_t>(m_window->winId()))) {
         return false;
     }

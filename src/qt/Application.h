@@ -20,6 +20,9 @@ namespace kd {
 struct ApplicationPlaces {
     Text programPath;  // of the program's own file; the settings for a first start lie beside it
     SuitePlaces suite;
+    /// The sample applications that an installation brings, and the user's copy of them.
+    Text installedSamples{};
+    Text ownSamples{};
 
     /// The places of the user who runs the program: settings in the user's configuration folder, the
     /// program's data beside the program, or where an installation or a build tree keeps them.
@@ -51,6 +54,8 @@ public:
 private:
     StandaloneSuite::Makers Makers();
 
+    Text m_installedSamples;
+    Text m_ownSamples;
     SystemLocale m_locale;
     SystemClock m_clock;
     SystemEnvironment m_environment;

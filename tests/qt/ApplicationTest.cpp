@@ -72,6 +72,19 @@ TEST_F(ApplicationTest, OkLoadsAndShowsTheWindow) {
     EXPECT_TRUE(program.Window().close());
 }
 
+TEST_F(ApplicationTest, FirstStartOfAnInstalledProgramOffersCopiesOfItsSamples) {
+    ApplicationPlaces places = Places();
+    places.installedSamples = Path("apps");
+    places.ownSamples = Path("own/samples");
+    Application program(places);
+    NextModal admin([](QWidget&) { Press(Qt::Key_Return); });
+    ASSERT_TRUE(program.Start());
+    EXPECT_TRUE(
+        Find<QLabel>(program.Window(), "Panel2").text().startsWith("Done ... , Applications: 2, Views: "));
+    EXPECT_EQ(program.Data().gMasterFiles->Item(1)->Filename(), Path("own/samples/dairy.kdt6"));
+    EXPECT_TRUE(program.Window().close());
+}
+
 TEST_F(ApplicationTest, IconIsThereInAllSizes) {
     const Application program(Places());
     for (const int size : {16, 32, 48, 256}) {

@@ -1,0 +1,93 @@
+#include "lifecycle/FirstStart.h"
+
+#include <gtest/gtest.h>
+
+#include "base/Paths.h"
+#include "fakes/TestDesk.h"
+#include "lifecycle/Settings.h"
+#include "lifecycle/StartUp.h"
+
+namespace kd {
+namespace {
+
+using namespace modKDLimitDesk;
+
+class FirstStartTest : public testing::Test {
+protected:
+    TestDesk desk;
+    const Text installed = "/usr/share/kdlimitdesk/samples";
+    const Text own = "/home/anna/.local/share/kdlimitdesk/samples";
+
+    void SetUp() override {
+        desk.files.MakeFolder(paths::Folder(SettingsPath(desk.g)));
+        desk.files.Put(installed + "/water.kdt6", "template");
+        desk.files.Put(installed + "/water.KDV6.V1", "view");
+        desk.files.Put(installed + "/diesel.kdt", "other");
+    }
+    void Provide() { ProvideSampleApplications(desk.g, installed, own); }
+    std::vector<Text> Listed() {
+        ReadSettings(desk.g, SettingsPath(desk.g));
+        std::vector<Text> names;
+        for (const auto& application : *desk.g.gMasterFiles) {
+            names.push_back(application->Filename());
+        }
+        return names;
+    }
+};
+
+TEST_F(FirstStartTest, SamplesAreCopiedToTheUserAndListed) {
+    Provide();
+    EXPECT_EQ(Listed(), (std::vector<Text>{own + "/diesel.kdt", own + "/water.kdt6"}));
+    EXPECT_EQ(desk.files.Get(own + "/water.KDV6.V1"), "view");
+    EXPECT_EQ(desk.files.Get(installed + "/water.kdt6"), "template");
+}
+
+TEST_F(FirstStartTest, SettingsOfTheUserStayAsTheyAre) {
+    desk.files.Put(SettingsPath(desk.g), "[FILES]\r\n");
+    Provide();
+    EXPECT_EQ(desk.files.Get(SettingsPath(desk.g)), "[FILES]\r\n");
+    EXPECT_FALSE(desk.files.Exists(own));
+}
+
+TEST_F(FirstStartTest, AListBesideTheProgramComesFirst) {
+    desk.files.Put(FallbackSettingsPath(desk.g), "[FILES]\r\n");
+    Provide();
+    EXPECT_FALSE(desk.files.Exists(SettingsPath(desk.g)));
+    EXPECT_FALSE(desk.files.Exists(own));
+}
+
+TEST_F(FirstStartTest, WhatWasTriedOutOnTheCopiesStays) {
+    desk.files.Put(own + "/water.kdt6", "changed");
+    Provide();
+    EXPECT_EQ(desk.files.Get(own + "/water.kdt6"), "changed");
+    EXPECT_EQ(Listed(), std::vector<Text>{own + "/water.kdt6"});
+}
+
+TEST_F(FirstStartTest, WithoutInstalledSamplesNothingIsMade) {
+    ProvideSampleApplications(desk.g, "/nowhere", own);
+    EXPECT_FALSE(desk.files.Exists(own));
+    EXPECT_FALSE(desk.files.Exists(SettingsPath(desk.g)));
+}
+
+TEST_F(FirstStartTest, ACopyThatFailsLeavesNeitherFolderNorSettings) {
+    int failed = 0;
+    for (int operation = 1; operation < 50; ++operation) {
+        TestDesk fresh;
+        fresh.files.Put(installed + "/water.kdt6", "template");
+        fresh.files.Put(installed + "/water.KDV6.V1", "view");
+        fresh.files.FailAt(operation, errDiskFull);
+        ProvideSampleApplications(fresh.g, installed, own);
+        fresh.files.FailAt(0);
+        if (!fresh.files.Exists(own)) {
+            ++failed;
+            EXPECT_FALSE(fresh.files.Exists(SettingsPath(fresh.g))) << operation;
+            EXPECT_FALSE(fresh.files.Exists(own + ".new/water.kdt6")) << operation;
+        } else {
+            EXPECT_EQ(fresh.files.Get(own + "/water.KDV6.V1"), "view") << operation;
+        }
+    }
+    EXPECT_GT(failed, 3);
+}
+
+}  // namespace
+}  // namespace kd

@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 CMAKE_BUILD = cmake --build build/$(1) --parallel $(JOBS)
 
-.PHONY: help run test core bench package format tidy samples clean
+.PHONY: help run test core bench package package-test format tidy samples clean
 
 help:
 	@echo "make run      the program on a copy of the samples (a guided run where there is no display)"
@@ -10,6 +10,7 @@ help:
 	@echo "make core     the core and its tests, without Qt"
 	@echo "make bench    the benchmark at the limit of 32,767 variables"
 	@echo "make package  a Debian package of the program in build/packages"
+	@echo "make package-test  installs that package, does the main job in it, removes it"
 	@echo "make format   lays the sources out with clang-format"
 	@echo "make tidy     clang-tidy over all sources"
 	@echo "make samples  makes the sample applications anew from their tables"
@@ -36,6 +37,9 @@ bench:
 
 package:
 	@JOBS=$(JOBS) scripts/package.sh
+
+package-test: package
+	@scripts/try_package.sh
 
 format:
 	@scripts/setup.sh check

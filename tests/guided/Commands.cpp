@@ -14,6 +14,7 @@ namespace {
 constexpr std::int32_t ColName = 7;  // screen positions
 constexpr std::int32_t ColUsl = 9;
 constexpr std::int32_t ColLsl = 15;
+constexpr std::int32_t ColUnits = 27;
 
 /// The texts that the steps hand on.
 struct Noted {
@@ -45,6 +46,22 @@ public:
             return !grid.VisibleRows().empty() && grid.CellPicture(ColName) == HeaderPicture::FilterOn;
         });
         m_guide.Picture("11-filtered");
+    }
+
+    void PopUp() {
+        Idle("", [this] {
+            m_guide.ClickCell(Row(), ColUsl);
+            // Queued: the menu stays open in the handler of the click.
+            QMetaObject::invokeMethod(
+                &m_guide.Grid(), [this] { m_guide.ClickCell(Row(), ColUsl, Qt::RightButton); },
+                Qt::QueuedConnection);
+        });
+        m_guide.Then(
+            "the pop-up menu", [] { return QApplication::activePopupWidget() != nullptr; },
+            [this] {
+                m_guide.SavePicture("18-pop-up-menu");
+                QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+            });
     }
 
     void FillAndRestore() {
@@ -109,6 +126,10 @@ public:
         m_guide.Choose("mnuView", "mnuShowPaths");
         m_guide.Check("VarNo and Variable Name are frozen", [this] { return Grid().FrozenCols() == 8; });
         m_guide.Picture("16-frozen-columns");
+        m_guide.Choose("mnuView", "mnuShowAll");
+        Idle("", [this] { m_guide.Grid().ShowCell(1, ColUnits); });
+        m_guide.Picture("19-properties");
+        m_guide.Choose("mnuView", "mnuShowAll");
         m_guide.Choose("mnuView", "mnuShowPaths");
         m_guide.Choose("mnuHelp", "mnuHelpAbout");
         m_guide.Form("frmAbout", "17-about", [](QWidget& dialog) { Guide::Press(dialog, "cmdOk"); });
@@ -146,6 +167,7 @@ void TryCommands(Guide& guide, Application& program, const LimitChange& variable
     // The steps run later: they keep the trial alive.
     const auto trial = std::make_shared<Trial>(guide, program, variable);
     trial->Filter();
+    trial->PopUp();
     trial->FillAndRestore();
     trial->PasteAndRestore();
     trial->ReplaceAndRestore();

@@ -128,11 +128,10 @@ GridWidget& Guide::Grid() const {
     return *m_program.Window().findChild<GridWidget*>(QStringLiteral("Grid"));
 }
 
-void Guide::ClickCell(std::int32_t row, std::int32_t screenCol) const {
+void Guide::ClickCell(std::int32_t row, std::int32_t screenCol, Qt::MouseButton button) const {
     Grid().ShowCell(row, screenCol);
     QApplication::processEvents();
-    QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {},
-                      Grid().Layout().ShownRect(row, screenCol).center());
+    QTest::mouseClick(Grid().viewport(), button, {}, Grid().Layout().ShownRect(row, screenCol).center());
 }
 
 void Guide::PressHeader(std::int32_t screenCol) const {

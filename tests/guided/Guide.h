@@ -52,7 +52,7 @@ public:
     static void Press(QWidget& window, const char* control);
     static void Keys(const std::string& text);
     static void Key(Qt::Key key);
-    void ClickCell(std::int32_t row, std::int32_t screenCol) const;
+    void ClickCell(std::int32_t row, std::int32_t screenCol, Qt::MouseButton button = Qt::LeftButton) const;
     /// Presses the header of a column.
     void PressHeader(std::int32_t screenCol) const;
     /// Clicks the entry of a list that has this text.

@@ -1,6 +1,9 @@
 #include "guided/MainJob.h"
 
 #include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTest>
 #include <algorithm>
 #include <memory>
 
@@ -58,8 +61,15 @@ std::int32_t RowOf(Application& program, const LimitChange& change) {
 }
 
 void LoadAll(Guide& guide, Application& program) {
-    guide.Form("frmApplicationAdmin", "01-manage-applications",
-               [](QWidget& dialog) { Guide::Press(dialog, "cmdOk"); });
+    guide.Form("frmApplicationAdmin", "01-manage-applications", [&guide](QWidget& dialog) {
+        auto* const filter = dialog.findChild<QComboBox*>(QStringLiteral("cboFilter"));
+        QTest::keyClicks(filter->lineEdit(), QStringLiteral("samples water|diesel"));
+        Guide::Press(dialog, "cmdFilter");
+        guide.SavePicture("20-applications-filtered");
+        filter->lineEdit()->clear();
+        Guide::Press(dialog, "cmdFilter");
+        Guide::Press(dialog, "cmdOk");
+    });
     guide.Then(
         "the applications are loaded",
         [&program] { return program.Form().Controls().Panel2.Caption().rfind("Done ... ", 0) == 0; }, [] {});

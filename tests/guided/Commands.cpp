@@ -1,6 +1,7 @@
 #include "guided/Commands.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QLineEdit>
 #include <QTest>
 #include <memory>
@@ -51,6 +52,9 @@ public:
     void PopUp() {
         Idle("", [this] {
             m_guide.ClickCell(Row(), ColUsl);
+            // The menu comes up at the pointer, which a simulated click does not move.
+            const GridWidget& grid = m_guide.Grid();
+            QCursor::setPos(grid.viewport()->mapToGlobal(grid.Layout().ShownRect(Row(), ColUsl).center()));
             // Queued: the menu stays open in the handler of the click.
             QMetaObject::invokeMethod(
                 &m_guide.Grid(), [this] { m_guide.ClickCell(Row(), ColUsl, Qt::RightButton); },

@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 CMAKE_BUILD = cmake --build build/$(1) --parallel $(JOBS)
 
-.PHONY: help run test core bench package package-test format tidy samples clean
+.PHONY: help run test core bench package package-test accessibility-test format tidy samples clean
 
 help:
 	@echo "make run      the program on a copy of the samples (a guided run where there is no display)"
@@ -11,6 +11,7 @@ help:
 	@echo "make bench    the benchmark at the limit of 32,767 variables"
 	@echo "make package  a Debian package of the program in build/packages"
 	@echo "make package-test  installs that package, does the main job in it, removes it"
+	@echo "make accessibility-test  the program at the limit as a screen reader sees it"
 	@echo "make format   lays the sources out with clang-format"
 	@echo "make tidy     clang-tidy over all sources"
 	@echo "make samples  makes the sample applications anew from their tables"
@@ -40,6 +41,9 @@ package:
 
 package-test: package
 	@scripts/try_package.sh
+
+accessibility-test:
+	@JOBS=$(JOBS) scripts/try_accessibility.sh
 
 format:
 	@scripts/setup.sh check

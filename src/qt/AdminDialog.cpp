@@ -47,7 +47,7 @@ AdminDialog::AdminDialog(frmApplicationAdmin& form, EventEdge& edge, QWidget* pa
     filter->setFont(FilterFont(font()));
     filter->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     filter->setMinimumContentsLength(20);
-    filter->setAccessibleName(tr("Filter criteria"));
+    filter->SetSpokenName(tr("Filter criteria"));
     grid->setAccessibleName(tr("List of active applications"));
 
     auto* const top = new QHBoxLayout;

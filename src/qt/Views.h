@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -40,6 +41,12 @@ public:
         setDuplicatesEnabled(true);  // else Enter replaces the text by an entry in another case
         setCompleter(nullptr);
         setMaxVisibleItems(21);
+    }
+    /// A screen reader meets the field and the list as objects of their own: they bear the same name.
+    void SetSpokenName(const QString& name) {
+        setAccessibleName(name);
+        lineEdit()->setAccessibleName(name);
+        view()->setAccessibleName(name);
     }
     std::function<void()> AboutToDropDown;
     void showPopup() override {

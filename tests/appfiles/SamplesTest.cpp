@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "SourceFolder.h"
 #include "appfiles/FileNames.h"
 #include "appfiles/SchemaHeader.h"
 #include "appfiles/SchemaReader.h"

@@ -45,7 +45,10 @@ TEST_F(AdminDialogTest, ControlsBearNamesAndEditsHaveAccessibleOnes) {
                                        "cmdRemoveApplication", "cmdHelp", "cmdOk", "cmdCancel"}) {
             EXPECT_TRUE(Find(window, name).isVisible()) << name;
         }
-        EXPECT_FALSE(Find(window, "cboFilter").accessibleName().isEmpty());
+        auto& filter = Find<QComboBox>(window, "cboFilter");
+        EXPECT_FALSE(filter.accessibleName().isEmpty());
+        EXPECT_EQ(filter.lineEdit()->accessibleName(), filter.accessibleName());
+        EXPECT_EQ(filter.view()->accessibleName(), filter.accessibleName());
         EXPECT_FALSE(Find(window, "Grid").accessibleName().isEmpty());
         EXPECT_TRUE(Find(window, "cmdOk").accessibleName().isEmpty());
         EXPECT_EQ(Find<QLabel>(window, "Label1").text(), "Enter filter criteria separated by spaces");

@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 
 #include "Screen.h"
+#include "SourceFolder.h"
 #include "base/Paths.h"
 #include "qt/QtText.h"
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "SourceFolder.h"
 #include "fakes/FakeServices.h"
 #include "fakes/MemoryFiles.h"
 #include "system/SystemFiles.h"

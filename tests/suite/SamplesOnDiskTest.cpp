@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "SourceFolder.h"
 #include "appfiles/FileNames.h"
 #include "appfiles/LoadApplications.h"
 #include "appfiles/SchemaWriter.h"

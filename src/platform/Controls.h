@@ -103,16 +103,20 @@ public:
     const Text& Value() const noexcept { return m_value; }
     void SetValue(Text value) { Set(m_value, std::move(value)); }
     void UserType(Text value) { SetValue(std::move(value)); }
-    /// Asks the screen to select the whole text.
+    /// Asks the screen to select the whole text. A form asks before its window is there: the wish waits.
     void SelectAll() {
+        m_selectAllWaits = !OnSelectAll;
         if (OnSelectAll) {
             OnSelectAll();
         }
     }
     std::function<void()> OnSelectAll;
+    /// For the screen, when it comes: whether the whole text is to be selected; asked once.
+    [[nodiscard]] bool TakeSelectAll() noexcept { return std::exchange(m_selectAllWaits, false); }
 
 private:
     Text m_value;
+    bool m_selectAllWaits = false;
 };
 
 /// Values of a check box.

@@ -199,6 +199,9 @@ TextBoxBinder::TextBoxBinder(TextBox& control, QLineEdit& widget, EventEdge& edg
             [this](const QString& text) { Edge().Run([&] { m_text.UserType(FromQt(text)); }); });
     m_text.OnSelectAll = [this] { m_view.selectAll(); };
     Show();
+    if (m_text.TakeSelectAll()) {
+        m_view.selectAll();
+    }
 }
 
 TextBoxBinder::~TextBoxBinder() {

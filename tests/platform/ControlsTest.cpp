@@ -86,6 +86,17 @@ TEST(TextBoxTest, TextFromTheUserAndFromTheForm) {
     EXPECT_EQ(changes, 2);
 }
 
+TEST(TextBoxTest, WishToSelectAllWaitsForAScreenAndIsAskedOnce) {
+    TextBox box("txtFind");
+    EXPECT_FALSE(box.TakeSelectAll());
+    box.SelectAll();
+    EXPECT_TRUE(box.TakeSelectAll());
+    EXPECT_FALSE(box.TakeSelectAll());
+    box.OnSelectAll = [] {};
+    box.SelectAll();
+    EXPECT_FALSE(box.TakeSelectAll()) << "the screen has done it";
+}
+
 TEST(CheckBoxTest, UsersClickClearsAnyMark) {
     struct Case {
         CheckState before;

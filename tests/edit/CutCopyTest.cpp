@@ -203,6 +203,24 @@ TEST_F(CutTest, ReadOnlyIsAskedBeforeTheValueCellByCell) {
     Cut(desk);
 }
 
+TEST_F(CutTest, ClipboardIsTouchedOnlyAfterTheCellsAreBlank) {
+    AddUnits({"a"});
+    suite.clipboard = "before";
+    Select(1, cnUnits, 1, cnUnits);
+    /// Looks at the clipboard when the grid repaints, which is when all cells are written.
+    struct Watcher : GridScreen {
+        explicit Watcher(CutTest& cut) : test(cut) {}
+        void LayoutChanged() override { seen.push_back(test.Cell(1, cnUnits) + "|" + test.suite.clipboard); }
+        CutTest& test;
+        std::vector<Text> seen;
+    } watcher(*this);
+    desk.Grid.SetScreen(&watcher);
+    Cut(desk);
+    desk.Grid.SetScreen(nullptr);
+    EXPECT_THAT(watcher.seen, ElementsAre("|before"));
+    EXPECT_EQ(suite.clipboard, "a");
+}
+
 TEST_F(CutTest, LastRowIsCut) {
     AddUnits({"a", "b"});
     Select(2, cnUnits, 2, cnUnits);

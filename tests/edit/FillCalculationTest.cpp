@@ -148,6 +148,29 @@ TEST_F(FillCalculationTest, AnotherChoiceAfterARefusalFills) {
     EXPECT_THAT(Column(cnUSL), ElementsAre("11.000"));
 }
 
+TEST_F(FillCalculationTest, AConstantAfterARefusalFillsAndBothTextsStayedInTheDialog) {
+    AddPair(1, 10);
+    Select(1, cnUSL, 1, cnUSL);
+    Expect([](frmFill& form) {
+        form.txtConstant.UserType("7");
+        form.txtLimitValue.UserFocus();
+        form.txtLimitValue.UserType("2");
+        form.optLimits.UserSelect(cnLSL - cnUSL);  // LSL is "C"
+        form.cmdOk.UserClick();
+    });
+    toolkit.ExpectBox(BlankOrCalcBox, BoxIcon::Exclamation);
+    Expect([](frmFill& form) {
+        EXPECT_EQ(form.txtConstant.Value(), "7");
+        EXPECT_EQ(form.txtLimitValue.Value(), "2");
+        EXPECT_EQ(form.optLimits.Selected(), cnLSL - cnUSL);
+        form.txtConstant.UserFocus();
+        form.cmdOk.UserClick();
+    });
+    Run();
+    EXPECT_THAT(Column(cnUSL), ElementsAre("7.000"));
+    EXPECT_EQ(memory.LastFillText, "7");
+}
+
 TEST_F(FillCalculationTest, ClosingByTheFrameAfterAnOkGoesOnWithTheLastChoices) {
     AddPair(1, 10);
     Select(1, cnUSL, 1, cnUSL);
@@ -191,6 +214,89 @@ TEST_F(FillCalculationTest, ResultIsMarkedWhereItsTextDiffersFromTheBaseline) {
     Run();
     EXPECT_THAT(Column(cnUSL), ElementsAre("11.000"));
     EXPECT_TRUE(Marked(1, cnUSL));
+}
+
+TEST_F(FillCalculationTest, ResultIsGivenWithADigitBeforeThePoint) {
+    // The cell shows ".5", so that the given "0.5" differs from the baseline.
+    AddRow([](cField& field) {
+        field.SetDecimals(0);
+        field.SetUSLflag("F");
+        field.SetUSL(0.5);
+    });
+    ASSERT_EQ(Cell(1, cnUSL), ".5");
+    Select(1, cnUSL, 1, cnUSL);
+    ExpectCalculation(cnUSL, pmPlus, "0");
+    Run();
+    EXPECT_EQ(Cell(1, cnUSL), ".5");
+    EXPECT_TRUE(Marked(1, cnUSL));
+}
+
+TEST_F(FillCalculationTest, ResultIsGivenWithTheLocalesSeparator) {
+    for (const char separator : {'.', ','}) {
+        locale.separator = separator;
+        const std::int32_t row = AddRow([](cField& field) {
+            field.SetDecimals(0);
+            field.SetUSLflag("F");
+            field.SetUSL(10.5);
+        });
+        ASSERT_EQ(Cell(row, cnUSL), separator == '.' ? "10.5" : "10,5");
+        Select(row, cnUSL, row, cnUSL);
+        ExpectCalculation(cnUSL, pmPlus, "0");
+        Run();
+        EXPECT_FALSE(Marked(row, cnUSL)) << "given as the baseline shows it";
+    }
+}
+
+TEST_F(FillCalculationTest, PercentageIsTakenOfTheValueFirst) {
+    // Another order of the same operations overflows, or gives other digits.
+    const std::int32_t large = AddPair(0, 1);
+    desk.Grid.SetTextMatrix(large, Position(cnTGT), "1E307");
+    Select(large, cnUSL, large, cnUSL);
+    ExpectCalculation(cnTGT, pmPlusPercent, "100");
+    Run();
+    EXPECT_EQ(g.gFields->Ref(large).USL(), 2E307);
+    const std::int32_t small = AddPair(0, 3);
+    Select(small, cnUSL, small, cnUSL);
+    ExpectCalculation(cnTGT, pmMinusPercent, "100.0000001");
+    Run();
+    EXPECT_EQ(g.gFields->Ref(small).USL(), -2.99999936004269E-09);
+}
+
+TEST_F(FillCalculationTest, ColumnsAreToldByTheirNumbersInAnyOrder) {
+    // "USL" and "TGT" have changed places with "Units" and "Category".
+    const auto swapColumns = [this](ColumnNumber one, ColumnNumber other) {
+        desk.Grid.SetColData(Position(one), other);
+        desk.Grid.SetColData(Position(other), one);
+    };
+    AddPair(0, 0);
+    swapColumns(cnUSL, cnUnits);
+    swapColumns(cnTGT, cnCategory);
+    desk.Grid.SetTextMatrix(1, Position(cnCategory), "10");  // where "TGT" stands now
+    Select(1, cnUnits, 1, cnUnits);                          // where "USL" stands now
+    Expect([](frmFill& form) {
+        EXPECT_EQ(form.lblLimit.Caption(), "USL  =");
+        form.txtLimitValue.UserFocus();
+        form.txtLimitValue.UserType("1");
+        form.cmdOk.UserClick();  // from TGT, plus
+    });
+    Run();
+    EXPECT_EQ(g.gFields->Ref(1).USL(), 11);
+}
+
+TEST_F(FillCalculationTest, HiddenFirstColumnOfASelectionIsTheOneThatIsFilled) {
+    AddPair(1, 10);
+    SetShown(cnUSL, false);
+    Select(1, cnUSL, 1, cnUCL);
+    Expect([](frmFill& form) {
+        EXPECT_EQ(form.lblLimit.Caption(), "USL  =");
+        form.txtLimitValue.UserFocus();
+        form.txtLimitValue.UserType("1");
+        form.cmdOk.UserClick();
+    });
+    const Text ucl = Cell(1, cnUCL);
+    Run();
+    EXPECT_EQ(Cell(1, cnUSL), "11.000");
+    EXPECT_EQ(Cell(1, cnUCL), ucl);
 }
 
 TEST_F(FillCalculationTest, ResultBeyondANumberIsRefusedWithNoCellChanged) {

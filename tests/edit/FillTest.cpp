@@ -193,6 +193,27 @@ TEST_F(FillTest, FirstOffendingCellIsReportedRowByRow) {
     EXPECT_FALSE(ChangesMade());
 }
 
+TEST_F(FillTest, RefusalNamesTheOffendingColumnOfSeveral) {
+    AddLimits(cnUSL, {1});
+    Select(1, cnVariableName, 1, cnMax);
+    ExpectConstant("x");
+    toolkit.ExpectBox(InvalidBox("Max", "x"), BoxIcon::Exclamation);
+    ExpectCancel();
+    Run();
+    EXPECT_EQ(Cell(1, cnVariableName), "V1");
+    EXPECT_FALSE(ChangesMade());
+}
+
+TEST_F(FillTest, DialogStartsWithTheWalksFirstCellNotWithTheCurrentOne) {
+    AddUnits({"top", "bottom"});
+    Select(2, cnUnits, 1, cnUnits);
+    Expect([](frmFill& form) {
+        EXPECT_EQ(form.txtConstant.Value(), "top");
+        form.cmdCancel.UserClick();
+    });
+    Run();
+}
+
 TEST_F(FillTest, RefusedConstantIsRemembered) {
     AddLimits(cnUSL, {1, 2});
     Select(1, cnUSL, 2, cnUSL);

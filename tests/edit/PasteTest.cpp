@@ -37,6 +37,40 @@ TEST_F(PasteTest, LinesOfAnotherWidthAreDroppedSilently) {
     EXPECT_THAT(Column(cnUCL), ElementsAre("2.000", "5.000", Cell(3, cnUCL)));
 }
 
+TEST_F(PasteTest, WiderLinesAreDroppedAsNarrowerOnesAre) {
+    AddLimits(cnUSL, {0, 0, 9});
+    PasteAt(1, cnUSL, "1\t2\r3\t4\t5\r6\t7\r8\r");
+    EXPECT_THAT(Column(cnUSL), ElementsAre("1.000", "6.000", "9.000"));
+    EXPECT_THAT(Column(cnUCL), ElementsAre("2.000", "7.000", Cell(3, cnUCL)));
+    EXPECT_EQ(Cell(1, cnUWL), "C") << "nothing runs over into the next column";
+}
+
+TEST_F(PasteTest, RefusalNamesTheOffendingColumnOfSeveral) {
+    AddLimits(cnUSL, {1});
+    toolkit.ExpectBox("Clipboard contains invalid data.\r\n\r\nFound: UCL = 'x'", BoxIcon::Exclamation);
+    PasteAt(1, cnUSL, "5\tx");
+    ExpectUntouched({"1.000"}, cnUSL);
+}
+
+TEST_F(PasteTest, HiddenCurrentColumnIsUsedAsItIs) {
+    AddLimits(cnUSL, {1});
+    SetShown(cnUSL, false);
+    SetShown(cnUCL, false);
+    PasteAt(1, cnUSL, "5\t6");
+    EXPECT_EQ(Cell(1, cnUSL), "5.000");
+    EXPECT_EQ(Cell(1, cnUCL), "C");
+    EXPECT_EQ(Cell(1, cnUWL), "6.000");
+}
+
+TEST_F(PasteTest, BlockSmallerThanTheSelectionLeavesTheRestOfIt) {
+    AddUnits({"a", "b", "c", "d"});
+    suite.clipboard = "x\ry";
+    Select(1, cnCategory, 4, cnUnits);
+    Paste(desk);
+    EXPECT_THAT(Column(cnCategory), ElementsAre("x", "y", "", ""));
+    EXPECT_THAT(Column(cnUnits), ElementsAre("a", "b", "c", "d"));
+}
+
 TEST_F(PasteTest, EmptyLinesHaveNoFieldAndAreDropped) {
     AddUnits({"a", "b", "c"});
     PasteAt(1, cnUnits, "x\r\ry\r");

@@ -279,6 +279,32 @@ TEST_F(ReplaceTest, CellsWithoutAMatchAreNeitherJudgedNorWritten) {
     EXPECT_FALSE(Marked(1, cnReportType));
 }
 
+TEST_F(ReplaceTest, DialogStartsWithTheWalksFirstCellNotWithTheCurrentOne) {
+    AddUnits({"top", "bottom"});
+    Select(2, cnUnits, 1, cnUnits);
+    Expect([](frmReplace& form) {
+        EXPECT_EQ(form.txtFind.Value(), "top");
+        form.cmdCancel.UserClick();
+    });
+    Run();
+}
+
+TEST_F(ReplaceTest, HiddenFirstColumnOfASelectionIsTheOneThatIsSearched) {
+    AddLimits(cnUSL, {12});
+    const Text ucl = Cell(1, cnUCL);
+    SetShown(cnUSL, false);
+    Select(1, cnUSL, 1, cnUCL);
+    Expect([](frmReplace& form) {
+        EXPECT_EQ(form.lblColumn.Caption(), "USL");
+        form.txtFind.UserType("2");
+        form.txtReplace.UserType("3");
+        form.cmdReplace.UserClick();
+    });
+    Run();
+    EXPECT_EQ(Cell(1, cnUSL), "13.000");
+    EXPECT_EQ(Cell(1, cnUCL), ucl);
+}
+
 TEST_F(ReplaceTest, SameTextIsJudgedButNotWritten) {
     AddUnits({"a"});
     Select(1, cnUnits, 1, cnUnits);
@@ -321,6 +347,19 @@ TEST_F(ReplaceTest, EarlierCellsStayUntouchedWhenALaterOneIsRefused) {
     Run();
     EXPECT_EQ(Cell(1, cnUSL), "1.000");
     EXPECT_FALSE(ChangesMade());
+}
+
+TEST_F(ReplaceTest, WhatWasTypedStaysInTheDialogAsItWasTyped) {
+    AddLimits(cnUSL, {12});
+    Select(1, cnUSL, 1, cnUSL);
+    ExpectTexts("2", "\u03A9", true);  // a letter that the code page lacks
+    toolkit.ExpectBox(InvalidBox("USL", "1?.000"), BoxIcon::Exclamation);
+    Expect([](frmReplace& form) {
+        EXPECT_EQ(form.txtReplace.Value(), "\u03A9");
+        EXPECT_EQ(form.chkMatchCase.Value(), csChecked);
+        form.cmdCancel.UserClick();
+    });
+    Run();
 }
 
 TEST_F(ReplaceTest, RefusedTextsMayBeMended) {

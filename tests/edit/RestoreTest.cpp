@@ -162,6 +162,21 @@ TEST_F(RestoreTest, ColumnsOfLettersComeBackInUpperCase) {
     EXPECT_FALSE(ChangesMade());
 }
 
+TEST_F(RestoreTest, RowsAndColumnsAreToldByTheirIntegers) {
+    AddUnits({"a", "b"});
+    g.gSavedFields->Ref(1).SetCategory("first");
+    g.gSavedFields->Ref(2).SetCategory("second");
+    desk.Grid.SetRowData(1, 2);  // the rows have changed places, and two columns
+    desk.Grid.SetRowData(2, 1);
+    desk.Grid.SetColData(Position(cnUnits), cnCategory);
+    desk.Grid.SetColData(Position(cnCategory), cnUnits);
+    Select(1, cnUnits, 1, cnUnits);
+    Restore(desk);
+    EXPECT_EQ(Cell(1, cnUnits), "second");
+    EXPECT_EQ(g.gFields->Ref(2).Category(), "second");
+    EXPECT_EQ(g.gFields->Ref(1).Category(), "");
+}
+
 TEST_F(RestoreTest, NothingIsSaidAndNothingValidated) {
     AddRow([](cField& field) { field.SetReportType("??"); });
     Select(1, cnReportType, 1, cnReportType);

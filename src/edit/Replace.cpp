@@ -83,6 +83,7 @@ void Replace(Desk& desk, EditMemory& memory) {
         if (form.Cancel()) {
             return;
         }
+        // Deliberate: kept before any check. ReplaceTest.RefusedTextsAreRemembered
         memory.LastFindText = form.FindText();
         memory.LastReplaceText = form.ReplaceText();
     } while (!TakeNewTexts(desk, form, *walk));

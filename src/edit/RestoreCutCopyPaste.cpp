@@ -74,6 +74,9 @@ void Restore(Desk& desk) {
         const cField& saved = desk.g.gSavedFields->Ref(desk.Grid.RowData(walk->SelRows(i)));
         for (std::int32_t j = 1; j <= walk->nCols(); ++j) {
             const std::int32_t number = desk.Grid.ColData(walk->SelCols(j));
+            // Deliberate: the shown text goes back, not the value, so that digits beyond the mask are lost
+            // unmarked, and "Rules" gets the file's letters. RestoreTest.DigitsBeyondTheMaskAreLostUnmarked,
+            // RestoreTest.RulesGetTheFilesLetters
             walk->SetSelValues(i, j, saved.ValueText(number, vmGrid, desk.g.platform.locale));
         }
     }

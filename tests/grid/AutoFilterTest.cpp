@@ -98,6 +98,33 @@ TEST_F(AutoFilterTest, DialogStandsBelowTheHeaderCell) {
     desk.Grid.SetScreen(nullptr);
 }
 
+TEST_F(AutoFilterTest, PlaceIsThatOfTheHeaderCellNotOfTheFormerCurrentOne) {
+    AddUnits({"g"});
+    /// Knows where the current cell stands, as a real screen does.
+    struct PlacedScreen : GridScreen {
+        explicit PlacedScreen(const VSFlexGrid& shown) : grid(shown) {}
+        std::int32_t CellLeft() const override { return grid.Col() * 10; }
+        std::int32_t CellTop() const override { return grid.Row() * 20; }
+        std::int32_t CellHeight() const override { return grid.Row() == 0 ? 30 : 20; }
+        const VSFlexGrid& grid;
+    } screen(desk.Grid);
+    desk.Grid.SetScreen(&screen);
+    Select(1, cnUSL, 1, cnUSL);
+    Press(cnUnits, [](frmAutoFilter& form) {
+        ASSERT_TRUE(form.OwnPlace().has_value());
+        EXPECT_EQ(*form.OwnPlace(), (Place{Position(cnUnits) * 10 + 10, 30 + 50}));
+        form.UserClose();
+    });
+    desk.Grid.SetScreen(nullptr);
+}
+
+TEST_F(AutoFilterTest, ValuesAreTakenAfterThePassOfTheMessageLoop) {
+    AddUnits({"g"});
+    toolkit.onProcessEvents = [this] { desk.Grid.SetTextMatrix(1, Position(cnUnits), "late"); };
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+late"));
+    toolkit.onProcessEvents = {};
+}
+
 TEST_F(AutoFilterTest, EveryTickedValueIsOfferedTickedWithoutAFilter) {
     AddUnits({"kg", "g", "kg"});
     EXPECT_THAT(Offered(cnUnits), ElementsAre("+g", "+kg"));
@@ -262,6 +289,12 @@ TEST_F(AutoFilterTest, LettersOutsideAsciiMatchInEitherCase) {
     EXPECT_THAT(ShownRows(), ElementsAre(1, 3));
 }
 
+TEST_F(AutoFilterTest, EntriesOfOtherLettersOutsideAsciiAreTickedInEitherCase) {
+    AddUnits({"\u00C4", "x"});
+    SetFilter(cnUnits, {"\u00E4"});
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("-x", "+\u00C4"));
+}
+
 TEST_F(AutoFilterTest, WholeTextIsComparedUntrimmed) {
     AddUnits({"g", " g", "g "});
     EXPECT_THAT(Offered(cnUnits), ElementsAre("+ g", "+g", "+g "));
@@ -357,6 +390,16 @@ TEST_F(AutoFilterTest, RowThatFailsTheNumericRuleStaysHiddenThoughItsValuePasses
     desk.mnuShowOnlyNumericVariables.SetChecked(false);
     ApplyFilters(desk);
     EXPECT_THAT(ShownRows(), ElementsAre(1, 2));
+}
+
+TEST_F(AutoFilterTest, NumericRuleGoesByTheRowsOwnVariable) {
+    AddUnitAndCategory("g", "");
+    AddUnitAndCategory("kg", "", "T");
+    desk.Grid.SetRowData(1, 2);  // the two have changed places
+    desk.Grid.SetRowData(2, 1);
+    EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("kg"));
+    ApplyFilters(desk);
+    EXPECT_THAT(ShownRows(), ElementsAre(2));
 }
 
 TEST_F(AutoFilterTest, WithoutAFilterTheNumericRuleAloneDecides) {

@@ -243,6 +243,13 @@ TEST(GridEventsTest, PanelOneShowsTheBarePathForANamedView) {
     EXPECT_EQ(desk.desk.Panel1.Caption(), "/apps/plant.kdt");
 }
 
+TEST(GridEventsTest, PanelOneGoesByTheRowsOwnVariable) {
+    EventsDesk desk;
+    desk.grid.SetRowData(1, 4);  // a variable of the named view
+    desk.grid.Select(1, ColUsl);
+    EXPECT_EQ(desk.desk.Panel1.Caption(), "/apps/plant.kdt");
+}
+
 TEST(GridEventsTest, PanelOneIsEmptyOnTheHeaderAndOnTheFirstPosition) {
     EventsDesk desk;
     desk.grid.Select(1, ColUsl);

@@ -204,6 +204,28 @@ TEST_F(ViewModesTest, ShowAllClickedAgainHidesThem) {
     EXPECT_EQ(ShownColumns(), PathsAndLimits);
 }
 
+TEST_F(ViewModesTest, ShowAllClickedAgainLeavesAPropertyThatTheCatalogueShows) {
+    g.gLabels->Ref(cnUnits).SetVisible(true);
+    mnuShowAll_Click(desk);
+    mnuShowAll_Click(desk);
+    EXPECT_FALSE(desk.Grid.ColHidden(Position(cnUnits)));
+    EXPECT_TRUE(desk.Grid.ColHidden(Position(cnRules)));
+}
+
+TEST_F(ViewModesTest, NothingIsSizedAgainWhenColumnsComeIntoSight) {
+    struct SizingScreen : GridScreen {
+        void AutoSize(std::int32_t /*first*/, std::int32_t /*last*/) override { ++sized; }
+        int sized = 0;
+    } screen;
+    desk.Grid.SetScreen(&screen);
+    for (int click = 0; click < 2; ++click) {
+        mnuShowAll_Click(desk);
+        mnuShowPaths_Click(desk);
+    }
+    desk.Grid.SetScreen(nullptr);
+    EXPECT_EQ(screen.sized, 0);
+}
+
 TEST_F(ViewModesTest, ShowAllLeavesPathsAndFrozenColumns) {
     mnuShowPaths_Click(desk);
     mnuShowAll_Click(desk);

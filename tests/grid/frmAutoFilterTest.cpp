@@ -77,6 +77,15 @@ TEST(frmAutoFilter, ListIsSortedByUpperCasedTextCharacterByCharacter) {
     });
 }
 
+TEST(frmAutoFilter, LettersOutsideAsciiAreSortedByTheirCapitals) {
+    FilterDialog d;
+    d.Offer({{"\u00E4b", true}, {"\u00C4c", true}, {"\u00C4a", true}, {"z", true}});
+    d.Display([&](frmAutoFilter& form) {
+        EXPECT_THAT(d.Listed(), ElementsAre("+z", "+\u00C4a", "+\u00E4b", "+\u00C4c"));
+        form.UserClose();
+    });
+}
+
 TEST(frmAutoFilter, TheListIsFilledInOneChange) {
     FilterDialog d;
     int changes = 0;

@@ -280,6 +280,14 @@ TEST_F(MenuCommandsTest, CommandThatFailsIsToldStopsAndTheProgramGoesOn) {
     EXPECT_EQ(suite.clipboard, "first");
 }
 
+TEST_F(MenuCommandsTest, OpeningTheHelpMenuDoesNothing) {
+    OpenEditor(1, ColUsl, "30");
+    desk.mnuHelp.UserClick();
+    EXPECT_TRUE(grid.EditWindow());
+    EXPECT_EQ(Cell(1, ColUsl), "12.500");
+    EXPECT_TRUE(toolkit.log.empty());
+}
+
 TEST_F(MenuCommandsTest, AboutShowsTheOneBoxAgain) {
     Form* first = nullptr;
     for (int showing = 0; showing < 2; ++showing) {

@@ -36,4 +36,10 @@ std::vector<std::string> Templates(const std::vector<std::string>& files) {
     return templates;
 }
 
+void Expect(bool holds, const std::string& words) {
+    if (!holds) {
+        throw std::runtime_error("not so: " + words);
+    }
+}
+
 }  // namespace kd::bench

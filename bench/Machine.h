@@ -50,4 +50,11 @@ struct Machine {
 std::vector<std::string> AllFiles(const std::string& folder);
 std::vector<std::string> Templates(const std::vector<std::string>& files);
 
+/// Variables of each file of the corpus.
+inline constexpr std::int32_t VariablesPerFile = 18;
+
+/// A figure counts only when what it measured has done its work.
+/// @throws std::runtime_error with these words when `holds` is false.
+void Expect(bool holds, const std::string& words);
+
 }  // namespace kd::bench

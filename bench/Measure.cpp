@@ -7,12 +7,15 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <exception>
+#include <sstream>
 #include <stdexcept>
 
 namespace kd::bench {
 
 namespace {
+
+/// Where a child process reports; its standard output stays free for words.
+constexpr int ReportFile = 3;
 
 double Milliseconds(const timeval& time) {
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
@@ -22,27 +25,50 @@ double CpuMs(const rusage& usage) {
     return Milliseconds(usage.ru_utime) + Milliseconds(usage.ru_stime);
 }
 
-rusage UsageOfSelf() {
-    rusage usage{};
-    (void)getrusage(RUSAGE_SELF, &usage);  // fails for wrong arguments only
-    return usage;
+double PeakMiB(const rusage& usage) {
+    return static_cast<double>(usage.ru_maxrss) / 1024.0;
 }
 
-/// Runs the job in this process, which ends with it, and writes the cost to `output`.
-[[noreturn]] void RunAndExit(const Job& job, int output) {
-    try {
-        if (job.prepare) {
-            job.prepare();
-        }
-        const double before = CpuMs(UsageOfSelf());
-        job.body();
-        const rusage after = UsageOfSelf();
-        const Cost cost{CpuMs(after) - before, static_cast<double>(after.ru_maxrss) / 1024.0};
-        _exit(write(output, &cost, sizeof cost) == static_cast<ssize_t>(sizeof cost) ? 0 : 1);
-    } catch (const std::exception& error) {
-        (void)std::fprintf(stderr, "%s: %s\n", job.name.c_str(), error.what());  // the exit code tells too
-        _exit(1);
+double CpuMsOfSelf() {
+    rusage self{};
+    rusage children{};
+    (void)getrusage(RUSAGE_SELF, &self);  // both fail for wrong arguments only
+    (void)getrusage(RUSAGE_CHILDREN, &children);
+    return CpuMs(self) + CpuMs(children);
+}
+
+double PeakMiBOfSelf() {
+    rusage self{};
+    (void)getrusage(RUSAGE_SELF, &self);
+    return PeakMiB(self);
+}
+
+double MsSince(std::chrono::steady_clock::time_point begin) {
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
+}
+
+std::vector<char*> Pointers(const std::vector<std::string>& words) {
+    std::vector<char*> pointers;
+    for (const std::string& word : words) {
+        pointers.push_back(const_cast<char*>(word.c_str()));  // exec's signature; it changes nothing
     }
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// Starts a program whose descriptor `as` is `output`.
+pid_t Start(const char* program, const std::vector<std::string>& words, int output, int as) {
+    auto pointers = Pointers(words);
+    const pid_t child = fork();
+    if (child < 0) {
+        throw std::runtime_error("no process");
+    }
+    if (child == 0) {
+        (void)dup2(output, as);
+        (void)execvp(program, pointers.data());
+        _exit(127);
+    }
+    return child;
 }
 
 void WaitFor(pid_t child, const std::string& name, rusage& usage) {
@@ -52,81 +78,112 @@ void WaitFor(pid_t child, const std::string& name, rusage& usage) {
     }
 }
 
-Cost RunOnce(const Job& job) {
-    int ends[2];
-    if (pipe(ends) != 0) {
-        throw std::runtime_error("no pipe");
+std::string ReadToEnd(int file) {
+    std::string all;
+    char buffer[4096];
+    for (ssize_t got = read(file, buffer, sizeof buffer); got > 0; got = read(file, buffer, sizeof buffer)) {
+        all.append(buffer, static_cast<std::size_t>(got));
     }
-    (void)std::fflush(nullptr);  // or the child would print what waits once more
-    const pid_t child = fork();
-    if (child < 0) {
-        throw std::runtime_error("no process");
-    }
-    if (child == 0) {
-        (void)close(ends[0]);
-        RunAndExit(job, ends[1]);
-    }
-    (void)close(ends[1]);
-    Cost cost;
-    const bool complete = read(ends[0], &cost, sizeof cost) == static_cast<ssize_t>(sizeof cost);
-    (void)close(ends[0]);
-    rusage usage{};
-    WaitFor(child, job.name, usage);
-    if (!complete) {
-        throw std::runtime_error(job.name + " gave no figure");
-    }
-    return cost;
+    return all;
 }
 
-double RunCommand(const std::vector<std::string>& words) {
-    std::vector<char*> arguments;
-    for (const std::string& word : words) {
-        arguments.push_back(const_cast<char*>(word.c_str()));  // exec's signature; it changes nothing
+Costs Parsed(const std::string& reports) {
+    Costs costs;
+    std::istringstream lines(reports);
+    std::string figure;
+    while (std::getline(lines, figure, '\t')) {
+        Cost cost;
+        lines >> cost.cpuMs >> cost.wallMs >> cost.peakMiB;
+        (void)lines.get();  // the line's end
+        costs[figure] = cost;
     }
-    arguments.push_back(nullptr);
-    const pid_t child = fork();
-    if (child < 0) {
-        throw std::runtime_error("no process");
-    }
-    if (child == 0) {
-        const int sink = open("/dev/null", O_WRONLY | O_CLOEXEC);
-        (void)dup2(sink, STDOUT_FILENO);
-        (void)execvp(arguments[0], arguments.data());
-        _exit(127);
-    }
-    rusage usage{};
-    WaitFor(child, words.front(), usage);
-    return CpuMs(usage);
-}
-
-template <typename T, typename Less>
-T MiddleOf(std::vector<T> values, Less less) {
-    std::sort(values.begin(), values.end(), less);
-    return values[values.size() / 2];
+    return costs;
 }
 
 }  // namespace
 
-Cost Median(const Job& job, int runs) {
-    std::vector<Cost> costs;
-    for (int run = 0; run < runs; ++run) {
-        costs.push_back(RunOnce(job));
-    }
-    Cost median = MiddleOf(costs, [](const Cost& a, const Cost& b) { return a.cpuMs < b.cpuMs; });
-    median.peakMiB =
-        MiddleOf(costs, [](const Cost& a, const Cost& b) { return a.peakMiB < b.peakMiB; }).peakMiB;
-    return median;
+Cost Meter::SinceStart() {
+    return {CpuMsOfSelf(), 0, PeakMiBOfSelf()};
 }
 
-double MedianOfCommand(const std::vector<std::string>& command, const std::vector<std::string>& files,
-                       int runs) {
-    std::vector<std::string> words = command;
-    words.insert(words.end(), files.begin(), files.end());
-    std::vector<double> times;
-    for (int run = 0; run < runs; ++run) {
-        times.push_back(RunCommand(words));
+void Meter::Pause() {
+    m_sum.cpuMs += CpuMsOfSelf() - m_cpuMs;
+    m_sum.wallMs += MsSince(m_time);
+    m_sum.peakMiB = PeakMiBOfSelf();
+}
+
+void Meter::Resume() {
+    m_time = std::chrono::steady_clock::now();
+    m_cpuMs = CpuMsOfSelf();
+}
+
+Cost Meter::Stop() {
+    Pause();
+    return m_sum;
+}
+
+void Report(const std::string& figure, const Cost& cost) {
+    if (dprintf(ReportFile, "%s\t%.3f %.3f %.2f\n", figure.c_str(), cost.cpuMs, cost.wallMs, cost.peakMiB) <
+        0) {
+        throw std::runtime_error("no one takes the figure " + figure);
     }
-    return MiddleOf(times, std::less<>());
+}
+
+Cost RunCommand(const std::vector<std::string>& words) {
+    const int sink = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    const auto begin = std::chrono::steady_clock::now();
+    rusage usage{};
+    WaitFor(Start(words.front().c_str(), words, sink, STDOUT_FILENO), words.front(), usage);
+    const Cost cost{CpuMs(usage), MsSince(begin), PeakMiB(usage)};
+    (void)close(sink);
+    return cost;
+}
+
+Costs RunSelf(const std::vector<std::string>& arguments) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) {
+        throw std::runtime_error("no pipe");
+    }
+    if (ends[1] == ReportFile) {  // the copy would keep the mark that closes it in the child
+        ends[1] = fcntl(ends[1], F_DUPFD_CLOEXEC, ReportFile + 1);
+        (void)close(ReportFile);
+    }
+    (void)std::fflush(nullptr);  // or the child would print what waits once more
+    std::vector<std::string> words{"kd_bench"};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    const pid_t child = Start("/proc/self/exe", words, ends[1], ReportFile);
+    (void)close(ends[1]);
+    const std::string reports = ReadToEnd(ends[0]);
+    (void)close(ends[0]);
+    rusage usage{};
+    WaitFor(child, arguments.front() + " " + arguments.at(1), usage);
+    return Parsed(reports);
+}
+
+void Medians::Take(const std::string& figure, const Cost& cost) {
+    m_runs[figure].push_back(cost);
+}
+
+void Medians::Take(const Costs& costs) {
+    for (const auto& [figure, cost] : costs) {
+        Take(figure, cost);
+    }
+}
+
+Cost Medians::Of(const std::string& figure) const {
+    const auto runs = m_runs.find(figure);
+    if (runs == m_runs.end()) {
+        throw std::runtime_error("no figure " + figure);
+    }
+    const auto middle = [&runs](double Cost::*part) {
+        std::vector<double> values;
+        for (const Cost& cost : runs->second) {
+            values.push_back(cost.*part);
+        }
+        std::sort(values.begin(), values.end());
+        return values[values.size() / 2];
+    };
+    return {middle(&Cost::cpuMs), middle(&Cost::wallMs), middle(&Cost::peakMiB)};
 }
 
 }  // namespace kd::bench

@@ -1,159 +1,91 @@
-// Times the road from files to the grid and back over a folder of applications (bench/make_corpus.py makes
-// one at the system's limit): kd_bench FOLDER [RUNS]. CPU time is user and system time of a process of its
-// own, the median of the runs; beside each stands what reading the same files costs at the least, measured in
-// the same minute.
+// Times the program over folders of applications (bench/make_corpus.py makes them), the largest first:
+//     kd_bench [--runs N] FOLDER...
+// Each figure is the median of the runs, and each run a process of its own; floors and figures take turns, so
+// that both meet the same moods of the machine.
 #include <cstdio>
 #include <exception>
 #include <filesystem>
-#include <memory>
+#include <map>
 #include <stdexcept>
 
+#include "CoreRole.h"
+#include "Floors.h"
 #include "Machine.h"
-#include "Measure.h"
-#include "appfiles/LoadApplications.h"
-#include "appfiles/SchemaReader.h"
-#include "appfiles/SchemaWriter.h"
-#include "commit/CommitChanges.h"
-#include "grid/ColumnCatalogue.h"
-#include "lifecycle/StartUp.h"
-#ifdef KD_BENCH_WITH_QT
-#include "ShownGrid.h"
-#endif
+#include "ProgramRole.h"
+#include "Table.h"
 
 namespace kd::bench {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// The program without its window, before its first load.
-struct Bench {
-    explicit Bench(const std::vector<std::string>& templates) {
-        for (const std::string& path : templates) {
-            (void)machine.g.gMasterFiles->Add(path, true);
-        }
-        modKDLimitDesk::LoadRuleCatalogue(machine.g);
-        modKDLimitDesk::BuildColumnCatalogue(machine.g);
-        SetupGridColumns(desk);
-    }
-    Machine machine;
-    Desk desk{machine.g};
-};
+using Words = std::vector<std::string>;
 
-void Expect(bool holds, const char* what) {
-    if (!holds) {
-        throw std::runtime_error(what);
+/// What a child process does: --role NAME FOLDER SCRATCH.
+void RunRole(const std::string& role, const std::string& folder, const std::string& scratch) {
+    if (role == "read") {
+        RunRead(folder);
+    } else if (role == "texts") {
+        RunTexts(folder);
+    } else if (role == "grid") {
+        WriteGrid(folder, scratch + "/grid.csv");
+    } else if (role == "program") {
+        RunProgram(folder, scratch);
+    } else if (role == "commit") {
+        RunCommit(folder, scratch);
+    } else {
+        throw std::runtime_error("no such role: " + role);
     }
 }
 
-class Jobs {
-public:
-    Jobs(std::string folder, fs::path scratch)
-        : m_files(AllFiles(folder)),
-          m_templates(Templates(m_files)),
-          m_folder(std::move(folder)),
-          m_scratch(std::move(scratch)) {}
-
-    const std::vector<std::string>& Files() const { return m_files; }
-
-    Job Read() {
-        return {"read into twin records", [this] { Start(m_templates); }, [this] { ReadAll(); }};
+/// Adds one run of everything.
+void RunOnce(const std::string& folder, const std::string& scratch, Medians& medians) {
+    medians.Take(MeasureFloors(folder, scratch));
+    for (const char* role : {"read", "texts", "program", "commit"}) {
+        medians.Take(RunSelf({"--role", role, folder, scratch}));
     }
-    Job Load() {
-        return {"whole load, grid texts filled", [this] { Start(m_templates); }, [this] { LoadAll(); }};
-    }
-#ifdef KD_BENCH_WITH_QT
-    Job LoadShown() {
-        return {"whole load, shown in the grid",
-                [this] {
-                    Start(m_templates);
-                    m_shown = std::make_unique<ShownGrid>(m_bench->desk.Grid);
-                },
-                [this] {
-                    LoadAll();
-                    m_shown->Paint();
-                }};
-    }
-#endif
-    Job Validate() {
-        return {"check of all limits",
-                [this] {
-                    Start(m_templates);
-                    LoadAll();
-                },
-                [this] { Expect(!ValidateLimits(m_bench->desk), "a limit of the files is out of order"); }};
-    }
-    Job Save() {
-        return {"save of all views", [this] { LoadCopies(); }, [this] { SaveAll(); }};
-    }
-
-private:
-    void Start(const std::vector<std::string>& templates) {
-        m_bench = std::make_unique<Bench>(templates);
-    }
-
-    void ReadAll() {
-        Globals& g = m_bench->machine.g;
-        SchemaReader reader(g);
-        for (const std::string& path : m_files) {
-            (void)g.gFiles->Add(path, "", "", 0);
-            reader.Read(path, g.gFiles->Count());
-        }
-        Expect(g.gFields->Count() > 0, "no variables");
-    }
-    void LoadAll() {
-        LoadApplications(m_bench->desk);
-        Expect(m_bench->machine.g.gFiles->Count() == static_cast<std::int32_t>(m_files.size()),
-               "views are missing");
-    }
-    void LoadCopies() {
-        fs::remove_all(m_scratch);
-        fs::copy(m_folder, m_scratch, fs::copy_options::recursive);
-        Start(Templates(AllFiles(m_scratch.string())));
-        LoadAll();
-    }
-    void SaveAll() {
-        Globals& g = m_bench->machine.g;
-        for (std::int32_t index = 1; index <= g.gFiles->Count(); ++index) {
-            Expect(modKDLimitDesk::SaveSchema(g, index), "a view was not saved");
-        }
-    }
-
-    std::vector<std::string> m_files;
-    std::vector<std::string> m_templates;
-    std::string m_folder;
-    fs::path m_scratch;
-    std::unique_ptr<Bench> m_bench;
-#ifdef KD_BENCH_WITH_QT
-    std::unique_ptr<ShownGrid> m_shown;
-#endif
-};
-
-void Print(const Job& job, int runs, double floorMs) {
-    const Cost cost = Median(job, runs);
-    std::printf("%-32s %8.0f ms CPU %8.1f x wc -l %8.0f MiB\n", job.name.c_str(), cost.cpuMs,
-                cost.cpuMs / floorMs, cost.peakMiB);
-    (void)std::fflush(stdout);
 }
 
-int Run(const std::string& folder, int runs) {
-    const fs::path scratch = fs::path(folder).concat(".scratch");
-    Jobs jobs(folder, scratch);
-    if (jobs.Files().empty()) {
-        throw std::runtime_error("no applications in " + folder);
+int Run(int runs, const Words& folders) {
+    std::vector<Size> sizes;
+    for (const std::string& folder : folders) {
+        sizes.push_back({AllFiles(folder).size(), {}});
+        Expect(sizes.back().files > 0, "there are applications in " + folder);
     }
-    const double lines = MedianOfCommand({"wc", "-l"}, jobs.Files(), runs);
-    const double bytes = MedianOfCommand({"cat"}, jobs.Files(), runs);
-    std::printf("%zu files; median of %d runs\n", jobs.Files().size(), runs);
-    std::printf("%-32s %8.0f ms CPU\n%-32s %8.0f ms CPU\n", "floor: wc -l", lines, "floor: cat", bytes);
-    Print(jobs.Read(), runs, lines);
-    Print(jobs.Load(), runs, lines);
-#ifdef KD_BENCH_WITH_QT
-    Print(jobs.LoadShown(), runs, lines);
-#endif
-    Print(jobs.Validate(), runs, lines);
-    Print(jobs.Save(), runs, lines);
+    const std::string scratch = fs::absolute(folders.front()).string() + ".scratch";
+    fs::remove_all(scratch);
+    fs::create_directories(scratch);
+    for (int run = 1; run <= runs; ++run) {
+        for (std::size_t at = 0; at < sizes.size(); ++at) {
+            std::fprintf(stderr, "run %d of %d: %zu files\n", run, runs, sizes[at].files);
+            RunOnce(fs::absolute(folders[at]).string(), scratch, sizes[at].medians);
+        }
+    }
+    if (HasOffice()) {
+        (void)RunSelf({"--role", "grid", folders.front(), scratch});
+        sizes.front().medians.Take("office", MeasureOffice(scratch + "/grid.csv", scratch));
+    }
+    std::printf("%zu files, %.0f variables; CPU is user and system time; medians of %d runs\n\n",
+                sizes.front().files, sizes.front().Variables(), runs);
+    PrintTables(sizes);
     fs::remove_all(scratch);
     return 0;
+}
+
+int Main(Words words) {
+    if (words.size() == 4 && words.front() == "--role") {
+        RunRole(words[1], words[2], words[3]);
+        return 0;
+    }
+    int runs = 5;
+    if (words.size() >= 2 && words.front() == "--runs") {
+        runs = std::stoi(words[1]);
+        words.erase(words.begin(), words.begin() + 2);
+    }
+    if (words.empty() || runs < 1) {
+        throw std::runtime_error("usage: kd_bench [--runs N] FOLDER...");
+    }
+    return Run(runs, words);
 }
 
 }  // namespace
@@ -161,10 +93,7 @@ int Run(const std::string& folder, int runs) {
 
 int main(int argc, char** argv) {
     try {
-        if (argc < 2) {
-            throw std::runtime_error("usage: kd_bench FOLDER [RUNS]");
-        }
-        return kd::bench::Run(argv[1], argc > 2 ? std::stoi(argv[2]) : 5);
+        return kd::bench::Main({argv + 1, argv + argc});
     } catch (const std::exception& error) {
         (void)std::fprintf(stderr, "kd_bench: %s\n", error.what());
         return 1;

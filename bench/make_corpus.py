@@ -65,6 +65,8 @@ def limits(random, length, decimals):
 
 
 def variable(random, template, title, view, view_name, position, kind):
+    # No two variables of the corpus bear the same name, so that the column of names has a value a row.
+    tag = f"{template[11:14]}-{view}{position:02d}"
     subject = random.of(SUBJECTS)
     row = {
         "file": template, "title": title, "view_no": str(view), "view": view_name, "type": kind, "length": "12",
@@ -76,7 +78,7 @@ def variable(random, template, title, view, view_name, position, kind):
         row.update(limits(random, length, decimals))
         first = 1 + random.below(8)
         row.update({
-            "variable": f"{subject} {quantity} {position}", "units": units, "length": str(length),
+            "variable": f"{subject} {quantity} {tag}", "units": units, "length": str(length),
             "decimals": str(decimals), "sample": str(random.below(6)),
             "rules": "".join("ABCDEFGH"[n] for n in range(8) if n < first and random.below(2) == 0),
             "calc": f"({{{subject} {quantity}}} * {1 + random.below(90)} + {{{random.of(SUBJECTS)} density}}) / 100",
@@ -92,7 +94,7 @@ def variable(random, template, title, view, view_name, position, kind):
             row["extra"] += f"{'#AVG' if kind == 'A' else 'RANGE'}={2 + random.below(6)};"
             row["extra"] += "RELATION=" + ",".join(f"{random.below(18) if n < 4 else 0:03d}" for n in range(12))
     else:
-        row["variable"] = f"{subject} {random.of(['batch', 'status', 'operator', 'remark'])} {position}"
+        row["variable"] = f"{subject} {random.of(['batch', 'status', 'operator', 'remark'])} {tag}"
         row["extra"] = "REQUIRED=Y;UCASE=Y" if random.below(3) == 0 else ""
         if kind == "P":
             first = random.below(4)

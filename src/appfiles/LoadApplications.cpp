@@ -85,8 +85,7 @@ private:
         std::int32_t index = file.BegFieldPtr();
         try {
             for (; index <= file.EndFieldPtr(); ++index) {
-                DeriveBounds(m_g.gSavedFields->Ref(index), m_g.gFields->Ref(index));
-                TranslateLetters(rules, index);
+                FinishVariable(rules, m_g.gSavedFields->Ref(index), m_g.gFields->Ref(index));
                 RefreshGridRow(m_desk, index);
             }
         } catch (...) {
@@ -94,27 +93,10 @@ private:
             // row must not keep the file's letters beside the catalogue's rules.
             // LoadApplicationsTest.AViewWhoseRowsEndEarlyIsSavedWithTheCataloguesLettersThroughout
             for (; index <= file.EndFieldPtr(); ++index) {
-                TranslateLetters(rules, index);
+                TranslateLetters(rules, m_g.gSavedFields->Ref(index), m_g.gFields->Ref(index));
             }
             throw;
         }
-    }
-
-    void TranslateLetters(const RuleTranslator& rules, std::int32_t index) {
-        const Text& letters = m_g.gSavedFields->Ref(index).Rules();
-        if (!letters.empty()) {
-            m_g.gFields->Ref(index).SetRules(rules.Translate(letters));
-        }
-    }
-
-    /// Bounds of a numeric variable of which the file gives none. They count as loaded.
-    static void DeriveBounds(cField& saved, cField& field) {
-        if (!IsNumericType(saved.FieldType()) || saved.Maximum() != 0 || saved.Minimum() != 0) {
-            return;
-        }
-        saved.SetMaximum(MaxForMask(saved.Length(), saved.Decimals()));
-        saved.SetMinimum(MinForMask(saved.Length(), saved.Decimals()));
-        field.CopyFrom(saved);  // the twins still hold the same values, and so go on sharing them
     }
 
     Desk& m_desk;

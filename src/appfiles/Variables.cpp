@@ -75,14 +75,24 @@ Text RuleTranslator::Translate(std::string_view letters) const {
     return translated;
 }
 
-void TranslateRules(Globals& g, std::int32_t fileIndex, std::int32_t fieldIndex) {
-    const Text& letters = g.gSavedFields->Ref(fieldIndex).Rules();
-    if (letters.empty()) {
-        return;
+void TranslateLetters(const RuleTranslator& rules, const cField& saved, cField& field) {
+    if (!saved.Rules().empty()) {
+        field.SetRules(rules.Translate(saved.Rules()));
     }
-    const RuleTranslator translator(g.gRuleNames, g.gFiles->Ref(fileIndex).Rules(),
-                                    g.platform.locale.CodePage());
-    g.gFields->Ref(fieldIndex).SetRules(translator.Translate(letters));
+}
+
+void FinishVariable(const RuleTranslator& rules, cField& saved, cField& field) {
+    if (IsNumericType(saved.FieldType()) && saved.Maximum() == 0 && saved.Minimum() == 0) {
+        saved.SetMaximum(MaxForMask(saved.Length(), saved.Decimals()));
+        saved.SetMinimum(MinForMask(saved.Length(), saved.Decimals()));
+        field.CopyFrom(saved);  // the twins still hold the same values, and so go on sharing them
+    }
+    TranslateLetters(rules, saved, field);
+}
+
+void TranslateRules(Globals& g, std::int32_t fileIndex, std::int32_t fieldIndex) {
+    const RuleTranslator rules(g.gRuleNames, g.gFiles->Ref(fileIndex).Rules(), g.platform.locale.CodePage());
+    TranslateLetters(rules, g.gSavedFields->Ref(fieldIndex), g.gFields->Ref(fieldIndex));
 }
 
 }  // namespace kd::modKDLimitDesk

@@ -34,6 +34,12 @@ private:
     std::vector<Pair> m_pairs;  // in the catalogue's order
 };
 
+/// Gives a freshly read variable its bounds, where it is numeric and its file gives none (they count as
+/// loaded), and its rule letters of the catalogue. Errors as MaxForMask.
+void FinishVariable(const RuleTranslator& rules, cField& saved, cField& field);
+/// The second half of it alone.
+void TranslateLetters(const RuleTranslator& rules, const cField& saved, cField& field);
+
 /// Stores the translated rule letters of a variable in gFields; those in gSavedFields stay the file's.
 void TranslateRules(Globals& g, std::int32_t fileIndex, std::int32_t fieldIndex);
 

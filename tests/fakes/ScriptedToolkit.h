@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -79,7 +80,8 @@ public:
         log.push_back("form " + form.Name());
         if (m_forms.empty()) {
             ADD_FAILURE() << "unforeseen form: " << form.Name();
-            return;
+            // A command that shows its form until it is content would never end.
+            throw std::logic_error("unforeseen form");
         }
         const auto [name, user] = std::move(m_forms.front());
         m_forms.pop_front();

@@ -34,11 +34,13 @@ public:
     void RemoveFolder(std::string_view folder) override;
 
 private:
+#ifndef _WIN32  // there the file system itself looks regardless of case
     /// The path as it stands where it exists; else that of the file in its folder whose name differs only in
     /// case; else the path as it stands.
     Text Resolved(std::string_view path) const;
+#endif
 
-    const CodePage& m_page;
+    [[maybe_unused]] const CodePage& m_page;
 };
 
 }  // namespace kd

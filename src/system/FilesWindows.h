@@ -1,0 +1,115 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "base/Text.h"
+
+/// The system's calls, with the failures of the house. Only for the sources beside this header and their
+/// tests.
+namespace kd::windows {
+
+/// What the system calls a HANDLE and a DWORD, without its header.
+using RawHandle = void*;
+using Code = unsigned long;
+
+std::wstring Wide(std::string_view text);
+Text Narrow(std::wstring_view text);
+
+/// A path as the system takes it: complete, with backslashes, and beyond the old limit of 260 characters in
+/// the form that has none.
+struct NativePath {
+    std::wstring text;
+    /// Why nothing can be there, 0 for no reason: "NUL", "COM1" and pipes are no files in whatever folder
+    /// they stand, and no name is longer than 255 letters.
+    Code refusal = 0;
+};
+/// @throws cError(errFileNotFound) for an empty path.
+NativePath Native(const char* operation, std::string_view path);
+
+/// An open file of the system, given back at the end of the scope.
+class Handle {
+public:
+    explicit Handle(RawHandle handle = nullptr) noexcept : m_handle(handle) {}
+    ~Handle();
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    Handle(Handle&& other) noexcept : m_handle(other.m_handle) { other.m_handle = nullptr; }
+    Handle& operator=(Handle&&) = delete;
+
+    RawHandle Get() const noexcept { return m_handle; }
+    bool IsOpen() const noexcept { return m_handle != nullptr; }
+    /// Closes, and tells what the system says of it (0 for nothing).
+    Code Close() noexcept;
+
+private:
+    RawHandle m_handle;
+};
+
+/// Raises the failure that `code` stands for.
+[[noreturn]] void Raise(const char* operation, std::string_view path, Code code);
+
+/// Another program may hold a file for a moment: a virus scanner, an indexer, a backup. What is refused for
+/// that reason is tried again after each of these pauses, then the refusal stands. The pause itself may be
+/// replaced by tests.
+inline constexpr std::uint32_t PausesInMilliseconds[] = {10, 20, 40, 80, 160};
+extern void (*Pause)(std::uint32_t milliseconds);
+
+/// Whether a code says that another program is in the way.
+bool IsShared(Code code) noexcept;
+/// The same, and a bare refusal as well: that is what a name gets which another program keeps busy.
+bool IsSharedOrRefused(Code code) noexcept;
+
+/// Runs `call`, which returns 0 or a code, and again after a pause while `mayPass` holds for it.
+template <typename Call>
+Code Patiently(Call call, bool (*mayPass)(Code) noexcept) {
+    Code code = call();
+    for (const std::uint32_t pause : PausesInMilliseconds) {
+        if (code == 0 || !mayPass(code)) {
+            break;
+        }
+        Pause(pause);
+        code = call();
+    }
+    return code;
+}
+
+/// What is known of an open file.
+struct FileStatus {
+    std::uint32_t attributes = 0;
+    std::uint32_t links = 0;
+    std::uint64_t size = 0;
+};
+
+/// How to open a file; the values are the system's.
+struct OpenMode {
+    Code access;
+    Code sharing;
+    Code disposition;
+    Code flags = 0;
+};
+
+/// Opens a regular file; what cannot be one is not even opened, a folder is refused. The code of a failure is
+/// 0 for none. Waits while somebody else is in the way.
+Handle TryOpen(const NativePath& path, const OpenMode& mode, Code& code);
+/// The same, with the failure raised.
+Handle OpenRegular(const char* operation, std::string_view path, const OpenMode& mode, FileStatus& status);
+
+/// Attributes of what stands at the path itself (a link is not followed); false where there is nothing.
+bool Attributes(const NativePath& path, std::uint32_t& attributes, Code& code) noexcept;
+
+/// Whether a file's attributes let anybody write it.
+bool MayWrite(std::uint32_t attributes) noexcept;
+
+/// Each returns 0 or a code.
+Code StatusOf(RawHandle file, FileStatus& status) noexcept;
+Code ReadAll(RawHandle file, std::uint64_t size, std::string& bytes);
+Code WriteAll(RawHandle file, std::string_view bytes) noexcept;
+/// Writes behind the last byte, wherever that is by now.
+Code AppendAll(RawHandle file, std::string_view bytes) noexcept;
+Code Flush(RawHandle file) noexcept;
+/// Gives an open file that size; writing goes on there.
+Code CutAt(RawHandle file, std::uint64_t size) noexcept;
+
+}  // namespace kd::windows

@@ -2,7 +2,8 @@
 JOBS ?= $(shell nproc)
 CMAKE_BUILD = cmake --build build/$(1) --parallel $(JOBS)
 
-.PHONY: help run test core bench package package-test accessibility-test format tidy samples clean
+.PHONY: help run test core bench package package-test accessibility-test windows windows-test windows-core-test \
+        format tidy samples clean
 
 help:
 	@echo "make run      the program on a copy of the samples (a guided run where there is no display)"
@@ -12,6 +13,9 @@ help:
 	@echo "make package  a Debian package of the program in build/packages"
 	@echo "make package-test  installs that package, does the main job in it, removes it"
 	@echo "make accessibility-test  the program at the limit as a screen reader sees it"
+	@echo "make windows  an installer for Windows in build/packages (builds Qt for Windows first, once)"
+	@echo "make windows-test  tests, guided run and installer under wine"
+	@echo "make windows-core-test  the core's tests under wine, without Qt"
 	@echo "make format   lays the sources out with clang-format"
 	@echo "make tidy     clang-tidy over all sources"
 	@echo "make samples  makes the sample applications anew from their tables"
@@ -44,6 +48,15 @@ package-test: package
 
 accessibility-test:
 	@JOBS=$(JOBS) scripts/try_accessibility.sh
+
+windows:
+	@JOBS=$(JOBS) scripts/windows.sh
+
+windows-test:
+	@JOBS=$(JOBS) scripts/try_windows.sh
+
+windows-core-test:
+	@JOBS=$(JOBS) scripts/try_windows_core.sh
 
 format:
 	@scripts/setup.sh check

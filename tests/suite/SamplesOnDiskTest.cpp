@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
+#include <string>
 
 #include "SourceFolder.h"
 #include "appfiles/FileNames.h"
@@ -26,8 +27,10 @@ namespace fs = std::filesystem;
 class SamplesOnDiskTest : public testing::Test {
 protected:
     SamplesOnDiskTest() {
-        std::string pattern = (fs::temp_directory_path() / "kd-samples-XXXXXX").string();
-        folder = mkdtemp(pattern.data());
+        std::random_device random;
+        do {
+            folder = fs::temp_directory_path() / ("kd-samples-" + std::to_string(random()));
+        } while (!fs::create_directory(folder));
         for (const auto& entry : fs::directory_iterator(fs::path(KD_SOURCE_DIR) / "samples")) {
             const fs::path extension = entry.path().extension();
             if (entry.is_regular_file() && extension != ".md" && extension != ".ini") {

@@ -86,7 +86,8 @@ public:
         });
         m_guide.Check("USL is filled with LSL plus one per cent", [this] {
             return Grid().BackColor(Row(), ColUsl) == ChangedColour &&
-                   NumberAtFront(Grid().TextMatrix(Row(), ColUsl)) == NumberAtFront(m_noted->lsl) * 1.01;
+                   NumberAtFront(WithPoint(Grid().TextMatrix(Row(), ColUsl))) ==
+                       NumberAtFront(WithPoint(m_noted->lsl)) * 1.01;
         });
         Restore("filled");
     }

@@ -62,8 +62,8 @@ void BeDark() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // Whatever the user's language: the samples are western text, and the run looks for "." in what the grid
-    // shows.
+    // Whatever the user's language: the samples are western text. (Windows takes its language from
+    // elsewhere.)
     qputenv("LC_ALL", "C.UTF-8");
     const QApplication loop(argc, argv);
     QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));

@@ -47,6 +47,12 @@ std::string ChangeFileName(const LimitChange& change, const char* extension) {
 
 }  // namespace
 
+std::string WithPoint(std::string_view text) {
+    std::string result(text);
+    std::replace(result.begin(), result.end(), ',', '.');
+    return result;
+}
+
 std::int32_t RowOf(Application& program, const LimitChange& change) {
     const Globals& g = program.Data();
     for (std::int32_t row = 1; row <= g.gFields->Count(); ++row) {
@@ -174,7 +180,8 @@ private:
                               lines[0].back() == '.' &&
                               lines[1] == "(header): +" + lines[0].substr(11) + "001";
         Expect(revision, name + ": the revision did not rise by 0.001");
-        Expect(lines.size() == 4 && lines[2] == change.variable + ": -   USL          = F" + change.oldUsl &&
+        Expect(lines.size() == 4 &&
+                   lines[2] == change.variable + ": -   USL          = F" + WithPoint(change.oldUsl) &&
                    lines[3].rfind(change.variable + ": +   USL          = F" + change.newUsl, 0) == 0,
                name + ": other lines than the changed limit's differ");
     }
@@ -203,10 +210,10 @@ private:
 
     void CheckRecords(const LimitChange& change) {
         const auto log = LinesOf(Decoded(m_after[ChangeFileName(change, ".KDL")]));
-        const std::string record =
-            "\tPROPERTY\tFIELD\t" + change.variable + "\tUSL\t" + change.oldUsl + "\t" + change.newUsl;
+        const std::string record = "\tPROPERTY\tFIELD\t" + change.variable + "\tUSL\t" +
+                                   WithPoint(change.oldUsl) + "\t" + change.newUsl;
         const auto found = std::count_if(log.begin(), log.end(), [&](const std::string& line) {
-            return line.find(record) != std::string::npos;
+            return WithPoint(line).find(record) != std::string::npos;
         });
         Expect(found == 1, ChangeFileName(change, ".KDL") + " has no record of " + change.variable);
         for (const std::string& line : log) {
@@ -215,8 +222,8 @@ private:
         for (const std::string& line : LinesOf(Decoded(m_after[ChangeFileName(change, ".KDM")]))) {
             m_outcome.report.push_back(ChangeFileName(change, ".KDM") + ": " + line);
         }
-        Expect(m_after[ChangeFileName(change, ".KDM")].find(change.oldUsl + " -> " + change.newUsl) !=
-                   std::string::npos,
+        const std::string told = WithPoint(change.oldUsl) + " -> " + change.newUsl;
+        Expect(WithPoint(m_after[ChangeFileName(change, ".KDM")]).find(told) != std::string::npos,
                ChangeFileName(change, ".KDM") + " does not tell of " + change.variable);
     }
 

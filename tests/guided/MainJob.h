@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "guided/Guide.h"
@@ -16,6 +17,9 @@ struct LimitChange {
     std::string newUsl;    // what is typed
     std::string wrongUsl;  // what is typed first and refused at the commit; empty for none
 };
+
+/// A number that the grid shows, with the point of the files; a record's line likewise.
+std::string WithPoint(std::string_view text);
 
 /// Row of a variable; 0 when there is none.
 std::int32_t RowOf(Application& program, const LimitChange& change);

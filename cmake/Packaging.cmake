@@ -1,4 +1,5 @@
-# What an installation holds. On Linux: the usual folders below the prefix, and a Debian package by CPack.
+# What an installation holds. On Linux: the usual folders below the prefix, and a Debian package by CPack; for Windows
+# see WindowsPackage.
 # Without a settings file beside the program, its first start offers copies of the samples to the user.
 set(CPACK_PACKAGE_NAME kdlimitdesk)
 set(CPACK_PACKAGE_VENDOR "Kestrix Quality Systems")
@@ -66,6 +67,8 @@ if(UNIX)
     set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
     set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
         OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+elseif(WIN32)
+    include(WindowsPackage)
 endif()
 
 include(CPack)

@@ -1,0 +1,60 @@
+# What an installation on Windows holds, and the installer and the archive of it. All lies in one folder: the program,
+# its libraries, the help, the rule catalogue and the samples, which a first start copies for the user.
+install(TARGETS KDLimitDesk RUNTIME DESTINATION .)
+install(DIRECTORY help DESTINATION .)
+install(FILES samples/Rules.ini DESTINATION .)
+install(DIRECTORY samples/ DESTINATION samples
+        FILES_MATCHING PATTERN "*.kdt" PATTERN "*.kdt6" PATTERN "*.V[0-9]*" PATTERN tables EXCLUDE)
+install(FILES LICENSE DESTINATION . RENAME LICENSE.txt)
+
+if(CMAKE_CROSSCOMPILING)
+    # The tool that collects a program's libraries runs on Windows only; the list is short.
+    install(FILES $<TARGET_FILE:Qt6::Core> $<TARGET_FILE:Qt6::Gui> $<TARGET_FILE:Qt6::Widgets> DESTINATION .)
+    install(FILES $<TARGET_FILE:Qt6::QWindowsIntegrationPlugin> DESTINATION platforms)
+    install(FILES $<TARGET_FILE:Qt6::QWindowsVistaStylePlugin> DESTINATION styles)
+    foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
+        execute_process(COMMAND "${CMAKE_CXX_COMPILER}" "-print-file-name=${name}" OUTPUT_VARIABLE library
+                        OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+        # The compiler's own copies carry their debug information.
+        set(stripped "${PROJECT_BINARY_DIR}/runtime/${name}")
+        file(MAKE_DIRECTORY "${PROJECT_BINARY_DIR}/runtime")
+        execute_process(COMMAND "${CMAKE_STRIP}" --strip-unneeded -o "${stripped}" "${library}"
+                        COMMAND_ERROR_IS_FATAL ANY)
+        install(FILES "${stripped}" DESTINATION .)
+    endforeach()
+    set(KD_QT_VERSION "${Qt6_VERSION}")
+    configure_file(packaging/windows/NOTICES.txt.in "${PROJECT_BINARY_DIR}/NOTICES.txt" @ONLY NEWLINE_STYLE CRLF)
+    install(FILES "${PROJECT_BINARY_DIR}/NOTICES.txt" DESTINATION .)
+    install(FILES "${KD_QT_MINGW}/licenses/LGPL-3.0-only.txt" "${KD_QT_MINGW}/licenses/GPL-3.0-only.txt"
+                  "${KD_QT_MINGW}/licenses/Qt-copyright.txt" DESTINATION licenses)
+    install(FILES /usr/share/doc/gcc-mingw-w64-base/copyright DESTINATION licenses RENAME gcc-copyright.txt)
+    install(FILES /usr/share/doc/mingw-w64-x86-64-dev/copyright DESTINATION licenses
+            RENAME mingw-w64-copyright.txt)
+else()
+    set(CMAKE_INSTALL_SYSTEM_RUNTIME_DESTINATION .)
+    include(InstallRequiredSystemLibraries)
+    set(QT_DEPLOY_BIN_DIR .)
+    set(QT_DEPLOY_PREFIX .)
+    qt_generate_deploy_app_script(TARGET KDLimitDesk OUTPUT_SCRIPT deploy NO_UNSUPPORTED_PLATFORM_ERROR)
+    install(SCRIPT "${deploy}")
+endif()
+
+set(CPACK_GENERATOR NSIS ZIP)
+set(CPACK_PACKAGE_DIRECTORY "${PROJECT_SOURCE_DIR}/build/packages")
+set(CPACK_PACKAGE_FILE_NAME "KDLimitDesk-${PROJECT_VERSION}-windows-x64")
+set(CPACK_PACKAGE_INSTALL_DIRECTORY "KD LimitDesk")
+set(CPACK_PACKAGE_INSTALL_REGISTRY_KEY KDLimitDesk)
+set(CPACK_PACKAGE_EXECUTABLES KDLimitDesk "KD LimitDesk")
+set(CPACK_NSIS_EXECUTABLES_DIRECTORY .)
+set(CPACK_NSIS_PACKAGE_NAME "KD LimitDesk")
+set(CPACK_NSIS_DISPLAY_NAME "KD LimitDesk")
+set(CPACK_NSIS_INSTALLED_ICON_NAME KDLimitDesk.exe)
+set(CPACK_NSIS_MUI_ICON "${PROJECT_SOURCE_DIR}/src/qt/icons/KDLimitDesk.ico")
+set(CPACK_NSIS_MUI_UNIICON "${PROJECT_SOURCE_DIR}/src/qt/icons/KDLimitDesk.ico")
+set(CPACK_NSIS_MANIFEST_DPI_AWARE ON)
+set(CPACK_NSIS_URL_INFO_ABOUT "https://www.example.com")
+set(CPACK_NSIS_CONTACT "support@example.com")
+set(CPACK_NSIS_ENABLE_UNINSTALL_BEFORE_INSTALL ON)
+# A 64-bit installer: a 32-bit one needs a second architecture to be tried with.
+set(CPACK_NSIS_DEFINES "Unicode true\nTarget amd64-unicode\nSetCompressor /SOLID lzma")
+set(CPACK_NSIS_INSTALL_ROOT "$PROGRAMFILES64")

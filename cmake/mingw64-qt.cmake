@@ -1,0 +1,10 @@
+# The same with the Qt that scripts/windows_qt.sh makes; its tools are those of this machine's Qt.
+include("${CMAKE_CURRENT_LIST_DIR}/mingw64.cmake")
+set(KD_QT_MINGW "$ENV{KD_QT_MINGW}" CACHE PATH "Folder of the Qt for Windows, as scripts/windows_qt.sh tells it")
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES KD_QT_MINGW)
+list(APPEND CMAKE_FIND_ROOT_PATH "${KD_QT_MINGW}")
+list(APPEND CMAKE_PREFIX_PATH "${KD_QT_MINGW}")
+set(QT_HOST_PATH /usr CACHE PATH "Where this machine's Qt is")
+file(GLOB KD_QT_HOST_TOOLS /usr/lib/*/cmake/Qt6CoreTools)
+get_filename_component(KD_QT_HOST_CMAKE "${KD_QT_HOST_TOOLS}" DIRECTORY)
+set(QT_HOST_PATH_CMAKE_DIR "${KD_QT_HOST_CMAKE}" CACHE PATH "Where it describes itself to CMake")

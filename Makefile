@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 CMAKE_BUILD = cmake --build build/$(1) --parallel $(JOBS)
 
 .PHONY: help run test core bench package package-test accessibility-test windows windows-test windows-core-test \
-        format tidy samples clean
+        spreadsheet-test format tidy samples clean
 
 help:
 	@echo "make run      the program on a copy of the samples (a guided run where there is no display)"
@@ -16,6 +16,7 @@ help:
 	@echo "make windows  an installer for Windows in build/packages (builds Qt for Windows first, once)"
 	@echo "make windows-test  tests, guided run and installer under wine"
 	@echo "make windows-core-test  the core's tests under wine, without Qt"
+	@echo "make spreadsheet-test  cells to and from LibreOffice Calc"
 	@echo "make format   lays the sources out with clang-format"
 	@echo "make tidy     clang-tidy over all sources"
 	@echo "make samples  makes the sample applications anew from their tables"
@@ -57,6 +58,9 @@ windows-test:
 
 windows-core-test:
 	@JOBS=$(JOBS) scripts/try_windows_core.sh
+
+spreadsheet-test:
+	@JOBS=$(JOBS) scripts/try_spreadsheet.sh
 
 format:
 	@scripts/setup.sh check

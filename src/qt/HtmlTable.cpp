@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QString>
 #include <QTextDocumentFragment>
+#include <vector>
 
 #include "qt/QtText.h"
 
@@ -94,7 +95,8 @@ private:
             m_inRow = true;
             EndCell();
             m_inCell = true;
-            m_span = ColumnSpan(tag);
+            m_span = Span(tag, QLatin1String("colspan="));
+            m_rowSpan = Span(tag, QLatin1String("rowspan="));
         } else if (m_depth == 1 && (name == QLatin1String("/td") || name == QLatin1String("/th"))) {
             EndCell();
         } else if (m_depth == 1 && name == QLatin1String("/tr")) {
@@ -102,13 +104,13 @@ private:
         }
     }
 
-    static int ColumnSpan(const QString& tag) {
-        const auto at = tag.indexOf(QLatin1String("colspan="), 0, Qt::CaseInsensitive);
+    static int Span(const QString& tag, QLatin1String name) {
+        const auto at = tag.indexOf(name, 0, Qt::CaseInsensitive);
         if (at < 0) {
             return 1;
         }
         QString digits;
-        for (auto i = at + 8; i < tag.size() && digits.size() < 3; ++i) {
+        for (auto i = at + name.size(); i < tag.size() && digits.size() < 3; ++i) {
             if (tag[i].isDigit()) {
                 digits += tag[i];
             } else if (!digits.isEmpty() || (tag[i] != QLatin1Char('"') && tag[i] != QLatin1Char('\''))) {
@@ -154,29 +156,47 @@ private:
         if (!m_inCell) {
             return;
         }
-        if (m_cellsInRow > 0) {
-            m_row += QLatin1Char('\t');
+        PassCellsFromAbove();
+        for (int column = 0; column < m_span; ++column) {
+            AddCell(column == 0 ? m_cell : QString(), m_rowSpan - 1);
         }
-        m_row += m_cell;
-        for (int extra = 1; extra < m_span; ++extra) {
-            m_row += QLatin1Char('\t');
-        }
-        m_cellsInRow += m_span;
         m_cell.clear();
         m_blank = false;
         m_inCell = false;
     }
 
+    /// The places that a cell of an earlier row takes up in this one are empty cells.
+    void PassCellsFromAbove() {
+        while (m_column < m_rowsBelow.size() && m_rowsBelow[m_column] > 0) {
+            AddCell({}, m_rowsBelow[m_column] - 1);
+        }
+    }
+
+    /// A cell in the next column, which takes that column up in `rowsBelow` further rows.
+    void AddCell(const QString& text, int rowsBelow) {
+        if (m_column > 0) {
+            m_row += QLatin1Char('\t');
+        }
+        m_row += text;
+        if (m_column == m_rowsBelow.size()) {
+            m_rowsBelow.push_back(0);
+        }
+        m_rowsBelow[m_column++] = rowsBelow;
+    }
+
     void EndRow() {
         EndCell();
-        if (m_cellsInRow > 0) {
+        if (m_column > 0 || m_inRow) {
+            PassCellsFromAbove();
+        }
+        if (m_column > 0) {
             if (m_rows++ > 0) {
                 m_cells += QLatin1Char('\r');
             }
             m_cells += m_row;
         }
         m_row.clear();
-        m_cellsInRow = 0;
+        m_column = 0;
         m_inRow = false;
     }
 
@@ -189,7 +209,9 @@ private:
     bool m_inCell = false;
     bool m_blank = false;
     int m_span = 1;
-    int m_cellsInRow = 0;
+    int m_rowSpan = 1;
+    std::size_t m_column = 0;
+    std::vector<int> m_rowsBelow;  // of each column, in how many further rows a cell takes it up
     int m_rows = 0;
     QString m_cell;
     QString m_row;

@@ -14,7 +14,8 @@ QString CellsToHtml(std::string_view cells);
 
 /// The cells of the first table of an HTML text, with TAB between cells and CR between rows; nothing when it
 /// has no table. A line break, TAB or hard blank inside a cell becomes a blank, blanks in a row become one,
-/// and those at a cell's ends go; a cell over several columns is followed by empty ones.
+/// and those at a cell's ends go; a cell over several columns or rows leaves the
+/// further places empty.
 std::optional<Text> CellsFromHtml(const QString& html);
 
 }  // namespace kd

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 
 #include "Screen.h"
+#include "SourceFolder.h"
 #include "qt/HelpIndex.h"
 #include "qt/HtmlTable.h"
 #include "qt/QtClipboard.h"
@@ -53,6 +54,12 @@ INSTANTIATE_TEST_SUITE_P(
                  "a b c d"},
         HtmlCase{"CellOverTwoColumns", "<table><tr><td colspan=\"2\">a</td><td>b</td></tr></table>",
                  "a\t\tb"},
+        HtmlCase{"CellOverTwoRows", "<table><tr><td rowspan=2>a<td>b<tr><td>c<tr><td>d<td>e</table>",
+                 "a\tb\r\tc\rd\te"},
+        HtmlCase{"CellOverTwoRowsAtTheEnd", "<table><tr><td>a<td rowspan=\"2\">b<tr><td>c</table>",
+                 "a\tb\rc\t"},
+        HtmlCase{"CellOverTwoRowsAndColumns", "<table><tr><td rowspan=2 colspan=2>a<td>b<tr><td>c</table>",
+                 "a\t\tb\r\t\tc"},
         HtmlCase{"StyleAndComment",
                  "<style>td{color:red}</style><table><tr><td><!-- <td>no</td> -->1</td></tr></table>", "1"},
         HtmlCase{"TableInACell",
@@ -69,6 +76,27 @@ INSTANTIATE_TEST_SUITE_P(
         }
         return name;
     });
+
+/// What LibreOffice Calc put on the clipboard; tests/qt/data/README.md says how it was captured.
+QString Captured(const char* name) {
+    QFile file(QStringLiteral(KD_SOURCE_DIR "/tests/qt/data/") + QLatin1String(name));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+    return QString::fromUtf8(file.readAll());
+}
+
+TEST(CellsFromHtmlTest, ASpreadsheetsBlockArrivesAsTheCellsItShows) {
+    EXPECT_EQ(CellsFromHtml(Captured("calc-block.html")).value_or("none"),
+              "845.00\t-0.5\tC\tF12.50\r"
+              "Gr\xC3\xB6\xC3\x9F"
+              "e \xC2\xB5m\t\t0.00001\t<b>&amp;</b>\r"
+              "two lines\ta b\t007\t12,345,678.90\r"
+              "\xC3\x9C"
+              "ber\t0.25\t\tlast");
+}
+
+TEST(CellsFromHtmlTest, ASpreadsheetsMergedCellsLeaveTheFurtherPlacesEmpty) {
+    EXPECT_EQ(CellsFromHtml(Captured("calc-merged.html")).value_or("none"), "tall\t1\t2\r\t3\t4\r5\twide\t");
+}
 
 TEST(CellsFromHtmlTest, TextWithoutATableHasNoCells) {
     EXPECT_FALSE(CellsFromHtml("<p>1</p>").has_value());
@@ -130,6 +158,11 @@ TEST(QtClipboardTest, AnotherProgramsPlainTextStaysAsItStands) {
     EXPECT_EQ(clipboard.GetText(), "1\t2\r\n3\t4\r\n");
     FromElsewhere("1 2", "<p>1 <b>2</b></p>");
     EXPECT_EQ(clipboard.GetText(), "1 2");
+}
+
+TEST(QtClipboardTest, ASpreadsheetsPlainTextAloneStaysAsItStands) {
+    FromElsewhere(Captured("calc-block.txt"), QString());
+    EXPECT_EQ(QtClipboard().GetText(), FromQt(Captured("calc-block.txt")));
 }
 
 TEST(QtClipboardTest, ClipboardWithoutTextGivesNothing) {

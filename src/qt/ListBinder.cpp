@@ -15,6 +15,8 @@ namespace kd {
 
 namespace {
 
+constexpr int RowSpace = 4;  // between the marks of two entries
+
 /// All entries are as wide as the widest one, so that the list can be scrolled to the end of each. The view
 /// asks for one size and takes it for all.
 class EvenDelegate : public QStyledItemDelegate {
@@ -33,7 +35,7 @@ public:
         }
         const QSize own = QStyledItemDelegate::sizeHint(option, index);
         const double around = own.width() - widths.Exact(FromQt(index.data().toString()));
-        return {std::max(own.width(), static_cast<int>(std::ceil(widest + around))), own.height()};
+        return {std::max(own.width(), static_cast<int>(std::ceil(widest + around))), own.height() + RowSpace};
     }
 
 private:

@@ -13,6 +13,7 @@
 #include "guided/MainJob.h"
 #include "guided/Snapshot.h"
 #include "qt/Application.h"
+#include "qt/DeskStyle.h"
 #include "qt/QtText.h"
 
 namespace {
@@ -55,7 +56,6 @@ void BeDark() {
     dark.setColor(QPalette::Highlight, QColor(0x2a, 0x7a, 0xc0));
     dark.setColor(QPalette::HighlightedText, Qt::white);
     dark.setColor(QPalette::Link, QColor(0x7f, 0xb8, 0xde));
-    QApplication::setStyle(QStringLiteral("Fusion"));
     QApplication::setPalette(dark);
 }
 
@@ -66,6 +66,7 @@ int main(int argc, char** argv) {
     // elsewhere.)
     qputenv("LC_ALL", "C.UTF-8");
     const QApplication loop(argc, argv);
+    QApplication::setStyle(new kd::DeskStyle);  // the application owns it
     QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
     QApplication::setQuitOnLastWindowClosed(false);
     QCommandLineParser options;

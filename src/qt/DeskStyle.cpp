@@ -1,0 +1,87 @@
+#include "qt/DeskStyle.h"
+
+#include <QPainter>
+#include <QStyleOption>
+#include <algorithm>
+
+namespace kd {
+
+namespace {
+
+constexpr int ButtonMargin = 12;  // beside the text of a button
+constexpr int HalfLight = 128;
+
+bool OnDarkGround(const QStyleOption& option) {
+    return option.palette.color(QPalette::Window).lightness() < HalfLight;
+}
+
+/// Midway between ground and text: three times as bright as a dark ground, and quieter than the text.
+QColor EdgeColour(const QPalette& palette) {
+    const QColor ground = palette.color(QPalette::Window);
+    const QColor text = palette.color(QPalette::WindowText);
+    return {(ground.red() + text.red()) / 2, (ground.green() + text.green()) / 2,
+            (ground.blue() + text.blue()) / 2};
+}
+
+enum class Shape { Box, Round };
+
+void DrawEdge(const QStyleOption& option, QPainter& painter, Shape shape) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(EdgeColour(option.palette));
+    painter.setBrush(Qt::NoBrush);
+    const QRectF place = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    if (shape == Shape::Round) {
+        painter.drawEllipse(place);
+    } else {
+        painter.drawRoundedRect(place, 2, 2);
+    }
+    painter.restore();
+}
+
+}  // namespace
+
+void DeskStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                              const QWidget* widget) const {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (!OnDarkGround(*option)) {
+        return;
+    }
+    if (element == PE_IndicatorCheckBox || element == PE_IndicatorItemViewItemCheck) {
+        DrawEdge(*option, *painter, Shape::Box);
+    } else if (element == PE_IndicatorRadioButton) {
+        DrawEdge(*option, *painter, Shape::Round);
+    } else if (element == PE_FrameLineEdit && !option->state.testFlag(State_HasFocus)) {
+        DrawEdge(*option, *painter, Shape::Box);  // with the focus it has the highlight's colour
+    }
+}
+
+void DeskStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                   QPainter* painter, const QWidget* widget) const {
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (control == CC_ComboBox && OnDarkGround(*option) && !option->state.testFlag(State_HasFocus)) {
+        DrawEdge(*option, *painter, Shape::Box);
+    }
+}
+
+QSize DeskStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                  const QWidget* widget) const {
+    QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    if (const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(option);
+        type == CT_PushButton && button != nullptr) {
+        const int text = button->fontMetrics.size(Qt::TextShowMnemonic, button->text).width();
+        size.setWidth(std::max(size.width(), text + 2 * ButtonMargin));
+    }
+    return size;
+}
+
+int DeskStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                         QStyleHintReturn* returned) const {
+    // Disabled texts with a second, brighter print below look enabled on a dark ground.
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons || hint == SH_EtchDisabledText) {
+        return 0;
+    }
+    return QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
+}  // namespace kd

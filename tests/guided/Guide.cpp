@@ -43,9 +43,10 @@ void Guide::Then(std::string title, std::function<bool()> ready, std::function<v
 }
 
 bool Guide::IsIdle() const {
-    return QApplication::activeModalWidget() == nullptr && QApplication::activePopupWidget() == nullptr &&
-           m_program.Window().isVisible() && m_program.Window().isActiveWindow() &&
-           QApplication::focusWidget() != nullptr && m_program.Screen().MousePointer() == Pointer::Default;
+    return m_acting == 0 && QApplication::activeModalWidget() == nullptr &&
+           QApplication::activePopupWidget() == nullptr && m_program.Window().isVisible() &&
+           m_program.Window().isActiveWindow() && QApplication::focusWidget() != nullptr &&
+           m_program.Screen().MousePointer() == Pointer::Default;
 }
 
 void Guide::KeepActive() const {
@@ -76,7 +77,9 @@ void Guide::Tick() {
             if (!step.title.empty()) {
                 m_tell(step.title);
             }
+            ++m_acting;
             step.act();
+            --m_acting;
         },
         Qt::QueuedConnection);
     m_steps.pop_front();
@@ -248,6 +251,10 @@ void Guide::Check(std::string what, std::function<bool()> holds) {
         });
 }
 
+void Guide::ExpectQuestionAtClosing(std::string text) {
+    m_closingQuestion = std::move(text);
+}
+
 void Guide::Picture(const char* name) {
     Then(
         std::string(), [this] { return IsIdle(); }, [this, name] { SavePicture(name); });
@@ -261,6 +268,9 @@ bool Guide::Run() {
             closed = true;
             m_program.Window().close();
         });
+    if (!m_closingQuestion.empty()) {
+        Box(m_closingQuestion, nullptr, "Yes");
+    }
     m_timer.start(10);
     m_patience.start(PatienceMs);
     if (!m_program.Start()) {

@@ -38,6 +38,8 @@ public:
     /// A condition that must hold now.
     void Check(std::string what, std::function<bool()> holds);
     void Picture(const char* name);
+    /// The window asks this when it is closed at the end, and is answered with Yes.
+    void ExpectQuestionAtClosing(std::string text);
 
     /// Starts the program, does all steps and closes the window. Whether all went well.
     bool Run();
@@ -78,6 +80,10 @@ private:
     QTimer m_timer;
     QTimer m_patience;
     bool m_begins = false;  // a step is queued and has not begun
+    // Steps under way: a command gives the message loop its turn while it works, and the next step must not
+    // run then, unless it is the answer to a window that the command has opened.
+    int m_acting = 0;
+    std::string m_closingQuestion;
     bool m_failed = false;
 };
 

@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 
 #include "SourceFolder.h"
+#include "guided/Commands.h"
 #include "guided/MainJob.h"
 #include "guided/Snapshot.h"
 #include "qt/Application.h"
@@ -65,6 +66,21 @@ TEST(WholeLoop, AnApplicationOfGenerationSixIsLoadedChangedAndCommitted) {
     RunLoop("water", ".kdt6",
             {{"water.kdt6", 1, "Lead", {}, "4.5", "2000"},
              {"water.kdt6", 3, "Lead at 90th percentile", {}, ".014", {}}});
+}
+
+TEST(WholeLoop, EveryCommandIsTriedAndTakenBackWithoutATrace) {
+    qputenv("USERNAME", "anna");
+    const Machine machine("diesel", ".kdt");
+    const std::string apps = machine.Apps().toStdString();
+    const Snapshot before = TakeSnapshot(apps);
+    std::string told;
+    Application program(machine.Places());
+    Guide guide(program, {}, [&told](const std::string& line) { told += line + "\n"; });
+    LoadAll(guide, program);
+    TryCommands(guide, program, {"diesel.kdt", 0, "Density at 15 \xC2\xB0\x43", {}, "844.9", {}});
+    guide.ExpectQuestionAtClosing("You have outstanding changes.");  // a view once marked stays so
+    EXPECT_TRUE(guide.Run()) << told;
+    EXPECT_EQ(TakeSnapshot(apps), before);
 }
 
 }  // namespace

@@ -234,9 +234,21 @@ void CheckListBinder::Show() {
     m_model->Refresh();
     const std::int32_t index = m_list.ListIndex();
     const QModelIndex current = index < 0 ? QModelIndex() : m_model->index(index);
-    if (m_view.currentIndex() != current) {
+    // Told also where there is none: the view would else make its first entry the current one as soon as it
+    // gets the keyboard, and the first Space would turn that over.
+    if (m_view.currentIndex() != current || !current.isValid()) {
         m_view.setCurrentIndex(current);
     }
+}
+
+bool CheckListBinder::eventFilter(QObject* watched, QEvent* event) {
+    // Without a current entry the view takes End for the way to the first one.
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_End &&
+        !m_view.currentIndex().isValid() && m_list.Count() > 0) {
+        m_view.setCurrentIndex(m_model->index(m_list.Count() - 1));
+        return true;
+    }
+    return ControlBinder::eventFilter(watched, event);
 }
 
 }  // namespace kd

@@ -46,13 +46,15 @@ private:
     bool m_showing = false;
 };
 
-/// A list whose entries bear a tick: a click anywhere on an entry or Space turns it over.
+/// A list whose entries bear a tick: a click anywhere on an entry or Space turns it over. No entry is current
+/// until the user or the form makes one so.
 class CheckListBinder : public ControlBinder {
 public:
     CheckListBinder(ListBox& control, QListView& widget, EventEdge& edge);
 
 protected:
     void Show() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     ListBox& m_list;

@@ -111,7 +111,8 @@ public:
     Text FileText(std::size_t view) const { return m_header + m_views[view].blocks; }
 
     /// Puts the files on the disk, makes the application known to the suite, and lists it, enabled.
-    void PutInto(TestDesk& desk) const {
+    template <typename D>
+    void PutInto(D& desk) const {
         FakeSuite::Application application{m_title, {}};
         for (std::size_t view = 0; view < m_views.size(); ++view) {
             desk.files.Put(FilePath(m_views[view].number), FileText(view));

@@ -152,9 +152,14 @@ TEST_F(CheckListBinderTest, SpaceTurnsTheCurrentTickOver) {
     EXPECT_EQ(changes, 1);
 }
 
-TEST_F(CheckListBinderTest, ListOpensWithoutACurrentEntry) {
+TEST_F(CheckListBinderTest, ListOpensWithoutACurrentEntryThoughItHasTheKeyboard) {
     new CheckListBinder(control, view, toolkit.Edge());
+    ShowActive(view);
+    view.setFocus();
     EXPECT_FALSE(view.currentIndex().isValid());
+    EXPECT_EQ(control.ListIndex(), -1);
+    Press(Qt::Key_Space);
+    EXPECT_EQ(changes, 0);
     control.SetListIndex(1);
     EXPECT_EQ(view.currentIndex().row(), 1);
 }

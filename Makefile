@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 CMAKE_BUILD = cmake --build build/$(1) --parallel $(JOBS)
 
 .PHONY: help run test core bench package package-test accessibility-test windows windows-test windows-core-test \
-        spreadsheet-test format tidy samples clean
+        spreadsheet-test release-check format tidy samples clean
 
 help:
 	@echo "make run      the program on a copy of the samples (a guided run where there is no display)"
@@ -17,6 +17,7 @@ help:
 	@echo "make windows-test  tests, guided run and installer under wine"
 	@echo "make windows-core-test  the core's tests under wine, without Qt"
 	@echo "make spreadsheet-test  cells to and from LibreOffice Calc"
+	@echo "make release-check  everything above, in a clean clone"
 	@echo "make format   lays the sources out with clang-format"
 	@echo "make tidy     clang-tidy over all sources"
 	@echo "make samples  makes the sample applications anew from their tables"
@@ -61,6 +62,9 @@ windows-core-test:
 
 spreadsheet-test:
 	@JOBS=$(JOBS) scripts/try_spreadsheet.sh
+
+release-check:
+	@scripts/release_check.sh
 
 format:
 	@scripts/setup.sh check

@@ -174,9 +174,12 @@ OptionGroupBinder::OptionGroupBinder(OptionGroup& control, QWidget& box, std::ve
 void OptionGroupBinder::Show() {
     ControlBinder::Show();
     for (std::size_t index = 0; index < m_buttons.size(); ++index) {
-        if (m_group.Selected() == static_cast<std::int32_t>(index)) {
+        const bool selected = m_group.Selected() == static_cast<std::int32_t>(index);
+        if (selected) {
             m_buttons[index]->setChecked(true);
         }
+        // Tab comes to the selected member alone: on another one it would select that.
+        m_buttons[index]->setFocusPolicy(selected ? Qt::StrongFocus : Qt::ClickFocus);
     }
 }
 

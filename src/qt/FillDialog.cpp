@@ -17,18 +17,21 @@ namespace kd {
 namespace {
 
 /// A frame with the group's options in one column, as far from each other as the frame is high.
-QGroupBox* FrameOf(const OptionGroup& group, const Label& frame, std::vector<QRadioButton*>& options,
-                   QWidget* parent) {
+QGroupBox* FrameOf(OptionGroup& group, const Label& frame, EventEdge& edge, QWidget* parent) {
     auto* const box = new QGroupBox(parent);
     box->setObjectName(ToQt(frame.Name()));
-    auto* const column = new QVBoxLayout(box);
-    for (const Text& caption : group.Captions()) {
-        auto* const option = new QRadioButton(box);
-        option->setText(ToQt(caption));
-        column->addWidget(option);
-        options.push_back(option);
+    auto* const holder = new QWidget(box);
+    auto* const column = new QVBoxLayout(holder);
+    column->setContentsMargins({});
+    std::vector<QRadioButton*> options;
+    for (std::size_t member = 0; member < group.Captions().size(); ++member) {
+        options.push_back(new QRadioButton(holder));
+        column->addWidget(options.back());
     }
     column->addStretch();
+    (new QVBoxLayout(box))->addWidget(holder);
+    new OptionGroupBinder(group, *holder, std::move(options), edge);
+    box->setEnabled(frame.Enabled());  // the frame is switched off as a whole
     return box;
 }
 
@@ -39,10 +42,8 @@ FillDialog::FillDialog(frmFill& form, EventEdge& edge, QWidget* parent) : FormDi
     auto* const text = new QLineEdit(this);
     auto* const calculation = new OptionView(this);
     auto* const target = new QLabel(this);
-    std::vector<QRadioButton*> limits;
-    std::vector<QRadioButton*> operations;
-    QGroupBox* const limitFrame = FrameOf(form.optLimits, form.fraLimits, limits, this);
-    QGroupBox* const operationFrame = FrameOf(form.optPlusMinus, form.fraPlusMinus, operations, this);
+    QGroupBox* const limitFrame = FrameOf(form.optLimits, form.fraLimits, edge, this);
+    QGroupBox* const operationFrame = FrameOf(form.optPlusMinus, form.fraPlusMinus, edge, this);
     auto* const value = new QLineEdit(this);
     auto* const ok = new QPushButton(this);
     auto* const cancel = new QPushButton(this);
@@ -73,14 +74,9 @@ FillDialog::FillDialog(frmFill& form, EventEdge& edge, QWidget* parent) : FormDi
     new TextBoxBinder(form.txtConstant, *text, edge);
     new OptionButtonBinder(form.optFillLimit, *calculation, edge, QLatin1Char('c'));
     new LabelBinder(form.lblLimit, *target, edge);
-    new OptionGroupBinder(form.optLimits, *limitFrame, limits, edge);
-    new OptionGroupBinder(form.optPlusMinus, *operationFrame, operations, edge);
     new TextBoxBinder(form.txtLimitValue, *value, edge);
     new ButtonBinder(form.cmdOk, *ok, edge);
     new ButtonBinder(form.cmdCancel, *cancel, edge);
-    // The frames are switched off as a whole; their groups stay as they are.
-    limitFrame->setEnabled(form.fraLimits.Enabled());
-    operationFrame->setEnabled(form.fraPlusMinus.Enabled());
 
     SetButtons(ok, cancel);
     text->setFocus();

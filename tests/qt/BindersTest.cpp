@@ -254,6 +254,17 @@ TEST_F(OptionGroupTest, ArrowKeySelectsTheNextMember) {
     EXPECT_TRUE(buttons[1]->isChecked());
 }
 
+TEST_F(OptionGroupTest, TabComesToTheSelectedMemberAndLeavesTheSelection) {
+    control.SetSelected(1);
+    auto* const before = new QLineEdit(&window);
+    QWidget::setTabOrder(before, buttons[0]);
+    before->show();
+    before->setFocus();
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(Focused(), buttons[1]);
+    EXPECT_EQ(control.Selected(), 1);
+}
+
 TEST_F(OptionGroupTest, FocusSelectsTheMember) {
     buttons[2]->setFocus(Qt::TabFocusReason);
     EXPECT_EQ(control.Selected(), 2);
@@ -276,6 +287,20 @@ TEST_F(BindersTest, TextBoxShowsAndTakesText) {
     EXPECT_EQ(widget.text(), QString::fromUtf8("\xC3\xA4"));
     control.SelectAll();
     EXPECT_EQ(widget.selectedText(), widget.text());
+}
+
+TEST_F(BindersTest, TextThatWasToBeSelectedBeforeItsWidgetCameIsSelectedOnce) {
+    TextBox control("txtFind");
+    control.SetValue("milk");
+    control.SelectAll();
+    QLineEdit first;
+    QLineEdit second;
+    {
+        const TextBoxBinder binder(control, first, edge);
+        EXPECT_EQ(first.selectedText(), "milk");
+    }
+    const TextBoxBinder binder(control, second, edge);
+    EXPECT_EQ(second.selectedText(), "");
 }
 
 TEST_F(BindersTest, TypingInTheMiddleKeepsTheCursorThere) {

@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
+#include <algorithm>
 #include <deque>
 #include <string>
 #include <utility>
@@ -70,7 +71,8 @@ private:
 
     void Look() {
         QWidget* const modal = QApplication::activeModalWidget();
-        if (m_begins || modal == nullptr || !modal->isVisible()) {
+        if (m_begins || modal == nullptr || !modal->isVisible() ||
+            std::find(m_inUse.begin(), m_inUse.end(), modal) != m_inUse.end()) {
             return;
         }
         if (!modal->isActiveWindow()) {
@@ -91,7 +93,9 @@ private:
             [this, step = std::move(m_steps.front()), window = QPointer<QWidget>(modal)] {
                 m_begins = false;
                 if (window != nullptr) {
+                    m_inUse.push_back(window);
                     step.user(*window);
+                    m_inUse.pop_back();
                 }
             },
             Qt::QueuedConnection);
@@ -99,6 +103,7 @@ private:
     }
 
     std::deque<Step> m_steps;
+    std::vector<QWidget*> m_inUse;  // the user is at work in them
     QTimer m_timer;
     bool m_begins = false;
 };
@@ -223,10 +228,14 @@ inline void TypeInto(QWidget& dialog, const char* control, const char* text) {
 }
 
 /// Names of the widgets that Tab goes through, beginning with the one that has the focus.
-inline QStringList TabOrder(QWidget& dialog) {
-    QStringList names;
-    for (QWidget* at = Focused(); at != nullptr && !names.contains(at->objectName()); at = Focused()) {
-        names << at->objectName();
+inline std::vector<std::string> TabOrder(QWidget& dialog) {
+    std::vector<std::string> names;
+    for (QWidget* at = Focused(); at != nullptr; at = Focused()) {
+        const std::string name = at->objectName().toStdString();
+        if (std::find(names.begin(), names.end(), name) != names.end()) {
+            break;
+        }
+        names.push_back(name);
         QTest::keyClick(at, Qt::Key_Tab);
         if (!dialog.isVisible()) {
             break;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/Text.h"
 
@@ -36,7 +37,10 @@ public:
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
     Handle(Handle&& other) noexcept : m_handle(other.m_handle) { other.m_handle = nullptr; }
-    Handle& operator=(Handle&&) = delete;
+    Handle& operator=(Handle&& other) noexcept {
+        std::swap(m_handle, other.m_handle);
+        return *this;
+    }
 
     RawHandle Get() const noexcept { return m_handle; }
     bool IsOpen() const noexcept { return m_handle != nullptr; }

@@ -175,9 +175,12 @@ Outcome WriteBeside(const char* operation, std::string_view path, const std::wst
     const bool isNew = !present.IsOpen();
     NativePath temporary;
     Code code = 0;
-    Handle file =
-        NewBeside(target, GENERIC_READ | GENERIC_WRITE | DELETE | (isNew ? 0 : WRITE_DAC | WRITE_OWNER),
-                  temporary, code);
+    constexpr DWORD Usual = GENERIC_READ | GENERIC_WRITE | DELETE;
+    Handle file = NewBeside(target, isNew ? Usual : Usual | WRITE_DAC | WRITE_OWNER, temporary, code);
+    if (code == ERROR_ACCESS_DENIED && !isNew) {
+        // Many a server lets nobody change rights. Mostly the new file has those of the old one by itself.
+        file = NewBeside(target, Usual, temporary, code);
+    }
     if (!file.IsOpen()) {
         if (!isNew && LeavesTheFileItself(code)) {
             return Outcome::NotPossibleHere;
@@ -188,7 +191,9 @@ Outcome WriteBeside(const char* operation, std::string_view path, const std::wst
     const Scope removed([&] {
         (void)file.Close();  // an open file cannot be removed
         if (!inPlace) {
-            (void)::DeleteFileW(temporary.text.c_str());  // what failed before is told instead
+            // What failed before is told instead.
+            (void)Patiently([&] { return ::DeleteFileW(temporary.text.c_str()) != 0 ? 0 : ::GetLastError(); },
+                            IsSharedOrRefused);
         }
     });
     code = WriteAll(file.Get(), bytes);

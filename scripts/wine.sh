@@ -17,7 +17,10 @@ start_wine() {
     fi
     exec {wine_lock}>&-
     [ -f "$WINEPREFIX/ready" ] || { echo "wine: could not be set up" >&2; return 1; }
-    /usr/lib/wine/wineserver64 -p60 2>/dev/null || true  # between two programs it stays, which saves seconds each
+    # The server stays between two programs, which saves seconds each. What the first program starts beside itself must
+    # not hold on to a pipe of ours.
+    /usr/lib/wine/wineserver64 -p600 >/dev/null 2>&1 || true
+    /usr/lib/wine/wine64 cmd /c exit >/dev/null 2>&1 </dev/null
 }
 
 # Code page and decimal separator follow the locale: as_windows_of de_DE COMMAND... runs a command so.

@@ -58,7 +58,7 @@ std::vector<Sample> Samples() {
 
 std::vector<Text> ShippedRules() {
     std::vector<Text> rules;
-    std::ifstream file(fs::path(KD_SOURCE_DIR) / "samples" / "Rules.ini");
+    std::ifstream file(fs::path(KD_SOURCE_DIR) / "samples" / "Rules.ini", std::ios::binary);
     for (std::string line; std::getline(file, line);) {
         const std::size_t at = line.find("= ");
         if (at != std::string::npos) {

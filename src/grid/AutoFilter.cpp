@@ -1,10 +1,7 @@
 #include "grid/AutoFilter.h"
 
 #include <cstddef>
-#include <functional>
-#include <memory_resource>
 #include <optional>
-#include <string>
 #include <unordered_set>
 #include <utility>
 
@@ -21,19 +18,8 @@ constexpr std::string_view Blank = "(Blank)";
 constexpr std::int32_t DialogRight = 10;
 constexpr std::int32_t DialogBelow = 50;
 
-/// For a search by a text that is no Text of its own.
-struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const noexcept {
-        return std::hash<std::string_view>()(text);
-    }
-};
-struct SameText {
-    using is_transparent = void;
-    bool operator()(std::string_view a, std::string_view b) const noexcept { return a == b; }
-};
-/// Texts in upper case; a large column has tens of thousands, which are freed at once.
-using TextSet = std::pmr::unordered_set<std::pmr::string, TextHash, SameText>;
+/// Texts in upper case; a large column has tens of thousands.
+using TextSet = std::unordered_set<Text>;
 
 /// A filtered column with its entries.
 struct ColumnFilter {
@@ -49,11 +35,8 @@ cFilters& FiltersOf(const Desk& desk, std::int32_t screenCol) {
     return *LabelOf(desk, screenCol).Filters();
 }
 
-/// A cell's text in upper case, good until the next call with the same buffer.
-std::string_view UpperCell(const Desk& desk, std::int32_t row, std::int32_t screenCol, Text& buffer) {
-    buffer.clear();
-    PageOf(desk).AppendUpper(desk.Grid.TextMatrix(row, screenCol), buffer);
-    return buffer;
+Text UpperCell(const Desk& desk, std::int32_t row, std::int32_t screenCol) {
+    return PageOf(desk).Upper(desk.Grid.TextMatrix(row, screenCol));
 }
 
 /// The filtered columns but `except`.
@@ -65,18 +48,17 @@ std::vector<ColumnFilter> ActiveFilters(const Desk& desk, std::int32_t except = 
             continue;
         }
         ColumnFilter column{col, {}};
-        column.names.reserve(static_cast<std::size_t>(filters.Count()));
         for (const auto& filter : filters) {
-            column.names.emplace(PageOf(desk).Upper(filter->Name()));
+            column.names.insert(PageOf(desk).Upper(filter->Name()));
         }
         active.push_back(std::move(column));
     }
     return active;
 }
 
-bool PassesAll(const Desk& desk, std::int32_t row, const std::vector<ColumnFilter>& active, Text& buffer) {
+bool PassesAll(const Desk& desk, std::int32_t row, const std::vector<ColumnFilter>& active) {
     for (const ColumnFilter& column : active) {
-        if (!column.names.contains(UpperCell(desk, row, column.screenCol, buffer))) {
+        if (!column.names.contains(UpperCell(desk, row, column.screenCol))) {
             return false;
         }
     }
@@ -84,7 +66,7 @@ bool PassesAll(const Desk& desk, std::int32_t row, const std::vector<ColumnFilte
 }
 
 /// What the list shows for a cell's text.
-Text Offered(Text value) {
+Text Offered(const Text& value) {
     return Trim(value).empty() ? Text(Blank) : value;
 }
 
@@ -92,10 +74,10 @@ void OfferValues(const Desk& desk, std::int32_t screenCol, frmAutoFilter& form) 
     const cFilters& filters = FiltersOf(desk, screenCol);
     TextSet ticked;
     for (const auto& filter : filters) {
-        ticked.emplace(PageOf(desk).Upper(filter->Name().empty() ? Blank : std::string_view(filter->Name())));
+        ticked.insert(PageOf(desk).Upper(filter->Name().empty() ? Blank : std::string_view(filter->Name())));
     }
-    for (Text& value : GetColumnValues(desk, screenCol)) {
-        Text offered = Offered(std::move(value));
+    for (const Text& value : GetColumnValues(desk, screenCol)) {
+        Text offered = Offered(value);
         const bool selected = filters.Count() == 0 || ticked.contains(PageOf(desk).Upper(offered));
         form.Filters()->Add(std::move(offered), selected);
     }
@@ -172,18 +154,17 @@ Text GetFilterCaption(const Desk& desk, std::int32_t screenCol) {
 std::vector<Text> GetColumnValues(const Desk& desk, std::int32_t screenCol) {
     const std::vector<ColumnFilter> others = ActiveFilters(desk, screenCol);
     std::vector<Text> values;
-    std::pmr::monotonic_buffer_resource memory;
-    TextSet listed(&memory);
-    Text buffer;
-    listed.reserve(static_cast<std::size_t>(desk.Grid.VisibleRows().size()));  // a guess: most are shown
+    TextSet listed;
     for (std::int32_t row = 1; row < desk.Grid.Rows(); ++row) {
         if (FailsNumericRule(desk, row)) {
             continue;
         }
-        if (PassesAll(desk, row, others, buffer) &&
-            listed.emplace(UpperCell(desk, row, screenCol, buffer)).second) {
-            values.emplace_back(desk.Grid.TextMatrix(row, screenCol));
+        Text upper = UpperCell(desk, row, screenCol);
+        if (listed.contains(upper) || !PassesAll(desk, row, others)) {
+            continue;
         }
+        listed.insert(std::move(upper));
+        values.emplace_back(desk.Grid.TextMatrix(row, screenCol));
     }
     return values;
 }
@@ -204,12 +185,11 @@ bool FailsNumericRule(const Desk& desk, std::int32_t row) {
 void ApplyFilters(Desk& desk) {
     // Taken before the first pass of the message loop, and not asked again: a pass may change anything.
     const std::vector<ColumnFilter> active = ActiveFilters(desk);
-    Text buffer;
     for (std::int32_t row = 1; row < desk.Grid.Rows(); ++row) {
-        const bool shown = !FailsNumericRule(desk, row) && PassesAll(desk, row, active, buffer);
+        const bool shown = !FailsNumericRule(desk, row) && PassesAll(desk, row, active);
         desk.Grid.SetRowHidden(row, !shown);
         if (!active.empty()) {
-            desk.g.platform.toolkit.ProcessEventsInJob();
+            desk.g.platform.toolkit.ProcessEvents();
         }
     }
 }

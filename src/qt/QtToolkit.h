@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDialog>
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <typeindex>
@@ -43,7 +42,6 @@ public:
     void ShowModeless(Form& form) override;
     void ShowPopupMenu(MenuItem& menu) override;
     void ProcessEvents() override;
-    void ProcessEventsInJob() override;
     Pointer MousePointer() const override { return m_pointer; }
     void SetMousePointer(Pointer pointer) override;
     std::int32_t ScreenWidth() const override;
@@ -62,7 +60,6 @@ private:
     Pointer m_pointer = Pointer::Default;
     bool m_hourglassShown = false;
     int m_passes = 0;
-    std::chrono::steady_clock::time_point m_lastPass;
 };
 
 }  // namespace kd

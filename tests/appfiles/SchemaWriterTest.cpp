@@ -357,8 +357,9 @@ TEST(SaveSchemaTest, AViewOfGenerationSixGoesThroughItsOwnTemporaryFile) {
     EXPECT_TRUE(t.Save());
     EXPECT_EQ(t.files.Log(),
               (std::vector<Text>{"OpenForOutput /apps/plant.KDV6.temp", "Read /apps/plant.KDV6.V2",
-                                 "Write /apps/plant.KDV6.temp", "Close /apps/plant.KDV6.temp",
-                                 "CopyFile /apps/plant.KDV6.V2", "DeleteFile /apps/plant.KDV6.temp"}));
+                                 "Write /apps/plant.KDV6.temp", "Flush /apps/plant.KDV6.temp",
+                                 "Close /apps/plant.KDV6.temp", "CopyFile /apps/plant.KDV6.V2",
+                                 "DeleteFile /apps/plant.KDV6.temp"}));
     EXPECT_EQ(t.files.Paths(), std::vector<Text>{"/apps/plant.KDV6.V2"});
 }
 
@@ -448,7 +449,7 @@ TEST(SaveSchemaTest, AFailedSaveBlocksTheOtherViewsThatShareItsTemporaryPathAndN
     WriteDesk t;
     t.g.gFiles->Add("/apps/plant.kdt", {}, {}, 1);
     t.g.gFiles->Add("/apps/mill.kdt", {}, {}, 1)->SetBegFieldPtr(1);
-    t.files.FailOn("Close", ".temp", errDevice);
+    t.files.FailOn("Flush", ".temp", errDevice);
     t.ExpectBox("Error 57: Device I/O error occurred in SaveSchema.");
     EXPECT_FALSE(t.Save());
     t.files.FailNoMore();
@@ -487,16 +488,16 @@ TEST(SaveSchemaTest, AtEachPointOfFailureTheTargetIsWhollyOldOrWhollyNew) {
         t.Add(aField().Type("x"));
         const Text old = t.files.Get(t.target);
         t.files.FailAt(failAt);
-        // Open, read, write and close come before the overwriting: copy and delete.
-        if (failAt <= 4) {
+        // Open, read, write, flush and close come before the overwriting: copy and delete.
+        if (failAt <= 5) {
             t.ExpectBox("Error 57: Device I/O error occurred in SaveSchema.");
-        } else if (failAt <= 6) {
+        } else if (failAt <= 7) {
             t.ExpectOverwriteBox("Error 57: Device I/O error");
         }
-        EXPECT_EQ(t.Save(), failAt > 4) << failAt;
+        EXPECT_EQ(t.Save(), failAt > 5) << failAt;
         done = t.files.Operations() < failAt;
         const Text left = t.files.Get(t.target);
-        if (failAt <= 5) {
+        if (failAt <= 6) {
             EXPECT_EQ(left, old) << failAt;
         } else {
             EXPECT_TRUE(left.starts_with(Text(SavedHeader) + "[FIELD]\r\n   NAME")) << failAt;

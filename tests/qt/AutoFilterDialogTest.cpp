@@ -78,7 +78,8 @@ TEST_F(AutoFilterDialogTest, ListHasTheKeyboardAndNoCurrentEntryAtFirst) {
 TEST_F(AutoFilterDialogTest, TabGoesFromTheBoxOverTheListToTheButtons) {
     Offer({{"a", true}});
     Show([](QWidget& window) {
-        EXPECT_EQ(TabOrder(window), (std::vector<std::string>{"lstAutoFilter", "cmdOk", "cmdCancel", "chkSelectAll"}));
+        EXPECT_EQ(TabOrder(window),
+                  (std::vector<std::string>{"lstAutoFilter", "cmdOk", "cmdCancel", "chkSelectAll"}));
         window.close();
     });
 }

@@ -29,9 +29,9 @@ struct Bench {
     Desk desk{machine.g};
 };
 
-void FinishView(Globals& g, std::int32_t fileId, std::int32_t first) {
-    const modKDLimitDesk::RuleTranslator rules(g.gRuleNames, g.gFiles->Ref(fileId).Rules(),
-                                               g.platform.locale.CodePage());
+void FinishView(Globals& g, modKDLimitDesk::RuleTranslators& translators, std::int32_t fileId,
+                std::int32_t first) {
+    const auto& rules = translators.For(g.gFiles->Ref(fileId).Rules());
     for (std::int32_t index = first; index <= g.gFields->Count(); ++index) {
         modKDLimitDesk::FinishVariable(rules, g.gSavedFields->Ref(index), g.gFields->Ref(index));
     }
@@ -55,11 +55,12 @@ void RunRead(const std::string& folder) {
     Globals& g = bench.desk.g;
     Meter meter;
     SchemaReader reader(g);
+    modKDLimitDesk::RuleTranslators rules(g.gRuleNames, g.platform.locale.CodePage());
     for (const std::string& path : bench.files) {
         const std::int32_t first = g.gFields->Count() + 1;
         (void)g.gFiles->Add(path, "", "", 0);
         reader.Read(path, g.gFiles->Count());
-        FinishView(g, g.gFiles->Count(), first);
+        FinishView(g, rules, g.gFiles->Count(), first);
     }
     const Cost cost = meter.Stop();
     ExpectRead(g, bench.files.size());

@@ -19,6 +19,7 @@ public:
         : m_desk(desk),
           m_g(desk.g),
           m_schema(desk.g),
+          m_rules(desk.g.gRuleNames, desk.g.platform.locale.CodePage()),
           m_reader(desk.g.platform.suite.NewApplicationFile()),
           m_total(desk.g.gMasterFiles->TotalFilesEnabled()) {}
 
@@ -61,7 +62,7 @@ private:
         m_reader->CloseFile();
         ++m_done;
         m_desk.ProgressBar1.SetValue(100.0 * m_done / m_total);
-        m_g.platform.toolkit.ProcessEvents();
+        m_g.platform.toolkit.ProcessEventsInJob();
     }
 
     void LoadView(const Text& path, Text viewName, std::int16_t viewNo) {
@@ -81,7 +82,7 @@ private:
     }
 
     void FinishVariables(const cFile& file) {
-        const RuleTranslator rules(m_g.gRuleNames, file.Rules(), m_g.platform.locale.CodePage());
+        const RuleTranslator& rules = m_rules.For(file.Rules());
         std::int32_t index = file.BegFieldPtr();
         try {
             for (; index <= file.EndFieldPtr(); ++index) {
@@ -102,6 +103,7 @@ private:
     Desk& m_desk;
     Globals& m_g;
     SchemaReader m_schema;
+    RuleTranslators m_rules;
     std::unique_ptr<KDApplicationFile> m_reader;
     std::int32_t m_total;
     std::int32_t m_applications = 0;
@@ -126,6 +128,9 @@ void LoadApplications(Desk& desk) {
     g.gFiles = std::make_shared<cFiles>();
     g.gFields = std::make_shared<cFields>();
     g.gSavedFields = std::make_shared<cFields>();
+    g.gFields->Reserve(MostRecords);
+    g.gSavedFields->Reserve(MostRecords);
+    desk.Grid.ReserveRows(MostRecords + 1);
     desk.Grid.SetRedraw(false);
     {
         const Scope redraw([&desk] { desk.Grid.SetRedraw(true); });

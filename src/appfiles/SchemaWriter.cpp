@@ -33,8 +33,7 @@ void WriteTemporary(Globals& g, const cFile& file, const Text& target, const Tex
     auto output = g.platform.files.OpenForOutput(temporary);
     try {
         output->Write(SchemaBytes(g, file, target));
-        output->Flush();
-        output->Close();
+        output->Close();  // the copy over the target is what must reach the disk
     } catch (...) {
         // It stays open until the program ends, so that no later save takes what is left of this one.
         g.openTemporaries.push_back(temporary);

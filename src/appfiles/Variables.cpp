@@ -75,6 +75,14 @@ Text RuleTranslator::Translate(std::string_view letters) const {
     return translated;
 }
 
+const RuleTranslator& RuleTranslators::For(const Text& viewNames) {
+    if (!m_last || m_viewNames != viewNames) {
+        m_viewNames = viewNames;
+        m_last.emplace(m_catalogueNames, m_viewNames, m_page);
+    }
+    return *m_last;
+}
+
 void TranslateLetters(const RuleTranslator& rules, const cField& saved, cField& field) {
     if (!saved.Rules().empty()) {
         field.SetRules(rules.Translate(saved.Rules()));

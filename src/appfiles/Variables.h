@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "model/Globals.h"
@@ -32,6 +34,22 @@ private:
     };
     const CodePage& m_page;
     std::vector<Pair> m_pairs;  // in the catalogue's order
+};
+
+/// The translators of a load. Views that stand one behind the other mostly have the same rules.
+class RuleTranslators {
+public:
+    /// `page` must outlive the translators.
+    RuleTranslators(Text catalogueNames, const CodePage& page)
+        : m_catalogueNames(std::move(catalogueNames)), m_page(page) {}
+    /// Good until the next call.
+    const RuleTranslator& For(const Text& viewNames);
+
+private:
+    Text m_catalogueNames;
+    const CodePage& m_page;
+    Text m_viewNames;
+    std::optional<RuleTranslator> m_last;
 };
 
 /// Gives a freshly read variable its bounds, where it is numeric and its file gives none (they count as

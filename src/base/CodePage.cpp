@@ -173,8 +173,18 @@ Text CodePage::Seen(std::string_view text) const {
 Text CodePage::Upper(std::string_view text) const {
     Text upper;
     upper.reserve(text.size());
+    AppendUpper(text, upper);
+    return upper;
+}
+
+void CodePage::AppendUpper(std::string_view text, Text& upper) const {
     Walk(
-        text, [&](std::string_view run) { upper += UpperAscii(run); },
+        text,
+        [&](std::string_view run) {
+            for (const char c : run) {
+                upper += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+            }
+        },
         [&](char32_t character, std::string_view bytes) {
             const auto found = m_bytes.find(character);
             if (found == m_bytes.end()) {
@@ -183,7 +193,6 @@ Text CodePage::Upper(std::string_view text) const {
                 upper += m_text[m_upper[found->second]];
             }
         });
-    return upper;
 }
 
 }  // namespace kd

@@ -37,6 +37,8 @@ public:
     /// Upper case, one character for one; a letter without a single capital in the page stays, and so does a
     /// character that the page lacks. The number of characters never changes.
     Text Upper(std::string_view text) const;
+    /// Appends the same.
+    void AppendUpper(std::string_view text, Text& upper) const;
 
     CodePage(int number, const std::array<char16_t, 256>& decode,
              const std::array<unsigned char, 256>& upper);

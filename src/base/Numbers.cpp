@@ -86,8 +86,37 @@ bool IsTooLarge(std::string_view text) noexcept {
     return size + (negative ? -std::int64_t{power} : std::int64_t{power}) > 0;
 }
 
+/// The number of up to 15 digits with at most one separator, which plain arithmetic gives exactly rounded:
+/// both parts of the quotient are whole numbers that a double holds. False for any longer text.
+bool ConvertQuickly(std::string_view number, double& value) noexcept {
+    constexpr std::array<double, 16> Powers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                            1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    if (number.size() >= Powers.size()) {
+        return false;
+    }
+    std::uint64_t digits = 0;
+    std::size_t behind = 0;
+    bool separated = false;
+    for (const char c : number) {
+        if (IsDigit(c)) {
+            digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
+            behind += separated ? 1U : 0U;
+        } else if (c == 'e' || c == 'E') {
+            return false;
+        } else {
+            separated = true;
+        }
+    }
+    value = static_cast<double>(digits) / Powers[behind];
+    return true;
+}
+
 double Convert(std::string_view text, const Scanned& found, char separator) noexcept {
     std::string_view number = text.substr(found.begin, found.end - found.begin);
+    double value = 0;
+    if (ConvertQuickly(number, value)) {
+        return found.negative ? -value : value;
+    }
     Text withPoint;
     if (separator != '.') {
         withPoint = number;
@@ -98,7 +127,6 @@ double Convert(std::string_view text, const Scanned& found, char separator) noex
         }
         number = withPoint;
     }
-    double value = 0;
     const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
     if (result.ec == std::errc::result_out_of_range) {
         value = IsTooLarge(number) ? std::numeric_limits<double>::infinity() : 0.0;

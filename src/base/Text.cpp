@@ -16,16 +16,6 @@ bool StartsCharacter(char c) noexcept {
 
 }  // namespace
 
-std::string_view TrimRight(std::string_view text) noexcept {
-    const auto last = text.find_last_not_of(' ');
-    return last == std::string_view::npos ? std::string_view() : text.substr(0, last + 1);
-}
-
-std::string_view Trim(std::string_view text) noexcept {
-    const auto first = text.find_first_not_of(' ');
-    return first == std::string_view::npos ? std::string_view() : TrimRight(text.substr(first));
-}
-
 Text UpperAscii(std::string_view text) {
     Text result(text);
     std::transform(result.begin(), result.end(), result.begin(), UpperChar);

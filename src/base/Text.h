@@ -15,9 +15,9 @@ using Text = std::string;
 inline constexpr std::string_view CrLf = "\r\n";
 
 /// Without the blanks (U+0020 alone; no tabs, no line ends) at both ends.
-std::string_view Trim(std::string_view text) noexcept;
+inline std::string_view Trim(std::string_view text) noexcept;
 /// Without the blanks (U+0020 alone) at the end.
-std::string_view TrimRight(std::string_view text) noexcept;
+inline std::string_view TrimRight(std::string_view text) noexcept;
 /// Upper case of the letters a to z, all else as it stands. For keys and other plain ASCII words; a text of
 /// the user goes through CodePage::Upper.
 Text UpperAscii(std::string_view text);
@@ -32,5 +32,20 @@ std::size_t CharacterCount(std::string_view text) noexcept;
 /// Offset in bytes, from 0, of the character at `position`, from 1. The position behind the last character
 /// gives the size of the text, and so does any larger one.
 std::size_t ByteOffset(std::string_view text, std::size_t position) noexcept;
+
+// Every line of a file goes through these.
+inline std::string_view TrimRight(std::string_view text) noexcept {
+    while (!text.empty() && text.back() == ' ') {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+inline std::string_view Trim(std::string_view text) noexcept {
+    while (!text.empty() && text.front() == ' ') {
+        text.remove_prefix(1);
+    }
+    return TrimRight(text);
+}
 
 }  // namespace kd

@@ -6,6 +6,7 @@
 
 #include "appfiles/SchemaWriter.h"
 #include "base/Numbers.h"
+#include "base/Paths.h"
 #include "commit/ChangeReport.h"
 #include "commit/frmCommit.h"
 #include "grid/ColumnCatalogue.h"
@@ -58,6 +59,7 @@ public:
                     CommitView(index);
                 }
             }
+            FlushFolders();
         } catch (const cError& error) {
             Fail(error);
             return;
@@ -99,8 +101,22 @@ private:
             return;
         }
         ++m_modified;
+        m_folders.insert(Text(paths::Folder(path)));
         ReportChanges(m_desk, *file, m_stamp);
         file->SetChangesMade(false);
+    }
+
+    /// What has been told to be saved is saved for good, once for each folder and not for each view.
+    void FlushFolders() {
+        for (const Text& folder : m_folders) {
+            try {
+                m_g.platform.files.FlushFolder(folder);
+            } catch (const cError& error) {
+                if (error.Number() != errPermissionDenied) {  // which a folder is that may not be listed
+                    throw;
+                }
+            }
+        }
     }
 
     /// Deliberate: a failed archive does not keep the view from being saved.
@@ -137,6 +153,7 @@ private:
     Text m_panelText;
     CommitStamp m_stamp;
     std::set<Text> m_archived;  // templates
+    std::set<Text> m_folders;   // of the views that have been saved
     std::unique_ptr<KDArchiver> m_archiver;
     std::unique_ptr<KDArchiveContext> m_archiveContext;
     std::int64_t m_selected = 0;

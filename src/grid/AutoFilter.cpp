@@ -1,7 +1,10 @@
 #include "grid/AutoFilter.h"
 
 #include <cstddef>
+#include <functional>
+#include <memory_resource>
 #include <optional>
+#include <string>
 #include <unordered_set>
 #include <utility>
 
@@ -18,8 +21,19 @@ constexpr std::string_view Blank = "(Blank)";
 constexpr std::int32_t DialogRight = 10;
 constexpr std::int32_t DialogBelow = 50;
 
-/// Texts in upper case; a large column has tens of thousands.
-using TextSet = std::unordered_set<Text>;
+/// For a search by a text that is no Text of its own.
+struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const noexcept {
+        return std::hash<std::string_view>()(text);
+    }
+};
+struct SameText {
+    using is_transparent = void;
+    bool operator()(std::string_view a, std::string_view b) const noexcept { return a == b; }
+};
+/// Texts in upper case; a large column has tens of thousands, which are freed at once.
+using TextSet = std::pmr::unordered_set<std::pmr::string, TextHash, SameText>;
 
 /// A filtered column with its entries.
 struct ColumnFilter {
@@ -35,8 +49,11 @@ cFilters& FiltersOf(const Desk& desk, std::int32_t screenCol) {
     return *LabelOf(desk, screenCol).Filters();
 }
 
-Text UpperCell(const Desk& desk, std::int32_t row, std::int32_t screenCol) {
-    return PageOf(desk).Upper(desk.Grid.TextMatrix(row, screenCol));
+/// A cell's text in upper case, good until the next call with the same buffer.
+std::string_view UpperCell(const Desk& desk, std::int32_t row, std::int32_t screenCol, Text& buffer) {
+    buffer.clear();
+    PageOf(desk).AppendUpper(desk.Grid.TextMatrix(row, screenCol), buffer);
+    return buffer;
 }
 
 /// The filtered columns but `except`.
@@ -48,17 +65,18 @@ std::vector<ColumnFilter> ActiveFilters(const Desk& desk, std::int32_t except = 
             continue;
         }
         ColumnFilter column{col, {}};
+        column.names.reserve(static_cast<std::size_t>(filters.Count()));
         for (const auto& filter : filters) {
-            column.names.insert(PageOf(desk).Upper(filter->Name()));
+            column.names.emplace(PageOf(desk).Upper(filter->Name()));
         }
         active.push_back(std::move(column));
     }
     return active;
 }
 
-bool PassesAll(const Desk& desk, std::int32_t row, const std::vector<ColumnFilter>& active) {
+bool PassesAll(const Desk& desk, std::int32_t row, const std::vector<ColumnFilter>& active, Text& buffer) {
     for (const ColumnFilter& column : active) {
-        if (!column.names.contains(UpperCell(desk, row, column.screenCol))) {
+        if (!column.names.contains(UpperCell(desk, row, column.screenCol, buffer))) {
             return false;
         }
     }
@@ -66,7 +84,7 @@ bool PassesAll(const Desk& desk, std::int32_t row, const std::vector<ColumnFilte
 }
 
 /// What the list shows for a cell's text.
-Text Offered(const Text& value) {
+Text Offered(Text value) {
     return Trim(value).empty() ? Text(Blank) : value;
 }
 
@@ -74,10 +92,10 @@ void OfferValues(const Desk& desk, std::int32_t screenCol, frmAutoFilter& form) 
     const cFilters& filters = FiltersOf(desk, screenCol);
     TextSet ticked;
     for (const auto& filter : filters) {
-        ticked.insert(PageOf(desk).Upper(filter->Name().empty() ? Blank : std::string_view(filter->Name())));
+        ticked.emplace(PageOf(desk).Upper(filter->Name().empty() ? Blank : std::string_view(filter->Name())));
     }
-    for (const Text& value : GetColumnValues(desk, screenCol)) {
-        Text offered = Offered(value);
+    for (Text& value : GetColumnValues(desk, screenCol)) {
+        Text offered = Offered(std::move(value));
         const bool selected = filters.Count() == 0 || ticked.contains(PageOf(desk).Upper(offered));
         form.Filters()->Add(std::move(offered), selected);
     }
@@ -154,17 +172,18 @@ Text GetFilterCaption(const Desk& desk, std::int32_t screenCol) {
 std::vector<Text> GetColumnValues(const Desk& desk, std::int32_t screenCol) {
     const std::vector<ColumnFilter> others = ActiveFilters(desk, screenCol);
     std::vector<Text> values;
-    TextSet listed;
+    std::pmr::monotonic_buffer_resource memory;
+    TextSet listed(&memory);
+    Text buffer;
+    listed.reserve(static_cast<std::size_t>(desk.Grid.VisibleRows().size()));  // a guess: most are shown
     for (std::int32_t row = 1; row < desk.Grid.Rows(); ++row) {
         if (FailsNumericRule(desk, row)) {
             continue;
         }
-        Text upper = UpperCell(desk, row, screenCol);
-        if (listed.contains(upper) || !PassesAll(desk, row, others)) {
-            continue;
+        if (PassesAll(desk, row, others, buffer) &&
+            listed.emplace(UpperCell(desk, row, screenCol, buffer)).second) {
+            values.emplace_back(desk.Grid.TextMatrix(row, screenCol));
         }
-        listed.insert(std::move(upper));
-        values.emplace_back(desk.Grid.TextMatrix(row, screenCol));
     }
     return values;
 }
@@ -185,11 +204,12 @@ bool FailsNumericRule(const Desk& desk, std::int32_t row) {
 void ApplyFilters(Desk& desk) {
     // Taken before the first pass of the message loop, and not asked again: a pass may change anything.
     const std::vector<ColumnFilter> active = ActiveFilters(desk);
+    Text buffer;
     for (std::int32_t row = 1; row < desk.Grid.Rows(); ++row) {
-        const bool shown = !FailsNumericRule(desk, row) && PassesAll(desk, row, active);
+        const bool shown = !FailsNumericRule(desk, row) && PassesAll(desk, row, active, buffer);
         desk.Grid.SetRowHidden(row, !shown);
         if (!active.empty()) {
-            desk.g.platform.toolkit.ProcessEvents();
+            desk.g.platform.toolkit.ProcessEventsInJob();
         }
     }
 }

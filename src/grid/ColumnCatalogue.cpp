@@ -102,7 +102,9 @@ void RefreshGridRow(Desk& desk, std::int32_t row) {
     // Linked before it is filled: a value that cannot be shown must not leave a row without its variable.
     grid.SetRowData(row, row);
 
+    constexpr std::size_t EverydayRow = 512;  // bytes
     RowText texts;
+    texts.Reserve(EverydayRow, ColumnCount);
     texts.Add(Digits(row));
     texts.Add(tools->GetFolderPart(view.Filename()));
     texts.Add(tools->GetFileNamePart(view.Filename()));

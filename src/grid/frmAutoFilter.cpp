@@ -48,14 +48,23 @@ std::int32_t frmAutoFilter::SelectedCount() {
 
 std::vector<ListBox::Entry> frmAutoFilter::SortedEntries() {
     struct Keyed {
-        Text key;
+        std::string_view key;
         const cFilter* filter;
     };
     const CodePage& page = m_g.platform.locale.CodePage();
     std::vector<Keyed> keyed;
     keyed.reserve(static_cast<std::size_t>(Filters()->Count()));
+    Text keys;  // all of them, one behind the other
+    std::vector<std::size_t> ends;
     for (const auto& filter : *Filters()) {
-        keyed.push_back({page.Upper(filter->Name()), filter.get()});
+        page.AppendUpper(filter->Name(), keys);
+        ends.push_back(keys.size());
+    }
+    std::size_t begin = 0;
+    for (const auto& filter : *Filters()) {
+        const std::size_t end = ends[keyed.size()];
+        keyed.push_back({std::string_view(keys).substr(begin, end - begin), filter.get()});
+        begin = end;
     }
     std::stable_sort(keyed.begin(), keyed.end(),
                      [](const Keyed& a, const Keyed& b) { return a.key < b.key; });

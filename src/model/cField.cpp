@@ -1,5 +1,8 @@
 #include "model/cField.h"
 
+#include <functional>
+#include <set>
+
 #include "base/Numbers.h"
 #include "model/Decimals.h"
 
@@ -64,7 +67,22 @@ void Localise(const Locale* locale, std::string& text, std::size_t from) {
 
 }  // namespace
 
-cField::cField() : m_data(std::make_shared<Data>()) {}
+const Text* cField::SharedFlag(std::string_view flag) {
+    static std::set<Text, std::less<>> flags;
+    const auto known = flags.find(flag);
+    return known != flags.end() ? &*known : &*flags.emplace(flag).first;
+}
+
+cField::Data::Data() {
+    static const auto zeros = std::make_shared<const Text>("000,000,000,000,000,000,000,000,000,000,000,000");
+    relation = zeros;
+    limits.fill({SharedFlag("C")});
+}
+
+const std::shared_ptr<cField::Data>& cField::NewRecord() {
+    static const auto values = std::make_shared<Data>();
+    return values;
+}
 
 cField::Data* cField::Edit() {
     if (m_data.use_count() > 1) {
@@ -75,8 +93,8 @@ cField::Data* cField::Edit() {
 
 void cField::SetLimitFlag(int index, Text value) {
     const auto at = static_cast<std::size_t>(index);
-    if (m_data->limits[at].flag != value) {
-        Edit()->limits[at].flag = std::move(value);
+    if (*m_data->limits[at].flag != value) {
+        Edit()->limits[at].flag = SharedFlag(value);
     }
 }
 
@@ -84,6 +102,12 @@ void cField::SetLimit(int index, double value) {
     const auto at = static_cast<std::size_t>(index);
     if (m_data->limits[at].value != value) {
         Edit()->limits[at].value = value;
+    }
+}
+
+void cField::SetRelation(Text value) {
+    if (*m_data->relation != value) {
+        Edit()->relation = std::make_shared<const Text>(std::move(value));
     }
 }
 
@@ -195,11 +219,11 @@ void cField::AppendLimit(int index, bool withF, const Locale* localised, std::st
         return;
     }
     const LimitPair& limit = m_data->limits[static_cast<std::size_t>(index)];
-    if (limit.flag == "C" || limit.flag == "B") {
-        text += limit.flag;
+    if (*limit.flag == "C" || *limit.flag == "B") {
+        text += *limit.flag;
         return;
     }
-    if (limit.flag != "F") {
+    if (*limit.flag != "F") {
         return;
     }
     // A limit shows one decimal more than its variable.

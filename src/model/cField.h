@@ -40,7 +40,7 @@ using FieldValue = std::variant<Text, std::int16_t>;
 /// cheap: two records share them until one is changed.
 class cField {
 public:
-    cField();
+    cField() : m_data(NewRecord()) {}
     cField(const cField&) = delete;
     cField& operator=(const cField&) = delete;
 
@@ -98,31 +98,31 @@ public:
     /// Largest value allowed.
     double Maximum() const noexcept { return m_data->maximum; }
     void SetMaximum(double value) { Set(&Data::maximum, value); }
-    const Text& USLflag() const noexcept { return m_data->limits[0].flag; }
+    const Text& USLflag() const noexcept { return *m_data->limits[0].flag; }
     void SetUSLflag(Text value) { SetLimitFlag(0, std::move(value)); }
     double USL() const noexcept { return m_data->limits[0].value; }
     void SetUSL(double value) { SetLimit(0, value); }
-    const Text& UCLflag() const noexcept { return m_data->limits[1].flag; }
+    const Text& UCLflag() const noexcept { return *m_data->limits[1].flag; }
     void SetUCLflag(Text value) { SetLimitFlag(1, std::move(value)); }
     double UCL() const noexcept { return m_data->limits[1].value; }
     void SetUCL(double value) { SetLimit(1, value); }
-    const Text& UWLflag() const noexcept { return m_data->limits[2].flag; }
+    const Text& UWLflag() const noexcept { return *m_data->limits[2].flag; }
     void SetUWLflag(Text value) { SetLimitFlag(2, std::move(value)); }
     double UWL() const noexcept { return m_data->limits[2].value; }
     void SetUWL(double value) { SetLimit(2, value); }
-    const Text& TGTflag() const noexcept { return m_data->limits[3].flag; }
+    const Text& TGTflag() const noexcept { return *m_data->limits[3].flag; }
     void SetTGTflag(Text value) { SetLimitFlag(3, std::move(value)); }
     double TGT() const noexcept { return m_data->limits[3].value; }
     void SetTGT(double value) { SetLimit(3, value); }
-    const Text& LWLflag() const noexcept { return m_data->limits[4].flag; }
+    const Text& LWLflag() const noexcept { return *m_data->limits[4].flag; }
     void SetLWLflag(Text value) { SetLimitFlag(4, std::move(value)); }
     double LWL() const noexcept { return m_data->limits[4].value; }
     void SetLWL(double value) { SetLimit(4, value); }
-    const Text& LCLflag() const noexcept { return m_data->limits[5].flag; }
+    const Text& LCLflag() const noexcept { return *m_data->limits[5].flag; }
     void SetLCLflag(Text value) { SetLimitFlag(5, std::move(value)); }
     double LCL() const noexcept { return m_data->limits[5].value; }
     void SetLCL(double value) { SetLimit(5, value); }
-    const Text& LSLflag() const noexcept { return m_data->limits[6].flag; }
+    const Text& LSLflag() const noexcept { return *m_data->limits[6].flag; }
     void SetLSLflag(Text value) { SetLimitFlag(6, std::move(value)); }
     double LSL() const noexcept { return m_data->limits[6].value; }
     void SetLSL(double value) { SetLimit(6, value); }
@@ -151,8 +151,8 @@ public:
     std::int16_t Range() const noexcept { return m_data->range; }
     void SetRange(std::int16_t value) { Set(&Data::range, value); }
     /// Twelve groups of three digits, carried from file to file.
-    const Text& Relation() const noexcept { return m_data->relation; }
-    void SetRelation(Text value) { Set(&Data::relation, std::move(value)); }
+    const Text& Relation() const noexcept { return *m_data->relation; }
+    void SetRelation(Text value);
     /// Calculation expression.
     const Text& Calculation() const noexcept { return m_data->calculation; }
     void SetCalculation(Text value) { Set(&Data::calculation, std::move(value)); }
@@ -171,7 +171,7 @@ public:
 
     /// The pairs of the limits by index.
     const Text& LimitFlag(int index) const noexcept {
-        return m_data->limits[static_cast<std::size_t>(index)].flag;
+        return *m_data->limits[static_cast<std::size_t>(index)].flag;
     }
     double Limit(int index) const noexcept { return m_data->limits[static_cast<std::size_t>(index)].value; }
     void SetLimitFlag(int index, Text value);
@@ -199,44 +199,52 @@ public:
     static double ParseGridDouble(std::string_view text, const Locale& locale);
 
 private:
+    /// The one text that stands for all flags of these letters: a record has seven, and there are three that
+    /// count. Lives as long as the program.
+    static const Text* SharedFlag(std::string_view flag);
+
     struct LimitPair {
-        Text flag = "C";
+        const Text* flag;
         double value = 0;
     };
     struct Data {
+        Data();
+
         std::int32_t fileID = 0;
         std::int32_t rawField = 0;
         std::int32_t pivotField = 0;
         std::int32_t statistic = 0;
-        Text name;
-        Text fieldType = "T";
-        std::int16_t length = 0;
-        std::int16_t decimals = 0;
-        Text xRef;
-        Text upperCase = "N";
-        std::int16_t sample = 0;
-        Text reportType = "V";
-        Text required = "N";
-        Text inputFile;
-        Text outputFile;
         std::int32_t limitMethod = 0;
         std::int32_t targetMethod = 0;
-        double maximum = 0;
-        std::array<LimitPair, LimitCount> limits;
-        double minimum = 0;
+        std::int16_t length = 0;
+        std::int16_t decimals = 0;
+        std::int16_t sample = 0;
         std::int16_t avgCount = 0;
-        Text popup;
         std::int16_t lookup = 0;
         std::int16_t compData = 0;
         std::int16_t keyID = 0;
         std::int16_t range = 0;
-        Text relation = "000,000,000,000,000,000,000,000,000,000,000,000";
+        std::int16_t variableNo = 0;
+        // What a check of all limits reads stands together.
+        Text fieldType = "T";
+        double maximum = 0;
+        std::array<LimitPair, LimitCount> limits;
+        double minimum = 0;
+        Text name;
+        Text xRef;
+        Text upperCase = "N";
+        Text reportType = "V";
+        Text required = "N";
+        Text inputFile;
+        Text outputFile;
+        Text popup;
+        std::shared_ptr<const Text> relation;  // most records hold the same one
         Text calculation;
         Text units;
         Text category;
         Text helpFile;
-        std::int16_t variableNo = 0;
     };
+    static const std::shared_ptr<Data>& NewRecord();
 
     template <typename V>
     void Set(V Data::*member, V value) {

@@ -66,13 +66,14 @@ public:
     virtual std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) = 0;
 
     /// Copies a file's bytes over `target`, which may exist. The target is wholly old or wholly new at every
-    /// moment; its owner, mode and links stay. A target whose mode forbids writing is refused with
-    /// errPermissionDenied, also for a user who could override it.
+    /// moment, and wholly new for good once its folder has been flushed; its owner, mode and links stay. A
+    /// target whose mode forbids writing is refused with errPermissionDenied, also for a user who could
+    /// override it.
     virtual void CopyFile(std::string_view source, std::string_view target) = 0;
     /// Deletes a file; one that may not be written is refused.
     virtual void DeleteFile(std::string_view path) = 0;
-    /// Writes a file whole, with the promise of CopyFile: afterwards it holds `bytes`, or what it held
-    /// before.
+    /// Writes a file whole, with the promise of CopyFile, and flushes its folder: afterwards it holds
+    /// `bytes`, or what it held before.
     virtual void ReplaceFile(std::string_view path, std::string_view bytes) = 0;
 
     /// Names (without folder) of the entries of a folder, in no order.
@@ -83,6 +84,9 @@ public:
     /// Copies a regular file to a new place: bytes, times and mode, flushed to the disk. The target must not
     /// exist.
     virtual void CopyForArchive(std::string_view source, std::string_view target) = 0;
+    /// The same for several files at once, which go to the disk together; they keep their names.
+    /// @throws cError with the source at hand.
+    virtual void CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder);
     /// Renames a file or folder. The new name must not exist, or be an empty folder.
     virtual void Rename(std::string_view from, std::string_view to) = 0;
     /// Brings the entries of a folder to the disk itself.

@@ -106,6 +106,9 @@ public:
     /// One pass of the message loop: repaints and keeps the window alive; the user's mouse and keyboard
     /// input, and a request to close, wait until the job ends.
     virtual void ProcessEvents() = 0;
+    /// The pass that a long job gives for each unit of its work. A screen may leave one out that comes right
+    /// behind another: it cannot show more pictures than that.
+    virtual void ProcessEventsInJob() { ProcessEvents(); }
 
     virtual Pointer MousePointer() const = 0;
     virtual void SetMousePointer(Pointer pointer) = 0;

@@ -67,6 +67,11 @@ public:
 /// The texts of one row, cell behind cell, to be handed to the grid at once.
 class RowText {
 public:
+    /// Makes room ahead, for that many bytes in all.
+    void Reserve(std::size_t bytes, std::size_t cells) {
+        m_bytes.reserve(bytes);
+        m_ends.reserve(cells);
+    }
     void Clear() noexcept {
         m_bytes.clear();
         m_ends.clear();

@@ -83,8 +83,7 @@ void GridWidget::PaintColumns(QPainter& painter, const QRect& exposed, bool froz
     const auto& visible = m_grid.VisibleRows();
     const int begin = m_layout.TopIndex();
     const int end = std::min(begin + m_layout.ShownRows(), static_cast<int>(visible.size()));
-    const int bottom = sizes.headerHeight + std::max(end - begin, 0) * sizes.rowHeight;
-    const QColor line = LineColour(palette().color(QPalette::Base), palette().color(QPalette::Text));
+    int right = area.left();  // of the last column in sight
     painter.setClipRect(area);
     for (const GridLayout::Column& column : m_layout.Columns()) {
         const int left = m_layout.LeftOf(column);
@@ -96,14 +95,30 @@ void GridWidget::PaintColumns(QPainter& painter, const QRect& exposed, bool froz
         for (int index = begin; index < end; ++index, place.translate(0, sizes.rowHeight)) {
             if (place.top() <= area.bottom() && place.bottom() + 1 >= area.top()) {
                 PaintCell(painter, place, visible[static_cast<std::size_t>(index)], column.screenCol);
-                painter.fillRect(left, place.bottom() + 1, column.width, 1, line);
             }
         }
-        const bool border = frozen && left + column.width == m_layout.FrozenWidth();
-        painter.fillRect(left + column.width - 1, sizes.headerHeight, 1, bottom - sizes.headerHeight,
-                         border ? palette().color(QPalette::Text) : line);
+        right = std::max(right, left + column.width);
     }
+    PaintLines(painter, QRect(area.left(), area.top(), right - area.left(), area.height()), frozen,
+               std::max(end - begin, 0));
     painter.setClipping(false);
+}
+
+void GridWidget::PaintLines(QPainter& painter, const QRect& area, bool frozen, int rows) const {
+    const GridLayout::Sizes& sizes = m_layout.GetSizes();
+    const QColor line = LineColour(palette().color(QPalette::Base), palette().color(QPalette::Text));
+    const int bottom = sizes.headerHeight + rows * sizes.rowHeight;
+    for (int y = sizes.headerHeight + sizes.rowHeight - 1; y < bottom; y += sizes.rowHeight) {
+        painter.fillRect(area.left(), y, area.width(), 1, line);
+    }
+    for (const GridLayout::Column& column : m_layout.Columns()) {
+        if (column.frozen == frozen) {
+            const int right = m_layout.LeftOf(column) + column.width;
+            const bool border = frozen && right == m_layout.FrozenWidth();
+            painter.fillRect(right - 1, sizes.headerHeight, 1, bottom - sizes.headerHeight,
+                             border ? palette().color(QPalette::Text) : line);
+        }
+    }
 }
 
 void GridWidget::PaintHeaderCell(QPainter& painter, const QRect& place, std::int32_t screenCol) const {
@@ -127,7 +142,9 @@ void GridWidget::PaintHeaderCell(QPainter& painter, const QRect& place, std::int
 void GridWidget::PaintCell(QPainter& painter, const QRect& place, std::int32_t row,
                            std::int32_t screenCol) const {
     const CellLook look = LookOf(row, screenCol);
-    painter.fillRect(place, look.ground);
+    if (look.ground != palette().color(QPalette::Base)) {  // which the viewport has been filled with
+        painter.fillRect(place, look.ground);
+    }
     const std::string_view text = m_grid.TextMatrix(row, screenCol);
     if (!text.empty()) {
         painter.setPen(look.text);
@@ -138,11 +155,23 @@ void GridWidget::PaintCell(QPainter& painter, const QRect& place, std::int32_t r
 void GridWidget::PaintText(QPainter& painter, const QRect& place, std::string_view text,
                            CellAlignment alignment) const {
     const QRectF inside = QRectF(place).adjusted(CellMargin, 0, -CellMargin, 0);
-    const Qt::Alignment across = alignment == caRightCenter    ? Qt::AlignRight
-                                 : alignment == caCenterCenter ? Qt::AlignHCenter
-                                                               : Qt::AlignLeft;
-    painter.drawText(inside, static_cast<int>(across | Qt::AlignVCenter) | Qt::TextSingleLine,
-                     m_widths.Fitted(text, inside.width()));
+    const QString shown = m_widths.Fitted(text, inside.width());
+    // The text is placed here: the toolkit's own placing lays out a paragraph for each cell.
+    double left = inside.left();
+    if (alignment != caLeftCenter) {
+        const double sum = m_widths.Bound(text);
+        const double room = inside.width() - (sum <= inside.width() ? sum : m_widths.ExactOf(shown));
+        left += alignment == caRightCenter ? room : room / 2;
+    }
+    const QFontMetricsF& metrics = m_widths.Metrics();
+    const double top = inside.top() + (inside.height() - metrics.height()) / 2;
+    QStaticText* shaped = m_shaped.object(shown);
+    if (shaped == nullptr) {
+        shaped = new QStaticText(shown);  // NOLINT(cppcoreguidelines-owning-memory): the cache owns it
+        shaped->setTextFormat(Qt::PlainText);
+        m_shaped.insert(shown, shaped);
+    }
+    painter.drawStaticText(QPointF(left, top), *shaped);
 }
 
 void GridWidget::PaintCurrentFrame(QPainter& painter) const {

@@ -16,6 +16,13 @@
 
 namespace kd {
 
+namespace {
+
+/// A few windows full.
+constexpr int MostShapedTexts = 4000;
+
+}  // namespace
+
 GridWidget::GridWidget(VSFlexGrid& grid, QWidget* parent, Manner manner)
     : QAbstractScrollArea(parent),
       m_grid(grid),
@@ -36,6 +43,7 @@ GridWidget::GridWidget(VSFlexGrid& grid, QWidget* parent, Manner manner)
         PlaceEditor();
     });
 
+    m_shaped.setMaxCost(MostShapedTexts);
     MeasureFont();
     grid.SetScreen(this);
     LayoutChanged();
@@ -63,6 +71,7 @@ const GridLayout& GridWidget::Layout() const {
 
 void GridWidget::MeasureFont() {
     m_widths.SetFont(font(), viewport());
+    m_shaped.clear();
     const QFontMetricsF& metrics = m_widths.Metrics();
     GridLayout::Sizes sizes;
     sizes.rowHeight = static_cast<int>(std::ceil(metrics.height())) + RowMargin;

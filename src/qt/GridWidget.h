@@ -2,6 +2,8 @@
 
 #include <QAbstractScrollArea>
 #include <QBasicTimer>
+#include <QCache>
+#include <QStaticText>
 #include <functional>
 #include <optional>
 
@@ -103,6 +105,8 @@ private:
     bool LooksSelected(std::int32_t row, std::int32_t screenCol) const;
     CellLook LookOf(std::int32_t row, std::int32_t screenCol) const;
     void PaintColumns(QPainter& painter, const QRect& exposed, bool frozen) const;
+    /// The lines below `rows` rows and beside the columns.
+    void PaintLines(QPainter& painter, const QRect& area, bool frozen, int rows) const;
     void PaintHeaderCell(QPainter& painter, const QRect& place, std::int32_t screenCol) const;
     void PaintCell(QPainter& painter, const QRect& place, std::int32_t row, std::int32_t screenCol) const;
     void PaintText(QPainter& painter, const QRect& place, std::string_view text,
@@ -164,6 +168,7 @@ private:
     EventEdge* m_edge = nullptr;
     const Manner m_manner;
     TextWidths m_widths;
+    mutable QCache<QString, QStaticText> m_shaped;  // texts as they were last drawn
     mutable GridLayout m_layout;
     mutable bool m_layoutStale = true;
     bool m_relayoutQueued = false;

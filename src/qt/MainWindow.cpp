@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
-#include <QProgressBar>
 #include <QScreen>
 #include <QStatusBar>
 #include <algorithm>
@@ -30,7 +29,7 @@ MainWindow::MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit) : m_form(form),
     Desk& desk = form.Controls();
     m_grid = new GridWidget(desk.Grid, inner);
     m_grid->setAccessibleName(tr("Variables"));
-    m_progress = new QProgressBar(inner);
+    m_progress = new ProgressView(inner);
     m_progress->setAccessibleName(tr("Progress"));
     m_progress->setFixedHeight(fontMetrics().height());
     new ProgressBarBinder(desk.ProgressBar1, *m_progress, toolkit.Edge());

@@ -21,6 +21,9 @@ namespace kd {
 
 namespace {
 
+/// A screen shows some sixty pictures a second.
+constexpr std::chrono::milliseconds BetweenPasses(16);
+
 QMessageBox::Icon QtIcon(BoxIcon icon) {
     switch (icon) {
         case BoxIcon::Information:
@@ -179,6 +182,13 @@ void QtToolkit::ProcessEvents() {
     ++m_passes;
     const Scope leave([this] { --m_passes; });
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    m_lastPass = std::chrono::steady_clock::now();
+}
+
+void QtToolkit::ProcessEventsInJob() {
+    if (std::chrono::steady_clock::now() - m_lastPass >= BetweenPasses) {
+        ProcessEvents();
+    }
 }
 
 void QtToolkit::SetMousePointer(Pointer pointer) {

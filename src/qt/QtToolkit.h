@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <typeindex>
@@ -42,6 +43,7 @@ public:
     void ShowModeless(Form& form) override;
     void ShowPopupMenu(MenuItem& menu) override;
     void ProcessEvents() override;
+    void ProcessEventsInJob() override;
     Pointer MousePointer() const override { return m_pointer; }
     void SetMousePointer(Pointer pointer) override;
     std::int32_t ScreenWidth() const override;
@@ -60,6 +62,7 @@ private:
     Pointer m_pointer = Pointer::Default;
     bool m_hourglassShown = false;
     int m_passes = 0;
+    std::chrono::steady_clock::time_point m_lastPass;
 };
 
 }  // namespace kd

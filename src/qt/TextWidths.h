@@ -33,6 +33,8 @@ public:
     double Bound(std::string_view text) const;
     /// The width that the text takes on the screen.
     double Exact(std::string_view text) const;
+    /// The same of a text as it is drawn.
+    double ExactOf(const QString& shown) const { return m_metrics.horizontalAdvance(shown); }
     /// The text, with an ellipsis at its end where it is wider than `width`.
     QString Fitted(std::string_view text, double width) const;
 

@@ -2,8 +2,21 @@
 
 #include <QPainter>
 #include <QStyle>
+#include <algorithm>
 
 namespace kd {
+
+void ProgressView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    const QRect inside = rect().adjusted(1, 1, -1, -1);
+    const int span = std::max(maximum() - minimum(), 1);
+    const int filled = inside.width() * (value() - minimum()) / span;
+    const QRect done(layoutDirection() == Qt::RightToLeft ? inside.right() + 1 - filled : inside.left(),
+                     inside.top(), filled, inside.height());
+    painter.fillRect(rect(), palette().color(QPalette::Mid));
+    painter.fillRect(inside, palette().color(QPalette::Base));
+    painter.fillRect(done, palette().color(QPalette::Highlight));
+}
 
 StatusPanel::StatusPanel(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);

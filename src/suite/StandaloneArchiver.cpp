@@ -77,19 +77,6 @@ Text StandaloneArchiver::FreeName(std::string_view parent) {
     return free;
 }
 
-void StandaloneArchiver::CopyAll(const std::vector<Text>& sources, const Text& folder) {
-    m_files.MakeFolder(folder);
-    for (const Text& source : sources) {
-        const Text target = paths::Join(folder, paths::FileName(source), m_files.Delimiter());
-        try {
-            m_files.CopyForArchive(source, target);
-        } catch (const cError& error) {
-            throw cError(error.Number(), error.Source(), error.Description(), source);
-        }
-    }
-    m_files.FlushFolder(folder);
-}
-
 void StandaloneArchiver::Publish(const Text& made, const Text& name, const std::vector<Text>& above) {
     m_files.Rename(made, name);
     try {
@@ -118,7 +105,9 @@ Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
         const Text parent = paths::Join(archives, paths::BaseName(path), delimiter);
         m_files.MakeFolder(parent);
         made = paths::Join(parent, UnfinishedName(), delimiter);
-        CopyAll(sources, made);
+        m_files.MakeFolder(made);
+        m_files.CopyAllForArchive(sources, made);
+        m_files.FlushFolder(made);
         const Text name = FreeName(parent);
         Publish(made, name, {parent, archives, folder});
         return {};

@@ -24,7 +24,6 @@ private:
     /// Gives the finished folder its final name and flushes the folders above; takes the name back when that
     /// fails.
     void Publish(const Text& made, const Text& name, const std::vector<Text>& above);
-    void CopyAll(const std::vector<Text>& sources, const Text& folder);
 
     Files& m_files;
     Clock& m_clock;

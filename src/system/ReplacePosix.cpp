@@ -200,7 +200,7 @@ Outcome WriteBeside(const char* operation, const Text& target, std::string_view 
 
 }  // namespace
 
-void ReplaceWhole(const char* operation, std::string_view path, std::string_view bytes) {
+void ReplaceWhole(const char* operation, std::string_view path, std::string_view bytes, FlushName flushName) {
     const Text target = FinalTarget(Text(path));
     struct stat status {};
     const bool present = ::lstat(target.c_str(), &status) == 0;
@@ -220,6 +220,9 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
     }
     if (WriteBeside(operation, target, bytes, present ? &status : nullptr) == Outcome::NotPossibleHere) {
         OverwriteInPlace(operation, target, bytes);
+        return;
+    }
+    if (flushName == FlushName::No) {
         return;
     }
     // A folder that the user may enter but not list cannot be flushed by him; any other failure is told.

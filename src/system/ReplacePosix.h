@@ -17,7 +17,11 @@ inline bool MayWrite(const struct stat& status) noexcept {
 /// place in one step, with its owner and mode; a symbolic link stays one. Where that is not possible without
 /// losing a link, the owner or for want of rights in the folder, the file is written over in place, and
 /// brought back if that fails.
+/// Whether the new name is flushed as well, which is the folder's, is `flushName`'s to say: many files of one
+/// folder need it once.
 /// @throws cError as Files::CopyFile.
-void ReplaceWhole(const char* operation, std::string_view target, std::string_view bytes);
+enum class FlushName : bool { No, Yes };
+void ReplaceWhole(const char* operation, std::string_view target, std::string_view bytes,
+                  FlushName flushName);
 
 }  // namespace kd::posix

@@ -29,6 +29,9 @@ public:
     std::vector<Text> FolderEntries(std::string_view folder) override;
     void MakeFolder(std::string_view folder) override;
     void CopyForArchive(std::string_view source, std::string_view target) override;
+#ifdef __linux__
+    void CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) override;
+#endif
     void Rename(std::string_view from, std::string_view to) override;
     void FlushFolder(std::string_view folder) override;
     void RemoveFolder(std::string_view folder) override;

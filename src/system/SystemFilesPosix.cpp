@@ -101,13 +101,39 @@ int ReadToEnd(int fd, off_t size, std::string& bytes) {
     }
 }
 
-/// Gives a copy its source's mode and times, and flushes it. Returns 0 or an errno.
+/// Gives a copy its source's mode and times. Returns 0 or an errno.
 int FinishCopy(int fd, const struct stat& source) noexcept {
     const std::array<timespec, 2> times{source.st_atim, source.st_mtim};
-    if (::fchmod(fd, source.st_mode & 0777U) != 0 || ::futimens(fd, times.data()) != 0) {
-        return errno;
+    return ::fchmod(fd, source.st_mode & 0777U) == 0 && ::futimens(fd, times.data()) == 0 ? 0 : errno;
+}
+
+/// Copies one file to a new place; `flush` is whether it is flushed at once.
+void CopyToArchive(const Text& source, const Text& target, bool flush) {
+    struct stat status {};
+    std::string bytes;
+    {
+        const Descriptor read = OpenRegular("CopyForArchive", source, O_RDONLY, 0, status);
+        if (const int code = ReadToEnd(read.Get(), status.st_size, bytes); code != 0) {
+            Raise("CopyForArchive", source, code);
+        }
     }
-    return Flush(fd);
+    struct stat made {};
+    Descriptor file =
+        OpenRegular("CopyForArchive", target, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600, made);
+    int code = WriteAll(file.Get(), bytes);
+    if (code == 0) {
+        code = FinishCopy(file.Get(), status);
+    }
+    if (code == 0 && flush) {
+        code = Flush(file.Get());
+    }
+    if (const int closed = file.Close(); code == 0) {
+        code = closed;
+    }
+    if (code != 0) {
+        (void)::unlink(target.c_str());  // half a copy is none
+        Raise("CopyForArchive", target, code);
+    }
 }
 
 }  // namespace
@@ -215,11 +241,11 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
 
 void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
     const std::string bytes = Read(source);
-    ReplaceWhole("CopyFile", Resolved(target), bytes);
+    ReplaceWhole("CopyFile", Resolved(target), bytes, FlushName::No);
 }
 
 void SystemFiles::ReplaceFile(std::string_view path, std::string_view bytes) {
-    ReplaceWhole("ReplaceFile", Resolved(path), bytes);
+    ReplaceWhole("ReplaceFile", Resolved(path), bytes, FlushName::Yes);
 }
 
 void SystemFiles::DeleteFile(std::string_view path) {
@@ -281,29 +307,25 @@ void SystemFiles::MakeFolder(std::string_view folder) {
 }
 
 void SystemFiles::CopyForArchive(std::string_view source, std::string_view target) {
-    struct stat status {};
-    std::string bytes;
-    {
-        const Descriptor read = OpenRegular("CopyForArchive", Resolved(source), O_RDONLY, 0, status);
-        if (const int code = ReadToEnd(read.Get(), status.st_size, bytes); code != 0) {
-            Raise("CopyForArchive", source, code);
+    CopyToArchive(Resolved(source), Text(target), true);
+}
+
+#ifdef __linux__
+void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) {
+    for (const Text& source : sources) {
+        try {
+            CopyToArchive(Resolved(source), paths::Join(folder, paths::FileName(source), Delimiter()), false);
+        } catch (const cError& error) {
+            throw cError(error.Number(), error.Source(), error.Description(), source);
         }
     }
-    struct stat made {};
-    Descriptor file =
-        OpenRegular("CopyForArchive", target, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600, made);
-    int code = WriteAll(file.Get(), bytes);
-    if (code == 0) {
-        code = FinishCopy(file.Get(), status);
-    }
-    if (const int closed = file.Close(); code == 0) {
-        code = closed;
-    }
-    if (code != 0) {
-        (void)::unlink(Text(target).c_str());  // half a copy is none
-        Raise("CopyForArchive", target, code);
+    // One flush of the file system they are in costs what one file's does.
+    const Descriptor target(Open(Text(folder), O_RDONLY | O_DIRECTORY));
+    if (!target.IsOpen() || ::syncfs(target.Get()) != 0) {
+        Raise("CopyForArchive", folder, errno);
     }
 }
+#endif
 
 void SystemFiles::Rename(std::string_view from, std::string_view to) {
     const Text target(to);

@@ -341,5 +341,21 @@ TEST(FindSchemaKeyTest, FindsNothingElse) {
     }
 }
 
+TEST(ReadSchemaTest, AControlAnywhereInALineIsABlank) {
+    const Text line = "   NAME         = seventeen letters";
+    for (std::size_t at = 0; at <= line.size(); ++at) {
+        ReadDesk plain;
+        ReadDesk controlled;
+        Text with = line;
+        plain.Read("[FIELD]\r\n" + with.insert(at, " ") + "\r\n");
+        for (const char control : {'\t', '\r', '\n'}) {
+            with[at] = control;
+            ReadDesk t;
+            t.Read("[FIELD]\r\n" + with + "\r\n");
+            EXPECT_EQ(t.Field().Name(), plain.Field().Name()) << at;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace kd

@@ -357,9 +357,8 @@ TEST(SaveSchemaTest, AViewOfGenerationSixGoesThroughItsOwnTemporaryFile) {
     EXPECT_TRUE(t.Save());
     EXPECT_EQ(t.files.Log(),
               (std::vector<Text>{"OpenForOutput /apps/plant.KDV6.temp", "Read /apps/plant.KDV6.V2",
-                                 "Write /apps/plant.KDV6.temp", "Flush /apps/plant.KDV6.temp",
-                                 "Close /apps/plant.KDV6.temp", "CopyFile /apps/plant.KDV6.V2",
-                                 "DeleteFile /apps/plant.KDV6.temp"}));
+                                 "Write /apps/plant.KDV6.temp", "Close /apps/plant.KDV6.temp",
+                                 "CopyFile /apps/plant.KDV6.V2", "DeleteFile /apps/plant.KDV6.temp"}));
     EXPECT_EQ(t.files.Paths(), std::vector<Text>{"/apps/plant.KDV6.V2"});
 }
 
@@ -449,7 +448,7 @@ TEST(SaveSchemaTest, AFailedSaveBlocksTheOtherViewsThatShareItsTemporaryPathAndN
     WriteDesk t;
     t.g.gFiles->Add("/apps/plant.kdt", {}, {}, 1);
     t.g.gFiles->Add("/apps/mill.kdt", {}, {}, 1)->SetBegFieldPtr(1);
-    t.files.FailOn("Flush", ".temp", errDevice);
+    t.files.FailOn("Close", ".temp", errDevice);
     t.ExpectBox("Error 57: Device I/O error occurred in SaveSchema.");
     EXPECT_FALSE(t.Save());
     t.files.FailNoMore();
@@ -488,16 +487,16 @@ TEST(SaveSchemaTest, AtEachPointOfFailureTheTargetIsWhollyOldOrWhollyNew) {
         t.Add(aField().Type("x"));
         const Text old = t.files.Get(t.target);
         t.files.FailAt(failAt);
-        // Open, read, write, flush and close come before the overwriting: copy and delete.
-        if (failAt <= 5) {
+        // Open, read, write and close come before the overwriting: copy and delete.
+        if (failAt <= 4) {
             t.ExpectBox("Error 57: Device I/O error occurred in SaveSchema.");
-        } else if (failAt <= 7) {
+        } else if (failAt <= 6) {
             t.ExpectOverwriteBox("Error 57: Device I/O error");
         }
-        EXPECT_EQ(t.Save(), failAt > 5) << failAt;
+        EXPECT_EQ(t.Save(), failAt > 4) << failAt;
         done = t.files.Operations() < failAt;
         const Text left = t.files.Get(t.target);
-        if (failAt <= 6) {
+        if (failAt <= 5) {
             EXPECT_EQ(left, old) << failAt;
         } else {
             EXPECT_TRUE(left.starts_with(Text(SavedHeader) + "[FIELD]\r\n   NAME")) << failAt;

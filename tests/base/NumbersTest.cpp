@@ -195,6 +195,19 @@ TEST(NumbersTest, LengthOfTheDigitsDoesNotMistakeTheSize) {
     EXPECT_EQ(NumberAtFront("1" + zeros + "E-400"), 1);
 }
 
+TEST(NumbersTest, NumbersOfManyDigitsAreReadToTheLastOne) {
+    EXPECT_EQ(NumberAtFront("0.1"), 0.1);
+    EXPECT_EQ(NumberAtFront("-.3"), -0.3);
+    EXPECT_EQ(NumberAtFront("12345678.901234"), 12345678.901234);
+    EXPECT_EQ(NumberAtFront("12345678.9012345"), 12345678.9012345);
+    EXPECT_EQ(NumberAtFront("123456789012345"), 123456789012345);
+    EXPECT_EQ(NumberAtFront(".00000000000001"), 1e-14);
+    EXPECT_EQ(NumberAtFront("9007199254740993"), 9007199254740992);
+    EXPECT_EQ(NumberAtFront("1e-3"), 1e-3);
+    EXPECT_EQ(ToDouble("2,675", ','), 2.675);
+    EXPECT_TRUE(std::signbit(NumberAtFront("-0")));
+}
+
 TEST(NumbersTest, WhichTextsAreNumbers) {
     struct Case {
         const char* label;

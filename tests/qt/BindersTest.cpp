@@ -390,6 +390,17 @@ TEST_F(BindersTest, ProgressBarShowsPercent) {
     EXPECT_EQ(widget.value(), 100);
 }
 
+TEST_F(BindersTest, ProgressIsFilledFromTheLeft) {
+    auto& control = New<ProgressBar>("ProgressBar1");
+    auto& widget = Add<ProgressView>();
+    widget.resize(200, 16);
+    new ProgressBarBinder(control, widget, edge);
+    control.SetValue(50);
+    const QImage picture = widget.grab().toImage();
+    EXPECT_EQ(picture.pixelColor(80, 8), widget.palette().color(QPalette::Highlight));
+    EXPECT_EQ(picture.pixelColor(120, 8), widget.palette().color(QPalette::Base));
+}
+
 TEST_F(BindersTest, FailureInAHandlerEndsInOneBox) {
     auto& control = New<Button>("cmdOk");
     control.Click = [] { throw cError(errOverflow, "Test", {}, "/a/b.kdt"); };

@@ -102,6 +102,13 @@ int fsync(int fd) {
     return Fails("fsync") ? -1 : real(fd);
 }
 
+#ifdef __linux__
+int syncfs(int fd) noexcept {
+    static const auto real = Real<int(int)>("syncfs");
+    return Fails("syncfs") ? -1 : real(fd);
+}
+#endif
+
 int ftruncate(int fd, off_t size) noexcept {
     static const auto real = Real<int(int, off_t)>("ftruncate");
     return Fails("ftruncate") ? -1 : real(fd, size);

@@ -76,6 +76,20 @@ TEST_F(SystemFilesTest, AReplaceFlushesTheFileBeforeItTakesItsPlaceAndTheFolderA
     EXPECT_EQ(order, (std::vector<std::string>{"write", "fsync", "rename", "fsync"}));
 }
 
+TEST_F(SystemFilesTest, ACopyFlushesTheFileAndLeavesTheFolderToWhoCopiesMany) {
+    const Text path = Put("a.kdt", "old");
+    const Text source = Put("b.kdt", "new");
+    const FailingCalls calls;
+    files.CopyFile(source, path);
+    std::vector<std::string> order;
+    for (const std::string& call : calls.Calls()) {
+        if (call == "write" || call == "fsync" || call == "rename") {
+            order.push_back(call);
+        }
+    }
+    EXPECT_EQ(order, (std::vector<std::string>{"write", "fsync", "rename"}));
+}
+
 TEST_F(SystemFilesTest, AReplaceInPlaceMeetsAFullDiskBeforeAByteChanges) {
     const Text path = Put("a.kdt", "old");
     std::filesystem::create_hard_link(path, At("b.kdt"));
@@ -154,6 +168,38 @@ TEST_F(SystemFilesTest, SignalsAndShortTransfersLoseNothing) {
     EXPECT_EQ(Get(linked), bytes + "end");
     EXPECT_EQ(Get(At("archived")), bytes + "end");
     EXPECT_EQ(Get(At("output")), bytes);
+}
+
+TEST_F(SystemFilesTest, SeveralArchiveCopiesAreFlushedWhenAllAreWritten) {
+    const std::vector<Text> sources{Put("a.kdt", "one"), Put("a.V1", "two")};
+    MakeFolderAt("archive");
+    std::vector<std::string> order;
+    {
+        const FailingCalls calls;
+        files.CopyAllForArchive(sources, At("archive"));
+        for (const std::string& call : calls.Calls()) {
+            if (call == "write" || call == "fsync" || call == "syncfs") {
+                order.push_back(call);
+            }
+        }
+    }
+    ASSERT_GE(order.size(), 3U);
+    EXPECT_TRUE(order.back() == "syncfs" || order.back() == "fsync") << order.back();
+}
+
+TEST_F(SystemFilesTest, SeveralArchiveCopiesTellEveryFailure) {
+    const std::vector<Text> sources{Put("a.kdt", "one"), Put("a.V1", "two")};
+    for (const char* call : {"write", "syncfs"}) {
+        SCOPED_TRACE(call);
+        MakeFolderAt("archive");
+        const std::int32_t number = ErrorOf([&] {
+            FailingCalls calls;
+            calls.FailEach(call, EIO);
+            files.CopyAllForArchive(sources, At("archive"));
+        });
+        EXPECT_EQ(number, errDevice);
+        std::filesystem::remove_all(At("archive"));
+    }
 }
 
 TEST_F(SystemFilesTest, AnArchiveCopyThatFailsAnywhereLeavesNone) {

@@ -93,6 +93,27 @@ TEST_F(SystemFilesTest, ArchiveCopyOfAFailure) {
     EXPECT_EQ(Get(At("there")), "old");
 }
 
+TEST_F(SystemFilesTest, SeveralArchiveCopiesKeepTheirNamesBytesAndModes) {
+    MakeFolderAt("archive");
+    files.CopyAllForArchive({Put("a.kdt", "one", 0640), Put("a.V1", "two", 0444)}, At("archive"));
+    EXPECT_EQ(Get(At("archive/a.kdt")), "one");
+    EXPECT_EQ(Get(At("archive/a.V1")), "two");
+    EXPECT_EQ(Mode(At("archive/a.kdt")), 0640U);
+    EXPECT_EQ(Mode(At("archive/a.V1")), 0444U);
+}
+
+TEST_F(SystemFilesTest, AFailureAmongSeveralArchiveCopiesNamesItsSource) {
+    MakeFolderAt("archive");
+    const Text good = Put("a.kdt", "one");
+    try {
+        files.CopyAllForArchive({good, At("a.V1")}, At("archive"));
+        FAIL() << "a missing file was copied";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Number(), errFileNotFound);
+        EXPECT_EQ(error.Path(), At("a.V1"));
+    }
+}
+
 TEST_F(SystemFilesTest, RenameGivesAFolderItsNewName) {
     MakeFolderAt("old");
     Put("old/a", "text");

@@ -1,0 +1,18 @@
+#include "platform/Files.h"
+
+#include "base/Paths.h"
+#include "base/cError.h"
+
+namespace kd {
+
+void Files::CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) {
+    for (const Text& source : sources) {
+        try {
+            CopyForArchive(source, paths::Join(folder, paths::FileName(source), Delimiter()));
+        } catch (const cError& error) {
+            throw cError(error.Number(), error.Source(), error.Description(), source);
+        }
+    }
+}
+
+}  // namespace kd

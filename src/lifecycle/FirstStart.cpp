@@ -6,6 +6,7 @@
 #include "base/cError.h"
 #include "lifecycle/Settings.h"
 #include "lifecycle/StartUp.h"
+#include "platform/SurelyMissing.h"
 
 namespace kd::modKDLimitDesk {
 
@@ -40,7 +41,8 @@ void CopyFolder(Files& files, std::string_view from, std::string_view to) {
 void ProvideSampleApplications(Globals& g, std::string_view installedFolder, std::string_view ownFolder) {
     Files& files = g.platform.files;
     const Text settings = SettingsPath(g);
-    if (files.Exists(settings) || files.Exists(FallbackSettingsPath(g)) || !files.Exists(installedFolder)) {
+    if (!IsSurelyMissing(files, settings) || files.Exists(FallbackSettingsPath(g)) ||
+        !files.Exists(installedFolder)) {
         return;
     }
     try {

@@ -18,6 +18,7 @@
 #include "lifecycle/StartUp.h"
 #include "model/modKDLimitDesk.h"
 #include "platform/EventBoundary.h"
+#include "platform/SurelyMissing.h"
 
 namespace kd {
 
@@ -139,11 +140,11 @@ bool frmKDLimitDesk::RunStart(std::uintptr_t window) {
     m_g.gSettingsPath = SettingsPath(m_g);
     m_maximised = true;
     LoadRuleCatalogue(m_g);
-    if (m_g.platform.files.Exists(m_g.gSettingsPath)) {
-        ReadSettings(m_g, m_g.gSettingsPath);
-    } else {
+    if (IsSurelyMissing(m_g.platform.files, m_g.gSettingsPath)) {
         ReadSettings(m_g, FallbackSettingsPath(m_g));
         WriteSettings(m_g, m_g.gSettingsPath);
+    } else {
+        ReadSettings(m_g, m_g.gSettingsPath);
     }
     m_g.gStartingUp = true;
     const Scope started([this] { m_g.gStartingUp = false; });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/cError.h"
 #include "platform/Files.h"
 
 namespace kd {
@@ -13,7 +14,16 @@ enum class ChangeFileEnd {
 
 /// @throws cError when a file is there and cannot be read.
 inline ChangeFileEnd EndOf(Files& files, std::string_view path) {
-    const std::string bytes = files.Exists(path) ? files.Read(path) : std::string();
+    const bool exists = files.Exists(path);
+    std::string bytes;
+    try {
+        bytes = files.Read(path);
+    } catch (const cError& error) {
+        // "No" counts only when the disk says it twice: a second heading would come into the log.
+        if (exists || (error.Number() != errFileNotFound && error.Number() != errPathNotFound)) {
+            throw;
+        }
+    }
     if (bytes.empty()) {
         return ChangeFileEnd::NothingYet;
     }

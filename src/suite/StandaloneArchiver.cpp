@@ -32,6 +32,23 @@ Text Describe(const cError& error, std::string_view path) {
 
 }  // namespace
 
+bool StandaloneArchiver::IsFile(const Text& path) {
+    if (m_files.IsRegularFile(path)) {
+        return true;
+    }
+    // The disk may not have answered: only what cannot be read as a file is left out of an archive.
+    // StandaloneArchiverTest.AFileThatTheDiskDeniesForAMomentIsNotLeftOut
+    try {
+        (void)m_files.Read(path);
+        return true;
+    } catch (const cError& error) {
+        if (error.Number() == errPermissionDenied || error.Number() == errFileNotFound) {
+            return false;
+        }
+        throw;
+    }
+}
+
 std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
     const CodePage& page = m_locale.CodePage();
     const Text folder = FolderToList(templatePath);
@@ -52,8 +69,7 @@ std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
         const bool isOther =
             upper == upperLog || upper == upperReport || ViewNumberOf(name, templateName, page) >= 1;
         const Text path = paths::Join(folder, name, m_files.Delimiter());
-        // A folder or FIFO that only bears such a name is none of the application's files.
-        if (isTemplate || (isOther && m_files.IsRegularFile(path))) {
+        if (isTemplate || (isOther && IsFile(path))) {
             hasTemplate = hasTemplate || isTemplate;
             found.push_back(path);
         }

@@ -19,6 +19,8 @@ public:
 private:
     /// The template, its view files and its change files, as far as they are there.
     std::vector<Text> FilesOf(std::string_view templatePath);
+    /// Whether a file is there; a folder or FIFO that only bears a file's name is none of the application's.
+    bool IsFile(const Text& path);
     /// A folder name that is not taken yet.
     Text FreeName(std::string_view parent);
     /// Gives the finished folder its final name and flushes the folders above; takes the name back when that

@@ -153,8 +153,8 @@ char SystemFiles::Delimiter() const {
 
 Text SystemFiles::Resolved(std::string_view path) const {
     Text asGiven(path);
-    if (IsPresent(asGiven)) {
-        return asGiven;
+    if (IsPresent(asGiven) || errno != ENOENT) {
+        return asGiven;  // a disk that did not answer says nothing of another name
     }
     const auto slash = path.find_last_of('/');
     const Text folder = slash == std::string_view::npos ? Text(".")

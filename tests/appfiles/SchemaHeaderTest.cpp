@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "appfiles/FileNames.h"
+#include "fakes/FailingFiles.h"
 #include "fakes/TestDesk.h"
 
 namespace kd {
@@ -90,6 +91,17 @@ TEST(ReadHeaderTextTest, EndsBeforeTheFirstLineThatIsFieldToTheLetterButForCase)
 TEST(ReadHeaderTextTest, AMissingFileHasNoHeader) {
     TestDesk t;
     EXPECT_EQ(ReadHeaderText(t.g, "/a.kdt"), "");
+}
+
+TEST(ReadHeaderTextTest, AFileThatTheDiskDeniesForAMomentIsReadAllTheSame) {
+    TestDesk t;
+    FailingFiles failing(t.files);
+    Platform platform{failing, t.toolkit, t.locale, t.clock, t.environment, t.shell, t.fileDialog, t.suite};
+    Globals g(platform);
+    t.files.Put("/a.kdt", "VERSION=7.\r\n[FIELD]\r\n");
+    failing.FailAt(1, FailingFiles::Kind::Device, false);
+    EXPECT_EQ(ReadHeaderText(g, "/a.kdt"), "VERSION=7.\r\n");
+    ASSERT_EQ(failing.Steps().at(0).operation, "Exists");
 }
 
 TEST(ReadHeaderTextTest, AFileThatIsThereAndCannotBeReadIsAnError) {

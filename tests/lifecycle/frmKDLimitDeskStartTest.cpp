@@ -98,6 +98,7 @@ TEST_F(frmKDLimitDeskStart, WithoutTheUsersFileTheOneBesideTheProgramIsReadAndTh
     EXPECT_FALSE(Start());
     EXPECT_THAT(toolkit.log,
                 ElementsAre("suite context", "application file", "exists /home/anna/kd6/KDLimitDesk.IKD",
+                            "read /home/anna/kd6/KDLimitDesk.IKD",  // a list is not replaced on one "no"
                             "read /opt/kd/KDLimitDesk.ini", "write /home/anna/kd6/KDLimitDesk.IKD", "login",
                             "variable USERNAME", "form frmApplicationAdmin"));
     EXPECT_EQ(disk.Get(Settings),

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "fakes/FailingFiles.h"
 #include "fakes/FakeServices.h"
 #include "fakes/MemoryFiles.h"
 
@@ -150,6 +151,14 @@ TEST_F(StandaloneArchiverTest, AMissingTemplateIsAFailure) {
 TEST_F(StandaloneArchiverTest, ATemplateThatIsNoFileIsAFailure) {
     files.PutSpecial("/a/plant.kdt");
     EXPECT_EQ(Archive("/a/plant.kdt"), "Error 70: Permission denied\r\n/a/plant.kdt");
+}
+
+TEST_F(StandaloneArchiverTest, AFileThatTheDiskDeniesForAMomentIsNotLeftOut) {
+    FailingFiles failing(files);
+    failing.FailAt(2, FailingFiles::Kind::Device, false);  // the listing, then the first file
+    EXPECT_EQ(StandaloneArchiver(failing, clock, locale).ArchiveApplication("/a/plant.kdt"), "");
+    ASSERT_EQ(failing.Steps().at(1).operation, "IsRegularFile");
+    EXPECT_EQ(Archived().size(), 5U);
 }
 
 TEST_F(StandaloneArchiverTest, AFolderThatBearsAViewsNameIsLeftOut) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fakes/FailingFiles.h"
 #include "fakes/MemoryFiles.h"
 
 namespace kd {
@@ -43,6 +44,17 @@ TEST_F(StandaloneChangeLogTest, AnEmptyLogDoesToo) {
     files.Put("/a/plant.KDL", "");
     Write({aRecord()});
     EXPECT_EQ(Log(), Heading + Line);
+}
+
+TEST_F(StandaloneChangeLogTest, ALogThatTheDiskDeniesForAMomentGetsNoSecondHeading) {
+    files.Put("/a/plant.KDL", "earlier record\r\n");
+    FailingFiles failing(files);
+    failing.FailAt(1, FailingFiles::Kind::Device, false);
+    StandaloneChangeLog log(failing, CodePage::Of(1252));
+    log.OpenLog("/a/plant.KDL");
+    log.CloseLog();
+    ASSERT_EQ(failing.Steps().at(0).operation, "Exists");
+    EXPECT_EQ(files.Get("/a/plant.KDL"), "earlier record\r\n");
 }
 
 TEST_F(StandaloneChangeLogTest, ALogWithoutRecordsHasItsHeadingOnce) {

@@ -93,8 +93,24 @@ Text StandaloneArchiver::FreeName(std::string_view parent) {
     return free;
 }
 
-void StandaloneArchiver::Publish(const Text& made, const Text& name, const std::vector<Text>& above) {
-    m_files.Rename(made, name);
+Text StandaloneArchiver::TakeName(const Text& made, std::string_view parent) {
+    constexpr int Tries = 10;
+    for (int tries = 1;; ++tries) {
+        Text name = FreeName(parent);
+        try {
+            m_files.Rename(made, name);
+            return name;
+        } catch (const cError&) {
+            // Another program may have taken the name since it was looked for.
+            if (tries == Tries || !m_files.Exists(name) || !m_files.Exists(made)) {
+                throw;
+            }
+        }
+    }
+}
+
+void StandaloneArchiver::Publish(const Text& made, std::string_view parent, const std::vector<Text>& above) {
+    const Text name = TakeName(made, parent);
     try {
         for (const Text& folder : above) {
             m_files.FlushFolder(folder);
@@ -124,8 +140,7 @@ Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
         m_files.MakeFolder(made);
         m_files.CopyAllForArchive(sources, made);
         m_files.FlushFolder(made);
-        const Text name = FreeName(parent);
-        Publish(made, name, {parent, archives, folder});
+        Publish(made, parent, {parent, archives, folder});
         return {};
     } catch (const cError& error) {
         const Text description = Describe(error, path);

@@ -23,9 +23,11 @@ private:
     bool IsFile(const Text& path);
     /// A folder name that is not taken yet.
     Text FreeName(std::string_view parent);
+    /// Gives the finished folder a name that is free, and returns it.
+    Text TakeName(const Text& made, std::string_view parent);
     /// Gives the finished folder its final name and flushes the folders above; takes the name back when that
     /// fails.
-    void Publish(const Text& made, const Text& name, const std::vector<Text>& above);
+    void Publish(const Text& made, std::string_view parent, const std::vector<Text>& above);
 
     Files& m_files;
     Clock& m_clock;

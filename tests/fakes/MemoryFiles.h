@@ -160,6 +160,11 @@ public:
         Step("Rename", from);
         const Text oldName(from);
         const Text newName(to);
+        for (const auto& [path, entry] : m_files) {
+            if (path == newName || path.starts_with(newName + "/")) {
+                throw cError(errPermissionDenied, "MemoryFiles.Rename", {}, newName);
+            }
+        }
         std::map<Text, Entry> files;
         for (auto& [path, entry] : m_files) {
             files[Renamed(path, oldName, newName)] = std::move(entry);

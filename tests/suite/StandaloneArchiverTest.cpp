@@ -84,6 +84,23 @@ TEST_F(StandaloneArchiverTest, AFolderThatIsThereAlreadyGetsACounter) {
     EXPECT_EQ(Archived().size(), 15U);
 }
 
+TEST_F(StandaloneArchiverTest, ANameThatAnotherProgramTakesAtTheLastMomentIsLeftToIt) {
+    FailingFiles late(files);
+    bool taken = false;
+    // The question whether the name is free is behind it, its use is still to come.
+    late.OnDone = [&](const FailingFiles::Step& step) {
+        if (step.operation == "Exists" && step.path == "/a/Archive/plant/2026-03-04_05-06-07" && !taken) {
+            taken = true;
+            files.Put(step.path + "/plant.kdt", "another's");
+        }
+    };
+    EXPECT_EQ(StandaloneArchiver(late, clock, locale).ArchiveApplication("/a/plant.kdt"), "");
+    EXPECT_EQ(files.Get("/a/Archive/plant/2026-03-04_05-06-07/plant.kdt"), "another's");
+    EXPECT_FALSE(files.Has("/a/Archive/plant/2026-03-04_05-06-07/plant.V1"));
+    EXPECT_EQ(files.Get("/a/Archive/plant/2026-03-04_05-06-07_2/plant.kdt"), "template");
+    EXPECT_EQ(Archived().size(), 6U) << "nothing unfinished stays";
+}
+
 TEST_F(StandaloneArchiverTest, TheFolderGetsItsNameWhenAllIsInItAndFlushed) {
     EXPECT_EQ(Archive("/a/plant.kdt"), "");
     const auto& log = files.Log();

@@ -101,10 +101,10 @@ int ReadToEnd(int fd, off_t size, std::string& bytes) {
     }
 }
 
-/// Gives a copy its source's mode and times. Returns 0 or an errno.
+/// Gives a copy its source's mode, but for everybody's right to write, and its times. Returns 0 or an errno.
 int FinishCopy(int fd, const struct stat& source) noexcept {
     const std::array<timespec, 2> times{source.st_atim, source.st_mtim};
-    return ::fchmod(fd, source.st_mode & 0777U) == 0 && ::futimens(fd, times.data()) == 0 ? 0 : errno;
+    return ::fchmod(fd, source.st_mode & 0775U) == 0 && ::futimens(fd, times.data()) == 0 ? 0 : errno;
 }
 
 /// Copies one file to a new place; `flush` is whether it is flushed at once.
@@ -117,9 +117,11 @@ void CopyToArchive(const Text& source, const Text& target, bool flush) {
             Raise("CopyForArchive", source, code);
         }
     }
-    struct stat made {};
-    Descriptor file =
-        OpenRegular("CopyForArchive", target, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600, made);
+    // Nothing is there before, so that it needs no look at what was opened.
+    Descriptor file(Open(target, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600));
+    if (!file.IsOpen()) {
+        Raise("CopyForArchive", target, errno);
+    }
     int code = WriteAll(file.Get(), bytes);
     if (code == 0) {
         code = FinishCopy(file.Get(), status);

@@ -53,6 +53,11 @@ TEST_F(SystemFilesTest, ArchiveCopyKeepsBytesTimesAndMode) {
     EXPECT_EQ(copy.st_mtim.tv_nsec, 456);
 }
 
+TEST_F(SystemFilesTest, AnArchiveCopyIsNotForEverybodyToWrite) {
+    files.CopyForArchive(Put("a.kdt", "text", 0666), At("copy"));
+    EXPECT_EQ(Mode(At("copy")), 0664U);
+}
+
 TEST_F(SystemFilesTest, ArchiveCopyOfAReadOnlyFileWorks) {
     files.CopyForArchive(Put("a.kdt", "text", 0444), At("copy"));
     EXPECT_EQ(Get(At("copy")), "text");

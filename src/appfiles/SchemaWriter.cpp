@@ -1,6 +1,7 @@
 #include "appfiles/SchemaWriter.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
 
 #include "appfiles/FileNames.h"
@@ -25,8 +26,10 @@ std::string SchemaBytes(Globals& g, const cFile& file, std::string_view target) 
     return page.Encode(text);
 }
 
-/// Writes the view's text to its temporary file.
-void WriteTemporary(Globals& g, const cFile& file, const Text& target, const Text& temporary) {
+/// Writes the view's text to its temporary file. As long as the result lives, no other program takes that
+/// file for a save of its own.
+std::unique_ptr<OutputFile> WriteTemporary(Globals& g, const cFile& file, const Text& target,
+                                           const Text& temporary) {
     if (std::find(g.openTemporaries.begin(), g.openTemporaries.end(), temporary) != g.openTemporaries.end()) {
         throw cError(errFileAlreadyOpen, "SaveSchema", {}, temporary);
     }
@@ -34,8 +37,10 @@ void WriteTemporary(Globals& g, const cFile& file, const Text& target, const Tex
     try {
         output->Write(SchemaBytes(g, file, target));
         output->Close();  // the copy over the target is what must reach the disk
+        return output;
     } catch (...) {
-        // It stays open until the program ends, so that no later save takes what is left of this one.
+        // It stays open until the program ends, so that no later save of this program takes what is left.
+        output->LetOthersIn();
         g.openTemporaries.push_back(temporary);
         g.openTemporaryFiles.push_back(std::move(output));
         throw;
@@ -63,11 +68,12 @@ Text FormatSchemaLine(std::string_view key, std::string_view value) {
 bool SaveSchema(Globals& g, std::int32_t fileIndex) {
     Text target;
     Text temporary;
+    std::unique_ptr<OutputFile> written;
     try {
         const auto file = g.gFiles->Item(fileIndex);
         target = SchemaPath(g, *file);
         temporary = TemporaryPath(g, target);
-        WriteTemporary(g, *file, target, temporary);
+        written = WriteTemporary(g, *file, target, temporary);
     } catch (const cError& error) {
         ShowSaveError(g, error);
         return false;

@@ -27,6 +27,9 @@ public:
     /// nothing.
     /// @throws cError(errDiskFull, errDevice)
     virtual void Close() = 0;
+    /// From Files::OpenForOutput on, closed or not, the file is kept from other programs' OpenForOutput where
+    /// the system can do that; no longer from here on.
+    virtual void LetOthersIn() noexcept {}
 };
 
 /// The file system as the logic sees it; every access to a file goes through here, so that faults can be
@@ -60,7 +63,7 @@ public:
     virtual void Read(std::string_view path, std::string& bytes) { bytes = Read(path); }
 
     /// Opens a file for writing, replacing what stands there. A link or anything else that is no regular file
-    /// is not written through: errPermissionDenied.
+    /// is not written through: errPermissionDenied. One that another program keeps: errFileAlreadyOpen.
     virtual std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) = 0;
     /// Opens a file for writing at its end; made when missing.
     virtual std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) = 0;

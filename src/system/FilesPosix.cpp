@@ -84,18 +84,24 @@ Descriptor OpenRegular(const char* operation, std::string_view path, int flags, 
 }
 
 int WriteAll(int fd, std::string_view bytes) noexcept {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-        if (written < 0) {
+    std::size_t written = 0;
+    return WriteAll(fd, bytes, written);
+}
+
+int WriteAll(int fd, std::string_view bytes, std::size_t& written) noexcept {
+    written = 0;
+    while (written < bytes.size()) {
+        const ssize_t portion = ::write(fd, bytes.data() + written, bytes.size() - written);
+        if (portion < 0) {
             if (errno == EINTR) {
                 continue;
             }
             return errno;
         }
-        if (written == 0) {
+        if (portion == 0) {
             return ENOSPC;
         }
-        bytes.remove_prefix(static_cast<std::size_t>(written));
+        written += static_cast<std::size_t>(portion);
     }
     return 0;
 }

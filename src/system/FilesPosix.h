@@ -46,6 +46,8 @@ Descriptor OpenRegular(const char* operation, std::string_view path, int flags, 
 
 /// Writes all bytes. Returns 0 or an errno.
 int WriteAll(int fd, std::string_view bytes) noexcept;
+/// The same; `written` is how many of them got there.
+int WriteAll(int fd, std::string_view bytes, std::size_t& written) noexcept;
 
 /// Brings an open file to the disk itself. Returns 0 or an errno.
 int Flush(int fd) noexcept;

@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,6 +13,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 
 #include "base/Paths.h"
@@ -41,19 +43,16 @@ class PosixOutput : public OutputFile {
 public:
     enum class Kind { Fresh, Appended };
 
-    PosixOutput(Descriptor file, Text path, Kind kind)
-        : m_file(std::move(file)), m_path(std::move(path)), m_kind(kind) {}
+    /// `lock` is a second descriptor of a file that is kept from others as long as the object lives or until
+    /// it lets them in.
+    PosixOutput(Descriptor file, Text path, Kind kind, Descriptor lock = Descriptor())
+        : m_file(std::move(file)), m_lock(std::move(lock)), m_path(std::move(path)), m_kind(kind) {}
 
     void Write(std::string_view bytes) override {
-        struct stat before {};
-        const bool appended = m_kind == Kind::Appended;
-        if (appended && ::fstat(m_file.Get(), &before) != 0) {
-            Raise("Write", m_path, errno);
-        }
-        if (const int code = WriteAll(m_file.Get(), bytes); code != 0) {
-            if (appended) {
-                // Half a record would spoil the next one that is added.
-                (void)CutAt(m_file.Get(), before.st_size);  // the first failure is the one to tell
+        std::size_t written = 0;
+        if (const int code = WriteAll(m_file.Get(), bytes, written); code != 0) {
+            if (m_kind == Kind::Appended && written > 0) {
+                CutOff(written);
             }
             Raise("Write", m_path, code);
         }
@@ -69,8 +68,25 @@ public:
         }
     }
 
+    void LetOthersIn() noexcept override {
+        if (m_lock.IsOpen()) {
+            (void)::flock(m_lock.Get(), LOCK_UN);  // fails for a descriptor that is none only
+        }
+    }
+
 private:
+    /// Takes half a record away again, which would spoil the next one, but nothing that another program has
+    /// added behind it. The failure that left it is the one to tell.
+    void CutOff(std::size_t written) const noexcept {
+        struct stat status {};
+        const off_t end = ::lseek(m_file.Get(), 0, SEEK_CUR);
+        if (::fstat(m_file.Get(), &status) == 0 && status.st_size == end) {
+            (void)CutAt(m_file.Get(), end - static_cast<off_t>(written));
+        }
+    }
+
     Descriptor m_file;
+    Descriptor m_lock;
     Text m_path;
     Kind m_kind;
 };
@@ -207,28 +223,65 @@ void SystemFiles::Read(std::string_view path, std::string& bytes) {
     }
 }
 
-std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
+namespace {
+
+/// A file opened anew at its place, and not yet emptied. One with another name is left to that name.
+Descriptor OpenAnew(const Text& target) {
     struct stat status {};
-    Text target(path);
     if (::lstat(target.c_str(), &status) == 0) {
         if (!S_ISREG(status.st_mode) || !MayWrite(status)) {
-            Raise("OpenForOutput", path, EACCES);
+            Raise("OpenForOutput", target, EACCES);
         }
         if (status.st_nlink > 1) {
             // Somebody else's name for the same file: what is written here must not reach it.
             if (::unlink(target.c_str()) != 0) {
-                Raise("OpenForOutput", path, errno);
+                Raise("OpenForOutput", target, errno);
             }
         }
     }
-    Descriptor file = OpenRegular("OpenForOutput", path, O_WRONLY | O_CREAT | O_NOFOLLOW, 0666, status);
+    Descriptor file = OpenRegular("OpenForOutput", target, O_WRONLY | O_CREAT | O_NOFOLLOW, 0666, status);
     if (status.st_nlink > 1) {
-        Raise("OpenForOutput", path, EACCES);  // it got another name since it was looked at
+        Raise("OpenForOutput", target, EACCES);  // it got another name since it was looked at
     }
-    if (const int code = CutAt(file.Get(), 0); code != 0) {
-        Raise("OpenForOutput", path, code);
+    return file;
+}
+
+/// Whether the open file is still the one of that name.
+bool IsStillThere(int fd, const Text& target) noexcept {
+    struct stat open {};
+    struct stat named {};
+    return ::fstat(fd, &open) == 0 && ::lstat(target.c_str(), &named) == 0 && open.st_dev == named.st_dev &&
+           open.st_ino == named.st_ino;
+}
+
+}  // namespace
+
+std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
+    // Another program may be at the same file, for the moment that a save takes.
+    constexpr int Tries = 100;
+    constexpr timespec Pause{0, 10'000'000};
+    Text target(path);
+    for (int tries = 1;; ++tries) {
+        Descriptor file = OpenAnew(target);
+        // A file system without locks gives another errno: there the file is taken as it is.
+        const bool taken = ::flock(file.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+        if (taken && tries == Tries) {
+            throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, target);
+        }
+        if (taken) {
+            (void)::nanosleep(&Pause, nullptr);  // cut short by a signal it is a shorter pause
+            continue;
+        }
+        if (!IsStillThere(file.Get(), target) && tries < Tries) {
+            continue;  // the other program has done with it and taken it away
+        }
+        if (const int code = CutAt(file.Get(), 0); code != 0) {
+            Raise("OpenForOutput", path, code);
+        }
+        Descriptor lock(::fcntl(file.Get(), F_DUPFD_CLOEXEC, 0));
+        return std::make_unique<PosixOutput>(std::move(file), std::move(target), PosixOutput::Kind::Fresh,
+                                             std::move(lock));
     }
-    return std::make_unique<PosixOutput>(std::move(file), std::move(target), PosixOutput::Kind::Fresh);
 }
 
 std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {

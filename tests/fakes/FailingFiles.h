@@ -145,6 +145,7 @@ private:
             const auto close = [&] { m_file->Close(); };
             m_files.Do("Close", m_path, close, close);
         }
+        void LetOthersIn() noexcept override { m_file->LetOthersIn(); }
 
     private:
         FailingFiles& m_files;

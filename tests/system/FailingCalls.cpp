@@ -1,5 +1,6 @@
 #include "system/FailingCalls.h"
 
+#include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -7,8 +8,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace kd {
 
@@ -18,7 +21,8 @@ FailingCalls* active = nullptr;
 
 }  // namespace
 
-FailingCalls::FailingCalls(int failAt, int code) : m_failAt(failAt), m_code(code) {
+FailingCalls::FailingCalls(int failAt, int code, bool forGood)
+    : m_failAt(failAt), m_code(code), m_forGood(forGood) {
     active = this;
 }
 
@@ -29,6 +33,11 @@ FailingCalls::~FailingCalls() {
 void FailingCalls::FailEach(const std::string& name, int code) {
     m_failing = name;
     m_failingCode = code;
+}
+
+void FailingCalls::Before(int call, std::function<void()> action) {
+    m_actionAt = call;
+    m_action = std::move(action);
 }
 
 int FailingCalls::Ask(const char* name) {
@@ -45,10 +54,17 @@ int FailingCalls::Ask(const char* name) {
         }
     }
     calls.m_calls.push_back(asked);
+    if (static_cast<int>(calls.m_calls.size()) == calls.m_actionAt) {
+        active = nullptr;
+        calls.m_action();
+        active = &calls;
+    }
     if (asked == calls.m_failing) {
         return calls.m_failingCode;
     }
-    return static_cast<int>(calls.m_calls.size()) == calls.m_failAt ? calls.m_code : 0;
+    const int number = static_cast<int>(calls.m_calls.size());
+    const bool fails = number == calls.m_failAt || (calls.m_forGood && number > calls.m_failAt);
+    return calls.m_failAt > 0 && fails ? calls.m_code : 0;
 }
 
 bool FailingCalls::Stutters() {
@@ -133,6 +149,53 @@ int futimens(int fd, const struct timespec* times) noexcept {
 int mkostemp(char* pattern, int flags) {
     static const auto real = Real<int(char*, int)>("mkostemp");
     return Fails("mkostemp") ? -1 : real(pattern, flags);
+}
+
+int open(const char* path, int flags, ...) {
+    static const auto real = Real<int(const char*, int, mode_t)>("open");
+    mode_t mode = 0;
+    if ((static_cast<unsigned>(flags) & static_cast<unsigned>(O_CREAT)) != 0) {
+        va_list rest;
+        va_start(rest, flags);
+        mode = va_arg(rest, mode_t);
+        va_end(rest);
+    }
+    return Fails("open") ? -1 : real(path, flags, mode);
+}
+
+int stat(const char* path, struct stat* status) noexcept {
+    static const auto real = Real<int(const char*, struct stat*)>("stat");
+    return Fails("stat") ? -1 : real(path, status);
+}
+
+int lstat(const char* path, struct stat* status) noexcept {
+    static const auto real = Real<int(const char*, struct stat*)>("lstat");
+    return Fails("lstat") ? -1 : real(path, status);
+}
+
+int fstat(int fd, struct stat* status) noexcept {
+    static const auto real = Real<int(int, struct stat*)>("fstat");
+    return Fails("fstat") ? -1 : real(fd, status);
+}
+
+int mkdir(const char* path, mode_t mode) noexcept {
+    static const auto real = Real<int(const char*, mode_t)>("mkdir");
+    return Fails("mkdir") ? -1 : real(path, mode);
+}
+
+int unlink(const char* path) noexcept {
+    static const auto real = Real<int(const char*)>("unlink");
+    return Fails("unlink") ? -1 : real(path);
+}
+
+int rmdir(const char* path) noexcept {
+    static const auto real = Real<int(const char*)>("rmdir");
+    return Fails("rmdir") ? -1 : real(path);
+}
+
+DIR* opendir(const char* path) {
+    static const auto real = Real<DIR*(const char*)>("opendir");
+    return Fails("opendir") ? nullptr : real(path);
 }
 
 int rename(const char* from, const char* to) noexcept {

@@ -2,17 +2,19 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace kd {
 
-/// Makes the system's calls fail that write, flush and rename, for the length of a scope. The test program
-/// has its own versions of these calls, which ask here first.
+/// Makes the system's calls on files fail, for the length of a scope. The test program has its own versions
+/// of these calls, which ask here first.
 class FailingCalls {
 public:
-    /// The call with that number, from 1, fails with `code`, an errno; 0 for none.
-    explicit FailingCalls(int failAt = 0, int code = 0);
+    /// The call with that number, from 1, fails with `code`, an errno; 0 for none. With `forGood` all later
+    /// ones fail as well.
+    explicit FailingCalls(int failAt = 0, int code = 0, bool forGood = false);
     ~FailingCalls();
     FailingCalls(const FailingCalls&) = delete;
     FailingCalls& operator=(const FailingCalls&) = delete;
@@ -21,6 +23,8 @@ public:
     void FailEach(const std::string& name, int code);
     /// Reads and writes carry a byte or so, and every other call is cut off by a signal first.
     void Stutter() { m_stutters = true; }
+    /// Runs `action`, undisturbed, before the call with that number: what another program does meanwhile.
+    void Before(int call, std::function<void()> action);
     /// Names of the calls so far, in order.
     const std::vector<std::string>& Calls() const { return m_calls; }
 
@@ -31,11 +35,14 @@ public:
 private:
     int m_failAt;
     int m_code;
+    bool m_forGood;
     bool m_stutters = false;
     bool m_interrupted = false;
     std::string m_failing;
     int m_failingCode = 0;
     std::vector<std::string> m_calls;
+    int m_actionAt = 0;
+    std::function<void()> m_action;
 };
 
 }  // namespace kd

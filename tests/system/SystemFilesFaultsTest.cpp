@@ -170,6 +170,18 @@ TEST_F(SystemFilesTest, SignalsAndShortTransfersLoseNothing) {
     EXPECT_EQ(Get(At("output")), bytes);
 }
 
+TEST_F(SystemFilesTest, HalfARecordIsCutOffButNothingThatAnotherProgramHasAddedBehindIt) {
+    for (const Text& added : {Text(), Text("another's\r\n")}) {
+        const Text path = Put("a.KDL", "earlier\r\n");
+        const auto file = files.OpenForAppend(path);
+        FailingCalls calls(2, ENOSPC);
+        calls.Stutter();
+        calls.Before(2, [&] { std::ofstream(path, std::ios::binary | std::ios::app) << added; });
+        EXPECT_EQ(ErrorOf([&] { file->Write("a record\r\n"); }), errDiskFull);
+        EXPECT_EQ(Get(path), added.empty() ? "earlier\r\n" : "earlier\r\na recor" + added);
+    }
+}
+
 TEST_F(SystemFilesTest, SeveralArchiveCopiesAreFlushedWhenAllAreWritten) {
     const std::vector<Text> sources{Put("a.kdt", "one"), Put("a.V1", "two")};
     MakeFolderAt("archive");

@@ -83,6 +83,23 @@ TEST_F(SystemFilesTest, OutputRefusesWhatIsNoFile) {
     EXPECT_EQ(Get(At("readonly")), "old");
 }
 
+TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsNotTaken) {
+    SystemFiles other(CodePage::Of(1252));
+    auto held = other.OpenForOutput(At("a.temp"));
+    held->Write("another's");
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), errFileAlreadyOpen);
+    held->Close();
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), errFileAlreadyOpen);
+    EXPECT_EQ(Get(At("a.temp")), "another's");
+    held.reset();
+    files.OpenForOutput(At("a.temp"))->Write("ours");
+    EXPECT_EQ(Get(At("a.temp")), "ours");
+
+    held = other.OpenForOutput(At("a.temp"));
+    held->LetOthersIn();
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), 0) << "though it is still open";
+}
+
 TEST_F(SystemFilesTest, OutputIsNotFoundInAnotherCase) {
     Put("A.TEMP", "other");
     files.OpenForOutput(At("a.temp"))->Write("new");

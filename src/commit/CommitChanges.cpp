@@ -133,6 +133,11 @@ private:
     }
 
     void Fail(const cError& error) {
+        try {
+            FlushFolders();  // views already done stay done
+        } catch (...) {
+            // The failure that ended the commit is the one to tell.
+        }
         Text text = "An error occurred while saving changes:";
         text += CrLf;
         text += Digits(error.Number()) + " (" + error.Source() + ") - " + error.Description();

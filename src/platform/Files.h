@@ -69,9 +69,9 @@ public:
     virtual std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) = 0;
 
     /// Copies a file's bytes over `target`, which may exist. The target is wholly old or wholly new at every
-    /// moment, and wholly new for good once its folder has been flushed; its owner, mode and links stay. A
-    /// target whose mode forbids writing is refused with errPermissionDenied, also for a user who could
-    /// override it.
+    /// moment, and wholly new for good once its folder has been flushed (a link's target at once); its owner,
+    /// mode and links stay. A target whose mode forbids writing is refused with errPermissionDenied, also for
+    /// a user who could override it.
     virtual void CopyFile(std::string_view source, std::string_view target) = 0;
     /// Deletes a file; one that may not be written is refused.
     virtual void DeleteFile(std::string_view path) = 0;

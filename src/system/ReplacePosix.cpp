@@ -67,23 +67,30 @@ int WriteOver(int fd, std::string_view bytes) noexcept {
 }
 
 /// Makes room for a file that grows, so that a full disk is met before a byte of it changes. Returns 0 or an
-/// errno; the file then has its size back.
+/// errno; the file has its size and its content all the while, also when the program is stopped in between.
 int MakeRoom(int fd, std::size_t present, std::size_t wanted) noexcept {
     if (wanted <= present) {
         return 0;
     }
+#ifdef __linux__
     int code = 0;
     do {
-        code = ::posix_fallocate(fd, 0, static_cast<off_t>(wanted));
+        code = ::fallocate(fd, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(wanted)) == 0 ? 0 : errno;
     } while (code == EINTR);
-    if (code == 0 || code == EOPNOTSUPP || code == EINVAL) {
-        return 0;  // where room cannot be had ahead, the old content is brought back instead
-    }
-    (void)CutAt(fd, static_cast<off_t>(present));  // the content stood all the while
-    return code;
+    // Where room cannot be had ahead, the old content is brought back instead.
+    return code == EOPNOTSUPP || code == EINVAL || code == ENOSYS ? 0 : code;
+#else
+    (void)fd;
+    return 0;
+#endif
 }
 
-void OverwriteInPlace(const char* operation, const Text& target, std::string_view bytes) {
+void OverwriteInPlace(const char* operation, const Text& target, std::string_view bytes, int source) {
+    if (source >= 0) {
+        if (const int code = Flush(source); code != 0) {
+            Raise(operation, target, code);
+        }
+    }
     struct stat status {};
     Descriptor file = OpenRegular(operation, target, O_RDWR | O_NOFOLLOW, 0, status);
     std::string before;
@@ -200,9 +207,11 @@ Outcome WriteBeside(const char* operation, const Text& target, std::string_view 
 
 }  // namespace
 
-void ReplaceWhole(const char* operation, std::string_view path, std::string_view bytes, FlushName flushName) {
+void ReplaceWhole(const char* operation, std::string_view path, std::string_view bytes, FlushName flushName,
+                  int source) {
     const Text target = FinalTarget(Text(path));
     struct stat status {};
+    const bool isLink = ::lstat(Text(path).c_str(), &status) == 0 && S_ISLNK(status.st_mode);
     const bool present = ::lstat(target.c_str(), &status) == 0;
     if (!present && errno != ENOENT) {
         Raise(operation, path, errno);
@@ -214,15 +223,15 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
             Raise(operation, path, EACCES);
         }
         if (status.st_nlink > 1) {
-            OverwriteInPlace(operation, target, bytes);
+            OverwriteInPlace(operation, target, bytes, source);
             return;
         }
     }
     if (WriteBeside(operation, target, bytes, present ? &status : nullptr) == Outcome::NotPossibleHere) {
-        OverwriteInPlace(operation, target, bytes);
+        OverwriteInPlace(operation, target, bytes, source);
         return;
     }
-    if (flushName == FlushName::No) {
+    if (flushName == FlushName::No && !isLink) {
         return;
     }
     // A folder that the user may enter but not list cannot be flushed by him; any other failure is told.

@@ -18,10 +18,12 @@ inline bool MayWrite(const struct stat& status) noexcept {
 /// losing a link, the owner or for want of rights in the folder, the file is written over in place, and
 /// brought back if that fails.
 /// Whether the new name is flushed as well, which is the folder's, is `flushName`'s to say: many files of one
-/// folder need it once.
+/// folder need it once. The target of a link, which may be in any folder, is always flushed with its name.
+/// `source` is the open file that the bytes come from, or -1: it is flushed before the target is written over
+/// in place, for it is then the only place where they stand whole.
 /// @throws cError as Files::CopyFile.
 enum class FlushName : bool { No, Yes };
-void ReplaceWhole(const char* operation, std::string_view target, std::string_view bytes,
-                  FlushName flushName);
+void ReplaceWhole(const char* operation, std::string_view target, std::string_view bytes, FlushName flushName,
+                  int source);
 
 }  // namespace kd::posix

@@ -295,12 +295,17 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
 }
 
 void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
-    const std::string bytes = Read(source);
-    ReplaceWhole("CopyFile", Resolved(target), bytes, FlushName::No);
+    std::string bytes;
+    struct stat status {};
+    const Descriptor file = OpenRegular("CopyFile", Resolved(source), O_RDONLY, 0, status);
+    if (const int code = ReadToEnd(file.Get(), status.st_size, bytes); code != 0) {
+        Raise("CopyFile", source, code);
+    }
+    ReplaceWhole("CopyFile", Resolved(target), bytes, FlushName::No, file.Get());
 }
 
 void SystemFiles::ReplaceFile(std::string_view path, std::string_view bytes) {
-    ReplaceWhole("ReplaceFile", Resolved(path), bytes, FlushName::Yes);
+    ReplaceWhole("ReplaceFile", Resolved(path), bytes, FlushName::Yes, -1);
 }
 
 void SystemFiles::DeleteFile(std::string_view path) {
@@ -367,6 +372,11 @@ void SystemFiles::CopyForArchive(std::string_view source, std::string_view targe
 
 #ifdef __linux__
 void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) {
+    // Opened first: a failure to write what is copied is then told by this one's flush, whenever it comes.
+    const Descriptor target(Open(Text(folder), O_RDONLY | O_DIRECTORY));
+    if (!target.IsOpen()) {
+        Raise("CopyForArchive", folder, errno);
+    }
     for (const Text& source : sources) {
         try {
             CopyToArchive(Resolved(source), paths::Join(folder, paths::FileName(source), Delimiter()), false);
@@ -375,8 +385,7 @@ void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::strin
         }
     }
     // One flush of the file system they are in costs what one file's does.
-    const Descriptor target(Open(Text(folder), O_RDONLY | O_DIRECTORY));
-    if (!target.IsOpen() || ::syncfs(target.Get()) != 0) {
+    if (::syncfs(target.Get()) != 0) {
         Raise("CopyForArchive", folder, errno);
     }
 }

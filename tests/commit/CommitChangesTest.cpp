@@ -131,6 +131,20 @@ TEST(CommitChangesTest, AFolderThatCannotBeFlushedIsTold) {
     t.ExpectAtRest();
 }
 
+TEST(CommitChangesTest, TheFolderOfWhatIsSavedIsFlushedWhenTheCommitEndsInAnErrorToo) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.suite.failLogWith = errDiskFull;
+    t.suite.failLogAtRecord = 1;
+    t.files.ClearLog();
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("An error occurred while saving changes:\r\n61 (KDChangeLog.WriteRecord) - Disk full",
+                        BoxIcon::Critical);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.IsSaved(0));
+    EXPECT_EQ(t.files.Log().back(), "FlushFolder /apps");
+}
+
 TEST(CommitChangesTest, AFolderThatMayNotBeListedIsLeftUnflushed) {
     CommitDesk t;
     t.EditRows({1});

@@ -130,10 +130,9 @@ int ftruncate(int fd, off_t size) noexcept {
     return Fails("ftruncate") ? -1 : real(fd, size);
 }
 
-int posix_fallocate(int fd, off_t offset, off_t size) {
-    static const auto real = Real<int(int, off_t, off_t)>("posix_fallocate");
-    const int code = kd::FailingCalls::Ask("posix_fallocate");
-    return code != 0 ? code : real(fd, offset, size);
+int fallocate(int fd, int mode, off_t offset, off_t size) {
+    static const auto real = Real<int(int, int, off_t, off_t)>("fallocate");
+    return Fails("fallocate") ? -1 : real(fd, mode, offset, size);
 }
 
 int fchmod(int fd, mode_t mode) noexcept {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 
 #include "system/FailingCalls.h"
 #include "system/SystemFilesFixture.h"
@@ -9,6 +10,14 @@ namespace {
 
 bool Called(const FailingCalls& calls, const std::string& name) {
     return std::find(calls.Calls().begin(), calls.Calls().end(), name) != calls.Calls().end();
+}
+
+/// Those of the calls that write, flush and rename, in order.
+std::vector<std::string> Writing(const FailingCalls& calls) {
+    std::vector<std::string> order;
+    std::copy_if(calls.Calls().begin(), calls.Calls().end(), std::back_inserter(order),
+                 [](const auto& call) { return call == "write" || call == "fsync" || call == "rename"; });
+    return order;
 }
 
 TEST_F(SystemFilesTest, AReplaceThatFailsAnywhereLeavesTheWholeOldFileOrTheWholeNewOne) {
@@ -67,13 +76,7 @@ TEST_F(SystemFilesTest, AReplaceFlushesTheFileBeforeItTakesItsPlaceAndTheFolderA
     const Text path = Put("a.kdt", "old");
     const FailingCalls calls;
     files.ReplaceFile(path, "new");
-    std::vector<std::string> order;
-    for (const std::string& call : calls.Calls()) {
-        if (call == "write" || call == "fsync" || call == "rename") {
-            order.push_back(call);
-        }
-    }
-    EXPECT_EQ(order, (std::vector<std::string>{"write", "fsync", "rename", "fsync"}));
+    EXPECT_EQ(Writing(calls), (std::vector<std::string>{"write", "fsync", "rename", "fsync"}));
 }
 
 TEST_F(SystemFilesTest, ACopyFlushesTheFileAndLeavesTheFolderToWhoCopiesMany) {
@@ -81,20 +84,42 @@ TEST_F(SystemFilesTest, ACopyFlushesTheFileAndLeavesTheFolderToWhoCopiesMany) {
     const Text source = Put("b.kdt", "new");
     const FailingCalls calls;
     files.CopyFile(source, path);
-    std::vector<std::string> order;
-    for (const std::string& call : calls.Calls()) {
-        if (call == "write" || call == "fsync" || call == "rename") {
-            order.push_back(call);
-        }
+    EXPECT_EQ(Writing(calls), (std::vector<std::string>{"write", "fsync", "rename"}));
+}
+
+TEST_F(SystemFilesTest, ACopyOverALinkFlushesTheFolderThatItLeadsTo) {
+    MakeFolderAt("elsewhere");
+    Put("elsewhere/a.kdt", "old");
+    const Text link = MakeLink("a.kdt", At("elsewhere/a.kdt"));
+    const Text source = Put("b.kdt", "new");
+    const FailingCalls calls;
+    files.CopyFile(source, link);
+    EXPECT_EQ(Writing(calls), (std::vector<std::string>{"write", "fsync", "rename", "fsync"}));
+}
+
+TEST_F(SystemFilesTest, ACopyInPlaceFlushesItsSourceFirst) {
+    const Text path = Put("a.kdt", "old");
+    std::filesystem::create_hard_link(path, At("second name"));
+    const Text source = Put("b.kdt", "new");
+    {
+        const FailingCalls calls;
+        files.CopyFile(source, path);
+        EXPECT_EQ(Writing(calls), (std::vector<std::string>{"fsync", "write", "fsync"}));
     }
-    EXPECT_EQ(order, (std::vector<std::string>{"write", "fsync", "rename"}));
+    EXPECT_EQ(Get(path), "new");
+    Put("b.kdt", "newer");
+    FailingCalls calls;
+    calls.FailEach("fsync", EIO);
+    EXPECT_EQ(ErrorOf([&] { files.CopyFile(source, path); }), errDevice);
+    EXPECT_FALSE(Called(calls, "write"));
+    EXPECT_EQ(Get(path), "new");
 }
 
 TEST_F(SystemFilesTest, AReplaceInPlaceMeetsAFullDiskBeforeAByteChanges) {
     const Text path = Put("a.kdt", "old");
     std::filesystem::create_hard_link(path, At("b.kdt"));
     FailingCalls calls;
-    calls.FailEach("posix_fallocate", ENOSPC);
+    calls.FailEach("fallocate", ENOSPC);
     EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, "new and longer"); }), errDiskFull);
     EXPECT_FALSE(Called(calls, "write"));
     EXPECT_EQ(Get(path), "old");

@@ -22,10 +22,16 @@ private:
     Text m_address;
 };
 
-/// Address of a page in a folder; the page may name a place in it behind "#".
+/// Address of a page in a folder; the page may name a place in it behind "#". Empty for one that leads out of
+/// the folder.
 Text PageAddress(std::string_view folder, std::string_view page) {
     const auto mark = page.find('#');
-    const QString path = QDir::fromNativeSeparators(ToQt(paths::Join(folder, page.substr(0, mark), '/')));
+    const QString root = QDir::cleanPath(QDir::fromNativeSeparators(ToQt(folder)));
+    const QString name = QDir::fromNativeSeparators(ToQt(page.substr(0, mark)));
+    const QString path = QDir::cleanPath(root + QLatin1Char('/') + name);
+    if (!path.startsWith(root.endsWith(QLatin1Char('/')) ? root : root + QLatin1Char('/'))) {
+        return {};
+    }
     QUrl url = QUrl::fromLocalFile(path);
     if (mark != std::string_view::npos) {
         url.setFragment(ToQt(page.substr(mark + 1)));
@@ -59,7 +65,8 @@ std::unique_ptr<KDHelpTopic> HelpIndex::FindTopic(std::string_view name) {
     if (found == m_pages.end()) {
         return nullptr;
     }
-    return std::make_unique<HelpTopic>(m_shell, PageAddress(paths::Folder(m_path), found->second));
+    Text address = PageAddress(paths::Folder(m_path), found->second);
+    return address.empty() ? nullptr : std::make_unique<HelpTopic>(m_shell, std::move(address));
 }
 
 }  // namespace kd

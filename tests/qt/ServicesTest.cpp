@@ -207,6 +207,24 @@ TEST_F(HelpIndexTest, UnknownTopicIsNothing) {
     EXPECT_TRUE(shell.opened.empty());
 }
 
+TEST_F(HelpIndexTest, APageThatLeadsOutOfTheHelpFolderIsNothing) {
+    Load(
+        "<help><topic name=\"above\" page=\"../secret.html\"/><topic name=\"beside\" "
+        "page=\"../help2/a.html\"/>"
+        "<topic name=\"hidden\" page=\"pages/../../../x\"/><topic name=\"folder\" page=\".\"/>"
+        "<topic name=\"back\" page=\"pages/../index.html\"/><topic name=\"root\" page=\"/etc/passwd\"/>"
+        "<topic name=\"web\" page=\"https://example.com/\"/></help>");
+    for (const char* topic : {"above", "beside", "hidden", "folder"}) {
+        EXPECT_EQ(index.FindTopic(topic), nullptr) << topic;
+    }
+    for (const char* topic : {"back", "root", "web"}) {
+        index.FindTopic(topic)->OpenTopic();
+    }
+    EXPECT_EQ(shell.opened,
+              (std::vector<Text>{"file:///opt/kd/help/index.html", "file:///opt/kd/help/etc/passwd",
+                                 "file:///opt/kd/help/https:/example.com"}));
+}
+
 TEST_F(HelpIndexTest, MissingCatalogueIsFileNotFound) {
     index.SetFileName("/nowhere/KDLimitDeskHelp.xml");
     try {

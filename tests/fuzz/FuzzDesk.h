@@ -1,0 +1,82 @@
+#pragma once
+
+#include "appfiles/LoadApplications.h"
+#include "fakes/FakeServices.h"
+#include "fakes/FakeSuite.h"
+#include "fakes/MemoryFiles.h"
+#include "fuzz/FuzzTargets.h"
+#include "grid/ColumnCatalogue.h"
+#include "grid/Desk.h"
+#include "model/Globals.h"
+#include "model/modKDLimitDesk.h"
+
+namespace kd::fuzz {
+
+/// Confirms what is asked, and counts.
+class SilentToolkit : public Toolkit {
+public:
+    int boxes = 0;
+    BoxAnswer MessageBox(std::string_view, BoxIcon, BoxButtons, std::string_view) override {
+        ++boxes;
+        return BoxAnswer::Ok;
+    }
+    void ShowModal(Form&) override {}
+    void ShowModeless(Form&) override {}
+    void ShowPopupMenu(MenuItem&) override {}
+    void ProcessEvents() override {}
+    Pointer MousePointer() const override { return Pointer::Default; }
+    void SetMousePointer(Pointer) override {}
+    std::int32_t ScreenWidth() const override { return 100; }
+    std::int32_t ScreenHeight() const override { return 100; }
+};
+
+/// Everything in memory, with one application of one view whose file is the input.
+struct FuzzDesk {
+    static constexpr const char* Path = "/apps/a.kdt";
+
+    explicit FuzzDesk(std::string_view schema) {
+        files.Put(Path, std::string(schema));
+        suite.applications[Path] = {"Plant", {}};
+        g.gRuleNames = "Point beyond limit,Run of nine";
+        g.gRuleLetters = "AB";
+        g.gRulesBlock =
+            "[RULES]\r\n   RULE         = Point beyond limit\r\n   RULE         = Run of nine\r\n\r\n";
+        (void)g.gMasterFiles->Add(Path, true);
+    }
+    /// Whether the load came to its end; one that a failure stops is told and leaves what it had.
+    bool Load() {
+        modKDLimitDesk::BuildColumnCatalogue(g);
+        SetupGridColumns(desk);
+        try {
+            LoadApplications(desk);
+            return true;
+        } catch (const cError&) {
+            return false;
+        }
+    }
+    /// Every text of the grid is that of its record, and every mark obeys its rule.
+    void CheckGrid() const {
+        Promise(g.gFields->Count() == g.gSavedFields->Count(), "each variable has its twin");
+        for (std::int32_t row = 1; row < desk.Grid.Rows(); ++row) {
+            const std::int32_t index = desk.Grid.RowData(row);
+            for (std::int32_t column = 7; column <= g.gLabels->Count(); ++column) {
+                const Text text = g.gFields->Ref(index).ValueText(column, vmGrid, locale);
+                Promise(desk.Grid.TextMatrix(row, column - 1) == text, "a cell shows its record's value");
+            }
+        }
+    }
+
+    MemoryFiles files;
+    SilentToolkit toolkit;
+    FakeLocale locale;
+    FakeClock clock;
+    FakeEnvironment environment;
+    FakeShell shell;
+    FakeFileDialog fileDialog;
+    FakeSuite suite;
+    Platform platform{files, toolkit, locale, clock, environment, shell, fileDialog, suite};
+    Globals g{platform};
+    Desk desk{g};
+};
+
+}  // namespace kd::fuzz

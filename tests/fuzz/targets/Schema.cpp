@@ -1,0 +1,173 @@
+#include <algorithm>
+
+#include "appfiles/FileNames.h"
+#include "appfiles/SchemaHeader.h"
+#include "appfiles/SchemaWriter.h"
+#include "base/Numbers.h"
+#include "fuzz/FuzzDesk.h"
+#include "grid/CellGate.h"
+
+namespace kd::fuzz {
+
+namespace {
+
+/// The columns that a file keeps of a variable, by its type; the others are lost at a save.
+std::vector<std::int32_t> KeptColumns(std::string_view type) {
+    if (type.size() != 1) {
+        return {};
+    }
+    constexpr std::int32_t Numeric[] = {9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20,
+                                        21, 22, 23, 24, 25, 27, 28, 29, 31, 32, 33};
+    std::vector<std::int32_t> columns(std::begin(Numeric), std::end(Numeric));
+    switch (type.front()) {
+        case 'N':
+        case 'A':
+            columns.push_back(26);
+            return columns;
+        case 'R':
+            return columns;
+        case 'C':
+            columns.push_back(34);
+            return columns;
+        case 'T':
+            return {18, 19, 21, 25, 26, 27, 28, 31, 32, 33, 35};
+        case 'P':
+            return {18, 19, 21, 25, 26, 27, 28, 30, 31, 32, 33, 35};
+        case 'L':
+            return {18, 19, 21, 25, 27, 28, 30, 32, 33, 35};
+        default:
+            return {18, 19, 21};
+    }
+}
+
+/// Bounds that are both written as 0, such as large ones that their mask cuts, are derived anew by a load.
+bool AreBoundsDerived(const FuzzDesk& t, const cField& field) {
+    return NumberAtFront(field.ValueText(9, vmFile, t.locale)) == 0 &&
+           NumberAtFront(field.ValueText(17, vmFile, t.locale)) == 0;
+}
+
+std::vector<Text> KeptValues(const FuzzDesk& t, const cField& field, bool withBounds) {
+    std::vector<Text> values{field.Name()};
+    for (const std::int32_t column : KeptColumns(field.FieldType())) {
+        if (!withBounds && (column == 9 || column == 17)) {
+            continue;
+        }
+        values.push_back(field.ValueText(column, vmGrid, t.locale));
+    }
+    return values;
+}
+
+std::string Difference(const std::vector<Text>& before, const std::vector<Text>& after) {
+    for (std::size_t at = 0; at < std::min(before.size(), after.size()); ++at) {
+        if (before[at] != after[at]) {
+            return "but value " + std::to_string(at) + " is \"" + after[at] + "\" for \"" + before[at] + '"';
+        }
+    }
+    return "but of another type";
+}
+
+std::string WithoutRevision(const FuzzDesk& t, const std::string& bytes) {
+    const std::size_t letters = t.locale.CodePage().Upper(t.locale.CodePage().Decode(bytes)).find("VERSION");
+    if (letters == Text::npos) {
+        return bytes;
+    }
+    const Text text = t.locale.CodePage().Decode(bytes);
+    const std::size_t equals = text.find('=', letters);
+    const std::size_t end = text.find("\r\n", equals);
+    return equals == Text::npos || end == Text::npos ? bytes : text.substr(0, equals) + text.substr(end);
+}
+
+/// A few edits that the input itself tells: a row, a column and a text each.
+void Edit(FuzzDesk& t, std::string_view& input) {
+    const auto take = [&input] {
+        const unsigned char byte = input.empty() ? 0 : static_cast<unsigned char>(input.front());
+        input.remove_prefix(input.empty() ? 0 : 1);
+        return std::int32_t{byte};
+    };
+    for (std::int32_t edits = take() % 4; edits > 0; --edits) {
+        const std::int32_t row = 1 + take() % std::max(t.desk.Grid.Rows() - 1, 1);
+        const std::int32_t column = 7 + take() % 29;
+        const auto length = static_cast<std::size_t>(take()) % 16;
+        const Text text = t.locale.CodePage().Decode(input.substr(0, length));
+        input.remove_prefix(std::min(length, input.size()));
+        if (row < t.desk.Grid.Rows() && t.g.gLabels->Ref(column).Editable() &&
+            IsCellValueValid(t.desk, row, column - 1, text)) {
+            try {
+                SetCellValue(t.desk, row, column - 1, text);
+            } catch (const cError&) {
+                return;  // a mask that is none; told at the cell
+            }
+        }
+    }
+}
+
+}  // namespace
+
+void SchemaLoad(std::string_view input) {
+    FuzzDesk t(input);
+    if (t.Load()) {
+        Promise(t.desk.Grid.Rows() == t.g.gFields->Count() + 1, "each variable has its row");
+        t.CheckGrid();
+        for (std::int32_t row = 1; row < t.desk.Grid.Rows(); ++row) {
+            for (std::int32_t screenCol = 0; screenCol < t.desk.Grid.Cols(); ++screenCol) {
+                Promise(t.desk.Grid.BackColor(row, screenCol) != ChangedColour, "a load marks nothing");
+            }
+        }
+        Promise(!modKDLimitDesk::AnyChanges(t.g), "a load changes nothing");
+    }
+    Promise(t.files.Get(FuzzDesk::Path) == input, "a load writes nothing");
+}
+
+/// Whether a line before the first block opens one for the reader alone: with blanks around it, it is header
+/// text too, so that a save keeps it there and writes its variable as well.
+bool HidesABlock(std::string_view header) {
+    for (std::size_t end = header.find(CrLf); end != std::string_view::npos; end = header.find(CrLf)) {
+        const std::string_view line = header.substr(0, end);
+        const std::size_t first = line.find_first_not_of(" \t\r\n");
+        if (first != std::string_view::npos &&
+            EqualsNoCaseAscii(line.substr(first, line.find_last_not_of(" \t\r\n") + 1 - first), "[FIELD]")) {
+            return true;
+        }
+        header.remove_prefix(end + CrLf.size());
+    }
+    return false;
+}
+
+/// The bytes before the first "|" tell the edits, those behind it are the file.
+void SaveAndReload(std::string_view input) {
+    std::string_view edits = input.substr(0, input.find('|'));
+    FuzzDesk t(input.substr(std::min(edits.size() + 1, input.size())));
+    if (!t.Load() || HidesABlock(modKDLimitDesk::ReadHeaderText(t.g, FuzzDesk::Path))) {
+        return;
+    }
+    Edit(t, edits);
+    t.CheckGrid();
+    const std::string before = t.files.Get(FuzzDesk::Path);
+    if (!modKDLimitDesk::SaveSchema(t.g, 1)) {
+        Promise(t.files.Get(FuzzDesk::Path) == before, "a failed save leaves the file");
+        Promise(t.toolkit.boxes == 1, "a failed save is told");
+        return;
+    }
+    const std::string saved = t.files.Get(FuzzDesk::Path);
+    FuzzDesk again(saved);
+    if (!again.Load()) {
+        return;  // such as a length without a mask
+    }
+    Promise(again.g.gFields->Count() == t.g.gFields->Count(), "no variable comes or goes");
+    bool derived = false;
+    for (std::int32_t index = 1; index <= t.g.gFields->Count(); ++index) {
+        const bool withBounds = !AreBoundsDerived(t, t.g.gFields->Ref(index));
+        derived = derived || !withBounds;
+        const auto written = KeptValues(t, t.g.gFields->Ref(index), withBounds);
+        const auto read = KeptValues(again, again.g.gFields->Ref(index), withBounds);
+        if (written != read) {
+            throw Unkept("a save is read back to the same values, " + Difference(written, read));
+        }
+    }
+    if (!derived && modKDLimitDesk::SaveSchema(again.g, 1)) {
+        Promise(WithoutRevision(again, saved) == WithoutRevision(again, again.files.Get(FuzzDesk::Path)),
+                "a second save differs in the revision alone");
+    }
+}
+
+}  // namespace kd::fuzz

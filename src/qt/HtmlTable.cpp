@@ -11,6 +11,10 @@ namespace kd {
 
 namespace {
 
+/// A few tags can claim any number of places by their spans. The largest grid has a fourth of these, so that
+/// no table beyond them could be pasted anyway.
+constexpr int MostPlaces = 1 << 22;
+
 /// Walks through an HTML text once and gathers the first table's cells. A table inside a cell counts as the
 /// cell's text.
 class TableReader {
@@ -29,10 +33,10 @@ public:
                 ++m_at;
             }
         }
-        if (!m_seen) {
+        EndRow();
+        if (!m_seen || m_places > MostPlaces) {
             return std::nullopt;
         }
-        EndRow();
         return FromQt(m_cells);
     }
 
@@ -120,9 +124,27 @@ private:
         return std::max(1, digits.toInt());
     }
 
+    /// Offset of the ";" that ends the entity here, or -1 when no entity begins here: between "&" and ";"
+    /// stand letters and digits alone, or else a lone "&" would take the tags behind it with it.
+    qsizetype EntityEnd() const {
+        // Looked for near by alone: a text of nothing but "&" would be gone through once for each of them.
+        constexpr qsizetype Longest = 32;
+        const auto last = std::min(m_at + Longest, m_html.size() - 1);
+        for (auto at = m_at + 1; at <= last; ++at) {
+            const QChar c = m_html[at];
+            if (c == QLatin1Char(';')) {
+                return at > m_at + 1 ? at : -1;
+            }
+            if (c.unicode() > 0x7E || !(c.isLetterOrNumber() || (c == QLatin1Char('#') && at == m_at + 1))) {
+                return -1;
+            }
+        }
+        return -1;
+    }
+
     void ReadEntity() {
-        const auto end = m_html.indexOf(QLatin1Char(';'), m_at);
-        if (end < 0 || end - m_at > 32) {
+        const auto end = EntityEnd();
+        if (end < 0) {
             Put(m_html[m_at++]);
             return;
         }
@@ -157,7 +179,7 @@ private:
             return;
         }
         PassCellsFromAbove();
-        for (int column = 0; column < m_span; ++column) {
+        for (int column = 0; column < m_span && m_places <= MostPlaces; ++column) {
             AddCell(column == 0 ? m_cell : QString(), m_rowSpan - 1);
         }
         m_cell.clear();
@@ -167,13 +189,17 @@ private:
 
     /// The places that a cell of an earlier row takes up in this one are empty cells.
     void PassCellsFromAbove() {
-        while (m_column < m_rowsBelow.size() && m_rowsBelow[m_column] > 0) {
+        while (m_column < m_rowsBelow.size() && m_rowsBelow[m_column] > 0 && m_places <= MostPlaces) {
             AddCell({}, m_rowsBelow[m_column] - 1);
         }
     }
 
     /// A cell in the next column, which takes that column up in `rowsBelow` further rows.
     void AddCell(const QString& text, int rowsBelow) {
+        if (++m_places > MostPlaces) {
+            m_done = true;
+            return;
+        }
         if (m_column > 0) {
             m_row += QLatin1Char('\t');
         }
@@ -212,6 +238,7 @@ private:
     int m_rowSpan = 1;
     std::size_t m_column = 0;
     std::vector<int> m_rowsBelow;  // of each column, in how many further rows a cell takes it up
+    int m_places = 0;
     int m_rows = 0;
     QString m_cell;
     QString m_row;

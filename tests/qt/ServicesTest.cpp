@@ -48,6 +48,9 @@ INSTANTIATE_TEST_SUITE_P(
                  "<table title=\"a>b\"><tr><td class='x>y' align=right>1</td></tr></table>", "1"},
         HtmlCase{"Entities", "<table><tr><td>&lt;b&gt; &amp; &#228; &micro; &x41;</td></tr></table>",
                  "<b> & \xC3\xA4 \xC2\xB5 &x41;"},
+        HtmlCase{"LoneAmpersandsBeforeASemicolon",
+                 "<table><tr><td>A & B<td>c; d<td>R&D</td><td>e;<td>&;&#;&<b>;</b></table>",
+                 "A & B\tc; d\tR&D\te;\t&;&#;&;"},
         HtmlCase{"EmptyCells", "<table><tr><td></td><td>&nbsp;</td><td><br></td><td>4</td></tr></table>",
                  "\t\t\t4"},
         HtmlCase{"BlanksAndBreaksInACell", "<table>\n<tr>\n<td>\n a <b>b</b>\n  c<br>d </td>\n</tr></table>",
@@ -96,6 +99,28 @@ TEST(CellsFromHtmlTest, ASpreadsheetsBlockArrivesAsTheCellsItShows) {
 
 TEST(CellsFromHtmlTest, ASpreadsheetsMergedCellsLeaveTheFurtherPlacesEmpty) {
     EXPECT_EQ(CellsFromHtml(Captured("calc-merged.html")).value_or("none"), "tall\t1\t2\r\t3\t4\r5\twide\t");
+}
+
+/// As many rows as wanted of one cell each.
+QString Rows(int rows, const QString& cell) {
+    return QLatin1String("<table>") + (QLatin1String("<tr>") + cell).repeated(rows) +
+           QLatin1String("</table>");
+}
+
+TEST(CellsFromHtmlTest, AMillionCellsArriveWhole) {
+    const Text cells =
+        CellsFromHtml(Rows(100'000, QStringLiteral("<td>7</td>").repeated(10))).value_or("none");
+    EXPECT_EQ(std::count(cells.begin(), cells.end(), '7'), 1'000'000);
+    EXPECT_EQ(std::count(cells.begin(), cells.end(), '\t'), 900'000);
+    EXPECT_EQ(std::count(cells.begin(), cells.end(), '\r'), 99'999);
+}
+
+TEST(CellsFromHtmlTest, ATableOfMorePlacesThanAnyGridHasCountsAsNone) {
+    const QString wide = QStringLiteral("<td colspan=999 rowspan=999>");
+    EXPECT_TRUE(CellsFromHtml(Rows(4198, wide.mid(0, 15) + QLatin1Char('>'))).has_value());
+    EXPECT_FALSE(CellsFromHtml(Rows(4199, wide.mid(0, 15) + QLatin1Char('>'))).has_value());
+    EXPECT_FALSE(CellsFromHtml(Rows(5000, wide)).has_value());  // without the bound, terabytes
+    EXPECT_FALSE(CellsFromHtml(Rows(1, wide.repeated(5000))).has_value());
 }
 
 TEST(CellsFromHtmlTest, TextWithoutATableHasNoCells) {

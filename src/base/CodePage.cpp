@@ -43,8 +43,8 @@ std::size_t AsciiRun(std::string_view text) noexcept {
     return at;
 }
 
-/// Reads one character of UTF-8 and moves `at` behind it. A byte that is no UTF-8 counts as a character that
-/// no page has.
+/// Reads one character of UTF-8 and moves `at` behind it. Bytes that are no UTF-8 count as a character that
+/// no page has, and so does a character in more bytes than it needs: it would come back in fewer.
 char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
     constexpr char32_t Bad = 0xFFFD;
     const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
@@ -63,7 +63,8 @@ char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
         }
         code = (code << 6U) | (byteAt(at++) & 0x3FU);
     }
-    return code;
+    constexpr char32_t Least[] = {0, 0x80, 0x800, 0x10000};
+    return code < Least[more] ? Bad : code;
 }
 
 /// Calls ascii(run) for runs of ASCII and other(character, its UTF-8) for the rest, in order.

@@ -143,10 +143,14 @@ TEST(CodePage, BrokenTextNeverReachesAFile) {
         std::string text;
         const char* bytes;
     };
-    const Case cases[] = {
-        {"lone continuation", "a\x80z", "a?z"}, {"cut at the end", "a\xC3", "a?"},
-        {"cut by a letter", "\xC3z", "?z"},     {"three bytes cut", "\xE2\x82z", "?z"},
-        {"overlong letter", "\xC1\x81", "?"},   {"beyond the last character", "\xF7\xBF\xBF\xBF", "?"}};
+    const Case cases[] = {{"lone continuation", "a\x80z", "a?z"},
+                          {"cut at the end", "a\xC3", "a?"},
+                          {"cut by a letter", "\xC3z", "?z"},
+                          {"three bytes cut", "\xE2\x82z", "?z"},
+                          {"overlong letter", "\xC1\x81", "?"},
+                          {"overlong letter of the page", "\xE0\x82\xAC", "?"},
+                          {"overlong in four bytes", "\xF0\x80\x82\xAC", "?"},
+                          {"beyond the last character", "\xF7\xBF\xBF\xBF", "?"}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.label);
         EXPECT_EQ(CodePage::Of(1252).Encode(c.text), c.bytes);

@@ -8,24 +8,13 @@
 #include <QVBoxLayout>
 
 #include "qt/Binders.h"
+#include "qt/Views.h"
 
 namespace kd {
 
 namespace {
 
 constexpr int PictureSize = 64;
-
-/// Blue and underlined, on a dark ground a blue that can be read there.
-QLabel* LinkLabel(QWidget* parent) {
-    auto* const label = new QLabel(parent);
-    QFont font = label->font();
-    font.setUnderline(true);
-    label->setFont(font);
-    label->setForegroundRole(QPalette::Link);
-    label->setCursor(Qt::PointingHandCursor);
-    label->setFocusPolicy(Qt::StrongFocus);
-    return label;
-}
 
 }  // namespace
 
@@ -34,8 +23,8 @@ AboutDialog::AboutDialog(frmAbout& form, EventEdge& edge, QWidget* parent) : For
     auto* const title = new QLabel(this);
     auto* const version = new QLabel(this);
     auto* const company = new QLabel(this);
-    auto* const website = LinkLabel(this);
-    auto* const email = LinkLabel(this);
+    auto* const website = new LinkView(this);
+    auto* const email = new LinkView(this);
     auto* const ok = new QPushButton(this);
     QFont large = title->font();
     large.setPointSizeF(large.pointSizeF() * 1.4);
@@ -43,7 +32,7 @@ AboutDialog::AboutDialog(frmAbout& form, EventEdge& edge, QWidget* parent) : For
     title->setFont(large);
 
     auto* const texts = new QVBoxLayout;
-    for (QLabel* const label : {title, version, company, website, email}) {
+    for (QLabel* const label : std::initializer_list<QLabel*>{title, version, company, website, email}) {
         texts->addWidget(label, 0, Qt::AlignLeft);
     }
     texts->addStretch();

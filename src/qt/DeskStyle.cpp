@@ -1,5 +1,7 @@
 #include "qt/DeskStyle.h"
 
+#include <QAbstractScrollArea>
+#include <QDialog>
 #include <QPainter>
 #include <QStyleOption>
 #include <algorithm>
@@ -44,6 +46,26 @@ void DrawEdge(const QStyleOption& option, QPainter& painter, Shape shape) {
 void DeskStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                               const QWidget* widget) const {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element == PE_PanelButtonCommand && option->state.testFlag(State_HasFocus) &&
+        option->state.testFlag(State_KeyboardFocusChange)) {
+        // A marked button looks the same with the keyboard and without.
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(option->palette.color(QPalette::Highlight));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRoundedRect(QRectF(option->rect).adjusted(3.5, 3.5, -3.5, -3.5), 2, 2);
+        painter->restore();
+    }
+    if (element == PE_Frame && option->state.testFlag(State_HasFocus) &&
+        qobject_cast<const QAbstractScrollArea*>(widget) != nullptr &&
+        qobject_cast<const QDialog*>(widget->window()) != nullptr) {
+        // A list without a current entry would not show that it has the keyboard.
+        painter->save();
+        painter->setPen(option->palette.color(QPalette::Highlight));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        painter->restore();
+    }
     if (!OnDarkGround(*option)) {
         return;
     }

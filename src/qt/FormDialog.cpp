@@ -88,4 +88,11 @@ void FormDialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
 }
 
+void FormDialog::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        setAttribute(Qt::WA_KeyboardFocusChange);  // whoever has the keyboard shows it from the beginning
+    }
+}
+
 }  // namespace kd

@@ -29,6 +29,7 @@ protected:
     static void TabThrough(std::initializer_list<QWidget*> widgets);
 
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     EventEdge& Edge() const noexcept { return m_edge; }
 

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QStyle>
+#include <QStyleOption>
 #include <algorithm>
 
 namespace kd {
@@ -16,6 +17,26 @@ void ProgressView::paintEvent(QPaintEvent* /*event*/) {
     painter.fillRect(rect(), palette().color(QPalette::Mid));
     painter.fillRect(inside, palette().color(QPalette::Base));
     painter.fillRect(done, palette().color(QPalette::Highlight));
+}
+
+LinkView::LinkView(QWidget* parent) : QLabel(parent) {
+    QFont underlined = font();
+    underlined.setUnderline(true);
+    setFont(underlined);
+    setForegroundRole(QPalette::Link);  // on a dark ground a blue that can be read there
+    setCursor(Qt::PointingHandCursor);
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+void LinkView::paintEvent(QPaintEvent* event) {
+    QLabel::paintEvent(event);
+    if (!hasFocus()) {
+        return;
+    }
+    QPainter painter(this);
+    QStyleOptionFocusRect option;
+    option.initFrom(this);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
 }
 
 StatusPanel::StatusPanel(QWidget* parent) : QLabel(parent) {

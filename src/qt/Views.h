@@ -72,6 +72,16 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 };
 
+/// A line of text that leads somewhere: blue and underlined, by mouse or with the keyboard, and seen when it
+/// has the latter.
+class LinkView : public QLabel {
+public:
+    explicit LinkView(QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
 /// A line of text that never widens its window: what does not fit is cut in the middle, and the whole text is
 /// the tool tip.
 class StatusPanel : public QLabel {

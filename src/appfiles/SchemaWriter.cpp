@@ -89,9 +89,10 @@ bool SaveSchema(Globals& g, std::int32_t fileIndex) {
 
 bool OverwriteFile(Globals& g, std::string_view source, std::string_view target, bool deleteSource) {
     try {
-        g.platform.files.CopyFile(source, target);
         if (deleteSource) {
-            g.platform.files.DeleteFile(source);
+            g.platform.files.MoveOver(source, target);
+        } else {
+            g.platform.files.CopyFile(source, target);
         }
         return true;
     } catch (const cError& error) {

@@ -5,6 +5,11 @@
 
 namespace kd {
 
+void Files::MoveOver(std::string_view source, std::string_view target) {
+    CopyFile(source, target);
+    DeleteFile(source);
+}
+
 void Files::CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) {
     for (const Text& source : sources) {
         try {

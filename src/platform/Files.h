@@ -73,6 +73,9 @@ public:
     /// mode and links stay. A target whose mode forbids writing is refused with errPermissionDenied, also for
     /// a user who could override it.
     virtual void CopyFile(std::string_view source, std::string_view target) = 0;
+    /// The same, and the source is deleted. Where that takes nothing away from the promise, the source itself
+    /// is put in the target's place.
+    virtual void MoveOver(std::string_view source, std::string_view target);
     /// Deletes a file; one that may not be written is refused.
     virtual void DeleteFile(std::string_view path) = 0;
     /// Writes a file whole, with the promise of CopyFile, and flushes its folder: afterwards it holds

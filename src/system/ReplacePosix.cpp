@@ -24,6 +24,10 @@ namespace {
 
 /// The file that a path leads to when all links are followed; the path itself where nothing is there yet.
 Text FinalTarget(const Text& path) {
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) == 0 && !S_ISLNK(status.st_mode)) {
+        return path;
+    }
     const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
     return real ? Text(real.get()) : path;
 }
@@ -155,6 +159,20 @@ int TakeUsualMode(int fd) noexcept {
     return ::fchmod(fd, 0666U & ~mask) == 0 ? 0 : errno;
 }
 
+/// Whether the present file may be written. The user's own rights count too: who owns a folder could replace
+/// what he may not write.
+bool MayReplace(const Text& target, const struct stat& present) {
+    return S_ISREG(present.st_mode) && MayWrite(present) &&
+           ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+/// Whether only who may write `present` anyway can have the new file open for writing.
+bool IsOurs(const struct stat& made, const struct stat& present) noexcept {
+    const mode_t others = made.st_mode & 0022U;
+    return S_ISREG(made.st_mode) && made.st_nlink == 1 && made.st_uid == ::geteuid() &&
+           (others & ~present.st_mode) == 0 && (others == 0 || made.st_gid == present.st_gid);
+}
+
 /// Whether a folder that refuses a new entry leaves the way over the file itself.
 bool FolderForbids(int code) noexcept {
     return code == EACCES || code == EPERM || code == EROFS || code == EBUSY || code == ENAMETOOLONG;
@@ -217,9 +235,7 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
         Raise(operation, path, errno);
     }
     if (present) {
-        // The user's own rights count too: who owns a folder could replace what he may not write.
-        if (!S_ISREG(status.st_mode) || !MayWrite(status) ||
-            ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) {
+        if (!MayReplace(target, status)) {
             Raise(operation, path, EACCES);
         }
         if (status.st_nlink > 1) {
@@ -238,6 +254,18 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
     if (const int code = FlushFolderOf(target); code != 0 && code != EACCES) {
         Raise(operation, target, code);
     }
+}
+
+bool PutInPlace(const Text& source, const Text& target) {
+    struct stat present {};
+    if (::lstat(target.c_str(), &present) != 0 || !MayReplace(target, present) || present.st_nlink > 1) {
+        return false;
+    }
+    Descriptor file(Open(source, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
+    struct stat made {};
+    return file.IsOpen() && ::fstat(file.Get(), &made) == 0 && IsOurs(made, present) &&
+           TakeOverRights(file.Get(), target, present) && Flush(file.Get()) == 0 && file.Close() == 0 &&
+           ::rename(source.c_str(), target.c_str()) == 0;
 }
 
 }  // namespace kd::posix

@@ -26,4 +26,10 @@ enum class FlushName : bool { No, Yes };
 void ReplaceWhole(const char* operation, std::string_view target, std::string_view bytes, FlushName flushName,
                   int source);
 
+/// Puts `source` itself in the place of `target`, flushed and with the target's owner, mode and list of
+/// rights. Returns false where that would lose a name of the target, or would leave it to somebody who could
+/// not write it before, or does not work: the target is untouched then and the source still there, for
+/// ReplaceWhole.
+bool PutInPlace(const Text& source, const Text& target);
+
 }  // namespace kd::posix

@@ -24,6 +24,9 @@ public:
     std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) override;
     std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) override;
     void CopyFile(std::string_view source, std::string_view target) override;
+#ifndef _WIN32
+    void MoveOver(std::string_view source, std::string_view target) override;
+#endif
     void DeleteFile(std::string_view path) override;
     void ReplaceFile(std::string_view path, std::string_view bytes) override;
     std::vector<Text> FolderEntries(std::string_view folder) override;

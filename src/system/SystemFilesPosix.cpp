@@ -246,9 +246,8 @@ Descriptor OpenAnew(const Text& target) {
     return file;
 }
 
-/// Whether the open file is still the one of that name.
-bool IsStillThere(int fd, const Text& target) noexcept {
-    struct stat open {};
+/// Whether the open file is still the one of that name; `open` tells about it.
+bool IsStillThere(int fd, const Text& target, struct stat& open) noexcept {
     struct stat named {};
     return ::fstat(fd, &open) == 0 && ::lstat(target.c_str(), &named) == 0 && open.st_dev == named.st_dev &&
            open.st_ino == named.st_ino;
@@ -272,10 +271,15 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
             (void)::nanosleep(&Pause, nullptr);  // cut short by a signal it is a shorter pause
             continue;
         }
-        if (!IsStillThere(file.Get(), target) && tries < Tries) {
+        struct stat status {};
+        if (!IsStillThere(file.Get(), target, status)) {
+            if (tries == Tries) {
+                throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, target);
+            }
             continue;  // the other program has done with it and taken it away
         }
-        if (const int code = CutAt(file.Get(), 0); code != 0) {
+        // Only where there is something to cut: a file that was cut is brought to the disk by its closing.
+        if (const int code = status.st_size == 0 ? 0 : CutAt(file.Get(), 0); code != 0) {
             Raise("OpenForOutput", path, code);
         }
         Descriptor lock(::fcntl(file.Get(), F_DUPFD_CLOEXEC, 0));
@@ -302,6 +306,12 @@ void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
         Raise("CopyFile", source, code);
     }
     ReplaceWhole("CopyFile", Resolved(target), bytes, FlushName::No, file.Get());
+}
+
+void SystemFiles::MoveOver(std::string_view source, std::string_view target) {
+    if (!PutInPlace(Resolved(source), Resolved(target))) {
+        Files::MoveOver(source, target);
+    }
 }
 
 void SystemFiles::ReplaceFile(std::string_view path, std::string_view bytes) {

@@ -1,0 +1,178 @@
+#include <algorithm>
+#include <cerrno>
+
+#include "system/FailingCalls.h"
+#include "system/SystemFilesFixture.h"
+
+namespace kd {
+namespace {
+
+std::vector<std::string> WritesOf(const FailingCalls& calls) {
+    std::vector<std::string> order;
+    for (const std::string& call : calls.Calls()) {
+        if (call == "write" || call == "fsync" || call == "rename" || call == "ftruncate") {
+            order.push_back(call);
+        }
+    }
+    return order;
+}
+
+TEST_F(SystemFilesTest, AMovePutsTheFlushedSourceItselfInPlace) {
+    const Text target = Put("a.kdt", "old", 0640);
+    const Text source = Put("a.temp", "new", 0600);
+    const auto inode = Status(source).st_ino;
+    FailingCalls calls;
+    files.MoveOver(source, target);
+    EXPECT_EQ(WritesOf(calls), (std::vector<std::string>{"fsync", "rename"}));
+    EXPECT_EQ(Status(target).st_ino, inode);
+    EXPECT_EQ(Get(target), "new");
+    EXPECT_EQ(Mode(target), 0640U);
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
+TEST_F(SystemFilesTest, AMoveMakesATargetThatIsMissing) {
+    const mode_t mask = ::umask(022);
+    files.MoveOver(Put("a.temp", "new", 0600), At("a.kdt"));
+    (void)::umask(mask);
+    EXPECT_EQ(Get(At("a.kdt")), "new");
+    EXPECT_EQ(Mode(At("a.kdt")), 0644U);
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
+TEST_F(SystemFilesTest, AMoveThatFailsAnywhereLeavesTheWholeOldFileOrTheWholeNewOne) {
+    const Text target = At("a.kdt");
+    bool done = false;
+    for (int failAt = 1; !done; ++failAt) {
+        SCOPED_TRACE(failAt);
+        Put("a.kdt", "old", 0640);
+        const Text source = Put("a.temp", "new content", 0600);
+        std::size_t calls = 0;
+        const std::int32_t number = ErrorOf([&] {
+            const FailingCalls failing(failAt, EIO);
+            files.MoveOver(source, target);
+            calls = failing.Calls().size();
+        });
+        done = number == 0 && calls < static_cast<std::size_t>(failAt);
+        const std::string left = Get(target);
+        EXPECT_TRUE(left == "old" || left == "new content") << left;
+        EXPECT_EQ(Mode(target), 0640U);
+        // What was not put in place is still there for another try, and nothing else is left behind.
+        EXPECT_TRUE(left == "new content" || Get(source) == "new content");
+        EXPECT_TRUE(number != 0 || Names() == std::set<Text>{"a.kdt"});
+        ASSERT_LT(failAt, 50);
+    }
+}
+
+TEST_F(SystemFilesTest, AMoveThatTheDiskRefusesTellsIt) {
+    struct Case {
+        const char* call;
+        int code;
+        std::int32_t number;
+    };
+    const Case cases[] = {
+        {"fsync", ENOSPC, errDiskFull}, {"fsync", EIO, errDevice}, {"rename", EIO, errDevice}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.call);
+        Put("a.kdt", "old");
+        const Text source = Put("a.temp", "new");
+        FailingCalls calls;
+        calls.FailEach(c.call, c.code);
+        EXPECT_EQ(ErrorOf([&] { files.MoveOver(source, At("a.kdt")); }), c.number);
+        EXPECT_EQ(Get(At("a.kdt")), "old");
+        EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "a.temp"}));
+    }
+}
+
+TEST_F(SystemFilesTest, AMoveKeepsTheOtherNamesOfItsTarget) {
+    const Text target = Put("a.kdt", "old");
+    std::filesystem::create_hard_link(target, At("b.kdt"));
+    files.MoveOver(Put("a.temp", "new"), target);
+    EXPECT_EQ(Get(At("b.kdt")), "new");
+    EXPECT_EQ(Status(target).st_nlink, 2U);
+    EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "b.kdt"}));
+}
+
+TEST_F(SystemFilesTest, AMoveLeavesTheOtherNamesOfItsSourceApart) {
+    const Text source = Put("a.temp", "new");
+    std::filesystem::create_hard_link(source, At("other"));
+    files.MoveOver(source, Put("a.kdt", "old"));
+    EXPECT_EQ(Get(At("a.kdt")), "new");
+    EXPECT_EQ(Status(At("a.kdt")).st_nlink, 1U);
+    EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "other"}));
+}
+
+TEST_F(SystemFilesTest, AMoveGoesThroughALinkAndKeepsIt) {
+    MakeFolderAt("elsewhere");
+    const Text target = Put("elsewhere/a.kdt", "old", 0640);
+    const Text link = MakeLink("a.kdt", "elsewhere/a.kdt");
+    files.MoveOver(Put("a.temp", "new"), link);
+    EXPECT_EQ(Get(target), "new");
+    EXPECT_EQ(Mode(target), 0640U);
+    EXPECT_EQ(std::filesystem::read_symlink(link), "elsewhere/a.kdt");
+    EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "elsewhere"}));
+}
+
+// Who had the source open for writing would keep his hand on the target.
+TEST_F(SystemFilesTest, ASourceThatMoreMayWriteThanTheTargetIsCopied) {
+    struct Case {
+        mode_t source;
+        mode_t target;
+        bool copied;
+    };
+    for (const Case& c : {Case{0600, 0644, false}, Case{0664, 0664, false}, Case{0666, 0666, false},
+                          Case{0664, 0644, true}, Case{0666, 0664, true}, Case{0622, 0644, true}}) {
+        SCOPED_TRACE(std::to_string(c.source) + " " + std::to_string(c.target));
+        const Text target = Put("a.kdt", "old", c.target);
+        const Text source = Put("a.temp", "new", c.source);
+        const FailingCalls calls;
+        files.MoveOver(source, target);
+        const auto order = WritesOf(calls);
+        EXPECT_EQ(std::find(order.begin(), order.end(), "write") != order.end(), c.copied);
+        EXPECT_EQ(Get(target), "new");
+        EXPECT_EQ(Mode(target), c.target);
+        EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+    }
+}
+
+TEST_F(SystemFilesTest, ASourceOfSomebodyElseIsCopied) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "only a privileged user can give files away";
+    }
+    const Text target = Put("a.kdt", "old");
+    const Text source = Put("a.temp", "new");
+    ASSERT_EQ(::chown(source.c_str(), OrdinaryUser::Id, OrdinaryUser::Id), 0);
+    const FailingCalls calls;
+    files.MoveOver(source, target);
+    const auto order = WritesOf(calls);
+    EXPECT_NE(std::find(order.begin(), order.end(), "write"), order.end());
+    EXPECT_EQ(Get(target), "new");
+}
+
+TEST_F(SystemFilesTest, AMoveOntoWhatMayNotBeWrittenIsRefusedAndLeavesTheSource) {
+    const Text source = Put("a.temp", "new");
+    Put("readonly", "old", 0444);
+    MakeFolderAt("folder");
+    for (const char* name : {"readonly", "folder"}) {
+        EXPECT_EQ(ErrorOf([&] { files.MoveOver(source, At(name)); }), errPermissionDenied) << name;
+        EXPECT_EQ(Get(source), "new");
+    }
+    EXPECT_EQ(Get(At("readonly")), "old");
+    EXPECT_EQ(ErrorOf([&] { files.MoveOver(At("none"), Put("a.kdt", "old")); }), errFileNotFound);
+    EXPECT_EQ(Get(At("a.kdt")), "old");
+}
+
+TEST_F(SystemFilesTest, OnlyAnOutputThatReplacesSomethingIsCut) {
+    const FailingCalls calls;
+    auto output = files.OpenForOutput(At("new.temp"));
+    output->Write("bytes");
+    output->Close();
+    EXPECT_EQ(WritesOf(calls), std::vector<std::string>{"write"});
+    output = files.OpenForOutput(At("new.temp"));
+    output->Write("b");
+    output->Close();
+    EXPECT_EQ(WritesOf(calls), (std::vector<std::string>{"write", "ftruncate", "write"}));
+    EXPECT_EQ(Get(At("new.temp")), "b");
+}
+
+}  // namespace
+}  // namespace kd

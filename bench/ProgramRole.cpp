@@ -282,21 +282,17 @@ void RunProgram(const std::string& folder, const std::string& scratch) {
 void RunCommit(const std::string& folder, const std::string& scratch) {
     const std::string copy = scratch + "/commit";
     const std::size_t files = AllFiles(folder).size();
-    fs::remove_all(copy);
     fs::copy(folder, copy, fs::copy_options::recursive);
     (void)RunCommand({"sync"});
-    {
-        const Screen screen(scratch);
-        Driver driver(copy, scratch);
-        Cost start;
-        Cost load;
-        StartAndLoad(driver, files, start, load);
-        CommitViews(driver, "commit all", static_cast<std::int32_t>(files), "unit-of-all");
-        ExpectCommitted(copy, files, files, "unit-of-all");
-        CommitViews(driver, "commit one", 1, "unit-of-one");
-        ExpectCommitted(copy, files + 6, 1, "unit-of-one");
-    }
-    fs::remove_all(copy);
+    const Screen screen(scratch);
+    Driver driver(copy, scratch);
+    Cost start;
+    Cost load;
+    StartAndLoad(driver, files, start, load);
+    CommitViews(driver, "commit all", static_cast<std::int32_t>(files), "unit-of-all");
+    ExpectCommitted(copy, files, files, "unit-of-all");
+    CommitViews(driver, "commit one", 1, "unit-of-one");
+    ExpectCommitted(copy, files + 6, 1, "unit-of-one");
 }
 
 }  // namespace kd::bench

@@ -58,7 +58,12 @@ int Run(int runs, const Words& folders) {
     for (int run = 1; run <= runs; ++run) {
         for (std::size_t at = 0; at < sizes.size(); ++at) {
             std::fprintf(stderr, "run %d of %d: %zu files\n", run, runs, sizes[at].files);
-            RunOnce(fs::absolute(folders[at]).string(), scratch, sizes[at].medians);
+            // What a run leaves stays until the end: for minutes after thousands of files have been deleted,
+            // some file systems take many times as long to make new ones, and it would fall on whoever comes
+            // next.
+            const std::string place = scratch + "/" + std::to_string(run) + "-" + std::to_string(at);
+            fs::create_directories(place);
+            RunOnce(fs::absolute(folders[at]).string(), place, sizes[at].medians);
         }
     }
     if (HasOffice()) {

@@ -90,13 +90,16 @@ public:
     /// Copies a regular file to a new place: bytes, times and mode, flushed to the disk. The target must not
     /// exist.
     virtual void CopyForArchive(std::string_view source, std::string_view target) = 0;
-    /// The same for several files at once, which go to the disk together; they keep their names.
+    /// The same for several files at once, which go to the disk together with their names in the folder; they
+    /// keep their names.
     /// @throws cError with the source at hand.
     virtual void CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder);
     /// Renames a file or folder. The new name must not exist, or be an empty folder.
     virtual void Rename(std::string_view from, std::string_view to) = 0;
     /// Brings the entries of a folder to the disk itself.
     virtual void FlushFolder(std::string_view folder) = 0;
+    /// The same for several.
+    virtual void FlushFolders(const std::vector<Text>& folders);
     /// Removes a folder with all that is in it. One that is missing is no error.
     virtual void RemoveFolder(std::string_view folder) = 0;
 };

@@ -112,9 +112,7 @@ Text StandaloneArchiver::TakeName(const Text& made, std::string_view parent) {
 void StandaloneArchiver::Publish(const Text& made, std::string_view parent, const std::vector<Text>& above) {
     const Text name = TakeName(made, parent);
     try {
-        for (const Text& folder : above) {
-            m_files.FlushFolder(folder);
-        }
+        m_files.FlushFolders(above);
     } catch (const cError& error) {
         const cError first = error;
         try {
@@ -139,7 +137,6 @@ Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
         made = paths::Join(parent, UnfinishedName(), delimiter);
         m_files.MakeFolder(made);
         m_files.CopyAllForArchive(sources, made);
-        m_files.FlushFolder(made);
         Publish(made, parent, {parent, archives, folder});
         return {};
     } catch (const cError& error) {

@@ -34,6 +34,7 @@ public:
     void CopyForArchive(std::string_view source, std::string_view target) override;
 #ifdef __linux__
     void CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) override;
+    void FlushFolders(const std::vector<Text>& folders) override;
 #endif
     void Rename(std::string_view from, std::string_view to) override;
     void FlushFolder(std::string_view folder) override;

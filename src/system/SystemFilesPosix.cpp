@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <memory>
+#include <set>
 
 #include "base/Paths.h"
 #include "base/cError.h"
@@ -152,6 +153,14 @@ void CopyToArchive(const Text& source, const Text& target, bool flush) {
         (void)::unlink(target.c_str());  // half a copy is none
         Raise("CopyForArchive", target, code);
     }
+}
+
+/// Raises the failure of a folder's flush; what is missing is the folder itself.
+[[noreturn]] void RaiseOfFolder(std::string_view folder, int code) {
+    if (code == ENOENT) {
+        throw cError(errPathNotFound, "SystemFiles.FlushFolder", {}, Text(folder));
+    }
+    Raise("FlushFolder", folder, code);
 }
 
 }  // namespace
@@ -399,6 +408,18 @@ void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::strin
         Raise("CopyForArchive", folder, errno);
     }
 }
+
+void SystemFiles::FlushFolders(const std::vector<Text>& folders) {
+    std::set<dev_t> flushed;  // file systems, each of which is flushed once for all its folders
+    for (const Text& folder : folders) {
+        struct stat status {};
+        const Descriptor file(Open(folder, O_RDONLY | O_DIRECTORY));
+        if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0 ||
+            (flushed.insert(status.st_dev).second && ::syncfs(file.Get()) != 0)) {
+            RaiseOfFolder(folder, errno);
+        }
+    }
+}
 #endif
 
 void SystemFiles::Rename(std::string_view from, std::string_view to) {
@@ -419,10 +440,7 @@ void SystemFiles::FlushFolder(std::string_view folder) {
     Text inside(folder);
     inside += "/.";
     if (const int code = FlushFolderOf(inside); code != 0) {
-        if (code == ENOENT) {
-            throw cError(errPathNotFound, "SystemFiles.FlushFolder", {}, Text(folder));
-        }
-        Raise("FlushFolder", folder, code);
+        RaiseOfFolder(folder, code);
     }
 }
 

@@ -1,7 +1,10 @@
 #include <fcntl.h>
 
+#include <algorithm>
 #include <array>
+#include <cerrno>
 
+#include "system/FailingCalls.h"
 #include "system/SystemFilesFixture.h"
 
 namespace kd {
@@ -137,6 +140,22 @@ TEST_F(SystemFilesTest, RenameNeverPutsAnythingInPlaceOfSomethingElse) {
     EXPECT_EQ(ErrorOf([&] { files.Rename(At("none"), At("new")); }), errFileNotFound);
     EXPECT_EQ(Names(), (std::set<Text>{"old", "full", "file"}));
     EXPECT_EQ(Get(At("full/a")), "text");
+}
+
+TEST_F(SystemFilesTest, SeveralFoldersAreFlushedTogether) {
+    MakeFolderAt("one");
+    MakeFolderAt("two");
+    EXPECT_EQ(ErrorOf([&] { files.FlushFolders({At("one"), At("none")}); }), errPathNotFound);
+#ifdef __linux__
+    FailingCalls calls;
+    files.FlushFolders({At("one"), At("two"), folder});
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "syncfs"), 1);
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fsync"), 0);
+    calls.FailEach("syncfs", EIO);
+    EXPECT_EQ(ErrorOf([&] { files.FlushFolders({At("one"), At("two")}); }), errDevice);
+#else
+    files.FlushFolders({At("one"), At("two"), folder});
+#endif
 }
 
 TEST_F(SystemFilesTest, FlushFolderNeedsAFolder) {

@@ -167,6 +167,7 @@ TEST_F(SystemFilesTest, OnlyAnOutputThatReplacesSomethingIsCut) {
     output->Write("bytes");
     output->Close();
     EXPECT_EQ(WritesOf(calls), std::vector<std::string>{"write"});
+    output.reset();  // which keeps it from others as long as it lives
     output = files.OpenForOutput(At("new.temp"));
     output->Write("b");
     output->Close();

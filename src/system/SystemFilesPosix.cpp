@@ -118,6 +118,18 @@ int ReadToEnd(int fd, off_t size, std::string& bytes) {
     }
 }
 
+/// Opens a regular file of exactly that name for reading; closed when that does not work, for whatever
+/// reason.
+Descriptor OpenAsGiven(const Text& path, struct stat& status) {
+    // Asked before the opening, which alone sets some devices going.
+    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return Descriptor();
+    }
+    Descriptor file(Open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY));
+    return file.IsOpen() && ::fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode) ? std::move(file)
+                                                                                         : Descriptor();
+}
+
 /// Gives a copy its source's mode, but for everybody's right to write, and its times. Returns 0 or an errno.
 int FinishCopy(int fd, const struct stat& source) noexcept {
     const std::array<timespec, 2> times{source.st_atim, source.st_mtim};
@@ -226,7 +238,11 @@ std::string SystemFiles::Read(std::string_view path) {
 void SystemFiles::Read(std::string_view path, std::string& bytes) {
     bytes.clear();
     struct stat status {};
-    const Descriptor file = OpenRegular("Read", Resolved(path), O_RDONLY, 0, status);
+    // Nearly every path stands as it is, and is then looked up no more often than it must be.
+    const Descriptor given = OpenAsGiven(Text(path), status);
+    const Descriptor meant =
+        given.IsOpen() ? Descriptor() : OpenRegular("Read", Resolved(path), O_RDONLY, 0, status);
+    const Descriptor& file = given.IsOpen() ? given : meant;
     if (const int code = ReadToEnd(file.Get(), status.st_size, bytes); code != 0) {
         Raise("Read", path, code);
     }

@@ -1,0 +1,119 @@
+#ifndef _WIN32
+
+#include <sys/wait.h>
+
+#include "faults/RealFolder.h"
+
+namespace kd {
+namespace {
+
+constexpr int Programs = 3;
+
+/// One program that commits again and again, each time with another limit. Its exit code says what went
+/// wrong: the number of boxes that told of anything but success.
+[[noreturn]] void CommitAgainAndAgain(const RealFolder& folder, int program, int rounds) {
+    CommitScene scene(folder.files, folder.path);
+    scene.g.gUserName = "user" + Digits(program);
+    scene.Load();
+    int told = 0;
+    for (int round = 0; round < rounds; ++round) {
+        scene.EditAll(Digits(100 + round * Programs + program));
+        scene.toolkit.boxes.clear();
+        scene.Commit();
+        for (const WillingToolkit::Box& box : scene.toolkit.boxes) {
+            if (box.icon != BoxIcon::Information) {
+                ++told;
+                std::cerr << box << std::endl;
+            }
+        }
+    }
+    ::_exit(told);
+}
+
+/// The limits that stand in a file of the application.
+std::set<Text> LimitsIn(const std::string& bytes) {
+    std::set<Text> limits;
+    const Text sign = "USL          = F";
+    for (std::size_t at = bytes.find(sign); at != std::string::npos; at = bytes.find(sign, at + 1)) {
+        limits.insert(bytes.substr(at + sign.size(), bytes.find("\r\n", at) - at - sign.size()));
+    }
+    return limits;
+}
+
+TEST(TwoProgramsTest, ThatCommitOneApplicationAtOnceLeaveEveryFileWholeAndEveryRecordInTheLog) {
+    const RealFolder folder;
+    const int rounds = Torture() ? 200 : 8;
+    std::vector<pid_t> children;
+    for (int program = 0; program < Programs; ++program) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            CommitAgainAndAgain(folder, program, rounds);
+        }
+        children.push_back(child);
+    }
+    for (const pid_t child : children) {
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFEXITED(status));
+        EXPECT_EQ(WEXITSTATUS(status), 0) << "something was told";
+    }
+
+    CommitScene scene(folder.files, folder.path);
+    const auto whole = [&](const std::string& bytes, std::int32_t view) {
+        EXPECT_EQ(LimitsIn(bytes).size(), 1U) << "view " << view << " holds two saves:\n" << bytes;
+        EXPECT_TRUE(bytes.starts_with("[APPLICATION]\r\n")) << bytes;
+        for (std::int32_t variable = 1; variable <= CommitScene::PerView; ++variable) {
+            EXPECT_NE(bytes.find(CommitScene::VariableName(view, variable)), std::string::npos);
+        }
+    };
+    for (std::int32_t view = 0; view < CommitScene::Views; ++view) {
+        whole(RealFolder::Get(scene.FilePath(view)), view);
+    }
+    int archives = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path + "/Archive/plant")) {
+        ++archives;
+        EXPECT_FALSE(entry.path().filename().string().starts_with(".unfinished-"));
+        for (std::int32_t view = 0; view < CommitScene::Views; ++view) {
+            const auto name = std::filesystem::path(scene.FilePath(view)).filename();
+            const std::string bytes = RealFolder::Get((entry.path() / name).string());
+            if (bytes != CommitScene::OriginalText(view)) {
+                whole(bytes, view);
+            }
+        }
+    }
+    EXPECT_EQ(archives, Programs * rounds);
+    const std::string log = RealFolder::Get(scene.LogPath());
+    std::size_t lines = 0;
+    for (std::size_t at = 0, end = 0; (end = log.find("\r\n", at)) != std::string::npos; at = end + 2) {
+        const std::string line = log.substr(at, end - at);
+        EXPECT_TRUE(std::count(line.begin(), line.end(), '\t') == 9 || line == "earlier record") << line;
+        lines += line.find("\tUSL\t") != std::string::npos ? 1U : 0U;
+    }
+    EXPECT_EQ(lines, static_cast<std::size_t>(Programs * rounds * CommitScene::Views * CommitScene::PerView));
+}
+
+TEST(TwoProgramsTest, ATemporaryFileThatAnotherProgramHoldsIsNotTaken) {
+    const RealFolder folder;
+    SystemFiles other(CodePage::Of(1252));
+    CommitScene scene(folder.files, folder.path);
+    scene.Load();
+    scene.EditAll();
+    const auto held = other.OpenForOutput(scene.TemporaryPath(0));
+    held->Write("half of another program's");
+    scene.Commit();
+    const WillingToolkit::Box refused{"Error 55: File already open occurred in SaveSchema.",
+                                      BoxIcon::Exclamation, "KDLimitDesk"};
+    ASSERT_EQ(scene.toolkit.boxes.size(), 5U);
+    EXPECT_EQ(scene.toolkit.boxes.front(), refused);
+    EXPECT_EQ(RealFolder::Get(scene.TemporaryPath(0)), "half of another program's");
+    for (std::int32_t view = 0; view < CommitScene::Views; ++view) {
+        EXPECT_EQ(RealFolder::Get(scene.FilePath(view)), CommitScene::OriginalText(view));
+        EXPECT_TRUE(scene.ChangesMade(view));
+    }
+}
+
+}  // namespace
+}  // namespace kd
+
+#endif

@@ -2,7 +2,7 @@
 JOBS ?= $(shell nproc)
 CMAKE_BUILD = cmake --build build/$(1) --parallel $(JOBS)
 
-.PHONY: help run test core bench package package-test accessibility-test windows windows-test windows-core-test \
+.PHONY: help run test torture core bench package package-test accessibility-test windows windows-test windows-core-test \
         spreadsheet-test release-check format tidy samples clean
 
 help:
@@ -18,6 +18,7 @@ help:
 	@echo "make windows-core-test  the core's tests under wine, without Qt"
 	@echo "make spreadsheet-test  cells to and from LibreOffice Calc"
 	@echo "make release-check  everything above, in a clean clone"
+	@echo "make torture  the long part of the reliability tests, under the sanitizers (hours)"
 	@echo "make format   lays the sources out with clang-format"
 	@echo "make tidy     clang-tidy over all sources"
 	@echo "make samples  makes the sample applications anew from their tables"
@@ -30,6 +31,10 @@ test:
 	cmake --preset dev
 	$(call CMAKE_BUILD,dev)
 	ctest --preset dev --parallel $(JOBS)
+
+torture:
+	@scripts/setup.sh build fuzz
+	@JOBS=$(JOBS) scripts/torture.sh
 
 core:
 	@scripts/setup.sh build

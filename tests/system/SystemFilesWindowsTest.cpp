@@ -362,6 +362,29 @@ TEST_F(SystemFilesTest, ArchiveCopyOfAFailure) {
     EXPECT_EQ(Get(At("there")), "old");
 }
 
+TEST_F(SystemFilesTest, SeveralArchiveCopiesKeepTheirNamesBytesAndMarks) {
+    MakeFolderAt("archive");
+    files.CopyAllForArchive({Put("a.kdt", "one"), Put("a.V1", "two", FILE_ATTRIBUTE_READONLY)},
+                            At("archive"));
+    EXPECT_EQ(Names(At("archive")), (std::set<Text>{"a.kdt", "a.V1"}));
+    EXPECT_EQ(Get(At("archive\\a.kdt")), "one");
+    EXPECT_EQ(Get(At("archive\\a.V1")), "two");
+    EXPECT_EQ(AttributesOf(At("archive\\a.kdt")) & FILE_ATTRIBUTE_READONLY, 0U);
+    EXPECT_NE(AttributesOf(At("archive\\a.V1")) & FILE_ATTRIBUTE_READONLY, 0U);
+}
+
+TEST_F(SystemFilesTest, AFailureAmongSeveralArchiveCopiesNamesItsSource) {
+    MakeFolderAt("archive");
+    const Text good = Put("a.kdt", "one");
+    try {
+        files.CopyAllForArchive({good, At("a.V1")}, At("archive"));
+        FAIL() << "a missing file was copied";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Number(), errFileNotFound);
+        EXPECT_EQ(error.Path(), At("a.V1"));
+    }
+}
+
 TEST_F(SystemFilesTest, RenameGivesAFolderItsNewNameAndTakesNothingAway) {
     MakeFolderAt("old");
     Put("old\\a", "text");

@@ -4,8 +4,9 @@
 #include "qt/DeskStyle.h"
 
 int main(int argc, char** argv) {
+    kd::DeskStyle::AskForDarkColours();
     const QApplication loop(argc, argv);
-    QApplication::setStyle(new kd::DeskStyle);  // the application owns it
+    kd::DeskStyle::Settle();
     QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
     QApplication::setDesktopFileName(QStringLiteral("com.example.kdlimitdesk"));
     // The first dialog is open before the main window is there; its end is not the program's.

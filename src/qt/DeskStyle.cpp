@@ -1,8 +1,10 @@
 #include "qt/DeskStyle.h"
 
 #include <QAbstractScrollArea>
+#include <QApplication>
 #include <QDialog>
 #include <QPainter>
+#include <QSettings>
 #include <QStyleOption>
 #include <algorithm>
 
@@ -13,8 +15,11 @@ namespace {
 constexpr int ButtonMargin = 12;  // beside the text of a button
 constexpr int HalfLight = 128;
 
+bool IsDark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightness() < HalfLight;
+}
 bool OnDarkGround(const QStyleOption& option) {
-    return option.palette.color(QPalette::Window).lightness() < HalfLight;
+    return IsDark(option.palette);
 }
 
 /// Midway between ground and text: three times as bright as a dark ground, and quieter than the text.
@@ -42,6 +47,29 @@ void DrawEdge(const QStyleOption& option, QPainter& painter, Shape shape) {
 }
 
 }  // namespace
+
+void DeskStyle::AskForDarkColours() {
+#ifdef Q_OS_WIN
+    const QSettings colours(QStringLiteral("HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion"
+                                           "\\Themes\\Personalize"),
+                            QSettings::NativeFormat);
+    // A desktop that turns dark later is not followed: its light parts would stand on dark ground.
+    const bool dark = colours.value(QStringLiteral("AppsUseLightTheme"), 1).toInt() == 0;
+    if (dark && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "windows:darkmode=2");
+    }
+#endif
+}
+
+void DeskStyle::Settle() {
+    // The application owns it.
+    QApplication::setStyle(new DeskStyle(NameFor(QApplication::style()->name(), QApplication::palette())));
+}
+
+QString DeskStyle::NameFor(const QString& desktopStyle, const QPalette& colours) {
+    const bool lightAlone = desktopStyle.compare(QLatin1String("windowsvista"), Qt::CaseInsensitive) == 0;
+    return lightAlone && IsDark(colours) ? QStringLiteral("Fusion") : desktopStyle;
+}
 
 void DeskStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                               const QWidget* widget) const {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QPalette>
 #include <QProxyStyle>
+#include <QString>
 
 namespace kd {
 
@@ -10,6 +12,15 @@ namespace kd {
 class DeskStyle : public QProxyStyle {
 public:
     using QProxyStyle::QProxyStyle;
+
+    /// Windows hands its dark colours only to programs that ask before their application object is made. A
+    /// platform that the user names stays.
+    static void AskForDarkColours();
+    /// Makes the desktop's style the application's own.
+    static void Settle();
+    /// Name of the style to draw with, given the desktop's own: one that knows light parts alone gives way on
+    /// a dark ground.
+    static QString NameFor(const QString& desktopStyle, const QPalette& colours);
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;

@@ -65,8 +65,9 @@ int main(int argc, char** argv) {
     // Whatever the user's language: the samples are western text. (Windows takes its language from
     // elsewhere.)
     qputenv("LC_ALL", "C.UTF-8");
+    DeskStyle::AskForDarkColours();
     const QApplication loop(argc, argv);
-    QApplication::setStyle(new kd::DeskStyle);  // the application owns it
+    DeskStyle::Settle();
     QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
     QApplication::setQuitOnLastWindowClosed(false);
     QCommandLineParser options;

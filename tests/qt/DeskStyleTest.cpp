@@ -84,5 +84,17 @@ TEST_F(DeskStyleTest, TheButtonsOfABoxBearNoPictures) {
     EXPECT_EQ(style.styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons, nullptr, &box, nullptr), 0);
 }
 
+TEST_F(DeskStyleTest, AStyleOfLightPartsAloneGivesWayOnADarkGround) {
+    EXPECT_EQ(DeskStyle::NameFor(QStringLiteral("windowsvista"), Dark()), QStringLiteral("Fusion"));
+    EXPECT_EQ(DeskStyle::NameFor(QStringLiteral("windowsvista"), QPalette(Qt::lightGray)),
+              QStringLiteral("windowsvista"));
+}
+
+TEST_F(DeskStyleTest, AnyOtherStyleStaysInLightAndDark) {
+    EXPECT_EQ(DeskStyle::NameFor(QStringLiteral("breeze"), Dark()), QStringLiteral("breeze"));
+    EXPECT_EQ(DeskStyle::NameFor(QStringLiteral("breeze"), QPalette(Qt::lightGray)),
+              QStringLiteral("breeze"));
+}
+
 }  // namespace
 }  // namespace kd

@@ -9,14 +9,14 @@ have_display() {
     esac
 }
 
-# Starts a virtual display with a window manager, sets DISPLAY, and ends both when the script ends.
+# Starts a virtual display with a window manager, sets DISPLAY, and ends both when the script ends. SCREEN is its size.
 start_virtual_display() {
     local program number
     for program in Xvfb openbox; do
         command -v "$program" >/dev/null || { echo "run: $program is missing (scripts/setup.sh display)" >&2; return 1; }
     done
     exec {numbers}<> <(:)
-    Xvfb -displayfd "$numbers" -screen 0 1600x1000x24 -dpi 96 -nolisten tcp >/dev/null 2>&1 &
+    Xvfb -displayfd "$numbers" -screen 0 "${SCREEN:-1600x1000}x24" -dpi 96 -nolisten tcp >/dev/null 2>&1 &
     virtual_display=$!
     trap 'kill "${window_manager:-$virtual_display}" "$virtual_display" 2>/dev/null' EXIT
     read -r -t 30 -u "$numbers" number || { echo "run: the virtual display did not start" >&2; return 1; }

@@ -1,11 +1,13 @@
 # Programs for Windows on this machine, for scripts to source.
 kd_cache=${XDG_CACHE_HOME:-$HOME/.cache}/kd-limitdesk
 
-# Makes wine ready, once; it is kept in the user's cache, with nothing of the user's own wine in it.
+# Makes wine ready, once, in the folder named or in the user's cache; nothing of the user's own wine is in it. A server
+# that runs there already has no display, or an old one: who needs a display names a folder of his own, and ends the
+# server first.
 start_wine() {
-    export WINEPREFIX=$kd_cache/wine WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
+    export WINEPREFIX=${1:-$kd_cache/wine} WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
     mkdir -p "$WINEPREFIX"
-    exec {wine_lock}>"$kd_cache/wine.lock"
+    exec {wine_lock}>"$WINEPREFIX.lock"
     flock "$wine_lock"
     if [ ! -f "$WINEPREFIX/ready" ]; then
         echo "wine: setting up $WINEPREFIX"
@@ -21,6 +23,12 @@ start_wine() {
     # not hold on to a pipe of ours.
     /usr/lib/wine/wineserver64 -p600 >/dev/null 2>&1 || true
     /usr/lib/wine/wine64 cmd /c exit >/dev/null 2>&1 </dev/null
+}
+
+# Ends the server, and with it all programs that still run there.
+stop_wine() {
+    WINEPREFIX=$1 /usr/lib/wine/wineserver64 -k >/dev/null 2>&1 || true
+    WINEPREFIX=$1 /usr/lib/wine/wineserver64 -w >/dev/null 2>&1 || true
 }
 
 # Code page and decimal separator follow the locale: as_windows_of de_DE COMMAND... runs a command so.

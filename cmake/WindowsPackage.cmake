@@ -1,5 +1,6 @@
 # What an installation on Windows holds, and the installer and the archive of it. All lies in one folder: the program,
 # its libraries, the help, the rule catalogue and the samples, which a first start copies for the user.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets)  # what it tells is known only below the folder that asks
 install(TARGETS KDLimitDesk RUNTIME DESTINATION .)
 install(DIRECTORY help DESTINATION .)
 install(FILES samples/Rules.ini DESTINATION .)

@@ -5,6 +5,7 @@ set -eu -o pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/setup.sh build windows-core windows
 qt=$(scripts/windows_qt.sh | tail -1)
+export CCACHE_SLOPPINESS=pch_defines,time_macros  # or it leaves alone what has a precompiled header
 cmake --preset windows -DKD_QT_MINGW="$qt"
 if [ $# -gt 0 ]; then
     cmake --build build/windows --parallel "${JOBS:-$(nproc)}" --target "$@"

@@ -23,6 +23,17 @@ until_true() {
 window() { xdotool search --onlyvisible --name "$1"; }
 no_window() { ! window "$1"; }
 await() { until_true window "$1" || fail "no window \"$1\""; xdotool windowactivate --sync "$(window "$1" | tail -1)" 2>/dev/null; }
+# Waits until the program has nothing to do: for a second it has taken no time of the processor.
+settle() {
+    local pid now then=
+    pid=$(xdotool getwindowpid "$(window "$1" | tail -1)") || return
+    for _ in $(seq 60); do
+        now=$(cut -d' ' -f14,15 "/proc/$pid/stat" 2>/dev/null)
+        [ "$now" != "$then" ] || return 0
+        then=$now
+        sleep 1
+    done
+}
 key() { xdotool key --delay 60 "$@"; }
 
 "$@" &
@@ -34,6 +45,7 @@ await '^KD LimitDesk \(v'
 until_true test -f "$samples/$view" || fail "the samples are not in $samples"
 before=$(mktemp -d) && trap 'rm -rf "$before"' EXIT
 cp "$samples"/* "$before/" 2>/dev/null
+settle '^KD LimitDesk \(v'  # all is loaded; a key with Ctrl that comes before may lose it
 
 key ctrl+End                                                      # Decimals of the last variable
 key Left Left Left Left Left Left Left Left Left Left             # its upper specification limit
@@ -49,6 +61,7 @@ await '^KDLimitDesk$'                                              # how many fi
 picture committed
 key Return
 until_true grep -qa Zinc "$samples/water.KDL6" || fail "no record of the change"
+settle '^KD LimitDesk \(v'
 key alt+F4
 until_true no_window '^KD LimitDesk' || fail "the program does not close"
 wait "$program" 2>/dev/null

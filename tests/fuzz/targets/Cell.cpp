@@ -49,10 +49,10 @@ void Cell(std::string_view input) {
         return;  // such as a length that leaves no room for the decimals
     }
     CheckMarks(t);
-    try {
+    // Type, length and decimals are the one thing that other cells of the row hang on; nobody edits them
+    // here.
+    if (column < 18 || column > 20) {
         t.CheckGrid();
-    } catch (const cError&) {
-        return;
     }
     const Text shown(t.desk.Grid.TextMatrix(row, column - 1));
     if (IsCellValueValid(t.desk, row, column - 1, shown)) {

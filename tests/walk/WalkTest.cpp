@@ -1,42 +1,17 @@
 #include <gmock/gmock.h>
 
 #include <QApplication>
-#include <QDir>
-#include <QTemporaryDir>
 #include <array>
 #include <cstdlib>
 #include <iostream>
 #include <string>
 #include <vector>
 
-#include "SourceFolder.h"
-#include "qt/QtText.h"
+#include "walk/WalkFolder.h"
 #include "walk/Walker.h"
 
 namespace kd {
 namespace {
-
-/// Three of the sample applications, the help, and the settings that list them.
-void PutFiles(const QTemporaryDir& folder) {
-    for (const char* const name : {"apps", "program/help", "config"}) {
-        ASSERT_TRUE(QDir(folder.path()).mkpath(name));
-    }
-    const QDir samples(QStringLiteral(KD_SOURCE_DIR "/samples"));
-    for (const QString& name : samples.entryList({"primer.*", "powerlv.*", "astmc150.*"}, QDir::Files)) {
-        ASSERT_TRUE(QFile::copy(samples.filePath(name), folder.filePath("apps/" + name)));
-    }
-    ASSERT_TRUE(QFile::copy(QStringLiteral(KD_SOURCE_DIR "/help/KDLimitDeskHelp.xml"),
-                            folder.filePath("program/help/KDLimitDeskHelp.xml")));
-}
-
-void PutSettings(const QTemporaryDir& folder) {
-    QFile list(folder.filePath("config/KDLimitDesk.IKD"));
-    ASSERT_TRUE(list.open(QIODevice::WriteOnly));
-    list.write("[FILES]\r\n");
-    for (const char* name : {"primer.kdt6", "powerlv.kdt6", "astmc150.kdt"}) {
-        list.write("File=" + (folder.path() + "/apps/" + name).toUtf8() + "\r\n");
-    }
-}
 
 int Number(const char* name, int otherwise) {
     const char* const text = std::getenv(name);
@@ -101,11 +76,8 @@ void Print(const Walker& walker, int events, int runs) {
 TEST(WalkTest, WhateverTheUserDoesGridRecordsMarksAndFilesStayInOrder) {
     qputenv("USERNAME", "anna");
     const int wanted = Number("KD_WALK_EVENTS", std::getenv("KD_TORTURE") != nullptr ? 25'000 : 2'000);
-    const QTemporaryDir folder;
-    ASSERT_TRUE(folder.isValid());
-    PutFiles(folder);
-    const Text root = FromQt(folder.path());
-    Walker walker(static_cast<std::uint32_t>(Number("KD_WALK_SEED", 6)), folder.path(),
+    const WalkFolder folder;
+    Walker walker(static_cast<std::uint32_t>(Number("KD_WALK_SEED", 6)), folder.Path(),
                   [](const std::string& what) { ADD_FAILURE() << what; });
     int events = 0;
     int runs = 0;
@@ -116,9 +88,8 @@ TEST(WalkTest, WhateverTheUserDoesGridRecordsMarksAndFilesStayInOrder) {
                (events < wanted || (events < 4 * wanted && !NeverReached(walker).empty()));
     };
     while (goesOn()) {
-        PutSettings(folder);
-        Application program({root + "/program/KDLimitDesk",
-                             {root + "/config", root + "/apps", root + "/program/help", root + "/program"}});
+        folder.PutSettings();
+        Application program(folder.Places());
         events += walker.Walk(program, events < wanted ? wanted - events : 500);
         ASSERT_LT(++runs, wanted);
     }

@@ -87,8 +87,8 @@ public:
     /// Makes a folder and the missing ones above it, with the user's own permissions. One that exists is no
     /// error.
     virtual void MakeFolder(std::string_view folder) = 0;
-    /// Copies a regular file to a new place: bytes, times and mode, flushed to the disk. The target must not
-    /// exist.
+    /// Copies a regular file to a new place: bytes, times and mode, flushed to the disk. Nobody gets a right
+    /// by it that the source does not give him. The target must not exist.
     virtual void CopyForArchive(std::string_view source, std::string_view target) = 0;
     /// The same for several files at once, which go to the disk together with their names in the folder; they
     /// keep their names.

@@ -263,9 +263,25 @@ bool PutInPlace(const Text& source, const Text& target) {
     }
     Descriptor file(Open(source, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
     struct stat made {};
-    return file.IsOpen() && ::fstat(file.Get(), &made) == 0 && IsOurs(made, present) &&
-           TakeOverRights(file.Get(), target, present) && Flush(file.Get()) == 0 && file.Close() == 0 &&
-           ::rename(source.c_str(), target.c_str()) == 0;
+    if (!file.IsOpen() || ::fstat(file.Get(), &made) != 0 || !IsOurs(made, present) ||
+        !TakeOverRights(file.Get(), target, present)) {
+        return false;
+    }
+    int code = Flush(file.Get());
+    if (const int closed = file.Close(); code == 0) {
+        code = closed;
+    }
+    if (code == 0 && ::rename(source.c_str(), target.c_str()) != 0) {
+        if (FolderForbids(errno) || errno == EXDEV) {
+            return false;
+        }
+        code = errno;
+    }
+    if (code != 0) {
+        // No other way is tried: after a flush that failed nobody knows what the file holds.
+        Raise("MoveOver", target, code);
+    }
+    return true;
 }
 
 }  // namespace kd::posix

@@ -27,9 +27,10 @@ void ReplaceWhole(const char* operation, std::string_view target, std::string_vi
                   int source);
 
 /// Puts `source` itself in the place of `target`, flushed and with the target's owner, mode and list of
-/// rights. Returns false where that would lose a name of the target, or would leave it to somebody who could
-/// not write it before, or does not work: the target is untouched then and the source still there, for
-/// ReplaceWhole.
+/// rights. Returns false where that would lose a name of the target or a link, or would leave it to somebody
+/// who could not write it before, or where the folder forbids it: the target is untouched then and the source
+/// still there, for ReplaceWhole.
+/// @throws cError as Files::CopyFile, with the target untouched and the source still there.
 bool PutInPlace(const Text& source, const Text& target);
 
 }  // namespace kd::posix

@@ -7,6 +7,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -16,6 +20,7 @@
 #include <ctime>
 #include <memory>
 #include <set>
+#include <utility>
 
 #include "base/Paths.h"
 #include "base/cError.h"
@@ -130,18 +135,43 @@ Descriptor OpenAsGiven(const Text& path, struct stat& status) {
                                                                                          : Descriptor();
 }
 
-/// Gives a copy its source's mode, but for everybody's right to write, and its times. Returns 0 or an errno.
-int FinishCopy(int fd, const struct stat& source) noexcept {
+/// Whether more than owner, group and others have rights to an open file; the group's then say nothing.
+bool HasAccessList(int fd) noexcept {
+#ifdef __linux__
+    return ::fgetxattr(fd, "system.posix_acl_access", nullptr, 0) > 0;
+#else
+    (void)fd;
+    return false;
+#endif
+}
+
+/// The mode of an archive's copy: its source's, but for everybody's right to write. The group has its rights
+/// only where it is the source's group; another one has what others have.
+mode_t ModeOfCopy(int fd, const struct stat& source, bool hasAccessList) noexcept {
+    const mode_t mode = source.st_mode & 0775U;
+    struct stat made {};
+    const bool sameGroup =
+        !hasAccessList && ::fstat(fd, &made) == 0 &&
+        (made.st_gid == source.st_gid || ::fchown(fd, static_cast<uid_t>(-1), source.st_gid) == 0);
+    return sameGroup ? mode : (mode & 0705U) | ((mode & 0005U) << 3U);
+}
+
+/// Gives a copy its mode, and its source's times. Returns 0 or an errno.
+int FinishCopy(int fd, const struct stat& source, bool hasAccessList) noexcept {
     const std::array<timespec, 2> times{source.st_atim, source.st_mtim};
-    return ::fchmod(fd, source.st_mode & 0775U) == 0 && ::futimens(fd, times.data()) == 0 ? 0 : errno;
+    return ::fchmod(fd, ModeOfCopy(fd, source, hasAccessList)) == 0 && ::futimens(fd, times.data()) == 0
+               ? 0
+               : errno;
 }
 
 /// Copies one file to a new place; `flush` is whether it is flushed at once.
 void CopyToArchive(const Text& source, const Text& target, bool flush) {
     struct stat status {};
     std::string bytes;
+    bool hasAccessList = false;
     {
         const Descriptor read = OpenRegular("CopyForArchive", source, O_RDONLY, 0, status);
+        hasAccessList = HasAccessList(read.Get());
         if (const int code = ReadToEnd(read.Get(), status.st_size, bytes); code != 0) {
             Raise("CopyForArchive", source, code);
         }
@@ -153,7 +183,7 @@ void CopyToArchive(const Text& source, const Text& target, bool flush) {
     }
     int code = WriteAll(file.Get(), bytes);
     if (code == 0) {
-        code = FinishCopy(file.Get(), status);
+        code = FinishCopy(file.Get(), status, hasAccessList);
     }
     if (code == 0 && flush) {
         code = Flush(file.Get());
@@ -285,6 +315,7 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
     constexpr int Tries = 100;
     constexpr timespec Pause{0, 10'000'000};
     Text target(path);
+    bool hasRemoved = false;
     for (int tries = 1;; ++tries) {
         Descriptor file = OpenAnew(target);
         // A file system without locks gives another errno: there the file is taken as it is.
@@ -303,11 +334,21 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
             }
             continue;  // the other program has done with it and taken it away
         }
+        if (status.st_uid != ::geteuid() && !std::exchange(hasRemoved, true)) {
+            // Its owner may have it open, and could write into what is saved here.
+            if (::unlink(target.c_str()) != 0) {
+                Raise("OpenForOutput", target, errno);
+            }
+            continue;
+        }
         // Only where there is something to cut: a file that was cut is brought to the disk by its closing.
         if (const int code = status.st_size == 0 ? 0 : CutAt(file.Get(), 0); code != 0) {
             Raise("OpenForOutput", path, code);
         }
         Descriptor lock(::fcntl(file.Get(), F_DUPFD_CLOEXEC, 0));
+        if (!lock.IsOpen()) {
+            Raise("OpenForOutput", target, errno);
+        }
         return std::make_unique<PosixOutput>(std::move(file), std::move(target), PosixOutput::Kind::Fresh,
                                              std::move(lock));
     }

@@ -142,6 +142,35 @@ TEST_F(SystemFilesTest, RenameNeverPutsAnythingInPlaceOfSomethingElse) {
     EXPECT_EQ(Get(At("full/a")), "text");
 }
 
+TEST_F(SystemFilesTest, AnArchiveCopyKeepsTheGroupOrLeavesItNoMoreThanOthers) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "only a privileged user can give files away";
+    }
+    constexpr gid_t Foreign = 4242;
+    struct Case {
+        mode_t source;
+        mode_t copy;
+    };
+    ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
+    for (const Case& c : {Case{0660, 0600}, Case{0664, 0644}, Case{0640, 0600}, Case{0644, 0644}}) {
+        SCOPED_TRACE(std::to_string(c.source));
+        const Text source = Put("a.kdt", "limits", c.source);
+        ASSERT_EQ(::chown(source.c_str(), 0, Foreign), 0);
+        files.CopyForArchive(source, At("byRoot"));
+        EXPECT_EQ(Mode(At("byRoot")), c.source);
+        EXPECT_EQ(Status(At("byRoot")).st_gid, Foreign);
+        ASSERT_EQ(::chown(source.c_str(), OrdinaryUser::Id, Foreign), 0);
+        {
+            const OrdinaryUser user;
+            files.CopyForArchive(source, At("byUser"));
+        }
+        EXPECT_EQ(Mode(At("byUser")), c.copy);
+        std::filesystem::remove(At("byRoot"));
+        std::filesystem::remove(At("byUser"));
+        std::filesystem::remove(source);
+    }
+}
+
 TEST_F(SystemFilesTest, SeveralFoldersAreFlushedTogether) {
     MakeFolderAt("one");
     MakeFolderAt("two");

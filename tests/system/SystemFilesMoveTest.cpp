@@ -63,6 +63,28 @@ TEST_F(SystemFilesTest, AMoveThatFailsAnywhereLeavesTheWholeOldFileOrTheWholeNew
     }
 }
 
+// After a flush that failed nobody knows what the file holds: it must not be read once more.
+TEST_F(SystemFilesTest, AMoveWhoseFlushFailsOnceIsNotTriedInAnotherWay) {
+    const Text target = Put("a.kdt", "old");
+    const Text source = Put("a.temp", "new");
+    int flushAt = 0;
+    {
+        const FailingCalls calls;
+        files.MoveOver(source, target);
+        const auto at = std::find(calls.Calls().begin(), calls.Calls().end(), "fsync");
+        ASSERT_NE(at, calls.Calls().end());
+        flushAt = static_cast<int>(at - calls.Calls().begin()) + 1;
+    }
+    for (const int failAt : {flushAt, flushAt + 1}) {  // the closing comes behind it
+        Put("a.kdt", "old");
+        Put("a.temp", "new");
+        const FailingCalls failing(failAt, EIO);
+        EXPECT_EQ(ErrorOf([&] { files.MoveOver(source, target); }), errDevice);
+        EXPECT_EQ(Get(target), "old");
+        EXPECT_EQ(Get(source), "new");
+    }
+}
+
 TEST_F(SystemFilesTest, AMoveThatTheDiskRefusesTellsIt) {
     struct Case {
         const char* call;
@@ -159,6 +181,21 @@ TEST_F(SystemFilesTest, AMoveOntoWhatMayNotBeWrittenIsRefusedAndLeavesTheSource)
     EXPECT_EQ(Get(At("readonly")), "old");
     EXPECT_EQ(ErrorOf([&] { files.MoveOver(At("none"), Put("a.kdt", "old")); }), errFileNotFound);
     EXPECT_EQ(Get(At("a.kdt")), "old");
+}
+
+TEST_F(SystemFilesTest, AnOutputIsNeverAFileOfSomebodyElse) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "only a privileged user can give files away";
+    }
+    const Text path = Put("a.temp", "planted", 0666);
+    ASSERT_EQ(::chown(path.c_str(), OrdinaryUser::Id, OrdinaryUser::Id), 0);
+    std::ofstream planted(path, std::ios::binary | std::ios::app);
+    const auto output = files.OpenForOutput(path);
+    output->Write("text");
+    output->Close();
+    planted << "forged" << std::flush;
+    EXPECT_EQ(Get(path), "text");
+    EXPECT_EQ(Status(path).st_uid, ::geteuid());
 }
 
 TEST_F(SystemFilesTest, OnlyAnOutputThatReplacesSomethingIsCut) {

@@ -62,7 +62,11 @@ private:
         m_reader->CloseFile();
         ++m_done;
         m_desk.ProgressBar1.SetValue(100.0 * m_done / m_total);
-        m_g.platform.toolkit.ProcessEventsInJob();
+        if (m_done == m_total) {
+            m_g.platform.toolkit.ProcessEvents();  // the bar at its end is always shown
+        } else {
+            m_g.platform.toolkit.ProcessEventsInJob();
+        }
     }
 
     void LoadView(const Text& path, Text viewName, std::int16_t viewNo) {

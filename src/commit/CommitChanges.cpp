@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <optional>
 
 #include "appfiles/SchemaWriter.h"
 #include "base/Numbers.h"
@@ -108,14 +109,19 @@ private:
 
     /// What has been told to be saved is saved for good, once for each folder and not for each view.
     void FlushFolders() {
+        std::optional<cError> first;
         for (const Text& folder : m_folders) {
             try {
                 m_g.platform.files.FlushFolder(folder);
             } catch (const cError& error) {
-                if (error.Number() != errPermissionDenied) {  // which a folder is that may not be listed
-                    throw;
+                // One that may not be listed cannot be flushed; a failure is no reason to leave the others.
+                if (error.Number() != errPermissionDenied && !first) {
+                    first.emplace(error);
                 }
             }
+        }
+        if (first) {
+            throw cError(*first);
         }
     }
 

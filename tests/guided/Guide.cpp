@@ -21,7 +21,7 @@ namespace {
 
 /// How long a step may wait for the program; far beyond what any takes, so that only a run that hangs meets
 /// it.
-constexpr int PatienceMs = 30000;
+constexpr int PatienceMs = 120000;
 
 QString BoxText(const QMessageBox& box) {
     return box.text();

@@ -52,18 +52,19 @@ protected:
 };
 
 TEST_P(KillTest, AtEveryCallOfTheSystemNothingIsLost) {
-    const int all = Process()->KillAt(1 << 20);
-    ASSERT_GT(all, 500) << "two moments for each call of a commit";
     // The everyday run leaves out most of them; the long run has them all.
     const int step = Torture() ? 1 : 13;
     int killed = 0;
-    for (int moment = 1; moment <= all && !HasFailure(); moment += step) {
-        SCOPED_TRACE("moment " + std::to_string(moment) + " of " + std::to_string(all));
-        EXPECT_EQ(Process()->KillAt(moment), moment);
+    // How many there are is not the same each time: memory asks the system, too.
+    bool ended = false;
+    for (int moment = 1; !ended && !HasFailure(); moment += step) {
+        SCOPED_TRACE("moment " + std::to_string(moment));
+        ended = Process()->KillAt(moment) < moment;
         Check();
-        ++killed;
+        killed += ended ? 0 : 1;
     }
-    std::cout << killed << " of " << all << " moments" << std::endl;
+    std::cout << killed << " moments of about " << killed * step << std::endl;
+    EXPECT_GT(killed * step, 500) << "two moments for each call of a commit";
 }
 
 TEST_P(KillTest, AtAnyMomentNothingIsLost) {

@@ -1,6 +1,7 @@
 #include "qt/AdminDialog.h"
 
 #include <QAbstractItemView>
+#include <QFontDatabase>
 #include <QFontInfo>
 
 #include "Screen.h"
@@ -58,6 +59,11 @@ TEST_F(AdminDialogTest, ControlsBearNamesAndEditsHaveAccessibleOnes) {
 }
 
 TEST_F(AdminDialogTest, FilterIsTypedInLettersOfOneWidth) {
+#ifdef Q_OS_WIN
+    if (!QFontDatabase::hasFamily(QStringLiteral("Courier New"))) {
+        GTEST_SKIP() << "without a screen Qt knows no other font of one width by itself here";
+    }
+#endif
     Show([](QWidget& window) {
         const QFont font = Find(window, "cboFilter").font();
         EXPECT_EQ(font.families().first(), "Courier New");

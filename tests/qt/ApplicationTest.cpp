@@ -82,7 +82,8 @@ TEST_F(ApplicationTest, FirstStartOfAnInstalledProgramOffersCopiesOfItsSamples) 
     ASSERT_TRUE(program.Start());
     EXPECT_TRUE(
         Find<QLabel>(program.Window(), "Panel2").text().startsWith("Done ... , Applications: 2, Views: "));
-    EXPECT_EQ(program.Data().gMasterFiles->Item(1)->Filename(), Path("own/samples/dairy.kdt6"));
+    EXPECT_EQ(QDir::fromNativeSeparators(ToQt(program.Data().gMasterFiles->Item(1)->Filename())),
+              folder.filePath("own/samples/dairy.kdt6"));
     EXPECT_TRUE(program.Window().close());
 }
 

@@ -57,6 +57,7 @@ Costs MeasureFloors(const std::string& folder, const std::string& scratch) {
     Expect(changed.size() == files.size() && Content(changed.front()) != Content(files.front()) &&
                Content(changed.back()) != Content(files.back()),
            "sed has changed the copies");
+    ::sync();  // what the floors have written is not left to the figures to be brought to the disk
     return costs;
 }
 

@@ -46,49 +46,40 @@ bool AreBoundsDerived(const FuzzDesk& t, const cField& field) {
            NumberAtFront(field.ValueText(17, vmFile, t.locale)) == 0;
 }
 
-std::vector<Text> KeptValues(const FuzzDesk& t, const cField& field, bool withBounds, bool withRules) {
-    std::vector<Text> values{field.Name()};
+struct KeptValue {
+    std::int32_t column;
+    Text text;
+
+    bool operator==(const KeptValue&) const = default;
+};
+
+std::vector<KeptValue> KeptValues(const FuzzDesk& t, const cField& field, bool withBounds, bool withRules) {
+    std::vector<KeptValue> values{{8, field.Name()}};
     for (const std::int32_t column : KeptColumns(field.FieldType())) {
-        if ((!withBounds && (column == 9 || column == 17)) || (!withRules && column == 29)) {
-            continue;
-        }
-        values.push_back(field.ValueText(column, vmGrid, t.locale));
-    }
-    return values;
-}
-
-/// A value as a file gives it back: without blanks at its ends, and with a blank for what would end a line.
-Text AsRead(Text value) {
-    std::replace_if(
-        value.begin(), value.end(), [](char c) { return c == '\t' || c == '\n'; }, ' ');
-    return Text(Trim(value));
-}
-
-std::vector<Text> AsRead(std::vector<Text> values) {
-    std::transform(values.begin(), values.end(), values.begin(),
-                   [](Text& value) { return AsRead(std::move(value)); });
-    return values;
-}
-
-/// Values whose numbers bear no more zeros in front than they need: a mask leaves some where it cuts a
-/// number, and the number that is read back has none.
-std::vector<Text> Settled(std::vector<Text> values) {
-    constexpr std::size_t LastNumber = 9;  // behind the name: bounds and limits
-    for (std::size_t at = 1; at <= LastNumber && at < values.size(); ++at) {
-        Text& value = values[at];
-        const std::size_t first = value.starts_with('-') ? 1 : 0;
-        while (value.size() > first + 1 && value[first] == '0' && value[first + 1] >= '0' &&
-               value[first + 1] <= '9') {
-            value.erase(first, 1);
+        if ((withBounds || (column != 9 && column != 17)) && (withRules || column != 29)) {
+            values.push_back({column, field.ValueText(column, vmGrid, t.locale)});
         }
     }
     return values;
 }
 
-std::string Difference(const std::vector<Text>& before, const std::vector<Text>& after) {
+/// Values as a file gives them back: a text without blanks at its ends, and with a blank for what would end a
+/// line; a number without the zeros that are left in front where its mask has cut it.
+std::vector<KeptValue> AsRead(std::vector<KeptValue> values) {
+    for (auto& [column, text] : values) {
+        const bool number = column <= 17 && column != 8 && !text.empty() && text != "C" && text != "B";
+        std::replace_if(
+            text.begin(), text.end(), [](char c) { return c == '\t' || c == '\n'; }, ' ');
+        text = number ? PlainText(NumberAtFront(text)) : Text(Trim(text));
+    }
+    return values;
+}
+
+std::string Difference(const std::vector<KeptValue>& before, const std::vector<KeptValue>& after) {
     for (std::size_t at = 0; at < std::min(before.size(), after.size()); ++at) {
         if (before[at] != after[at]) {
-            return "but value " + std::to_string(at) + " is \"" + after[at] + "\" for \"" + before[at] + '"';
+            return "but column " + std::to_string(before[at].column) + " is \"" + after[at].text +
+                   "\" for \"" + before[at].text + '"';
         }
     }
     return "but of another type";
@@ -190,8 +181,9 @@ void SaveAndReload(std::string_view input) {
         const bool withBounds = !AreBoundsDerived(t, t.g.gFields->Ref(index));
         const auto written = KeptValues(t, t.g.gFields->Ref(index), withBounds, withRules);
         const auto read = KeptValues(again, again.g.gFields->Ref(index), withBounds, withRules);
-        if (Settled(AsRead(written)) != Settled(read)) {
-            throw Unkept("a save is read back to the same values, " + Difference(AsRead(written), read));
+        if (AsRead(written) != AsRead(read)) {
+            throw Unkept("a save is read back to the same values, " +
+                         Difference(AsRead(written), AsRead(read)));
         }
         same = same && withBounds && written == read;
     }

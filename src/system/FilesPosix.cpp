@@ -83,6 +83,31 @@ Descriptor OpenRegular(const char* operation, std::string_view path, int flags, 
     return file;
 }
 
+int ReadToEnd(int fd, off_t size, std::string& bytes) {
+    // One byte more than the file has: a read that fills all but that one has met the end.
+    const auto expected = static_cast<std::size_t>(size);
+    std::size_t filled = 0;
+    bytes.resize(expected + 1);
+    for (;;) {
+        if (filled == bytes.size()) {
+            bytes.resize(bytes.size() * 2);  // the file grew meanwhile
+        }
+        const ssize_t got = ::read(fd, bytes.data() + filled, bytes.size() - filled);
+        if (got < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            bytes.clear();
+            return errno;
+        }
+        filled += static_cast<std::size_t>(got);
+        if (got == 0 || (filled == expected && filled + 1 == bytes.size())) {
+            bytes.resize(filled);
+            return 0;
+        }
+    }
+}
+
 int WriteAll(int fd, std::string_view bytes) noexcept {
     std::size_t written = 0;
     return WriteAll(fd, bytes, written);

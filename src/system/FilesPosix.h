@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <string>
 #include <string_view>
 
 #include "base/Text.h"
@@ -43,6 +44,9 @@ int Open(const Text& path, int flags, mode_t mode = 0666);
 /// Opens a regular file; never waits on a FIFO or device, which are refused, and so are folders.
 Descriptor OpenRegular(const char* operation, std::string_view path, int flags, mode_t mode,
                        struct stat& status);
+
+/// Reads an open regular file of about `size` bytes to its end. Returns 0 or an errno, with no bytes then.
+int ReadToEnd(int fd, off_t size, std::string& bytes);
 
 /// Writes all bytes. Returns 0 or an errno.
 int WriteAll(int fd, std::string_view bytes) noexcept;

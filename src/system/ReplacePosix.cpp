@@ -41,23 +41,6 @@ Descriptor NewBeside(const Text& target, Text& name) {
     return Descriptor(::mkostemp(name.data(), O_CLOEXEC));
 }
 
-/// Reads all of an open file. Returns 0 or an errno.
-int ReadAll(int fd, std::string& bytes) {
-    char buffer[65536];
-    for (;;) {
-        const ssize_t got = ::pread(fd, buffer, sizeof buffer, static_cast<off_t>(bytes.size()));
-        if (got < 0 && errno != EINTR) {
-            return errno;
-        }
-        if (got == 0) {
-            return 0;
-        }
-        if (got > 0) {
-            bytes.append(buffer, static_cast<std::size_t>(got));
-        }
-    }
-}
-
 /// Writes over an open file from its beginning, and flushes it. Returns 0 or an errno.
 int WriteOver(int fd, std::string_view bytes) noexcept {
     if (::lseek(fd, 0, SEEK_SET) < 0) {
@@ -98,7 +81,7 @@ void OverwriteInPlace(const char* operation, const Text& target, std::string_vie
     struct stat status {};
     Descriptor file = OpenRegular(operation, target, O_RDWR | O_NOFOLLOW, 0, status);
     std::string before;
-    int code = ReadAll(file.Get(), before);
+    int code = ReadToEnd(file.Get(), status.st_size, before);
     if (code == 0) {
         code = MakeRoom(file.Get(), before.size(), bytes.size());
         if (code == 0) {

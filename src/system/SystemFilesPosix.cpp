@@ -7,12 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#ifdef __linux__
-#include <sys/xattr.h>
-#endif
-
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
@@ -24,6 +19,7 @@
 
 #include "base/Paths.h"
 #include "base/cError.h"
+#include "system/ArchivePosix.h"
 #include "system/FilesPosix.h"
 #include "system/ReplacePosix.h"
 #include "system/SystemFiles.h"
@@ -97,32 +93,6 @@ private:
     Kind m_kind;
 };
 
-/// Reads an open regular file of about `size` bytes to its end. Returns 0 or an errno.
-int ReadToEnd(int fd, off_t size, std::string& bytes) {
-    // One byte more than the file has: a read that fills all but that one has met the end.
-    const auto expected = static_cast<std::size_t>(size);
-    std::size_t filled = 0;
-    bytes.resize(expected + 1);
-    for (;;) {
-        if (filled == bytes.size()) {
-            bytes.resize(bytes.size() * 2);  // the file grew meanwhile
-        }
-        const ssize_t got = ::read(fd, bytes.data() + filled, bytes.size() - filled);
-        if (got < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            bytes.clear();
-            return errno;
-        }
-        filled += static_cast<std::size_t>(got);
-        if (got == 0 || (filled == expected && filled + 1 == bytes.size())) {
-            bytes.resize(filled);
-            return 0;
-        }
-    }
-}
-
 /// Opens a regular file of exactly that name for reading; closed when that does not work, for whatever
 /// reason.
 Descriptor OpenAsGiven(const Text& path, struct stat& status) {
@@ -133,68 +103,6 @@ Descriptor OpenAsGiven(const Text& path, struct stat& status) {
     Descriptor file(Open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY));
     return file.IsOpen() && ::fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode) ? std::move(file)
                                                                                          : Descriptor();
-}
-
-/// Whether more than owner, group and others have rights to an open file; the group's then say nothing.
-bool HasAccessList(int fd) noexcept {
-#ifdef __linux__
-    return ::fgetxattr(fd, "system.posix_acl_access", nullptr, 0) > 0;
-#else
-    (void)fd;
-    return false;
-#endif
-}
-
-/// The mode of an archive's copy: its source's, but for everybody's right to write. The group has its rights
-/// only where it is the source's group; another one has what others have.
-mode_t ModeOfCopy(int fd, const struct stat& source, bool hasAccessList) noexcept {
-    const mode_t mode = source.st_mode & 0775U;
-    struct stat made {};
-    const bool sameGroup =
-        !hasAccessList && ::fstat(fd, &made) == 0 &&
-        (made.st_gid == source.st_gid || ::fchown(fd, static_cast<uid_t>(-1), source.st_gid) == 0);
-    return sameGroup ? mode : (mode & 0705U) | ((mode & 0005U) << 3U);
-}
-
-/// Gives a copy its mode, and its source's times. Returns 0 or an errno.
-int FinishCopy(int fd, const struct stat& source, bool hasAccessList) noexcept {
-    const std::array<timespec, 2> times{source.st_atim, source.st_mtim};
-    return ::fchmod(fd, ModeOfCopy(fd, source, hasAccessList)) == 0 && ::futimens(fd, times.data()) == 0
-               ? 0
-               : errno;
-}
-
-/// Copies one file to a new place; `flush` is whether it is flushed at once.
-void CopyToArchive(const Text& source, const Text& target, bool flush) {
-    struct stat status {};
-    std::string bytes;
-    bool hasAccessList = false;
-    {
-        const Descriptor read = OpenRegular("CopyForArchive", source, O_RDONLY, 0, status);
-        hasAccessList = HasAccessList(read.Get());
-        if (const int code = ReadToEnd(read.Get(), status.st_size, bytes); code != 0) {
-            Raise("CopyForArchive", source, code);
-        }
-    }
-    // Nothing is there before, so that it needs no look at what was opened.
-    Descriptor file(Open(target, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600));
-    if (!file.IsOpen()) {
-        Raise("CopyForArchive", target, errno);
-    }
-    int code = WriteAll(file.Get(), bytes);
-    if (code == 0) {
-        code = FinishCopy(file.Get(), status, hasAccessList);
-    }
-    if (code == 0 && flush) {
-        code = Flush(file.Get());
-    }
-    if (const int closed = file.Close(); code == 0) {
-        code = closed;
-    }
-    if (code != 0) {
-        (void)::unlink(target.c_str());  // half a copy is none
-        Raise("CopyForArchive", target, code);
-    }
 }
 
 /// Raises the failure of a folder's flush; what is missing is the folder itself.
@@ -443,7 +351,7 @@ void SystemFiles::MakeFolder(std::string_view folder) {
 }
 
 void SystemFiles::CopyForArchive(std::string_view source, std::string_view target) {
-    CopyToArchive(Resolved(source), Text(target), true);
+    CopyToArchive(Resolved(source), Text(target), FlushCopy::Yes);
 }
 
 #ifdef __linux__
@@ -455,7 +363,8 @@ void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::strin
     }
     for (const Text& source : sources) {
         try {
-            CopyToArchive(Resolved(source), paths::Join(folder, paths::FileName(source), Delimiter()), false);
+            CopyToArchive(Resolved(source), paths::Join(folder, paths::FileName(source), Delimiter()),
+                          FlushCopy::No);
         } catch (const cError& error) {
             throw cError(error.Number(), error.Source(), error.Description(), source);
         }

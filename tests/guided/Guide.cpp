@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDir>
+#include <QImage>
 #include <QListView>
 #include <QMenu>
 #include <QMenuBar>
@@ -11,6 +12,7 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QTest>
+#include <algorithm>
 #include <utility>
 
 #include "qt/QtText.h"
@@ -22,6 +24,23 @@ namespace {
 /// How long a step may wait for the program; far beyond what any takes, so that only a run that hangs meets
 /// it.
 constexpr int PatienceMs = 120000;
+constexpr int TickMs = 10;
+
+/// Two grabs of the screen so far apart that are alike show a screen on which no mark fades in any more. A
+/// cursor that blinks ends the wait all the same.
+constexpr int RestMs = 100;
+constexpr int MostGrabs = 8;
+
+/// Where a window stands in a picture of the screen, as ImageMagick writes it: width x height + left + top.
+QString PlaceOn(const QScreen& screen, const QWidget& window) {
+    const QRect frame = window.frameGeometry();
+    const auto pixels = [scale = screen.devicePixelRatio()](int length) { return qRound(length * scale); };
+    return QStringLiteral("%1x%2+%3+%4")
+        .arg(pixels(frame.width()))
+        .arg(pixels(frame.height()))
+        .arg(pixels(std::max(frame.left(), 0)))
+        .arg(pixels(std::max(frame.top(), 0)));
+}
 
 QString BoxText(const QMessageBox& box) {
     return box.text();
@@ -157,13 +176,33 @@ void Guide::ClickEntry(QWidget& window, const char* list, const std::string& tex
     Fail("no entry " + text + " in " + list);
 }
 
+QImage Guide::ScreenAtRest() {
+    // No step begins meanwhile: it might answer the window whose picture is taken.
+    m_timer.stop();
+    QImage shown;
+    for (int grabs = 0; grabs < MostGrabs; ++grabs) {
+        QTest::qWait(RestMs);
+        QImage now = QApplication::primaryScreen()->grabWindow(0).toImage();
+        const bool atRest = now == shown;
+        shown = std::move(now);
+        if (atRest) {
+            break;
+        }
+    }
+    m_timer.start(TickMs);
+    return shown;
+}
+
 void Guide::SavePicture(const char* name) {
     if (m_pictures.isEmpty() || name == nullptr) {
         return;
     }
-    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     const QString path = QDir(m_pictures).filePath(QLatin1String(name) + QStringLiteral(".png"));
-    if (!QApplication::primaryScreen()->grabWindow(0).save(path)) {
+    QImage screen = ScreenAtRest();
+    if (const QWidget* const window = QApplication::activeWindow()) {
+        screen.setText(QStringLiteral("window"), PlaceOn(*QApplication::primaryScreen(), *window));
+    }
+    if (!screen.save(path)) {
         m_tell("no picture could be written to " + path.toStdString());
         m_failed = true;
     }
@@ -271,7 +310,7 @@ bool Guide::Run() {
     if (!m_closingQuestion.empty()) {
         Box(m_closingQuestion, nullptr, "Yes");
     }
-    m_timer.start(10);
+    m_timer.start(TickMs);
     m_patience.start(PatienceMs);
     if (!m_program.Start()) {
         Fail("the program ended at its start");

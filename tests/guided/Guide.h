@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QImage>
 #include <QPointer>
 #include <QString>
 #include <QTimer>
@@ -61,6 +62,7 @@ public:
     void ClickEntry(QWidget& window, const char* list, const std::string& text);
     /// Whether the main window waits for the user, with no modal window or menu open.
     bool IsIdle() const;
+    /// The picture says where the active window stands in it, so that the window can be cut out.
     void SavePicture(const char* name);
     void Fail(const std::string& why);
 
@@ -73,6 +75,9 @@ private:
 
     void Tick();
     void KeepActive() const;
+    /// The whole screen, once nothing on it moves.
+    QImage ScreenAtRest();
+
     Application& m_program;
     QString m_pictures;
     std::function<void(const std::string&)> m_tell;

@@ -299,6 +299,8 @@ TEST(QtFileDialogTest, ResultHasTheServicesShapes) {
 
 class FileDialogTest : public testing::Test {
 protected:
+    static constexpr int MostVisits = 5;
+    static constexpr int PatienceMs = 2000;
     QTemporaryDir folder;
     std::optional<std::vector<Text>> result;
 
@@ -339,7 +341,7 @@ TEST_F(FileDialogTest, SeveralFilesAreTheFolderAndTheirNames) {
 }
 
 TEST_F(FileDialogTest, PatternsMatchInAnyCase) {
-    Ask([](QFileDialog& dialog) {
+    Ask([this](QFileDialog& dialog) {
         const auto* const list = dialog.findChild<QAbstractItemView*>("listView");
         ASSERT_NE(list, nullptr);
         const auto names = [&] {
@@ -350,7 +352,14 @@ TEST_F(FileDialogTest, PatternsMatchInAnyCase) {
             shown.sort(Qt::CaseInsensitive);
             return shown;
         };
-        EXPECT_TRUE(QTest::qWaitFor([&] { return names().size() == 3; }));
+        // Now and then the toolkit's own list stays empty under wine, until the user comes to the folder
+        // again.
+        const auto listed = [&] { return names().size() == 3; };
+        for (int visit = 1; visit < MostVisits && !QTest::qWaitFor(listed, PatienceMs); ++visit) {
+            dialog.setDirectory(QFileInfo(folder.path()).path());
+            dialog.setDirectory(folder.path());
+        }
+        EXPECT_TRUE(QTest::qWaitFor(listed));
         EXPECT_EQ(names(), QStringList({"a.kdt", "B.KDT", "c.kdt6"}));
         dialog.reject();
     });

@@ -8,6 +8,11 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QApplication application(argc, argv);
+#ifdef Q_OS_WIN
+    // Without a screen only the fonts of a folder are there, and nobody says which of them stands in for
+    // which.
+    QFont::insertSubstitution(QStringLiteral("Courier New"), QStringLiteral("DejaVu Sans Mono"));
+#endif
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }

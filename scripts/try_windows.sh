@@ -39,17 +39,17 @@ widget_tests() {
         as_windows_of "$1" "$wine" "$build/tests/qt/test_qt.exe" --gtest_brief=1
 }
 
-# The main job by simulated mouse and keyboard, on copies in a folder of its own.
+# The main job by simulated mouse and keyboard, on copies in a folder of its own on the machine's own disk.
 guided_run() {
-    local language=$1 name=$2 folder=$build/guided/$2 template
-    rm -rf "$folder" && mkdir -p "$folder/bin" "$folder/samples" "$build/pictures/$name"
+    local language=$1 name=$2 folder=$WINEPREFIX/drive_c/plant template
+    rm -rf "$folder" "$build/pictures/$name" && mkdir -p "$folder/bin" "$folder/samples" "$build/pictures/$name"
     cp samples/*.kdt samples/*.kdt6 samples/*.V* "$folder/samples/"
     cp -r samples/Rules.ini help "$folder/bin/"
     { printf '[KDLIMITDESK]\r\n\r\n[RECENTS]\r\n\r\n[FILES]\r\n'
       for template in "$folder"/samples/*.kdt "$folder"/samples/*.kdt6; do
-          printf '   File   = %s\r\n' "$(windows_path "$template")"
+          printf '   File   = C:\\plant\\samples\\%s\r\n' "${template##*/}"
       done; } >"$folder/bin/KDLimitDesk.ini"
-    as_windows_of "$language" "$wine" "$build/bin/guided_run.exe" --samples "$(windows_path "$folder/samples")" \
+    as_windows_of "$language" "$wine" "$build/bin/guided_run.exe" --samples 'C:\plant\samples' \
         --pictures "$(windows_path "$build/pictures/$name")"
 }
 
@@ -76,21 +76,25 @@ in_languages() (
     done
 )
 
+# Each look with a display of its own, as large as its windows.
 in_looks() (
     tell_where_qt_is
-    export SCREEN=3200x2000
-    start_machine
     for look in ${LOOKS:-light-200 dark-100 dark-200}; do
         printf '\n==> Windows, %s per cent: the guided run\n' "${look/-/, }"
-        set_look "${look%-*}" "${look#*-}"
-        guided_run en_US "$look"
+        (
+            scale=${look#*-}
+            export SCREEN=$((1280 * scale / 100))x$((800 * scale / 100))
+            start_machine
+            set_look "${look%-*}" "$scale"
+            guided_run en_US "$look"
+        )
     done
-    set_look light 100
 )
 
 installer() (
     printf '\n==> The installer\n'
     start_machine
+    set_look light 100
     user=$WINEPREFIX/drive_c/users/$(id -un)
     installed="$WINEPREFIX/drive_c/Program Files/KD LimitDesk"
     fresh() { rm -rf "$installed" "$user/AppData/Roaming/KD6" "$user/AppData/Local/kdlimitdesk"; }
@@ -102,7 +106,7 @@ installer() (
         samples/water.kdt6 Rules.ini LICENSE.txt NOTICES.txt Uninstall.exe; do
         [ -f "$installed/$file" ] || { echo "installer: $file is missing" >&2; exit 1; }
     done
-    mkdir -p "$build/pictures/installed"
+    rm -rf "$build/pictures/installed" && mkdir -p "$build/pictures/installed"
     PICTURES=$build/pictures/installed as_windows_of en_US scripts/try_program.sh \
         "$user/AppData/Local/kdlimitdesk/samples" "$wine" "C:\\Program Files\\KD LimitDesk\\KDLimitDesk.exe"
     "$wine" "C:\\Program Files\\KD LimitDesk\\Uninstall.exe" /S

@@ -7,6 +7,7 @@ clone=$(mktemp -d)
 trap 'rm -rf "$clone"' EXIT
 git clone -q . "$clone" || exit 1
 cd "$clone" || exit 1
+export CCACHE_BASEDIR=$clone CCACHE_NOHASHDIR=1  # a compiler cache, where there is one, serves every clone
 
 results=()
 check() {

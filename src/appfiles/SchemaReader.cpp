@@ -14,13 +14,16 @@ public:
         : m_fields(*g.gFields), m_saved(*g.gSavedFields), m_fileId(fileId) {}
 
     void Take(std::string_view group, std::string_view section, std::string_view value) {
-        if (group == "[FIELD]") {
-            if (section == group) {
+        if (section.front() == '[') {
+            m_block = group == "[FIELD]" ? Block::Field : group == "[RULES]" ? Block::Rules : Block::Other;
+            if (m_block == Block::Field) {
                 BeginVariable();
-            } else if (const SchemaKeyReader read = FindSchemaKey(section)) {
+            }
+        } else if (m_block == Block::Field) {
+            if (const SchemaKeyReader read = FindSchemaKey(section)) {
                 read(*m_current, value);
             }
-        } else if (group == "[RULES]" && section == "RULE") {
+        } else if (m_block == Block::Rules && section == "RULE") {
             if (!m_rules.empty()) {
                 m_rules += ',';
             }
@@ -39,6 +42,8 @@ public:
     Text Rules() && { return std::move(m_rules); }
 
 private:
+    enum class Block { Other, Field, Rules };
+
     void BeginVariable() {
         EndVariable();
         if (m_fields.Count() >= MostRecords) {
@@ -53,6 +58,7 @@ private:
     cFields& m_saved;
     std::int32_t m_fileId;
     std::int32_t m_counter = 0;
+    Block m_block = Block::Other;
     std::shared_ptr<cField> m_current;
     Text m_rules;
 };
@@ -63,9 +69,7 @@ std::string_view SchemaReader::TextOf(std::string_view path) {
     } catch (const cError&) {
         return {};  // by contract a file that cannot be read has no lines
     }
-    m_text.clear();
-    m_g.platform.locale.CodePage().DecodeTo(m_bytes, m_text);
-    return m_text;
+    return m_g.platform.locale.CodePage().DecodeInto(m_bytes, m_text);
 }
 
 void SchemaReader::Read(std::string_view path, std::int32_t fileId) {

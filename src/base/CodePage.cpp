@@ -1,9 +1,9 @@
 #include "base/CodePage.h"
 
 #include <cstdint>
-#include <cstring>
 #include <deque>
 
+#include "base/Bytes.h"
 #include "base/CodePageTables.h"
 
 namespace kd {
@@ -24,23 +24,6 @@ Text Utf8Of(char16_t character) {
         text += static_cast<char>(0x80U | (code & 0x3FU));
     }
     return text;
-}
-
-/// Length of the run of ASCII characters at the front.
-std::size_t AsciiRun(std::string_view text) noexcept {
-    std::size_t at = 0;
-    while (at + 8 <= text.size()) {
-        std::uint64_t eight = 0;
-        std::memcpy(&eight, text.data() + at, 8);
-        if ((eight & 0x8080808080808080ULL) != 0) {
-            break;
-        }
-        at += 8;
-    }
-    while (at < text.size() && static_cast<unsigned char>(text[at]) < 0x80U) {
-        ++at;
-    }
-    return at;
 }
 
 /// Reads one character of UTF-8 and moves `at` behind it. Bytes that are no UTF-8 count as a character that
@@ -129,6 +112,15 @@ void CodePage::DecodeTo(std::string_view bytes, Text& text) const {
     }
 }
 
+std::string_view CodePage::DecodeInto(std::string_view bytes, Text& buffer) const {
+    if (AsciiRun(bytes) == bytes.size()) {
+        return bytes;
+    }
+    buffer.clear();
+    DecodeTo(bytes, buffer);
+    return buffer;
+}
+
 Text CodePage::Decode(std::string_view bytes) const {
     Text text;
     text.reserve(bytes.size());
@@ -179,6 +171,10 @@ Text CodePage::Upper(std::string_view text) const {
 }
 
 void CodePage::AppendUpper(std::string_view text, Text& upper) const {
+    if (!MayHaveCapitals(text)) {
+        upper.append(text);
+        return;
+    }
     Walk(
         text,
         [&](std::string_view run) {

@@ -23,8 +23,9 @@ public:
 
     /// The text of a file's bytes.
     Text Decode(std::string_view bytes) const;
-    /// Appends the text of a file's bytes.
-    void DecodeTo(std::string_view bytes, Text& text) const;
+    /// The text of a file's bytes: the bytes themselves where they are all ASCII, else what is put into the
+    /// buffer, which keeps its capacity from call to call.
+    std::string_view DecodeInto(std::string_view bytes, Text& buffer) const;
     /// The bytes of a text. A character that the page lacks becomes "?".
     std::string Encode(std::string_view text) const;
     /// Whether the page has every character of the text.
@@ -45,6 +46,8 @@ public:
     ~CodePage() = default;
 
 private:
+    void DecodeTo(std::string_view bytes, Text& text) const;
+
     int m_number;
     std::array<Text, 256> m_text;                         // UTF-8 of each byte
     std::array<unsigned char, 256> m_upper;               // byte of each byte's capital

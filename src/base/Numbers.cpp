@@ -86,37 +86,41 @@ bool IsTooLarge(std::string_view text) noexcept {
     return size + (negative ? -std::int64_t{power} : std::int64_t{power}) > 0;
 }
 
-/// The number of up to 15 digits with at most one separator, which plain arithmetic gives exactly rounded:
-/// both parts of the quotient are whole numbers that a double holds. False for any longer text.
-bool ConvertQuickly(std::string_view number, double& value) noexcept {
+/// The number of a text that is nothing but a number of up to 15 characters: a sign, digits, at most one
+/// separator. Plain arithmetic gives it exactly rounded, since both parts of the quotient are whole numbers
+/// that a double holds. False for any other text.
+bool ConvertQuickly(std::string_view text, char separator, double& value) noexcept {
     constexpr std::array<double, 16> Powers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                             1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    if (number.size() >= Powers.size()) {
+    if (text.empty() || text.size() >= Powers.size()) {
         return false;
     }
+    const bool negative = text.front() == '-';
+    const std::size_t begin = negative || text.front() == '+' ? 1 : 0;
     std::uint64_t digits = 0;
-    std::size_t behind = 0;
-    bool separated = false;
-    for (const char c : number) {
-        if (IsDigit(c)) {
-            digits = digits * 10 + static_cast<std::uint64_t>(c - '0');
-            behind += separated ? 1U : 0U;
-        } else if (c == 'e' || c == 'E') {
-            return false;
+    std::size_t point = text.size();
+    for (std::size_t at = begin; at < text.size(); ++at) {
+        const auto digit = static_cast<unsigned>(text[at]) - unsigned{'0'};
+        if (digit <= 9) {
+            digits = digits * 10 + digit;
+        } else if (text[at] == separator && point == text.size()) {
+            point = at;
         } else {
-            separated = true;
+            return false;
         }
     }
+    const std::size_t behind = point == text.size() ? 0 : text.size() - point - 1;
+    if (point - begin + behind == 0) {
+        return false;  // no digits
+    }
     value = static_cast<double>(digits) / Powers[behind];
+    value = negative ? -value : value;
     return true;
 }
 
 double Convert(std::string_view text, const Scanned& found, char separator) noexcept {
     std::string_view number = text.substr(found.begin, found.end - found.begin);
     double value = 0;
-    if (ConvertQuickly(number, value)) {
-        return found.negative ? -value : value;
-    }
     Text withPoint;
     if (separator != '.') {
         withPoint = number;
@@ -266,57 +270,93 @@ struct Decimal {
 
 constexpr std::array<double, 7> PowersOfTen{1, 10, 100, 1000, 10000, 100000, 1000000};
 
-/// The mask's text for everyday numbers, without the detour over the decimal digits. Returns false where a
-/// number is too large or too near to a tie for plain double arithmetic to be sure of the outcome.
-bool LayQuickly(double value, int decimals, Text& text) {
-    constexpr double LargestScaled = 1e9;
-    constexpr double NearTie = 1e-5;
-    const int places = decimals < 0 ? 0 : decimals;
-    if (places >= static_cast<int>(PowersOfTen.size())) {
-        return false;
+/// The mask's text for everyday numbers, without the detour over the decimal digits.
+class QuickMask {
+public:
+    /// False where a number is too large or too near to a tie for plain double arithmetic to be sure of the
+    /// outcome.
+    bool Lay(double value, int decimals) noexcept {
+        constexpr double LargestScaled = 1e9;
+        constexpr double NearTie = 1e-5;
+        const int places = decimals < 0 ? 0 : decimals;
+        if (places >= static_cast<int>(PowersOfTen.size())) {
+            return false;
+        }
+        const double scaled = std::abs(value) * PowersOfTen[static_cast<std::size_t>(places)];
+        if (!(scaled < LargestScaled)) {
+            return false;
+        }
+        const auto below = static_cast<std::uint32_t>(scaled);
+        const double fraction = scaled - below;
+        if (std::abs(fraction - 0.5) < NearTie) {
+            return false;
+        }
+        Write(below + (fraction > 0.5 ? 1U : 0U), value < 0, places, decimals >= 0);
+        return true;
     }
-    const double power = PowersOfTen[static_cast<std::size_t>(places)];
-    const double scaled = std::abs(value) * power;
-    if (!(scaled < LargestScaled)) {
-        return false;
+
+    /// The last characters of the text, so many at most.
+    std::string_view Last(std::size_t count) const noexcept {
+        const std::string_view text(m_characters.data() + m_begin, Width - m_begin);
+        return text.substr(text.size() - std::min(text.size(), count));
     }
-    const double below = std::floor(scaled);
-    const double fraction = scaled - below;
-    if (std::abs(fraction - 0.5) < NearTie) {
-        return false;
-    }
-    const auto rounded = static_cast<std::uint64_t>(below) + (fraction > 0.5 ? 1U : 0U);
-    const auto unit = static_cast<std::uint64_t>(power);
-    const std::uint64_t whole = rounded / unit;
-    std::uint64_t behind = rounded % unit;
-    text.clear();
-    if (value < 0 && rounded != 0) {
-        text += '-';
-    }
-    if (whole != 0 || rounded == 0) {
-        std::array<char, 24> digits{};
-        text.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), whole).ptr);
-    }
-    if (decimals >= 0) {
-        text += '.';
-        const std::size_t at = text.size();
-        text.append(static_cast<std::size_t>(places), '0');
-        for (std::size_t i = at + static_cast<std::size_t>(places); i > at; behind /= 10) {
-            text[--i] = static_cast<char>('0' + behind % 10);
+
+private:
+    static constexpr std::size_t Width = 16;  // sign, ten digits, point
+
+    void Put(char c) noexcept { m_characters[--m_begin] = c; }
+
+    void Write(std::uint32_t rounded, bool negative, int places, bool hasPoint) noexcept {
+        m_begin = Width;
+        std::uint32_t rest = rounded;
+        for (int place = 0; place < places; ++place, rest /= 10) {
+            Put(static_cast<char>('0' + rest % 10));
+        }
+        if (hasPoint) {
+            Put('.');
+        }
+        for (bool isWanted = rest != 0 || rounded == 0; isWanted; isWanted = rest != 0) {
+            Put(static_cast<char>('0' + rest % 10));
+            rest /= 10;
+        }
+        if (negative && rounded != 0) {
+            Put('-');
         }
     }
-    return true;
+
+    std::array<char, Width> m_characters{};
+    std::size_t m_begin = Width;
+};
+
+/// The mask's text for any number; the plain text cuts it to 15 digits before it is rounded.
+Text LayExactly(double value, int decimals) {
+    Text text = PlainText(RoundHalfAway(value, decimals < 0 ? 0 : decimals));
+    if (decimals >= 0) {
+        if (text.find('.') == Text::npos) {
+            text += '.';
+        }
+        text.resize(text.find('.') + 1 + static_cast<std::size_t>(decimals), '0');
+    }
+    return text;
 }
 
 }  // namespace
 
 double NumberAtFront(std::string_view text) noexcept {
+    double value = 0;
+    if (ConvertQuickly(text, '.', value)) {
+        return value;
+    }
     const Scanned found = Scan(text, SkipBlanks(text), '.');
     return found.digits == 0 ? 0.0 : Convert(text, found, '.');
 }
 
 bool IsNumber(std::string_view text, char separator) noexcept {
     const std::string_view trimmed = Trim(text);
+    double quick = 0;
+    if (ConvertQuickly(trimmed, separator, quick)) {
+        return true;
+    }
     const Scanned found = Scan(trimmed, 0, separator);
     return found.digits > 0 && found.end == trimmed.size() &&
            std::isfinite(Convert(trimmed, found, separator));
@@ -324,11 +364,15 @@ bool IsNumber(std::string_view text, char separator) noexcept {
 
 double ToDouble(std::string_view text, char separator) {
     const std::string_view trimmed = Trim(text);
+    double value = 0;
+    if (ConvertQuickly(trimmed, separator, value)) {
+        return value;
+    }
     const Scanned found = Scan(trimmed, 0, separator);
     if (found.digits == 0 || found.end != trimmed.size()) {
         throw cError(errTypeMismatch, "Numbers.ToDouble");
     }
-    const double value = Convert(trimmed, found, separator);
+    value = Convert(trimmed, found, separator);
     if (!std::isfinite(value)) {
         throw cError(errTypeMismatch, "Numbers.ToDouble");
     }
@@ -352,8 +396,14 @@ std::int32_t ToInt32(double value) {
 }
 
 Text Digits(std::int64_t value) {
-    std::array<char, 24> text{};
-    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
+    Text text;
+    AppendDigits(value, text);
+    return text;
+}
+
+void AppendDigits(std::int64_t value, Text& text) {
+    std::array<char, 24> digits{};
+    text.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
 }
 
 Text PlainText(double value) {
@@ -405,22 +455,19 @@ Text RevisionText(double value) {
 
 Text LayIntoMask(double value, int length, int decimals) {
     Text text;
-    if (!LayQuickly(value, decimals, text)) {
-        // The plain text cuts the number to 15 digits before it is rounded.
-        text = PlainText(RoundHalfAway(value, decimals < 0 ? 0 : decimals));
-        if (decimals >= 0) {
-            if (text.find('.') == Text::npos) {
-                text += '.';
-            }
-            const auto size = text.find('.') + 1 + static_cast<std::size_t>(decimals);
-            text.resize(size, '0');
-        }
-    }
-    const auto kept = static_cast<std::size_t>(length < 0 ? 0 : length);
-    if (text.size() > kept) {
-        text.erase(0, text.size() - kept);
-    }
+    AppendIntoMask(value, length, decimals, text);
     return text;
+}
+
+void AppendIntoMask(double value, int length, int decimals, Text& text) {
+    const auto kept = static_cast<std::size_t>(length < 0 ? 0 : length);
+    QuickMask quick;
+    if (quick.Lay(value, decimals)) {
+        text += quick.Last(kept);
+        return;
+    }
+    const Text exact = LayExactly(value, decimals);
+    text.append(exact, exact.size() - std::min(exact.size(), kept));
 }
 
 }  // namespace kd

@@ -29,6 +29,8 @@ std::int32_t ToInt32(double value);
 
 /// Plain digits with "-" in front of a negative number.
 Text Digits(std::int64_t value);
+/// Appends the same.
+void AppendDigits(std::int64_t value, Text& text);
 
 /// The shortest text of up to 15 significant digits, always with "." and without a digit before the point
 /// when the size is below 1 (".5", "-.25"). From 1E+15 on and below 1E-15 with an exponent: "1E+15",
@@ -52,5 +54,7 @@ Text RevisionText(double value);
 /// only its last `length` characters: a number too wide loses its leading digits. Not padded with blanks in
 /// front: the result is the trimmed text. Always with ".".
 Text LayIntoMask(double value, int length, int decimals);
+/// Appends the same.
+void AppendIntoMask(double value, int length, int decimals, Text& text);
 
 }  // namespace kd

@@ -4,12 +4,17 @@ namespace kd::paths {
 
 namespace {
 
-constexpr std::string_view Delimiters = "\\/";
+bool IsDelimiter(char c) noexcept {
+    return c == '/' || c == '\\';
+}
 
 /// Offset of the file name in a path.
 std::size_t NameOffset(std::string_view path) noexcept {
-    const auto last = path.find_last_of(Delimiters);
-    return last == std::string_view::npos ? 0 : last + 1;
+    std::size_t offset = path.size();
+    while (offset > 0 && !IsDelimiter(path[offset - 1])) {
+        --offset;
+    }
+    return offset;
 }
 
 /// Offset of the extension's dot, or the path's size where there is none.
@@ -41,7 +46,7 @@ Text ChangeExtension(std::string_view path, std::string_view extension) {
 
 Text Join(std::string_view folder, std::string_view name, char delimiter) {
     Text result(folder);
-    if (result.empty() || Delimiters.find(result.back()) == std::string_view::npos) {
+    if (result.empty() || !IsDelimiter(result.back())) {
         result += delimiter;
     }
     result += name;

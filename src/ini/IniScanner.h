@@ -1,10 +1,9 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
 #include <string>
 
+#include "base/Bytes.h"
 #include "base/CodePage.h"
 #include "base/Text.h"
 
@@ -32,7 +31,7 @@ private:
 
     Line ParseLine(std::string_view line);
     std::string_view WithoutControls(std::string_view line);
-    std::string_view Upper(std::string_view key);
+    std::string_view Upper(std::string_view key, bool mayChange);
 
     const CodePage& m_page;
     std::string m_group;
@@ -45,11 +44,15 @@ void IniScanner::Scan(std::string_view text, Sink&& sink) {
     m_group.clear();
     std::size_t position = 0;
     for (;;) {
-        const std::size_t end = text.find(CrLf, position);
+        // The first control character of a line is nearly always its end, and is then the only one.
+        const std::size_t control = FindControl(text, position);
+        const std::size_t end =
+            text.substr(control, CrLf.size()) == CrLf ? control : text.find(CrLf, control);
         if (end == std::string_view::npos) {
             return;
         }
-        const Line line = ParseLine(text.substr(position, end - position));
+        const std::string_view whole = text.substr(position, end - position);
+        const Line line = ParseLine(control == end ? whole : WithoutControls(whole));
         if (!line.section.empty()) {
             if (line.section.front() == '[') {
                 m_group = line.section;
@@ -60,42 +63,15 @@ void IniScanner::Scan(std::string_view text, Sink&& sink) {
     }
 }
 
-/// Whether a byte below that of the blank stands in the text, eight at a time: next to no line has one, and
-/// each is asked.
-inline bool HoldsControl(std::string_view text) noexcept {
-    constexpr std::uint64_t Each = 0x0101010101010101ULL;
-    const auto eightHoldOne = [text](std::size_t at) {
-        std::uint64_t eight = 0;
-        std::memcpy(&eight, text.data() + at, 8);
-        return ((eight - Each * 0x20U) & ~eight & (Each * 0x80U)) != 0;
-    };
-    if (text.size() < 8) {
-        return std::any_of(text.begin(), text.end(),
-                           [](char c) { return static_cast<unsigned char>(c) < 0x20U; });
-    }
-    for (std::size_t at = 0; at + 8 < text.size(); at += 8) {
-        if (eightHoldOne(at)) {
-            return true;
-        }
-    }
-    return eightHoldOne(text.size() - 8);
-}
-
 inline std::string_view IniScanner::WithoutControls(std::string_view line) {
-    if (!HoldsControl(line)) {
-        return line;
-    }
     const auto isControl = [](char c) { return c == '\t' || c == '\r' || c == '\n'; };
     m_line = line;
     std::replace_if(m_line.begin(), m_line.end(), isControl, ' ');
     return m_line;
 }
 
-inline std::string_view IniScanner::Upper(std::string_view key) {
-    const auto mayChange = [](char c) {
-        return (c >= 'a' && c <= 'z') || static_cast<unsigned char>(c) >= 0x80U;
-    };
-    if (std::none_of(key.begin(), key.end(), mayChange)) {
+inline std::string_view IniScanner::Upper(std::string_view key, bool mayChange) {
+    if (!mayChange) {
         return key;
     }
     m_upper = m_page.Upper(key);
@@ -103,18 +79,22 @@ inline std::string_view IniScanner::Upper(std::string_view key) {
 }
 
 inline IniScanner::Line IniScanner::ParseLine(std::string_view line) {
-    const std::string_view text = Trim(WithoutControls(line));
+    const std::string_view text = line.substr(FindNotBlank(line));
     if (text.empty()) {
         return {};
     }
     if (text.front() == '[') {
-        return {Upper(text), {}};
+        const std::string_view section = TrimRight(text);
+        return {Upper(section, MayHaveCapitals(section)), {}};
     }
     const std::size_t equals = text.find('=');
     if (equals == std::string_view::npos) {
         return {};
     }
-    return {Upper(TrimRight(text.substr(0, equals))), Trim(text.substr(equals + 1))};
+    const std::string_view padded = text.substr(0, equals);
+    const std::string_view key = padded.substr(0, EndBeforeBlanks(padded));
+    // Asked of the blanks too: they change nothing, and a longer text is asked sooner.
+    return {Upper(key, MayHaveCapitals(padded)), Trim(text.substr(equals + 1))};
 }
 
 }  // namespace kd

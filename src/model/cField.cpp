@@ -69,8 +69,19 @@ void Localise(const Locale* locale, std::string& text, std::size_t from) {
 
 const Text* cField::SharedFlag(std::string_view flag) {
     static std::set<Text, std::less<>> flags;
-    const auto known = flags.find(flag);
-    return known != flags.end() ? &*known : &*flags.emplace(flag).first;
+    static std::array<const Text*, 128> letters{};  // the same texts: nearly every flag is a plain letter
+    const auto find = [&] {
+        const auto known = flags.find(flag);
+        return known != flags.end() ? &*known : &*flags.emplace(flag).first;
+    };
+    const std::size_t letter = flag.size() == 1 ? static_cast<unsigned char>(flag.front()) : letters.size();
+    if (letter >= letters.size()) {
+        return find();
+    }
+    if (letters[letter] == nullptr) {
+        letters[letter] = find();
+    }
+    return letters[letter];
 }
 
 cField::Data::Data() {
@@ -183,16 +194,16 @@ void cField::AppendValue(std::int32_t column, std::int32_t mode, const Locale& l
     const Locale* const localised = mode == vmGrid ? &locale : nullptr;
     switch (column) {
         case colVarNo:
-            text += Digits(m_data->variableNo);
+            AppendDigits(m_data->variableNo, text);
             return;
         case colLength:
-            text += Digits(m_data->length);
+            AppendDigits(m_data->length, text);
             return;
         case colDecimals:
-            text += Digits(m_data->decimals);
+            AppendDigits(m_data->decimals, text);
             return;
         case colSample:
-            text += Digits(m_data->sample);
+            AppendDigits(m_data->sample, text);
             return;
         case colMax:
             AppendBound(m_data->maximum, localised, text);
@@ -219,11 +230,12 @@ void cField::AppendLimit(int index, bool withF, const Locale* localised, std::st
         return;
     }
     const LimitPair& limit = m_data->limits[static_cast<std::size_t>(index)];
-    if (*limit.flag == "C" || *limit.flag == "B") {
-        text += *limit.flag;
+    const char flag = limit.flag->size() == 1 ? limit.flag->front() : '\0';
+    if (flag == 'C' || flag == 'B') {
+        text += flag;
         return;
     }
-    if (*limit.flag != "F") {
+    if (flag != 'F') {
         return;
     }
     // A limit shows one decimal more than its variable.
@@ -236,7 +248,7 @@ void cField::AppendLimit(int index, bool withF, const Locale* localised, std::st
         text += 'F';
     }
     const std::size_t from = text.size();
-    text += LayIntoMask(limit.value, width, behindPoint);
+    AppendIntoMask(limit.value, width, behindPoint, text);
     Localise(localised, text, from);
 }
 
@@ -249,7 +261,7 @@ void cField::AppendBound(double value, const Locale* localised, std::string& tex
         throw cError(errInvalidArgument, "cField.FormatBound");
     }
     const std::size_t from = text.size();
-    text += LayIntoMask(value, m_data->length, hasPoint ? m_data->decimals : -1);
+    AppendIntoMask(value, m_data->length, hasPoint ? m_data->decimals : -1, text);
     Localise(localised, text, from);
 }
 
@@ -259,7 +271,7 @@ void cField::AppendMethod(std::int32_t column, std::int32_t mode, std::string& t
     }
     const std::int32_t number = column == colLimitMethod ? m_data->limitMethod : m_data->targetMethod;
     if (mode == vmFile) {
-        text += Digits(number);
+        AppendDigits(number, text);
         return;
     }
     const auto index = static_cast<std::size_t>(number);

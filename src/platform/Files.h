@@ -59,7 +59,8 @@ public:
 
     /// The bytes of a regular file. Others may read and write it meanwhile. Never waits on a FIFO or device.
     virtual std::string Read(std::string_view path) = 0;
-    /// The same into a buffer of the caller's, which keeps its capacity from file to file.
+    /// The same into a buffer of the caller's, which keeps its capacity from file to file; what it holds
+    /// after an error says nothing.
     virtual void Read(std::string_view path, std::string& bytes) { bytes = Read(path); }
 
     /// Opens a file for writing, replacing what stands there. A link or anything else that is no regular file

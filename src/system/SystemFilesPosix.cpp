@@ -174,7 +174,6 @@ std::string SystemFiles::Read(std::string_view path) {
 }
 
 void SystemFiles::Read(std::string_view path, std::string& bytes) {
-    bytes.clear();
     struct stat status {};
     // Nearly every path stands as it is, and is then looked up no more often than it must be.
     const Descriptor given = OpenAsGiven(Text(path), status);

@@ -86,10 +86,21 @@ TEST(CodePage, DecodesRunsOfAsciiAroundOtherBytesAtEveryOffset) {
     }
 }
 
-TEST(CodePage, DecodeToAppends) {
-    Text text = "a";
-    CodePage::Of(1252).DecodeTo("\xE4", text);
-    EXPECT_EQ(text, "aä");
+TEST(CodePage, DecodeIntoGivesAsciiBytesBackThemselvesAndAllElseFromTheBuffer) {
+    const CodePage& page = CodePage::Of(1252);
+    Text buffer = "of an earlier call";
+    const std::string_view ascii = "plain bytes, more than thirty-two of them";
+    EXPECT_EQ(page.DecodeInto(ascii, buffer).data(), ascii.data());
+    EXPECT_EQ(page.DecodeInto(ascii, buffer), ascii);
+    EXPECT_EQ(page.DecodeInto("", buffer), "");
+    for (std::size_t at = 0; at < 80; ++at) {
+        std::string bytes(80, 'x');
+        bytes[at] = '\xE4';
+        const Text text = Text(at, 'x') + "ä" + Text(79 - at, 'x');
+        const std::string_view decoded = page.DecodeInto(bytes, buffer);
+        ASSERT_EQ(decoded, text) << "at " << at;
+        ASSERT_EQ(decoded.data(), buffer.data());
+    }
 }
 
 TEST(CodePage, UndefinedBytesAreTheControlCharactersOfTheirNumber) {

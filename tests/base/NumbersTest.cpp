@@ -206,6 +206,8 @@ TEST(NumbersTest, NumbersOfManyDigitsAreReadToTheLastOne) {
     EXPECT_EQ(NumberAtFront("1e-3"), 1e-3);
     EXPECT_EQ(ToDouble("2,675", ','), 2.675);
     EXPECT_TRUE(std::signbit(NumberAtFront("-0")));
+    EXPECT_FALSE(std::signbit(NumberAtFront("-")));  // no number at all
+    EXPECT_FALSE(std::signbit(NumberAtFront("-.")));
 }
 
 TEST(NumbersTest, WhichTextsAreNumbers) {

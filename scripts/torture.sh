@@ -18,6 +18,8 @@ faults() {
     # Memory says nothing under the sanitizers: the sizes once more without them.
     build core test_faults
     build/core/tests/test_faults --gtest_brief=1 --gtest_filter='SizeTest.*'
+    build dev test_qt
+    build/dev/tests/qt/test_qt --gtest_brief=1 --gtest_filter='SizeTest.*'
 }
 
 walk() {
@@ -42,9 +44,8 @@ fuzz() {
 
 for part in "$@"; do
     echo "==> $part"
-    if [ "$part" != faults ] && [ ! -d "tests/$part" ]; then
-        echo "there is no tests/$part in this checkout"
-        continue
-    fi
-    "$part"
+    case "$part" in
+        faults | walk | fuzz) "$part" ;;
+        *) echo "there is no part $part" >&2; exit 2 ;;
+    esac
 done

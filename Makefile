@@ -17,7 +17,7 @@ help:
 	@echo "make windows-test  tests, guided run and installer under wine"
 	@echo "make windows-core-test  the core's tests under wine, without Qt"
 	@echo "make spreadsheet-test  cells to and from LibreOffice Calc"
-	@echo "make release-check  everything above, in a clean clone"
+	@echo "make release-check  all of the above, in a clean clone"
 	@echo "make torture  the long part of the reliability tests, under the sanitizers (hours)"
 	@echo "make format   lays the sources out with clang-format"
 	@echo "make tidy     clang-tidy over all sources"

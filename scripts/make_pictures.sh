@@ -11,6 +11,7 @@ build=$PWD/build
 kept=docs/pictures/desktops
 plant=/tmp/plant  # stands in the pictures
 [ ! -e "$plant" ] || { echo "make_pictures: $plant is there already" >&2; exit 1; }
+trap 'rm -rf "$plant"' EXIT
 
 on_linux() (
     cmake --preset release
@@ -38,6 +39,7 @@ keep() {
     local scale=${look#*-}
     for pair in "${shown[@]}"; do
         place=$(identify -format '%[window]' "$folder/${pair%:*}.png")
+        [ -n "$place" ] || { echo "make_pictures: no window in ${pair%:*} of $system, $look" >&2; return 1; }
         IFS=x+ read -r width height left top <<<"$place"
         local around=$((32 * scale / 100))
         if [ "${pair#*:}" = main ]; then

@@ -236,6 +236,9 @@ TEST(ReadSchemaTest, WhatAReaderKeptOfOneFileDoesNotReachTheNext) {
     t.files.Put("/b.kdt", "NAME=b\r\nRULE=y\r\n");
     SchemaReader reader(t.g);
     reader.Read("/a.kdt", 1);
+    reader.Read("/none.kdt", 1);  // a read that fails leaves the buffer as it was
+    EXPECT_EQ(t.g.gFields->Count(), 1);
+    EXPECT_EQ(t.g.gFiles->Ref(1).Rules(), "");
     reader.Read("/b.kdt", 1);
     EXPECT_EQ(t.g.gFiles->Ref(1).Rules(), "");
     t.g.gFiles->Ref(1).SetRules("old");

@@ -41,7 +41,9 @@ TEST(BytesTest, FindControlFindsTheFirstByteBelowTheBlank) {
 
 TEST(BytesTest, FindControlFindsTheFirstOfSeveral) {
     WithOneOf('\n', '\r', [](const std::string& text, std::size_t) { ASSERT_EQ(FindControl(text, 0), 0U); });
-    EXPECT_EQ(FindControl("abc\x1F\x20\x21\x1F", 0), 3U);
+    // What stands behind the first takes part in the same eight bytes.
+    EXPECT_EQ(FindControl("abc\x1F\x20\x20\x21\x1F abc", 0), 3U);
+    EXPECT_EQ(FindControl("abcdef\r\n\x20\x21 abc", 0), 6U);
 }
 
 TEST(BytesTest, BlanksAreCountedFromBothEnds) {

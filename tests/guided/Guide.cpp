@@ -178,6 +178,7 @@ void Guide::ClickEntry(QWidget& window, const char* list, const std::string& tex
 
 QImage Guide::ScreenAtRest() {
     // No step begins meanwhile: it might answer the window whose picture is taken.
+    const bool wasTicking = m_timer.isActive();
     m_timer.stop();
     QImage shown;
     for (int grabs = 0; grabs < MostGrabs; ++grabs) {
@@ -189,7 +190,9 @@ QImage Guide::ScreenAtRest() {
             break;
         }
     }
-    m_timer.start(TickMs);
+    if (wasTicking) {
+        m_timer.start(TickMs);
+    }
     return shown;
 }
 
@@ -213,7 +216,11 @@ void Guide::Form(const char* name, const char* picture, std::function<void(QWidg
         std::string(), [name] { return Modal(name) != nullptr; },
         [this, name, picture, act = std::move(act)] {
             SavePicture(picture);
-            act(*Modal(name));
+            if (QWidget* const modal = Modal(name)) {
+                act(*modal);
+            } else {
+                Fail(std::string("a window went while its picture was taken: ") + name);
+            }
         });
 }
 

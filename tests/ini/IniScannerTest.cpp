@@ -81,16 +81,30 @@ TEST(IniScannerTest, ALineIsTheSameOneWhereverItStandsAndHoweverLongItIs) {
     }
 }
 
-TEST(IniScannerTest, AControlAtAnyPlaceOfALineBecomesABlankOrStays) {
+TEST(IniScannerTest, ATabOrHalfALineEndAtAnyPlaceOfALineBecomesABlank) {
     const std::string line = "[A]\r\nSOMEKEY = somevalue and more\r\nB = 2\r\n";
     const std::size_t begin = line.find("SOMEKEY");
-    for (std::size_t at = begin; at + 4 < line.find("\r\nB"); ++at) {
-        std::string changed = line;
-        changed[at] = '\t';
-        std::string wanted = line;
-        wanted[at] = ' ';
-        ASSERT_EQ(Scanned(changed), Scanned(wanted)) << "at " << at;
-        ASSERT_EQ(Scanned(changed).back(), (Record{"[A]", "B", "2"}));
+    for (const char control : {'\t', '\r', '\n'}) {
+        for (std::size_t at = begin; at < line.find("\r\nB"); ++at) {
+            std::string changed = line;
+            changed[at] = control;
+            std::string wanted = line;
+            wanted[at] = ' ';
+            ASSERT_EQ(Scanned(changed), Scanned(wanted)) << static_cast<int>(control) << " at " << at;
+            ASSERT_EQ(Scanned(changed).back(), (Record{"[A]", "B", "2"}));
+        }
+    }
+}
+
+TEST(IniScannerTest, AnyOtherControlStaysWhereItStands) {
+    for (const char control : {'\0', '\x01', '\x0B', '\x1F'}) {
+        for (std::size_t at = 0; at < 12; ++at) {
+            std::string value = "somevalue, x";
+            value[at] = control;
+            ASSERT_EQ(Scanned("KEY = " + value + "\r\nB=2\r\n"),
+                      (Records{{"", "KEY", value}, {"", "B", "2"}}))
+                << static_cast<int>(control) << " at " << at;
+        }
     }
 }
 

@@ -17,6 +17,7 @@
 #include <set>
 #include <utility>
 
+#include "base/Bytes.h"
 #include "base/Paths.h"
 #include "base/cError.h"
 #include "system/ArchivePosix.h"
@@ -105,6 +106,27 @@ Descriptor OpenAsGiven(const Text& path, struct stat& status) {
                                                                                          : Descriptor();
 }
 
+/// Whether a name is the wanted one but for case. A folder may hold thousands: plain letters are compared
+/// without their capitals being made.
+class SameName {
+public:
+    SameName(std::string_view wanted, const CodePage& page)
+        : m_wanted(wanted), m_upper(page.Upper(wanted)), m_isAscii(IsAscii(wanted)), m_page(page) {}
+
+    bool operator()(std::string_view present) const {
+        return m_isAscii && IsAscii(present) ? EqualsNoCaseAscii(present, m_wanted)
+                                             : m_page.Upper(present) == m_upper;
+    }
+
+private:
+    static bool IsAscii(std::string_view text) noexcept { return AsciiRun(text) == text.size(); }
+
+    std::string_view m_wanted;
+    Text m_upper;
+    bool m_isAscii;
+    const CodePage& m_page;
+};
+
 /// Raises the failure of a folder's flush; what is missing is the folder itself.
 [[noreturn]] void RaiseOfFolder(std::string_view folder, int code) {
     if (code == ENOENT) {
@@ -142,12 +164,12 @@ Text SystemFiles::Resolved(std::string_view path) const {
     if (!listing || name.empty()) {
         return asGiven;
     }
-    const Text wanted = m_page.Upper(name);
+    const SameName isSame(name, m_page);
     Text found;
     while (const dirent* entry = ::readdir(listing.get())) {
         // Of several names the first in order, so that the choice does not hang on the listing.
-        if (const Text present = entry->d_name;
-            m_page.Upper(present) == wanted && (found.empty() || present < found)) {
+        if (const std::string_view present = entry->d_name;
+            isSame(present) && (found.empty() || present < found)) {
             found = present;
         }
     }

@@ -161,6 +161,17 @@ TEST_F(SystemFilesTest, ANameThatDiffersInCaseAloneIsTheFileMeant) {
     }
 }
 
+TEST_F(SystemFilesTest, ALetterOutsideAsciiWhosePlainCapitalStandsInTheNameIsTheSame) {
+    SystemFiles turkish(CodePage::Of(1254));
+    Put("ISI.KDT", "plain");
+    EXPECT_EQ(turkish.Read(At("ısı.kdt")), "plain");
+    EXPECT_FALSE(files.Exists(At("ısı.kdt")));
+    turkish.DeleteFile(At("ısı.kdt"));
+    Put("akım.kdt", "dotless");
+    EXPECT_EQ(turkish.Read(At("AKIM.KDT")), "dotless");
+    EXPECT_FALSE(files.Exists(At("AKIM.KDT")));
+}
+
 TEST_F(SystemFilesTest, TheExactNameGoesBeforeOneInAnotherCase) {
     Put("PLANT.kdt", "upper");
     Put("plant.kdt", "lower");

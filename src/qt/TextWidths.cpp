@@ -48,6 +48,7 @@ TextWidths::TextWidths() : m_metrics(m_font) {}
 void TextWidths::SetFont(const QFont& font, QPaintDevice* device) {
     m_font = font;
     m_font.setKerning(false);
+    m_font.setStyleStrategy(QFont::PreferNoShaping);
     m_metrics = QFontMetricsF(m_font, device);
     m_others.clear();
     const double blank = m_metrics.horizontalAdvance(QChar(' '));

@@ -22,7 +22,8 @@ class TextWidths {
 public:
     TextWidths();
 
-    /// Takes a font, without its kerning: pairs that are pushed apart would outgrow the sum of characters.
+    /// Takes a font, without its kerning and its ligatures: pairs that are pushed apart, and an "ffi" that is
+    /// a pixel wider than its letters, would outgrow the sum of characters.
     /// To be called again when the font, the style or the screen changes.
     void SetFont(const QFont& font, QPaintDevice* device);
     /// The font to draw with.

@@ -14,6 +14,7 @@ protected:
     int Measured(std::int32_t col) const {
         QFont font = widget->font();
         font.setKerning(false);
+        font.setStyleStrategy(QFont::PreferNoShaping);  // as cells are drawn
         const QFontMetricsF metrics(font, widget->viewport());
         double widest = 0;
         for (std::int32_t row = 0; row < grid.Rows(); ++row) {

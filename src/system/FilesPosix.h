@@ -45,7 +45,8 @@ int Open(const Text& path, int flags, mode_t mode = 0666);
 Descriptor OpenRegular(const char* operation, std::string_view path, int flags, mode_t mode,
                        struct stat& status);
 
-/// Reads an open regular file of about `size` bytes to its end. Returns 0 or an errno, with no bytes then.
+/// Reads an open regular file of about `size` bytes from where it stands to its end; what `bytes` held before
+/// is gone. Returns 0 or an errno, with no bytes then.
 int ReadToEnd(int fd, off_t size, std::string& bytes);
 
 /// Writes all bytes. Returns 0 or an errno.

@@ -1,5 +1,6 @@
-# What an installation on Windows holds, and the installer and the archive of it. All lies in one folder: the program,
-# its libraries, the help, the rule catalogue and the samples, which a first start copies for the user.
+# What an installation on Windows holds and, where it is built on Linux, the installer and the archive of it. All lies in
+# one folder: the program, its libraries, the help, the rule catalogue and the samples, which a first start copies for
+# the user.
 find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets)  # what it tells is known only below the folder that asks
 install(TARGETS KDLimitDesk RUNTIME DESTINATION .)
 install(DIRECTORY help DESTINATION .)
@@ -32,30 +33,28 @@ if(CMAKE_CROSSCOMPILING)
     install(FILES /usr/share/doc/mingw-w64-x86-64-dev/copyright DESTINATION licenses
             RENAME mingw-w64-copyright.txt)
 else()
+    # An installation for the one who builds: a package would need the licences and sources of a Qt that is not ours.
     set(CMAKE_INSTALL_SYSTEM_RUNTIME_DESTINATION .)
     include(InstallRequiredSystemLibraries)
-    set(QT_DEPLOY_BIN_DIR .)
-    set(QT_DEPLOY_PREFIX .)
-    qt_generate_deploy_app_script(TARGET KDLimitDesk OUTPUT_SCRIPT deploy NO_UNSUPPORTED_PLATFORM_ERROR)
+    set(result OUTPUT_SCRIPT)
+    if(Qt6_VERSION VERSION_LESS 6.5)
+        set(result FILENAME_VARIABLE)
+    endif()
+    qt_generate_deploy_app_script(TARGET KDLimitDesk ${result} deploy NO_UNSUPPORTED_PLATFORM_ERROR)
+    install(CODE "set(QT_DEPLOY_BIN_DIR .)\nset(QT_DEPLOY_LIB_DIR .)")
     install(SCRIPT "${deploy}")
+    return()
 endif()
 
 set(CPACK_GENERATOR NSIS ZIP)
+set(CPACK_MODULE_PATH "${PROJECT_SOURCE_DIR}/packaging/windows")  # the installer's script
 set(CPACK_PACKAGE_DIRECTORY "${PROJECT_SOURCE_DIR}/build/packages")
 set(CPACK_PACKAGE_FILE_NAME "KDLimitDesk-${PROJECT_VERSION}-windows-x64")
 set(CPACK_PACKAGE_INSTALL_DIRECTORY "KD LimitDesk")
 set(CPACK_PACKAGE_INSTALL_REGISTRY_KEY KDLimitDesk)
-set(CPACK_PACKAGE_EXECUTABLES KDLimitDesk "KD LimitDesk")
-set(CPACK_NSIS_EXECUTABLES_DIRECTORY .)
-set(CPACK_NSIS_PACKAGE_NAME "KD LimitDesk")
 set(CPACK_NSIS_DISPLAY_NAME "KD LimitDesk")
-set(CPACK_NSIS_INSTALLED_ICON_NAME KDLimitDesk.exe)
 set(CPACK_NSIS_MUI_ICON "${PROJECT_SOURCE_DIR}/src/qt/icons/KDLimitDesk.ico")
 set(CPACK_NSIS_MUI_UNIICON "${PROJECT_SOURCE_DIR}/src/qt/icons/KDLimitDesk.ico")
-set(CPACK_NSIS_MANIFEST_DPI_AWARE ON)
 set(CPACK_NSIS_URL_INFO_ABOUT "https://www.example.com")
 set(CPACK_NSIS_CONTACT "support@example.com")
-set(CPACK_NSIS_ENABLE_UNINSTALL_BEFORE_INSTALL ON)
-# A 64-bit installer: a 32-bit one needs a second architecture to be tried with.
-set(CPACK_NSIS_DEFINES "Unicode true\nTarget amd64-unicode\nSetCompressor /SOLID lzma")
-set(CPACK_NSIS_INSTALL_ROOT "$PROGRAMFILES64")
+include(CPack)

@@ -1,7 +1,8 @@
 #!/bin/bash
 # Tries the program for Windows under wine: all tests through its widgets and the guided run, in languages with different
 # code pages and decimal separators; the guided run in light and dark at 100 and 200 per cent; then the installer: it
-# installs, the installed program does the main job, it uninstalls. Pictures go to build/windows/pictures.
+# installs, the installed program does the main job, it uninstalls; it leaves alone a program that runs, and keeps its
+# folder when it comes again. Pictures go to build/windows/pictures. LANGUAGES, LOOKS and PARTS make the run shorter.
 set -eu -o pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/wine.sh
@@ -91,29 +92,102 @@ in_looks() (
     done
 )
 
+# What the installer and the uninstaller tell Windows.
+entry() {
+    "$wine" reg query 'HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\KDLimitDesk' /v "$1" 2>/dev/null |
+        tr -d '\r' | sed -n "s/^ *$1 *REG_[A-Z]* *//p"
+}
+fail() { echo "installer: $*" >&2; exit 1; }
+expect_entry() { [ "$(entry "$1")" = "$2" ] || fail "the registry's $1 is \"$(entry "$1")\", not \"$2\""; }
+status_of() { local status=0; "$@" >/dev/null || status=$?; echo "$status"; }
+until_true() { for _ in $(seq 150); do "$@" >/dev/null 2>&1 && return 0; sleep 0.2; done; return 1; }
+gone() { [ ! -e "$1" ]; }
+menu='ProgramData/Microsoft/Windows/Start Menu/Programs/KD LimitDesk'
+
+# expect_installed FOLDER: all is there, and Windows knows it.
+expect_installed() {
+    local folder=$1 disk=$WINEPREFIX/drive_c file
+    local within="$disk/${folder//\\//}"
+    for file in KDLimitDesk.exe Qt6Core.dll Qt6Gui.dll Qt6Widgets.dll platforms/qwindows.dll \
+        styles/qwindowsvistastyle.dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll help/index.html \
+        samples/water.kdt6 Rules.ini LICENSE.txt NOTICES.txt licenses/LGPL-3.0-only.txt licenses/GPL-3.0-only.txt \
+        licenses/Qt-copyright.txt licenses/gcc-copyright.txt licenses/mingw-w64-copyright.txt Uninstall.exe; do
+        [ -s "$within/$file" ] || fail "$file is missing"
+    done
+    ! grep -q '@' "$within/NOTICES.txt" || fail "NOTICES.txt has a gap"
+    for file in 'KD LimitDesk' 'Uninstall KD LimitDesk'; do
+        [ -s "$disk/$menu/$file.lnk" ] || fail "the menu lacks $file"
+    done
+    expect_entry DisplayName 'KD LimitDesk'
+    expect_entry DisplayVersion "$version"
+    expect_entry InstallLocation "C:\\$folder"
+    expect_entry UninstallString "\"C:\\$folder\\Uninstall.exe\""
+    expect_entry QuietUninstallString "\"C:\\$folder\\Uninstall.exe\" /S"
+    [ $(($(entry EstimatedSize))) -gt 20000 ] || fail "the registry's EstimatedSize is $(entry EstimatedSize)"
+}
+
+# uninstall FOLDER: nothing of it stays. The uninstaller goes on as a copy of itself, so its end is waited for.
+uninstall() {
+    local disk=$WINEPREFIX/drive_c
+    "$wine" "C:\\$1\\Uninstall.exe" /S
+    until_true gone "$disk/${1//\\//}" || fail "left behind: $(ls "$disk/${1//\\//}")"
+    until_true gone "$disk/$menu" || fail "the menu still holds: $(ls "$disk/$menu")"
+    until_true eval '[ -z "$(entry DisplayName)" ]' || fail "the registry still has the program"
+}
+
+# A running program is left as it is, by the installer and by the uninstaller. The folder has a name without blanks, as
+# one with blanks cannot be handed on.
+try_running() {
+    local folder=$WINEPREFIX/drive_c/desk before program
+    before=$(cd "$folder" && find . -type f -exec sha256sum {} + | sort)
+    rm "$folder/Rules.ini"  # an installer that did anything would bring it back
+    "$wine" 'C:\desk\KDLimitDesk.exe' >/dev/null 2>&1 &
+    program=$!
+    until_true xdotool search --onlyvisible --name '^KD LimitDesk - Manage Applications' || fail "no window"
+    [ "$(status_of "$wine" "$setup" /S)" = 2 ] || fail "an upgrade over a running program does not end with 2"
+    [ "$(status_of "$wine" 'C:\desk\Uninstall.exe' /S '_?=C:\desk')" = 2 ] ||
+        fail "the removal of a running program does not end with 2"
+    kill "$program" 2>/dev/null || true
+    wait "$program" 2>/dev/null || true
+    [ ! -e "$folder/Rules.ini" ] || fail "an upgrade over a running program has changed files"
+    cp samples/Rules.ini "$folder/"
+    [ "$before" = "$(cd "$folder" && find . -type f -exec sha256sum {} + | sort)" ] ||
+        fail "a running program's files have changed"
+    expect_installed desk
+}
+
 installer() (
     printf '\n==> The installer\n'
     start_machine
     set_look light 100
     user=$WINEPREFIX/drive_c/users/$(id -un)
-    installed="$WINEPREFIX/drive_c/Program Files/KD LimitDesk"
-    fresh() { rm -rf "$installed" "$user/AppData/Roaming/KD6" "$user/AppData/Local/kdlimitdesk"; }
-    until_gone() { for _ in $(seq 100); do [ -e "$1" ] || return 0; sleep 0.2; done; return 1; }
+    setup=$(ls build/packages/KDLimitDesk-*-windows-x64.exe)
+    version=${setup#*KDLimitDesk-} && version=${version%-windows-x64.exe}
+    settings=$user/AppData/Roaming/KD6 samples=$user/AppData/Local/kdlimitdesk/samples
+    fresh() {
+        rm -rf "$WINEPREFIX/drive_c/Program Files/KD LimitDesk" "$WINEPREFIX/drive_c/desk" "$settings" \
+            "${samples%/*}" "$WINEPREFIX/drive_c/$menu"
+        "$wine" reg delete 'HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\KDLimitDesk' /f >/dev/null 2>&1 || true
+    }
     fresh
-    "$wine" build/packages/KDLimitDesk-*-windows-x64.exe /S
-    for file in KDLimitDesk.exe Qt6Core.dll Qt6Gui.dll Qt6Widgets.dll platforms/qwindows.dll \
-        styles/qwindowsvistastyle.dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll help/index.html \
-        samples/water.kdt6 Rules.ini LICENSE.txt NOTICES.txt Uninstall.exe; do
-        [ -f "$installed/$file" ] || { echo "installer: $file is missing" >&2; exit 1; }
-    done
+    "$wine" "$setup" /S
+    expect_installed 'Program Files\KD LimitDesk'
     rm -rf "$build/pictures/installed" && mkdir -p "$build/pictures/installed"
-    PICTURES=$build/pictures/installed as_windows_of en_US scripts/try_program.sh \
-        "$user/AppData/Local/kdlimitdesk/samples" "$wine" "C:\\Program Files\\KD LimitDesk\\KDLimitDesk.exe"
-    "$wine" "C:\\Program Files\\KD LimitDesk\\Uninstall.exe" /S
-    # The uninstaller goes on as a copy of itself.
-    until_gone "$installed" || { echo "installer: left behind: $(ls "$installed")" >&2; exit 1; }
+    PICTURES=$build/pictures/installed as_windows_of en_US scripts/try_program.sh "$samples" "$wine" \
+        'C:\Program Files\KD LimitDesk\KDLimitDesk.exe'
+    uninstall 'Program Files\KD LimitDesk'
+    [ -d "$settings" ] && [ -f "$samples/water.kdt6" ] || fail "the user's settings and samples are gone"
+
+    "$wine" "$setup" /S '/D=C:\desk'
+    expect_installed desk
+    try_running
+    rm "$WINEPREFIX/drive_c/desk/Qt6Core.dll"
+    "$wine" "$setup" /S
+    expect_installed desk
+    [ ! -e "$WINEPREFIX/drive_c/Program Files/KD LimitDesk" ] || fail "an upgrade forgets the folder"
+    uninstall desk
     fresh
-    echo "installer: installed, tried, removed"
+    echo "installer: installed, tried, removed; a running program left alone; upgraded where it was"
 )
 
 for part in ${PARTS:-in_languages in_looks installer}; do

@@ -24,7 +24,17 @@ if(CMAKE_CROSSCOMPILING)
                         COMMAND_ERROR_IS_FATAL ANY)
         install(FILES "${stripped}" DESTINATION .)
     endforeach()
+    # Which sources the libraries were built from.
+    function(debian_version result field package)
+        execute_process(COMMAND dpkg-query -W -f "\${${field}}" "${package}" OUTPUT_VARIABLE version
+                        COMMAND_ERROR_IS_FATAL ANY)
+        set(${result} "${version}" PARENT_SCOPE)
+    endfunction()
     set(KD_QT_VERSION "${Qt6_VERSION}")
+    debian_version(KD_QT_SOURCE_VERSION source:Version qt6-base-dev-tools)
+    debian_version(KD_GCC_SOURCE_VERSION source:Version g++-mingw-w64-x86-64-posix)
+    debian_version(KD_GCC_VERSION Version gcc-mingw-w64-base)
+    debian_version(KD_MINGW_SOURCE_VERSION source:Version mingw-w64-x86-64-dev)
     configure_file(packaging/windows/NOTICES.txt.in "${PROJECT_BINARY_DIR}/NOTICES.txt" @ONLY NEWLINE_STYLE CRLF)
     install(FILES "${PROJECT_BINARY_DIR}/NOTICES.txt" DESTINATION .)
     install(FILES "${KD_QT_MINGW}/licenses/LGPL-3.0-only.txt" "${KD_QT_MINGW}/licenses/GPL-3.0-only.txt"

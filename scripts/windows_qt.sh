@@ -1,7 +1,8 @@
 #!/bin/bash
 # Builds Qt for Windows from Debian's own source package, once: it is kept in the user's cache, under a name made of
 # its version and of how it was built. The last line printed is its folder; --where prints that and builds nothing.
-# Takes about a quarter of an hour on two cores. JOBS says how many to use.
+# Takes about a quarter of an hour on two cores. JOBS says how many to use. The source package is kept too, as who hands
+# on the libraries hands on their source; --sources prints its folder, and fetches it where it is missing.
 set -eu -o pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 toolchain=$PWD/cmake/mingw64.cmake
@@ -26,7 +27,9 @@ options=(
 recipe=$({ echo "$version ${options[*]}"; x86_64-w64-mingw32-g++-posix -dumpfullversion
            grep -v '^#' "$toolchain"; } | sha256sum | cut -c1-12)
 folder=$cache/qt-${version%%[+-]*}-$recipe
-if [ "${1:-}" = --where ] || [ -f "$folder/lib/cmake/Qt6/Qt6Config.cmake" ]; then
+sources=$cache/qt6-base-$version
+built() { [ -f "$folder/lib/cmake/Qt6/Qt6Config.cmake" ]; }
+if [ "${1:-}" = --where ] || { [ "${1:-}" != --sources ] && built; }; then
     echo "$folder"
     exit 0
 fi
@@ -34,29 +37,41 @@ fi
 mkdir -p "$cache"
 exec 9>"$cache/lock"
 flock -n 9 || { echo "windows_qt: another build is under way; waiting for it" >&2; flock 9; }
-if [ -f "$folder/lib/cmake/Qt6/Qt6Config.cmake" ]; then
+work=$cache/build-$recipe
+
+# The machine's own package sites, asked for sources in a list of its own, so that none of apt's settings changes.
+fetch_sources() (
+    [ ! -d "$sources" ] || return 0
+    part=$sources.part
+    rm -rf "$part"
+    mkdir -p "$part/apt/lists/partial" "$part/package"
+    cd "$part/package"
+    apt-get indextargets --format 'deb-src $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' |
+        sort -u >"$part/apt/sources.list"
+    own=(-o "Dir::Etc::sourcelist=$part/apt/sources.list" -o Dir::Etc::sourceparts=-
+         -o "Dir::State::lists=$part/apt/lists" -o "Dir::Cache::srcpkgcache=$part/apt/srcpkgcache.bin"
+         -o "Dir::Cache::pkgcache=$part/apt/pkgcache.bin" -o APT::Sandbox::User=)
+    apt-get -q "${own[@]}" update >&2
+    apt-get -q "${own[@]}" source --download-only "qt6-base=$version" >&2
+    mv "$part/package" "$sources"
+    rm -rf "$part"
+)
+
+if [ "${1:-}" = --sources ]; then
+    fetch_sources
+    echo "$sources"
+    exit 0
+fi
+if built; then
     echo "$folder"
     exit 0
 fi
-work=$cache/build-$recipe
-mkdir -p "$work/lists/partial"
-
-# The machine's own package sites, asked for sources in a list of its own, so that none of apt's settings changes.
-fetch_source() (
-    cd "$work"
-    apt-get indextargets --format 'deb-src $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' |
-        sort -u >sources.list
-    own=(-o "Dir::Etc::sourcelist=$work/sources.list" -o Dir::Etc::sourceparts=- -o "Dir::State::lists=$work/lists"
-         -o "Dir::Cache::srcpkgcache=$work/srcpkgcache.bin" -o "Dir::Cache::pkgcache=$work/pkgcache.bin"
-         -o APT::Sandbox::User=)
-    apt-get -q "${own[@]}" update >&2
-    apt-get -q "${own[@]}" source --download-only "qt6-base=$version" >&2
-    rm -rf qtbase
-    dpkg-source --no-check -x "qt6-base_${version#*:}.dsc" qtbase >&2
-)
 
 echo "windows_qt: building Qt $version for Windows in $work" >&2
-[ -f "$work/qtbase/CMakeLists.txt" ] || fetch_source
+fetch_sources
+mkdir -p "$work"
+[ -f "$work/qtbase/CMakeLists.txt" ] ||
+    { rm -rf "$work/qtbase" && dpkg-source --no-check -x "$sources/qt6-base_${version#*:}.dsc" "$work/qtbase" >&2; }
 host=$(dpkg-architecture -qDEB_HOST_MULTIARCH)
 launcher=()
 if command -v ccache >/dev/null; then

@@ -39,7 +39,8 @@ if(UNIX)
     install(FILES src/qt/icons/KDLimitDesk.svg RENAME kdlimitdesk.svg
             DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps")
 
-    # Manual page and changelog lie compressed, without name and time, so that a package is made the same twice.
+    # Manual page and changelog lie compressed, without name and time, so that a package is made the same twice; the time
+    # of its files is scripts/package.sh's to give.
     find_program(KD_GZIP gzip)
     if(KD_GZIP)
         configure_file("${linux}/KDLimitDesk.1.in" "${made}/KDLimitDesk.1" @ONLY)

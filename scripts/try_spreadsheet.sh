@@ -11,9 +11,11 @@ start_virtual_display
 home=$(mktemp -d)
 HOME=$home SAL_USE_VCLPLUGIN=gen soffice --calc --norestore --nologo --nofirststartwizard \
     '--accept=socket,host=127.0.0.1,port=2091;urp;' >/dev/null 2>&1 &
+office=$!
 status=0
 QT_QPA_PLATFORM=xcb scripts/try_spreadsheet.py build/dev/bin/clipboard_trial "$@" || status=$?
-kill %% 2>/dev/null || true
-pkill -f 'accept=socket,host=127.0.0.1,port=2091' || true
+# What was started is a launcher with the program below it; these two are ended and no other office program.
+pkill -P "$office" 2>/dev/null || true
+kill "$office" 2>/dev/null || true
 rm -rf "$home"
 exit $status

@@ -27,6 +27,13 @@ bool EqualsNoCaseAscii(std::string_view a, std::string_view b) noexcept {
                       [](char x, char y) { return UpperChar(x) == UpperChar(y); });
 }
 
+Text OneLine(std::string_view text) {
+    Text line(text);
+    const auto isEnd = [](char c) { return c == '\t' || c == '\r' || c == '\n'; };
+    std::replace_if(line.begin(), line.end(), isEnd, ' ');
+    return line;
+}
+
 std::vector<std::string_view> Split(std::string_view text, char separator) {
     std::vector<std::string_view> parts;
     if (text.empty()) {

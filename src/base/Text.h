@@ -24,6 +24,9 @@ Text UpperAscii(std::string_view text);
 /// Whether both texts are the same but for the case of the letters a to z.
 bool EqualsNoCaseAscii(std::string_view a, std::string_view b) noexcept;
 
+/// The text as it stands in a line of a file: TAB, CR and LF become blanks.
+Text OneLine(std::string_view text);
+
 /// The parts of `text` between the separators, empty ones too. An empty text has no part at all.
 std::vector<std::string_view> Split(std::string_view text, char separator);
 

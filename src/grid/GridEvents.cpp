@@ -31,8 +31,11 @@ GridEvents::GridEvents(Desk& desk) : m_desk(desk) {
     };
     grid.RowColChange = [this] { Boundary([&] { Grid_RowColChange(); }); };
     grid.KeyDown = [this](int keyCode, int shift) { Boundary([&] { Grid_KeyDown(keyCode, shift); }); };
-    // A character that the files' code page lacks is seen as "?" at once, not lost at the save.
-    grid.TypedText = [this](std::string_view text) { return m_desk.g.platform.locale.CodePage().Seen(text); };
+    // A character that the files' code page lacks is seen as "?" at once, not lost at the save; and a line
+    // end that came with a pasted text would end the variable's line in the file.
+    grid.TypedText = [this](std::string_view text) {
+        return OneLine(m_desk.g.platform.locale.CodePage().Seen(text));
+    };
 }
 
 GridEvents::~GridEvents() {

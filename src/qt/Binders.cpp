@@ -201,6 +201,7 @@ TextBoxBinder::TextBoxBinder(TextBox& control, QLineEdit& widget, EventEdge& edg
     connect(&m_view, &QLineEdit::textEdited, this,
             [this](const QString& text) { Edge().Run([&] { m_text.UserType(FromQt(text)); }); });
     m_text.OnSelectAll = [this] { m_view.selectAll(); };
+    m_view.setMaxLength(std::numeric_limits<int>::max());  // a text is never cut
     Show();
     if (m_text.TakeSelectAll()) {
         m_view.selectAll();

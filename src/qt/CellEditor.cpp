@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <limits>
 
 #include "qt/GridMetrics.h"
 
@@ -11,6 +12,7 @@ CellEditor::CellEditor(QWidget* parent) : QLineEdit(parent) {
     setObjectName(QStringLiteral("CellEditor"));
     setContextMenuPolicy(Qt::NoContextMenu);  // the grid has one menu, which the edit commands belong to
     setFrame(false);
+    setMaxLength(std::numeric_limits<int>::max());         // a text is never cut
     setTextMargins(CellMargin - 2, 0, CellMargin - 2, 0);  // a line edit has 2 pixels of its own
     setAutoFillBackground(true);
 }

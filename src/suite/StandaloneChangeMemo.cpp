@@ -9,14 +9,6 @@ namespace kd {
 
 namespace {
 
-/// One line of text: what would break the line stands as a blank.
-Text OneLine(std::string_view text) {
-    Text line(text);
-    std::replace_if(
-        line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n' || c == '\t'; }, ' ');
-    return line;
-}
-
 Text Padded(const Text& text, std::size_t width) {
     const std::size_t count = CharacterCount(text);
     return count < width ? text + Text(width - count, ' ') : text;

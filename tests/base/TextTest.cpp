@@ -7,6 +7,12 @@ namespace {
 
 using Parts = std::vector<std::string_view>;
 
+TEST(TextTest, OneLineHasBlanksForTabsAndLineEnds) {
+    EXPECT_EQ(OneLine("a\r\nb\tc\nd\re"), "a  b c d e");
+    EXPECT_EQ(OneLine("\xC3\xA4 \x01"), "\xC3\xA4 \x01");
+    EXPECT_EQ(OneLine(""), "");
+}
+
 TEST(Text, TrimTakesBlanksAloneFromBothEnds) {
     struct Case {
         const char* text;

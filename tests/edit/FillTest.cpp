@@ -62,6 +62,14 @@ TEST_F(FillTest, SelectionThatBeginsHiddenLeavesOutTheLastVisibleRow) {
     EXPECT_THAT(Column(cnUnits), ElementsAre("x", "x", "c"));
 }
 
+TEST_F(FillTest, ALineEndInTheConstantNeverReachesACell) {
+    AddUnits({"a"});
+    Select(1, cnUnits, 1, cnUnits);
+    ExpectConstant("g\r\n[FIELD]\tx");
+    Run();
+    EXPECT_THAT(Column(cnUnits), ElementsAre("g  [FIELD] x"));
+}
+
 TEST_F(FillTest, SelectionThatEndsHiddenSparesTheHiddenRow) {
     AddUnits({"a", "b"});
     Hide({2});

@@ -452,6 +452,14 @@ TEST_F(ReplaceTest, CharacterThatTheCodePageLacksIsSeenInTheCellAndFindsNothing)
     EXPECT_EQ(Cell(1, cnUnits), "??");
 }
 
+TEST_F(ReplaceTest, ALineEndInTheNewTextNeverReachesACell) {
+    AddUnits({"kg"});
+    Select(1, cnUnits, 1, cnUnits);
+    ExpectTexts("g", "g\r\n[FIELD]\tx");
+    Run();
+    EXPECT_EQ(Cell(1, cnUnits), "kg  [FIELD] x");
+}
+
 TEST_F(ReplaceTest, ManyRowsRepaintOnce) {
     AddUnits(std::vector<Text>(30000, "kg"));
     Select(1, cnUnits, 30000, cnUnits);

@@ -9,6 +9,7 @@ namespace kd {
 namespace {
 
 constexpr std::int32_t ColType = 17;  // read-only
+constexpr std::int32_t ColUnits = 27;
 constexpr std::int32_t ColUsl = 9;
 constexpr std::int32_t ColName = 7;
 
@@ -311,6 +312,14 @@ TEST(GridEventsTest, ACancelThatWasSetIsClearedForAnUntouchedText) {
     bool cancel = true;
     desk.grid.ValidateEdit(1, ColUsl, cancel);
     EXPECT_FALSE(cancel);
+}
+
+TEST(GridEventsTest, ALineEndThatCameWithAPastedTextNeverReachesTheVariable) {
+    EventsDesk desk;
+    desk.OpenEditor(1, ColUnits, "g\r\n[FIELD]\r\n\tNAME = X");
+    EXPECT_EQ(desk.grid.EditText(), "g  [FIELD]   NAME = X") << "seen at once";
+    ASSERT_TRUE(desk.grid.FinishEdit());
+    EXPECT_EQ(desk.g.gFields->Ref(1).Units(), "g  [FIELD]   NAME = X");
 }
 
 TEST(GridEventsTest, EveryEventPassesTheBoundary) {

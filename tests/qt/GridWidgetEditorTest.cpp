@@ -292,6 +292,16 @@ TEST_F(GridWidgetEditorTest, ACharacterThatTheCodePageLacksIsSeenAtOnce) {
     EXPECT_EQ(Editor()->cursorPosition(), 2);
 }
 
+TEST_F(GridWidgetEditorTest, ALongTextIsEditedWhole) {
+    Make(8, 4);
+    ListenToEdits();
+    grid.SetTextMatrix(2, 1, Text(40000, 'a'));
+    Open();
+    Editor()->end(false);
+    Press(Qt::Key_Backspace);
+    EXPECT_EQ(grid.EditText(), Text(39999, 'a'));
+}
+
 TEST_F(GridWidgetEditorTest, TheEditorStandsOnItsCellAndFollowsIt) {
     Make(100, 12);
     ListenToEdits();

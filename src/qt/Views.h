@@ -42,6 +42,8 @@ public:
         setDuplicatesEnabled(true);  // else Enter replaces the text by an entry in another case
         setCompleter(nullptr);
         setMaxVisibleItems(21);
+        // The toolkit takes a typed text that is the same as an entry for a choice once the focus goes.
+        disconnect(lineEdit(), &QLineEdit::editingFinished, this, nullptr);
     }
     /// A screen reader meets the field and the list as objects of their own: they bear the same name.
     void SetSpokenName(const QString& name) {

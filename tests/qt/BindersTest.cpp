@@ -303,6 +303,17 @@ TEST_F(BindersTest, TextThatWasToBeSelectedBeforeItsWidgetCameIsSelectedOnce) {
     EXPECT_EQ(second.selectedText(), "");
 }
 
+TEST_F(BindersTest, ALongTextIsNeverCut) {
+    auto& control = New<TextBox>("txtFind");
+    auto& widget = Add<QLineEdit>();
+    new TextBoxBinder(control, widget, edge);
+    control.SetValue(Text(40000, 'a'));
+    ShowActive(window);
+    widget.setFocus();
+    Type("b");
+    EXPECT_EQ(control.Value(), Text(40000, 'a') + "b");
+}
+
 TEST_F(BindersTest, TypingInTheMiddleKeepsTheCursorThere) {
     auto& control = New<TextBox>("txtFind");
     control.SetValue("ac");
@@ -340,6 +351,19 @@ TEST_F(ComboBoxTest, TypedTextStaysAsTyped) {
     EXPECT_EQ(control.Value(), "MILK");
     EXPECT_EQ(widget.currentText(), "MILK");
     EXPECT_EQ(chosen, 0);
+}
+
+TEST_F(ComboBoxTest, TypedTextThatIsAnEntryToTheLetterIsNoChoice) {
+    auto& other = Add<QLineEdit>();
+    other.show();
+    widget.showPopup();
+    widget.hidePopup();
+    Type("milk");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(chosen, 0);
+    other.setFocus();
+    EXPECT_EQ(chosen, 0);
+    EXPECT_EQ(control.Value(), "milk");
 }
 
 TEST_F(ComboBoxTest, FormsTextIsShown) {

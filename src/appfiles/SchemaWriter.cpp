@@ -1,8 +1,8 @@
 #include "appfiles/SchemaWriter.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <memory>
-#include <new>
 
 #include "appfiles/FileNames.h"
 #include "appfiles/SchemaHeader.h"
@@ -24,6 +24,17 @@ std::string SchemaBytes(Globals& g, const cFile& file, std::string_view target) 
         AppendSchemaBlock(g.gFields->Ref(index), file.ViewNo() >= 1, locale, text);
     }
     return page.Encode(text);
+}
+
+/// A view whose temporary file would be the application's own file cannot be saved.
+/// @throws cError(errFileAlreadyOpen)
+void CheckTemporary(Globals& g, const Text& temporary, std::initializer_list<Text> own) {
+    const CodePage& page = g.platform.locale.CodePage();
+    for (const Text& path : own) {
+        if (page.Upper(path) == page.Upper(temporary)) {
+            throw cError(errFileAlreadyOpen, "SaveSchema", {}, temporary);
+        }
+    }
 }
 
 /// Writes the view's text to its temporary file. As long as the result lives, no other program takes that
@@ -73,12 +84,10 @@ bool SaveSchema(Globals& g, std::int32_t fileIndex) {
         const auto file = g.gFiles->Item(fileIndex);
         target = SchemaPath(g, *file);
         temporary = TemporaryPath(g, target);
+        CheckTemporary(g, temporary, {target, file->Filename()});
         written = WriteTemporary(g, *file, target, temporary);
-    } catch (const cError& error) {
-        ShowSaveError(g, error);
-        return false;
-    } catch (const std::bad_alloc&) {
-        ShowSaveError(g, cError(errOutOfMemory, "SaveSchema"));
+    } catch (const std::exception& failure) {
+        ShowSaveError(g, AsError(failure, "SaveSchema"));
         return false;
     }
     // Deliberate: a view whose file could not be overwritten counts as saved; its user has seen the box.
@@ -95,8 +104,9 @@ bool OverwriteFile(Globals& g, std::string_view source, std::string_view target,
             g.platform.files.CopyFile(source, target);
         }
         return true;
-    } catch (const cError& error) {
-        g.platform.toolkit.Say(NumberedText(error), BoxIcon::Exclamation, "KDLimitDesk - OverwriteFile");
+    } catch (const std::exception& failure) {
+        g.platform.toolkit.Say(NumberedText(AsError(failure, "OverwriteFile")), BoxIcon::Exclamation,
+                               "KDLimitDesk - OverwriteFile");
         return false;
     }
 }

@@ -30,6 +30,10 @@ std::string_view Folder(std::string_view path) noexcept {
     return name == 0 ? std::string_view() : path.substr(0, name - 1);
 }
 
+Text FolderToList(std::string_view path) {
+    return NameOffset(path) == 0 ? Text(1, '.') : Text(Folder(path));
+}
+
 std::string_view FileName(std::string_view path) noexcept {
     return path.substr(NameOffset(path));
 }

@@ -7,6 +7,8 @@ namespace kd::paths {
 
 /// Everything before the last delimiter; empty when there is none. No delimiter at its end.
 std::string_view Folder(std::string_view path) noexcept;
+/// The same for a folder that is listed or flushed: "." for a path without one. The root stays empty.
+Text FolderToList(std::string_view path);
 /// Everything behind the last delimiter.
 std::string_view FileName(std::string_view path) noexcept;
 /// The file name without its extension.

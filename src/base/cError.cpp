@@ -1,5 +1,7 @@
 #include "base/cError.h"
 
+#include <new>
+
 namespace kd {
 
 Text ErrorText(std::int32_t number) {
@@ -37,5 +39,15 @@ cError::cError(std::int32_t number, Text source, Text description, Text path)
       m_source(std::move(source)),
       m_description(description.empty() ? ErrorText(number) : std::move(description)),
       m_path(std::move(path)) {}
+
+cError AsError(const std::exception& failure, Text source) {
+    if (const auto* const error = dynamic_cast<const cError*>(&failure)) {
+        return *error;
+    }
+    if (dynamic_cast<const std::bad_alloc*>(&failure) != nullptr) {
+        return {errOutOfMemory, std::move(source)};
+    }
+    return {errInvalidArgument, std::move(source), failure.what()};
+}
 
 }  // namespace kd

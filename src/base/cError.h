@@ -51,4 +51,8 @@ private:
     Text m_path;
 };
 
+/// Any failure as one of the program's own: a cError as it is, want of memory as errOutOfMemory, and anything
+/// else as errInvalidArgument with its words; `source` names where these two were met.
+cError AsError(const std::exception& failure, Text source);
+
 }  // namespace kd

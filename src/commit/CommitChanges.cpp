@@ -61,11 +61,8 @@ public:
                 }
             }
             FlushFolders();
-        } catch (const cError& error) {
-            Fail(error);
-            return;
-        } catch (const std::bad_alloc&) {
-            Fail(cError(errOutOfMemory, "CommitChanges"));
+        } catch (const std::exception& failure) {
+            Fail(AsError(failure, "CommitChanges"));
             return;
         }
         Release();
@@ -102,7 +99,7 @@ private:
             return;
         }
         ++m_modified;
-        m_folders.insert(Text(paths::Folder(path)));
+        m_folders.insert(paths::FolderToList(path));
         ReportChanges(m_desk, *file, m_stamp);
         file->SetChangesMade(false);
     }

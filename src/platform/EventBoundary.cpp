@@ -1,7 +1,5 @@
 #include "platform/EventBoundary.h"
 
-#include <new>
-
 namespace kd {
 
 Text UnhandledErrorText(const cError& error) {
@@ -27,12 +25,8 @@ bool AtEventBoundary(Toolkit& toolkit, const std::function<void()>& putBack,
     try {
         handler();
         return true;
-    } catch (const cError& error) {
-        report(error);
-    } catch (const std::bad_alloc&) {
-        report(cError(errOutOfMemory, "AtEventBoundary"));
-    } catch (const std::exception& error) {
-        report(cError(errInvalidArgument, "AtEventBoundary", error.what()));
+    } catch (const std::exception& failure) {
+        report(AsError(failure, "AtEventBoundary"));
     }
     return false;
 }

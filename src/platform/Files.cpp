@@ -1,9 +1,17 @@
 #include "platform/Files.h"
 
+#include <algorithm>
+
 #include "base/Paths.h"
 #include "base/cError.h"
 
 namespace kd {
+
+std::string Files::ReadEnd(std::string_view path, std::size_t count) {
+    std::string bytes = Read(path);
+    bytes.erase(0, bytes.size() - std::min(bytes.size(), count));
+    return bytes;
+}
 
 void Files::MoveOver(std::string_view source, std::string_view target) {
     CopyFile(source, target);

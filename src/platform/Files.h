@@ -37,7 +37,8 @@ public:
 ///
 /// Names regardless of case: where a path does not exist but its folder holds a file whose name differs only
 /// in case, that file is the one meant. This holds for every operation on a file but OpenForOutput, Rename
-/// and the target of CopyForArchive; a folder is meant by its exact name.
+/// and the target of CopyForArchive; a folder is meant by its exact name. Where a folder is to be listed or
+/// flushed, the empty text is the root, and on Windows "C:" is the root of that disk.
 ///
 /// All operations raise cError with the path: errFileNotFound, errPathNotFound (its folder is missing),
 /// errPermissionDenied (also for a directory, FIFO, socket or device in a file's place), errDiskFull, and
@@ -62,6 +63,9 @@ public:
     /// The same into a buffer of the caller's, which keeps its capacity from file to file; what it holds
     /// after an error says nothing.
     virtual void Read(std::string_view path, std::string& bytes) { bytes = Read(path); }
+
+    /// The last bytes of a regular file, `count` at most.
+    virtual std::string ReadEnd(std::string_view path, std::size_t count);
 
     /// Opens a file for writing, replacing what stands there. A link or anything else that is no regular file
     /// is not written through: errPermissionDenied. One that another program keeps: errFileAlreadyOpen.

@@ -48,10 +48,6 @@ ApplicationHeader::View ParseView(std::string_view value) {
 
 }  // namespace
 
-Text FolderToList(std::string_view path) {
-    return paths::FileName(path).size() == path.size() ? Text(1, '.') : Text(paths::Folder(path));
-}
-
 ApplicationHeader ReadApplicationHeader(Files& files, const Locale& locale, std::string_view path) {
     const std::string bytes = files.Read(path);
     const Text text = locale.CodePage().Decode(HeaderPart(bytes));
@@ -93,7 +89,7 @@ std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateNa
 
 std::vector<ApplicationHeader::View> ViewsBeside(Files& files, const Locale& locale,
                                                  std::string_view templatePath) {
-    const Text folder = FolderToList(templatePath);
+    const Text folder = paths::FolderToList(templatePath);
     std::set<std::int32_t> numbers;
     for (const Text& name : files.FolderEntries(folder)) {
         const auto number = ViewNumberOf(name, paths::FileName(templatePath), locale.CodePage());

@@ -18,9 +18,6 @@ struct ApplicationHeader {
     std::optional<std::vector<View>> views;  // in the order of the lines; nothing without such a section
 };
 
-/// Folder of a path as it can be listed: "." for a path without one.
-Text FolderToList(std::string_view path);
-
 /// Reads "TITLE" of [APPLICATION] and the lines "VIEW = number,name" of [VIEWS]. A view below number 1 is
 /// left out; one beyond 32 bits counts as the largest number there is.
 /// @throws cError when the file cannot be read.

@@ -17,7 +17,7 @@ inline ChangeFileEnd EndOf(Files& files, std::string_view path) {
     const bool exists = files.Exists(path);
     std::string bytes;
     try {
-        bytes = files.Read(path);
+        bytes = files.ReadEnd(path, CrLf.size());
     } catch (const cError& error) {
         // "No" counts only when the disk says it twice: a second heading would come into the log.
         if (exists || (error.Number() != errFileNotFound && error.Number() != errPathNotFound)) {

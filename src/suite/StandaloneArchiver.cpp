@@ -51,7 +51,7 @@ bool StandaloneArchiver::IsFile(const Text& path) {
 
 std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
     const CodePage& page = m_locale.CodePage();
-    const Text folder = FolderToList(templatePath);
+    const Text folder = paths::FolderToList(templatePath);
     const auto templateName = paths::FileName(templatePath);
     const bool six = !templateName.empty() && templateName.back() == '6';
     const Text upperTemplate = page.Upper(templateName);
@@ -130,7 +130,7 @@ Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
     try {
         const auto sources = FilesOf(path);
         const char delimiter = m_files.Delimiter();
-        const Text folder = FolderToList(path);
+        const Text folder = paths::FolderToList(path);
         const Text archives = paths::Join(folder, "Archive", delimiter);
         const Text parent = paths::Join(archives, paths::BaseName(path), delimiter);
         m_files.MakeFolder(parent);
@@ -139,8 +139,8 @@ Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
         m_files.CopyAllForArchive(sources, made);
         Publish(made, parent, {parent, archives, folder});
         return {};
-    } catch (const cError& error) {
-        const Text description = Describe(error, path);
+    } catch (const std::exception& failure) {
+        const Text description = Describe(AsError(failure, "ArchiveApplication"), path);
         if (!made.empty()) {
             try {
                 m_files.RemoveFolder(made);

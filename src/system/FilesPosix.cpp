@@ -55,6 +55,11 @@ void Raise(const char* operation, std::string_view path, int code) {
     throw cError(number, std::string("SystemFiles.").append(operation), {}, Text(path));
 }
 
+bool IsPresent(const Text& path) noexcept {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
 int Open(const Text& path, int flags, mode_t mode) {
     int fd = -1;
     do {

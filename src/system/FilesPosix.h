@@ -1,8 +1,10 @@
 #pragma once
 
+#include <dirent.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -33,6 +35,15 @@ public:
 private:
     int m_fd;
 };
+
+/// A folder's listing, closed at the end of the scope.
+struct CloseListing {
+    void operator()(DIR* listing) const noexcept { (void)::closedir(listing); }
+};
+using Listing = std::unique_ptr<DIR, CloseListing>;
+
+/// Whether something stands at the path, be it a link to nowhere; errno says why not.
+bool IsPresent(const Text& path) noexcept;
 
 /// Raises the failure that `code` (an errno) stands for. A missing file in a missing folder is
 /// errPathNotFound.

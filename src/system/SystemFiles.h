@@ -9,6 +9,12 @@
 
 namespace kd {
 
+#ifndef _WIN32
+namespace posix {
+class Descriptor;
+}
+#endif
+
 /// The files of the operating system. Paths are UTF-8.
 class SystemFiles : public Files {
 public:
@@ -25,6 +31,7 @@ public:
     std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) override;
     void CopyFile(std::string_view source, std::string_view target) override;
 #ifndef _WIN32
+    std::string ReadEnd(std::string_view path, std::size_t count) override;
     void MoveOver(std::string_view source, std::string_view target) override;
 #endif
     void DeleteFile(std::string_view path) override;
@@ -43,8 +50,12 @@ public:
 private:
 #ifndef _WIN32  // there the file system itself looks regardless of case
     /// The path as it stands where it exists; else that of the file in its folder whose name differs only in
-    /// case; else the path as it stands.
+    /// case; else the path as it stands. A folder that could not be looked through is told by its errno in
+    /// `code`, which is 0 otherwise.
+    Text Resolved(std::string_view path, int& code) const;
     Text Resolved(std::string_view path) const;
+    /// The regular file that is meant, open for reading; `status` tells about it.
+    posix::Descriptor OpenToRead(std::string_view path, struct stat& status) const;
 #endif
 
     [[maybe_unused]] const CodePage& m_page;

@@ -14,13 +14,10 @@
 #include <cstdlib>
 #include <ctime>
 #include <memory>
-#include <set>
 #include <utility>
 
 #include "base/Bytes.h"
-#include "base/Paths.h"
 #include "base/cError.h"
-#include "system/ArchivePosix.h"
 #include "system/FilesPosix.h"
 #include "system/ReplacePosix.h"
 #include "system/SystemFiles.h"
@@ -30,17 +27,6 @@ namespace kd {
 using namespace posix;
 
 namespace {
-
-/// Closes a folder's listing at the end of the scope.
-struct CloseListing {
-    void operator()(DIR* listing) const noexcept { (void)::closedir(listing); }
-};
-using Listing = std::unique_ptr<DIR, CloseListing>;
-
-bool IsPresent(const Text& path) noexcept {
-    struct stat status {};
-    return ::lstat(path.c_str(), &status) == 0;
-}
 
 class PosixOutput : public OutputFile {
 public:
@@ -127,14 +113,6 @@ private:
     const CodePage& m_page;
 };
 
-/// Raises the failure of a folder's flush; what is missing is the folder itself.
-[[noreturn]] void RaiseOfFolder(std::string_view folder, int code) {
-    if (code == ENOENT) {
-        throw cError(errPathNotFound, "SystemFiles.FlushFolder", {}, Text(folder));
-    }
-    Raise("FlushFolder", folder, code);
-}
-
 }  // namespace
 
 SystemFiles::SystemFiles(const CodePage& page) : m_page(page) {
@@ -151,6 +129,12 @@ char SystemFiles::Delimiter() const {
 }
 
 Text SystemFiles::Resolved(std::string_view path) const {
+    int code = 0;
+    return Resolved(path, code);
+}
+
+Text SystemFiles::Resolved(std::string_view path, int& code) const {
+    code = 0;
     Text asGiven(path);
     if (IsPresent(asGiven) || errno != ENOENT) {
         return asGiven;  // a disk that did not answer says nothing of another name
@@ -161,18 +145,25 @@ Text SystemFiles::Resolved(std::string_view path) const {
                                                         : Text(path.substr(0, slash));
     const auto name = slash == std::string_view::npos ? path : path.substr(slash + 1);
     const Listing listing(::opendir(folder.c_str()));
-    if (!listing || name.empty()) {
+    if (!listing) {
+        code = errno == ENOENT || errno == ENOTDIR ? 0 : errno;
+        return asGiven;
+    }
+    if (name.empty()) {
         return asGiven;
     }
     const SameName isSame(name, m_page);
     Text found;
+    errno = 0;
     while (const dirent* entry = ::readdir(listing.get())) {
         // Of several names the first in order, so that the choice does not hang on the listing.
         if (const std::string_view present = entry->d_name;
             isSame(present) && (found.empty() || present < found)) {
             found = present;
         }
+        errno = 0;
     }
+    code = errno;
     if (found.empty()) {
         return asGiven;
     }
@@ -195,16 +186,45 @@ std::string SystemFiles::Read(std::string_view path) {
     return bytes;
 }
 
+Descriptor SystemFiles::OpenToRead(std::string_view path, struct stat& status) const {
+    // Nearly every path stands as it is, and is then looked up no more often than it must be.
+    Descriptor given = OpenAsGiven(Text(path), status);
+    if (given.IsOpen()) {
+        return given;
+    }
+    int code = 0;
+    const Text meant = Resolved(path, code);
+    if (code != 0) {
+        // The file may be there under a name of another case: whoever takes it for a missing one would make
+        // a second.
+        Raise("Read", path, code);
+    }
+    return OpenRegular("Read", meant, O_RDONLY, 0, status);
+}
+
 void SystemFiles::Read(std::string_view path, std::string& bytes) {
     struct stat status {};
-    // Nearly every path stands as it is, and is then looked up no more often than it must be.
-    const Descriptor given = OpenAsGiven(Text(path), status);
-    const Descriptor meant =
-        given.IsOpen() ? Descriptor() : OpenRegular("Read", Resolved(path), O_RDONLY, 0, status);
-    const Descriptor& file = given.IsOpen() ? given : meant;
+    const Descriptor file = OpenToRead(path, status);
     if (const int code = ReadToEnd(file.Get(), status.st_size, bytes); code != 0) {
         Raise("Read", path, code);
     }
+}
+
+std::string SystemFiles::ReadEnd(std::string_view path, std::size_t count) {
+    struct stat status {};
+    const Descriptor file = OpenToRead(path, status);
+    const auto size = static_cast<std::size_t>(status.st_size);
+    const std::size_t wanted = std::min(size, count);
+    std::string bytes;
+    int code = ::lseek(file.Get(), static_cast<off_t>(size - wanted), SEEK_SET) < 0 ? errno : 0;
+    if (code == 0) {
+        code = ReadToEnd(file.Get(), static_cast<off_t>(wanted), bytes);
+    }
+    if (code != 0) {
+        Raise("Read", path, code);
+    }
+    bytes.erase(0, bytes.size() - std::min(bytes.size(), count));  // it may have grown meanwhile
+    return bytes;
 }
 
 namespace {
@@ -328,129 +348,6 @@ void SystemFiles::DeleteFile(std::string_view path) {
     }
     if (::unlink(target.c_str()) != 0) {
         Raise("DeleteFile", path, errno);
-    }
-}
-
-std::vector<Text> SystemFiles::FolderEntries(std::string_view folder) {
-    const Listing listing(::opendir(folder.empty() ? "/" : Text(folder).c_str()));
-    if (!listing) {
-        if (errno == ENOENT) {
-            throw cError(errPathNotFound, "SystemFiles.FolderEntries", {}, Text(folder));
-        }
-        Raise("FolderEntries", folder, errno);
-    }
-    std::vector<Text> names;
-    errno = 0;
-    while (const dirent* entry = ::readdir(listing.get())) {
-        Text name = entry->d_name;
-        if (name != "." && name != "..") {
-            names.push_back(std::move(name));
-        }
-        errno = 0;
-    }
-    if (errno != 0) {
-        Raise("FolderEntries", folder, errno);
-    }
-    return names;
-}
-
-void SystemFiles::MakeFolder(std::string_view folder) {
-    const Text path(folder);
-    for (std::size_t at = path.find('/', 1);; at = path.find('/', at + 1)) {
-        const Text part = path.substr(0, at);
-        if (::mkdir(part.c_str(), 0777) != 0) {
-            const int code = errno;  // an existing folder above may also be one that nobody may write
-            struct stat status {};
-            if (::stat(part.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
-                Raise("MakeFolder", part, code == EEXIST ? EACCES : code);
-            }
-        }
-        if (at == Text::npos) {
-            return;
-        }
-    }
-}
-
-void SystemFiles::CopyForArchive(std::string_view source, std::string_view target) {
-    CopyToArchive(Resolved(source), Text(target), FlushCopy::Yes);
-}
-
-#ifdef __linux__
-void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) {
-    // Opened first: a failure to write what is copied is then told by this one's flush, whenever it comes.
-    const Descriptor target(Open(Text(folder), O_RDONLY | O_DIRECTORY));
-    if (!target.IsOpen()) {
-        Raise("CopyForArchive", folder, errno);
-    }
-    for (const Text& source : sources) {
-        try {
-            CopyToArchive(Resolved(source), paths::Join(folder, paths::FileName(source), Delimiter()),
-                          FlushCopy::No);
-        } catch (const cError& error) {
-            throw cError(error.Number(), error.Source(), error.Description(), source);
-        }
-    }
-    // One flush of the file system they are in costs what one file's does.
-    if (::syncfs(target.Get()) != 0) {
-        Raise("CopyForArchive", folder, errno);
-    }
-}
-
-void SystemFiles::FlushFolders(const std::vector<Text>& folders) {
-    std::set<dev_t> flushed;  // file systems, each of which is flushed once for all its folders
-    for (const Text& folder : folders) {
-        struct stat status {};
-        const Descriptor file(Open(folder, O_RDONLY | O_DIRECTORY));
-        if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0 ||
-            (flushed.insert(status.st_dev).second && ::syncfs(file.Get()) != 0)) {
-            RaiseOfFolder(folder, errno);
-        }
-    }
-}
-#endif
-
-void SystemFiles::Rename(std::string_view from, std::string_view to) {
-    const Text target(to);
-    struct stat status {};
-    if (::lstat(target.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) {
-        Raise("Rename", to, EACCES);
-    }
-    const Text present(from);
-    if (::rename(present.c_str(), target.c_str()) != 0) {
-        const int code = errno == ENOTEMPTY || errno == EEXIST ? EACCES : errno;
-        // What is missing is either the one that gets the name, or the folder of the new name.
-        Raise("Rename", code == ENOENT && IsPresent(present) ? to : from, code);
-    }
-}
-
-void SystemFiles::FlushFolder(std::string_view folder) {
-    Text inside(folder);
-    inside += "/.";
-    if (const int code = FlushFolderOf(inside); code != 0) {
-        RaiseOfFolder(folder, code);
-    }
-}
-
-void SystemFiles::RemoveFolder(std::string_view folder) {
-    const Text path(folder);
-    struct stat status {};
-    if (::lstat(path.c_str(), &status) != 0) {
-        if (errno == ENOENT) {
-            return;
-        }
-        Raise("RemoveFolder", folder, errno);
-    }
-    if (!S_ISDIR(status.st_mode)) {
-        if (::unlink(path.c_str()) != 0) {  // a link is removed, never followed
-            Raise("RemoveFolder", folder, errno);
-        }
-        return;
-    }
-    for (const Text& name : FolderEntries(path)) {
-        RemoveFolder(path + "/" + name);
-    }
-    if (::rmdir(path.c_str()) != 0) {
-        Raise("RemoveFolder", folder, errno);
     }
 }
 

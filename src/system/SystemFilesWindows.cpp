@@ -345,7 +345,7 @@ void SystemFiles::Rename(std::string_view from, std::string_view to) {
 }
 
 void SystemFiles::FlushFolder(std::string_view folder) {
-    const NativePath native = Native("FlushFolder", folder);
+    const NativePath native = Native("FlushFolder", paths::Join(folder, "", Delimiter()));
     std::uint32_t attributes = 0;
     Code code = 0;
     if (!Attributes(native, attributes, code) || !IsFolder(attributes)) {

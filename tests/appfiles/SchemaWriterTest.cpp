@@ -457,6 +457,23 @@ TEST(SaveSchemaTest, AFailedSaveBlocksTheOtherViewsThatShareItsTemporaryPathAndN
     EXPECT_TRUE(SaveSchema(t.g, 3));
 }
 
+TEST(SaveSchemaTest, AnApplicationNamedAsItsOwnTemporaryFileIsNotSaved) {
+    for (const Text& path : std::vector<Text>{"/apps/plant.temp", "/apps/plant.TEMP"}) {
+        TestDesk t;
+        anApplication(path).Field(aField()).View("Inlet", 1).Field(aField()).PutInto(t);
+        t.g.gFiles->Add(path, {}, {}, 0);
+        t.g.gFiles->Add(path, {}, "Inlet", 1);
+        const std::string before = t.files.Get(path);
+        ASSERT_FALSE(before.empty());
+        for (std::int32_t view = 1; view <= 2; ++view) {
+            t.toolkit.ExpectBox("Error 55: File already open occurred in SaveSchema.", BoxIcon::Exclamation,
+                                "KDLimitDesk");
+            EXPECT_FALSE(SaveSchema(t.g, view));
+            EXPECT_EQ(t.files.Get(path), before);
+        }
+    }
+}
+
 TEST(SaveSchemaTest, ATemporaryFileThatCannotBeOpenedMayBeTriedAgain) {
     WriteDesk t;
     t.files.FailOn("OpenForOutput", ".temp", errPermissionDenied);
@@ -532,6 +549,15 @@ TEST(OverwriteFileTest, AFailureIsShownAndLeavesTheTargetWholeAndTheSource) {
         EXPECT_EQ(t.files.Get("/b"), c.left);
         EXPECT_TRUE(t.files.Has("/a"));
     }
+}
+
+TEST(OverwriteFileTest, WantOfMemoryIsShownLikeAnyOtherFailure) {
+    TestDesk t;
+    t.files.Put("/a", "new");
+    t.files.Put("/b", "old");
+    t.files.onStep = [](const Text&) { throw std::bad_alloc(); };
+    t.toolkit.ExpectBox("Error 7: Out of memory", BoxIcon::Exclamation, "KDLimitDesk - OverwriteFile");
+    EXPECT_FALSE(OverwriteFile(t.g, "/a", "/b", true));
 }
 
 TEST(OverwriteFileTest, AMissingSourceIsShown) {

@@ -33,6 +33,14 @@ TEST(Paths, PartsOfAPath) {
     }
 }
 
+TEST(Paths, AFolderToListIsNamedForAPathWithoutOneToo) {
+    EXPECT_EQ(paths::FolderToList("plant.kdt"), ".");
+    EXPECT_EQ(paths::FolderToList("/plant.kdt"), "");
+    EXPECT_EQ(paths::FolderToList("\\plant.kdt"), "");
+    EXPECT_EQ(paths::FolderToList("/a/plant.kdt"), "/a");
+    EXPECT_EQ(paths::FolderToList("C:\\plant.kdt"), "C:");
+}
+
 TEST(Paths, ChangeExtensionReplacesTheLastOneOfTheFileNameOrAddsOne) {
     struct Case {
         const char* path;

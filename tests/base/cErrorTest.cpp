@@ -47,5 +47,15 @@ TEST(cErrorTest, KnownPathStays) {
     EXPECT_EQ(without.WithPath("a.kdt").Description(), "Disk full");
 }
 
+TEST(cErrorTest, AnyFailureCountsAsOneOfTheProgramsOwn) {
+    const cError own(errDiskFull, "Files.Write", {}, "a.kdt");
+    EXPECT_EQ(AsError(own, "x").Source(), "Files.Write");
+    EXPECT_EQ(AsError(own, "x").Path(), "a.kdt");
+    EXPECT_EQ(AsError(std::bad_alloc(), "x").Number(), errOutOfMemory);
+    EXPECT_EQ(AsError(std::bad_alloc(), "x").Source(), "x");
+    EXPECT_EQ(AsError(std::runtime_error("words"), "x").Number(), errInvalidArgument);
+    EXPECT_EQ(AsError(std::runtime_error("words"), "x").Description(), "words");
+}
+
 }  // namespace
 }  // namespace kd

@@ -162,6 +162,17 @@ TEST(CommitChangesTest, AFolderThatCannotBeFlushedDoesNotKeepTheOthersFromIt) {
               t.files.Log().end());
 }
 
+TEST(CommitChangesTest, TheFolderOfATemplateWithoutOneIsTheOneWhereTheProgramStands) {
+    CommitDesk t;
+    t.g.gFiles->Ref(3).SetFilename("other.kdt");
+    t.files.Put("other.kdt", "[FIELD]\r\n");
+    t.files.Put("other.V2", "[FIELD]\r\n");
+    t.EditRows({3});
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.files.Log().back(), "FlushFolder .");
+}
+
 TEST(CommitChangesTest, AFolderThatMayNotBeListedIsLeftUnflushed) {
     CommitDesk t;
     t.EditRows({1});
@@ -328,6 +339,30 @@ TEST(CommitChangesTest, ViewsThatAreNotSelectedKeepEverything) {
     t.ExpectModified(1);
     CommitChanges(t.desk);
     EXPECT_TRUE(t.IsSaved(0));
+}
+
+TEST(CommitChangesTest, EachOfSeveralApplicationsIsArchivedOnceBeforeItsFirstSave) {
+    LoadedDesk t;
+    for (const char* const path : {"/apps/plant.kdt", "/more/mill.kdt"}) {
+        t.Put(anApplication(path).Field(aField()).View("Inlet", 1).Field(aField()));
+    }
+    t.Load();
+    for (std::int32_t row = 1; row <= 4; ++row) {
+        t.Edit(row, colUsl, "5");
+    }
+    t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
+    t.toolkit.ExpectBox("4 File(s) have been modified.", BoxIcon::Information);
+    CommitChanges(t.desk);
+    std::vector<Text> steps;
+    for (const Text& entry : t.suite.log) {
+        if (entry.starts_with("ArchiveApplication") || entry.starts_with("OpenLog")) {
+            steps.push_back(entry);
+        }
+    }
+    EXPECT_EQ(steps,
+              (std::vector<Text>{"ArchiveApplication /apps/plant.kdt", "OpenLog /apps/plant.KDL",
+                                 "OpenLog /apps/plant.KDL", "ArchiveApplication /more/mill.kdt",
+                                 "OpenLog /more/mill.KDL", "OpenLog /more/mill.KDL"}));
 }
 
 TEST(CommitChangesTest, ASecondCommitArchivesAgain) {
@@ -562,6 +597,22 @@ TEST(CommitChangesTest, WantOfMemoryEndsTheCommitLikeAnyOtherError) {
     CommitChanges(t.desk);
     EXPECT_TRUE(t.IsOld(0));
     EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
+    t.ExpectAtRest();
+}
+
+TEST(CommitChangesTest, AFailureOfAnyOtherKindEndsTheCommitLikeAnyOtherError) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.desk.Panel2.OnChanged = [&] {
+        if (t.desk.Panel2.Caption().starts_with("Saving: ")) {
+            throw std::length_error("too long");
+        }
+    };
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("An error occurred while saving changes:\r\n5 (CommitChanges) - too long",
+                        BoxIcon::Critical);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.IsOld(0));
     t.ExpectAtRest();
 }
 

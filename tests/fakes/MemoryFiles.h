@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -61,6 +62,8 @@ public:
     void FailOn(const Text& operation, const Text& ending, std::int32_t number) {
         m_failOn.push_back({operation, ending, number});
     }
+    /// Called with "Operation path" before each operation; what it throws is the operation's failure.
+    std::function<void(const Text&)> onStep;
     void FailNoMore() {
         m_failAt = 0;
         m_failOn.clear();
@@ -225,6 +228,9 @@ private:
 
     void Step(const Text& operation, std::string_view path) {
         m_log.push_back(operation + " " + Text(path));
+        if (onStep) {
+            onStep(m_log.back());
+        }
         ++m_operations;
         if (m_failAt > 0 && (m_operations == m_failAt || (m_failForGood && m_operations > m_failAt))) {
             throw cError(m_failNumber, "MemoryFiles." + operation, {}, Text(path));

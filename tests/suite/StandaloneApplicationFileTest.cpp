@@ -169,12 +169,6 @@ TEST_F(StandaloneApplicationFileTest, ATemplateInTheRootHasItsViewsBesideIt) {
     EXPECT_EQ(ViewsOf("/plant.kdt"), (Views{{1, "View 1"}}));
 }
 
-TEST_F(StandaloneApplicationFileTest, APathWithoutAFolderIsListedWhereTheProgramStands) {
-    EXPECT_EQ(FolderToList("plant.kdt"), ".");
-    EXPECT_EQ(FolderToList("/plant.kdt"), "");
-    EXPECT_EQ(FolderToList("/a/plant.kdt"), "/a");
-}
-
 TEST_F(StandaloneApplicationFileTest, ATemplateThatCannotBeReadRaisesAnError) {
     files.Put("/a/unreadable.kdt", "");
     files.SetUnreadable("/a/unreadable.kdt");

@@ -192,5 +192,31 @@ TEST_F(StandaloneArchiverTest, ARemovalThatBreaksOffLeavesNothingUnderTheFinalNa
     EXPECT_FALSE(files.Exists("/a/Archive/plant/2026-03-04_05-06-07"));
 }
 
+TEST_F(StandaloneArchiverTest, AFailureOfAnyKindIsToldAndLeavesNothing) {
+    struct Case {
+        std::function<void()> raise;
+        const char* words;
+    };
+    const Case cases[] = {{[] { throw std::bad_alloc(); }, "Error 7: Out of memory\r\n/a/plant.kdt"},
+                          {[] { throw std::runtime_error("no random numbers"); },
+                           "Error 5: no random numbers\r\n/a/plant.kdt"}};
+    for (const Case& c : cases) {
+        files.onStep = [&](const Text& step) {
+            if (step.starts_with("CopyForArchive")) {
+                c.raise();
+            }
+        };
+        EXPECT_EQ(Archive("/a/plant.kdt"), c.words);
+        EXPECT_EQ(Archived(), Names{});
+        EXPECT_FALSE(files.Exists("/a/Archive/plant/2026-03-04_05-06-07"));
+    }
+}
+
+TEST_F(StandaloneArchiverTest, ATemplateInTheRootIsArchivedBesideIt) {
+    files.Put("/plant.kdt", "root");
+    EXPECT_EQ(Archive("/plant.kdt"), "");
+    EXPECT_EQ(files.Get("/Archive/plant/2026-03-04_05-06-07/plant.kdt"), "root");
+}
+
 }  // namespace
 }  // namespace kd

@@ -67,6 +67,10 @@ int FailingCalls::Ask(const char* name) {
     return calls.m_failAt > 0 && fails ? calls.m_code : 0;
 }
 
+int FailingCalls::FailureOf(const char* name) {
+    return active != nullptr && active->m_failing == name ? active->m_failingCode : 0;
+}
+
 bool FailingCalls::Stutters() {
     return active != nullptr && active->m_stutters;
 }
@@ -195,6 +199,17 @@ int rmdir(const char* path) noexcept {
 DIR* opendir(const char* path) {
     static const auto real = Real<DIR*(const char*)>("opendir");
     return Fails("opendir") ? nullptr : real(path);
+}
+
+// Not counted: a folder has as many as it likes.
+dirent* readdir(DIR* listing) {
+    static const auto real = Real<dirent*(DIR*)>("readdir");
+    const int code = kd::FailingCalls::FailureOf("readdir");
+    if (code != 0) {
+        errno = code;
+        return nullptr;
+    }
+    return real(listing);
 }
 
 int rename(const char* from, const char* to) noexcept {

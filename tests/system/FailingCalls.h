@@ -30,6 +30,8 @@ public:
 
     /// For the calls alone: the errno that this one has to fail with, or 0.
     static int Ask(const char* name);
+    /// The same for a call that is not counted and fails with its name alone.
+    static int FailureOf(const char* name);
     static bool Stutters();
 
 private:

@@ -273,6 +273,23 @@ TEST_F(SystemFilesTest, AnOutputTellsEveryFailure) {
     }
 }
 
+TEST_F(SystemFilesTest, AListingThatBreaksOffIsNotTakenForAWholeOne) {
+    Put("a.kdt", "text");
+    FailingCalls calls;
+    calls.FailEach("readdir", EIO);
+    EXPECT_EQ(ErrorOf([&] { (void)files.FolderEntries(folder); }), errDevice);
+    EXPECT_EQ(ErrorOf([&] { (void)files.Read(At("A.KDT")); }), errDevice)
+        << "the file may be there under a name of another case";
+    EXPECT_EQ(files.Read(At("a.kdt")), "text");
+}
+
+TEST_F(SystemFilesTest, ReadEndTellsEveryFailure) {
+    const Text path = Put("a.kdt", "text");
+    FailingCalls calls;
+    calls.FailEach("read", EIO);
+    EXPECT_EQ(ErrorOf([&] { (void)files.ReadEnd(path, 2); }), errDevice);
+}
+
 TEST_F(SystemFilesTest, ReadGivesTheDescriptorBackWhenItFails) {
     const Text path = Put("a.kdt", "text");
     const auto open = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };

@@ -192,6 +192,12 @@ TEST_F(SystemFilesTest, FlushFolderNeedsAFolder) {
     EXPECT_NE(ErrorOf([&] { files.FlushFolder(At("none")); }), 0);
 }
 
+TEST_F(SystemFilesTest, TheRootAndTheFolderWhereTheProgramStandsCanBeFlushed) {
+    EXPECT_EQ(ErrorOf([&] { files.FlushFolder(""); }), 0);
+    EXPECT_EQ(ErrorOf([&] { files.FlushFolder("."); }), 0);
+    EXPECT_EQ(ErrorOf([&] { files.FlushFolders({"", "."}); }), 0);
+}
+
 TEST_F(SystemFilesTest, RemoveFolderTakesAllThatIsInIt) {
     MakeFolderAt("a/b/c");
     Put("a/b/file", "", 0444);

@@ -44,6 +44,28 @@ TEST_F(SystemFilesTest, ReadIntoABufferReplacesWhatWasInIt) {
     EXPECT_EQ(bytes.capacity(), capacity);
 }
 
+TEST_F(SystemFilesTest, ReadEndGivesTheLastBytes) {
+    const Text path = Put("a.kdt", "one\r\ntwo\r\n");
+    EXPECT_EQ(files.ReadEnd(path, 2), "\r\n");
+    EXPECT_EQ(files.ReadEnd(path, 5), "two\r\n");
+    EXPECT_EQ(files.ReadEnd(path, 10), "one\r\ntwo\r\n");
+    EXPECT_EQ(files.ReadEnd(path, 1000), "one\r\ntwo\r\n");
+    EXPECT_EQ(files.ReadEnd(path, 0), "");
+    EXPECT_EQ(files.ReadEnd(Put("empty.kdt", ""), 2), "");
+    EXPECT_EQ(files.ReadEnd(At("A.KDT"), 2), "\r\n");
+    EXPECT_EQ(ErrorOf([&] { files.ReadEnd(At("none"), 2); }), errFileNotFound);
+    EXPECT_EQ(ErrorOf([&] { files.ReadEnd(folder, 2); }), errPermissionDenied);
+}
+
+TEST_F(SystemFilesTest, AFileInAFolderThatMayNotBeListedIsNotTakenForAMissingOne) {
+    MakeFolderAt("closed");
+    Put("closed/PLANT.KDT", "text", 0644);
+    ASSERT_EQ(::chmod(At("closed").c_str(), 0333), 0);
+    const OrdinaryUser user;
+    EXPECT_EQ(files.Read(At("closed/PLANT.KDT")), "text");
+    EXPECT_EQ(ErrorOf([&] { (void)files.Read(At("closed/plant.kdt")); }), errPermissionDenied);
+}
+
 TEST_F(SystemFilesTest, ReadFollowsALink) {
     Put("a.kdt", "text");
     EXPECT_EQ(files.Read(MakeLink("b.kdt", "a.kdt")), "text");

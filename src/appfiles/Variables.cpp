@@ -20,13 +20,6 @@ Text Nines(std::int32_t length, std::int32_t decimals) {
     return text;
 }
 
-/// The letter of a rule, counted from 0: from "A" on, and past "Z" on through the code page. Empty where the
-/// page ends.
-Text RuleLetter(std::size_t index, const CodePage& page) {
-    const std::size_t code = std::size_t{'A'} + index;
-    return code > 0xFFU ? Text() : page.Decode(std::string(1, static_cast<char>(code)));
-}
-
 std::vector<Text> UpperNames(std::string_view names, const CodePage& page) {
     std::vector<Text> upper;
     for (const std::string_view name : Split(names, ',')) {
@@ -36,6 +29,11 @@ std::vector<Text> UpperNames(std::string_view names, const CodePage& page) {
 }
 
 }  // namespace
+
+Text RuleLetter(std::size_t index, const CodePage& page) {
+    const std::size_t code = std::size_t{'A'} + index;
+    return code > 0xFFU ? Text() : page.Decode(std::string(1, static_cast<char>(code)));
+}
 
 double MaxForMask(std::int32_t length, std::int32_t decimals) {
     return FileNumber(Nines(length, decimals));

@@ -9,6 +9,10 @@
 /// What a freshly read variable still needs: bounds, and rule letters of the catalogue.
 namespace kd::modKDLimitDesk {
 
+/// The letter of a rule, counted from 0: from "A" on, and past "Z" on through the code page. Empty where the
+/// page ends.
+Text RuleLetter(std::size_t index, const CodePage& page);
+
 /// The largest number of a mask: 999.99 for a length of 6 with 2 decimals.
 /// @throws cError(errInvalidArgument) where the mask has no place for the point, cError(errOverflow) for a
 /// number beyond a double.

@@ -6,7 +6,7 @@
 #include "base/cError.h"
 #include "lifecycle/Settings.h"
 #include "lifecycle/StartUp.h"
-#include "platform/SurelyMissing.h"
+#include "platform/Presence.h"
 
 namespace kd::modKDLimitDesk {
 
@@ -15,6 +15,12 @@ namespace {
 bool IsTemplate(std::string_view name) {
     const std::string_view extension = name.substr(paths::BaseName(name).size());
     return EqualsNoCaseAscii(extension, ".kdt") || EqualsNoCaseAscii(extension, ".kdt6");
+}
+
+std::vector<Text> TemplatesIn(Files& files, std::string_view folder) {
+    std::vector<Text> names = files.FolderEntries(folder);
+    std::erase_if(names, [](const Text& name) { return !IsTemplate(name); });
+    return names;
 }
 
 /// Copies the files of a folder to a new one, which appears only when all are in it.
@@ -41,27 +47,36 @@ void CopyFolder(Files& files, std::string_view from, std::string_view to) {
 void ProvideSampleApplications(Globals& g, std::string_view installedFolder, std::string_view ownFolder) {
     Files& files = g.platform.files;
     const Text settings = SettingsPath(g);
-    if (!IsSurelyMissing(files, settings) || files.Exists(FallbackSettingsPath(g)) ||
+    if (PresenceOf(files, settings) != Presence::Missing || files.Exists(FallbackSettingsPath(g)) ||
         !files.Exists(installedFolder)) {
         return;
     }
+    const bool isNew = !files.Exists(ownFolder);
     try {
-        if (!files.Exists(ownFolder)) {
+        if (TemplatesIn(files, installedFolder).empty()) {
+            return;
+        }
+        if (isNew) {
             CopyFolder(files, installedFolder, ownFolder);
         }
         g.gRecents = std::make_shared<cRecents>();
         g.gMasterFiles = std::make_shared<cMasterFiles>();
-        for (const Text& name : files.FolderEntries(ownFolder)) {
-            if (IsTemplate(name)) {
-                g.gMasterFiles->Add(paths::Join(ownFolder, name, files.Delimiter()), true);
-            }
+        for (const Text& name : TemplatesIn(files, ownFolder)) {
+            g.gMasterFiles->Add(paths::Join(ownFolder, name, files.Delimiter()), true);
         }
         g.gMasterFiles->Sort("A");
         if (g.gMasterFiles->Count() > 0) {
-            WriteSettings(g, settings);
+            WriteSettings(g, settings);  // without a word when it fails
         }
     } catch (const cError&) {
         // Nothing to try is no reason not to start.
+    }
+    if (isNew && files.Exists(ownFolder) && !files.Exists(settings)) {
+        try {
+            files.RemoveFolder(ownFolder);
+        } catch (const cError&) {
+            // Then the copies stay; a later first start lists them.
+        }
     }
 }
 

@@ -1,5 +1,6 @@
 #include "lifecycle/StartUp.h"
 
+#include "appfiles/Variables.h"
 #include "base/Paths.h"
 #include "model/modKDLimitDesk.h"
 
@@ -16,9 +17,7 @@ void LoadRuleCatalogue(Globals& g) {
             g.gRuleNames += ',';
         }
         g.gRuleNames += rules.Item(position).RuleEntryName();
-        // Past the 26th rule the codes simply run on.
-        g.gRuleLetters +=
-            g.platform.locale.CodePage().Decode(std::string(1, static_cast<char>('A' + position - 1)));
+        g.gRuleLetters += RuleLetter(static_cast<std::size_t>(position - 1), g.platform.locale.CodePage());
     }
     Text block = "[RULES]";
     block += CrLf;

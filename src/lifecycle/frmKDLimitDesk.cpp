@@ -18,7 +18,7 @@
 #include "lifecycle/StartUp.h"
 #include "model/modKDLimitDesk.h"
 #include "platform/EventBoundary.h"
-#include "platform/SurelyMissing.h"
+#include "platform/Presence.h"
 
 namespace kd {
 
@@ -62,6 +62,8 @@ void frmKDLimitDesk::WireMenus() {
     d.mnuCommit.Click = Guarded([this] { CommitChanges(m_desk); });
     d.mnuClose.Click = Guarded([this] {
         if (Unload) {
+            m_closesFromMenu = true;
+            const Scope closed([this] { m_closesFromMenu = false; });
             Unload();
         }
     });
@@ -140,11 +142,14 @@ bool frmKDLimitDesk::RunStart(std::uintptr_t window) {
     m_g.gSettingsPath = SettingsPath(m_g);
     m_maximised = true;
     LoadRuleCatalogue(m_g);
-    if (IsSurelyMissing(m_g.platform.files, m_g.gSettingsPath)) {
-        ReadSettings(m_g, FallbackSettingsPath(m_g));
-        WriteSettings(m_g, m_g.gSettingsPath);
-    } else {
+    if (const Presence settings = PresenceOf(m_g.platform.files, m_g.gSettingsPath);
+        settings == Presence::Here) {
         ReadSettings(m_g, m_g.gSettingsPath);
+    } else {
+        ReadSettings(m_g, FallbackSettingsPath(m_g));
+        if (settings == Presence::Missing) {  // else nothing may be written over what may be there
+            WriteSettings(m_g, m_g.gSettingsPath);
+        }
     }
     m_g.gStartingUp = true;
     const Scope started([this] { m_g.gStartingUp = false; });
@@ -188,10 +193,13 @@ void frmKDLimitDesk::LoadAndShowApplications() {
 }
 
 bool frmKDLimitDesk::Form_QueryUnload() {
-    // What stands in an open editor is an edit too: taken, it counts below; refused, it keeps the window.
-    CloseCellEditor(m_desk);
-    if (m_desk.Grid.EditWindow()) {
-        return false;
+    // What stands in an open editor is an edit too: taken, it counts below; refused, it keeps the window. The
+    // menu's opening has settled it already, and told a refusal: its command goes by the cell's old text.
+    if (!m_closesFromMenu) {
+        CloseCellEditor(m_desk);
+        if (m_desk.Grid.EditWindow()) {
+            return false;
+        }
     }
     if (!AnyChanges(m_g)) {
         return true;

@@ -35,7 +35,8 @@ public:
     /// `window` is the handle of the form's window.
     [[nodiscard]] bool Form_Load(std::uintptr_t window);
     /// The user wants to close the window: whether it may close. Settles an open cell editor first; a refused
-    /// text in it keeps the window open.
+    /// text in it keeps the window open, unless the wish came from the File menu, which has told the refusal
+    /// as it opened.
     [[nodiscard]] bool Form_QueryUnload();
     /// Lays out progress bar and grid; `inner` is the window's inner area below the menu bar, `gridTop` the
     /// grid's top in it, `pixel` the size of a pixel in the form's units.
@@ -83,6 +84,7 @@ private:
     EditMemory m_editMemory;
     std::vector<MenuItem*> m_menuBar;
     bool m_maximised = false;
+    bool m_closesFromMenu = false;
 };
 
 }  // namespace kd

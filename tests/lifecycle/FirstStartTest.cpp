@@ -69,18 +69,36 @@ TEST_F(FirstStartTest, WithoutInstalledSamplesNothingIsMade) {
     EXPECT_FALSE(desk.files.Exists(SettingsPath(desk.g)));
 }
 
+TEST_F(FirstStartTest, AnInstalledFolderWithoutAnApplicationIsNotCopied) {
+    desk.files.Put("/opt/empty/Rules.ini", "[RULES]\r\n");
+    ProvideSampleApplications(desk.g, "/opt/empty", own);
+    EXPECT_FALSE(desk.files.Exists(own));
+    EXPECT_FALSE(desk.files.Exists(SettingsPath(desk.g)));
+}
+
+TEST_F(FirstStartTest, SettingsThatCannotBeWrittenTakeTheNewCopiesAwayButNoEarlierOnes) {
+    desk.files.FailOn("ReplaceFile", ".IKD", errDiskFull);
+    Provide();
+    EXPECT_FALSE(desk.files.Exists(own));
+    desk.files.Put(own + "/water.kdt6", "changed");
+    Provide();
+    EXPECT_EQ(desk.files.Get(own + "/water.kdt6"), "changed");
+    EXPECT_FALSE(desk.files.Exists(SettingsPath(desk.g)));
+}
+
 TEST_F(FirstStartTest, ACopyThatFailsLeavesNeitherFolderNorSettings) {
     int failed = 0;
     for (int operation = 1; operation < 50; ++operation) {
         TestDesk fresh;
+        fresh.files.MakeFolder(paths::Folder(SettingsPath(fresh.g)));
         fresh.files.Put(installed + "/water.kdt6", "template");
         fresh.files.Put(installed + "/water.KDV6.V1", "view");
         fresh.files.FailAt(operation, errDiskFull);
         ProvideSampleApplications(fresh.g, installed, own);
         fresh.files.FailAt(0);
+        EXPECT_EQ(fresh.files.Exists(own), fresh.files.Exists(SettingsPath(fresh.g))) << operation;
         if (!fresh.files.Exists(own)) {
             ++failed;
-            EXPECT_FALSE(fresh.files.Exists(SettingsPath(fresh.g))) << operation;
             EXPECT_FALSE(fresh.files.Exists(own + ".new/water.kdt6")) << operation;
         } else {
             EXPECT_EQ(fresh.files.Get(own + "/water.KDV6.V1"), "view") << operation;

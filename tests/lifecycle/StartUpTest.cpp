@@ -45,6 +45,17 @@ TEST(StartUpTest, RuleLettersPastAsciiAreTheCodePages) {
     EXPECT_TRUE(desk.g.gRuleLetters.ends_with("~\x7F\xE2\x82\xAC")) << desk.g.gRuleLetters;
 }
 
+TEST(StartUpTest, WhereTheCodePageEndsRulesHaveNoLetter) {
+    TestDesk desk;
+    desk.suite.rules.assign(191, "r");  // the last one has the code 255
+    LoadRuleCatalogue(desk.g);
+    const Text whole = desk.g.gRuleLetters;
+    EXPECT_TRUE(whole.ends_with("\xC3\xBE\xC3\xBF")) << whole;
+    desk.suite.rules.assign(300, "r");
+    LoadRuleCatalogue(desk.g);
+    EXPECT_EQ(desk.g.gRuleLetters, whole);
+}
+
 TEST(StartUpTest, AnEmptyFirstNameLeavesNoTraceInTheJoinedNames) {
     TestDesk desk;
     desk.suite.rules = {"", "Trend", "", "Run"};

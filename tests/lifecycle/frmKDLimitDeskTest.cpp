@@ -171,6 +171,36 @@ TEST(frmKDLimitDeskTest, SettingsThatCannotBeMadeAreSilentAndTheNextStartTakesTh
     }
 }
 
+TEST(frmKDLimitDeskTest, SettingsThatCannotBeSeenAreNotWrittenOverAndTheFallbackIsShown) {
+    StartDesk desk;
+    desk.files.Erase(SettingsFile);
+    desk.files.MakeFolder("/home/anna/kd6");
+    desk.files.Put(FallbackFile, SettingsWith({"/apps/plant.kdt"}));
+    desk.files.FailOn("Read", ".IKD", errPermissionDenied);
+    frmKDLimitDesk form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& dialog) {
+        ASSERT_EQ(dialog.Grid.Rows(), 2);
+        EXPECT_EQ(dialog.Grid.TextMatrix(1, 0), "/apps/plant.kdt");
+        dialog.cmdCancel.UserClick();
+    });
+    EXPECT_FALSE(form.Form_Load(1));
+    EXPECT_FALSE(desk.files.Has(SettingsFile));
+}
+
+TEST(frmKDLimitDeskTest, SettingsThatCannotBeReadDoNotGiveWayToTheFallback) {
+    StartDesk desk;
+    desk.files.SetUnreadable(SettingsFile);
+    desk.files.Put(FallbackFile, SettingsWith({"/apps/other.kdt"}));
+    const std::string kept = desk.files.Get(SettingsFile);
+    frmKDLimitDesk form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [](frmApplicationAdmin& dialog) {
+        EXPECT_EQ(dialog.Grid.Rows(), 1);
+        dialog.cmdCancel.UserClick();
+    });
+    EXPECT_FALSE(form.Form_Load(1));
+    EXPECT_EQ(desk.files.Get(SettingsFile), kept);
+}
+
 TEST(frmKDLimitDeskTest, WithoutAnIdentityTheProgramEndsBeforeTheDialogWithoutAWord) {
     StartDesk desk;
     desk.environment.variables["USERNAME"] = "";
@@ -320,6 +350,30 @@ TEST(frmKDLimitDeskTest, ARefusedTextInTheEditorKeepsTheWindowUntilItIsGivenUp) 
     EXPECT_EQ(desk.grid.EditText(), "abc");
     desk.grid.CancelEdit();
     EXPECT_TRUE(desk.form.Form_QueryUnload());
+}
+
+TEST(frmKDLimitDeskTest, CloseInTheFileMenuGoesByTheOldTextOnceItsOpeningHasToldTheRefusal) {
+    for (const bool changed : {false, true}) {
+        RunningDesk desk;
+        if (changed) {
+            desk.Change();
+        }
+        bool mayClose = changed;
+        desk.form.Unload = [&] { mayClose = desk.form.Form_QueryUnload(); };
+        desk.grid.Select(1, ColUsl);
+        ASSERT_TRUE(desk.grid.StartEdit());
+        desk.grid.SetEditText("abc");
+        desk.toolkit.ExpectBox("Invalid value 'abc' entered for cell!");
+        desk.form.MenuBar()[0]->UserClick();
+        if (changed) {
+            desk.toolkit.ExpectQuestion(
+                "You have outstanding changes. Are you sure you want to quit without saving?",
+                BoxIcon::Question, "KD LimitDesk", BoxAnswer::No);
+        }
+        desk.desk.mnuClose.UserClick();
+        EXPECT_EQ(mayClose, !changed);
+        EXPECT_EQ(desk.grid.EditText(), "abc");
+    }
 }
 
 TEST(frmKDLimitDeskTest, CloseInTheFileMenuUnloadsTheWindow) {

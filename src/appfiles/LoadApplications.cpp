@@ -56,7 +56,7 @@ private:
             // A number below 1 would stand for the template itself, which is loaded already.
             if (view.ViewEntryNumber() >= 1) {
                 ++m_views;
-                LoadView(path, view.ViewEntryName(), ToInt16(view.ViewEntryNumber()));
+                LoadView(path, view.ViewEntryName(), NumberOf(view, path));
             }
         }
         m_reader->CloseFile();
@@ -66,6 +66,14 @@ private:
             m_g.platform.toolkit.ProcessEvents();  // the bar at its end is always shown
         } else {
             m_g.platform.toolkit.ProcessEventsInJob();
+        }
+    }
+
+    static std::int16_t NumberOf(const KDViewEntry& view, const Text& path) {
+        try {
+            return ToInt16(view.ViewEntryNumber());
+        } catch (const cError& error) {
+            throw error.WithPath(path);
         }
     }
 

@@ -111,9 +111,19 @@ void RefreshGridRow(Desk& desk, std::int32_t row) {
     texts.Add(view.Title());
     texts.Add(view.ViewName());
     texts.Add(Digits(view.ViewNo()));
-    for (std::int32_t number = FirstVariableColumn; number <= ColumnCount; ++number) {
-        field.AppendValue(number, vmGrid, desk.g.platform.locale, texts.Bytes());
-        texts.EndCell();
+    try {
+        for (std::int32_t number = FirstVariableColumn; number <= ColumnCount; ++number) {
+            field.AppendValue(number, vmGrid, desk.g.platform.locale, texts.Bytes());
+            texts.EndCell();
+        }
+    } catch (...) {
+        // What can be shown says which variable it is.
+        texts.DropOpenCell();
+        while (texts.Ends().size() < static_cast<std::size_t>(ColumnCount)) {
+            texts.Add({});
+        }
+        grid.SetRowTexts(row, texts);
+        throw;
     }
     grid.SetRowTexts(row, texts);
     grid.SetRowHidden(row, desk.mnuShowOnlyNumericVariables.Checked() && !IsNumericType(field.FieldType()));

@@ -100,7 +100,13 @@ TEST(LoadApplicationsTest, AViewNumberOutsideSixteenBitsOverflows) {
     LoadedDesk t;
     t.Put(anApplication());
     t.suite.applications["/apps/plant.kdt"].views = {{"Far", 32768}};
-    EXPECT_EQ(ErrorOf(t), errOverflow);
+    try {
+        t.Load();
+        ADD_FAILURE() << "loaded";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Number(), errOverflow);
+        EXPECT_EQ(error.Path(), "/apps/plant.kdt");
+    }
 }
 
 TEST(LoadApplicationsTest, ATemplateThatCannotBeOpenedIsDisabledSilentlyAndStaysInTheList) {

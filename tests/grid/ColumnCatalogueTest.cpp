@@ -284,8 +284,13 @@ TEST(RowFillTest, ARowThatCannotBeShownIsLinkedToItsVariableAllTheSame) {
     LoadedDesk desk;
     desk.Put(anApplication().Field(aField()).Field(aField().Length(2).Decimals(2)));
     EXPECT_THROW(desk.Load(), cError) << "the mask has no place for the point";
-    ASSERT_EQ(desk.desk.Grid.Rows(), 3);
-    EXPECT_EQ(desk.desk.Grid.RowData(2), 2);
+    const VSFlexGrid& grid = desk.desk.Grid;
+    ASSERT_EQ(grid.Rows(), 3);
+    EXPECT_EQ(grid.RowData(2), 2);
+    EXPECT_EQ(grid.TextMatrix(2, 0), "2");
+    EXPECT_EQ(grid.TextMatrix(2, 7), desk.g.gFields->Ref(2).Name());
+    EXPECT_FALSE(grid.TextMatrix(2, 7).empty());
+    EXPECT_EQ(grid.TextMatrix(2, ColumnCount - 1), "");
 }
 
 }  // namespace

@@ -117,11 +117,13 @@ void frmApplicationAdmin::cmdAddApplication_Click() {
     if (!chosen || chosen->empty()) {
         return;
     }
-    if (chosen->size() == 1) {
-        const Text path = chosen->front();
-        *chosen = {Text(paths::Folder(path)), Text(paths::FileName(path))};
+    std::vector<Text> files(chosen->begin() + (chosen->size() == 1 ? 0 : 1), chosen->end());
+    if (chosen->size() > 1) {
+        for (Text& file : files) {
+            file = paths::Join(chosen->front(), file, m_g.platform.files.Delimiter());
+        }
     }
-    const Text duplicates = AddFiles(*chosen);
+    const Text duplicates = AddFiles(files);
     if (!duplicates.empty()) {
         Text warning = "WARNING - The following selected files were already added:";
         warning += CrLf;
@@ -130,16 +132,14 @@ void frmApplicationAdmin::cmdAddApplication_Click() {
     }
 }
 
-Text frmApplicationAdmin::AddFiles(const std::vector<Text>& folderAndNames) {
+Text frmApplicationAdmin::AddFiles(const std::vector<Text>& chosen) {
     const CodePage& page = m_g.platform.locale.CodePage();
     std::unordered_set<Text> known;
     for (std::int32_t row = 1; row < Grid.Rows(); ++row) {
         known.insert(page.Upper(Grid.TextMatrix(row, 0)));
     }
     Text duplicates;
-    for (std::size_t at = 1; at < folderAndNames.size(); ++at) {
-        const Text path =
-            paths::Join(folderAndNames.front(), folderAndNames[at], m_g.platform.files.Delimiter());
+    for (const Text& path : chosen) {
         if (!known.insert(page.Upper(path)).second) {
             duplicates += path;
             duplicates += CrLf;

@@ -44,7 +44,7 @@ private:
     void cmdCancel_Click();
     /// Appends a row for each name that no row has yet, in any case. Returns the paths that were there
     /// already, a line each.
-    Text AddFiles(const std::vector<Text>& folderAndNames);
+    Text AddFiles(const std::vector<Text>& chosen);
     void RememberCriterion(const Text& criterion);
     bool Matches(std::string_view criteria, std::string_view path) const;
 

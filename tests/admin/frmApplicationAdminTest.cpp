@@ -212,6 +212,17 @@ TEST(frmApplicationAdminTest, OneFileComesAsAPathAndSeveralAsFolderAndNames) {
     });
 }
 
+TEST(frmApplicationAdminTest, OneFileIsListedByThePathThatWasChosen) {
+    AdminDesk desk;
+    desk.Show([&](frmApplicationAdmin& form) {
+        for (const char* const path : {"/new/a\\b.kdt", "C:\\new\\c.kdt", "d.kdt"}) {
+            desk.fileDialog.answer = {{path}};
+            form.cmdAddApplication.UserClick();
+            EXPECT_EQ(AdminDesk::Rows(form).back(), path);
+        }
+    });
+}
+
 TEST(frmApplicationAdminTest, FilesThatAreThereAlreadyAreNamedInOneBoxAlsoInAnotherCaseAndHidden) {
     AdminDesk desk;
     desk.Show([&](frmApplicationAdmin& form) {

@@ -148,6 +148,10 @@ bool CodePage::CanEncode(std::string_view text) const {
     return all;
 }
 
+Text CodePage::DecodeMarked(std::string_view bytes) const {
+    return bytes.starts_with(ByteOrderMark) ? Text(bytes.substr(ByteOrderMark.size())) : Decode(bytes);
+}
+
 Text CodePage::Seen(std::string_view text) const {
     Text seen;
     seen.reserve(text.size());

@@ -8,6 +8,9 @@
 
 namespace kd {
 
+/// The bytes at the front of a file that is marked as UTF-8.
+inline constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
 /// A single-byte code page: the one door between the bytes of a file and Text. Every byte value has a
 /// character of its own, so that a file's bytes survive decoding and encoding unchanged: a byte that the page
 /// leaves undefined stands for the control character of its number, or from 0xA0 on for a private character.
@@ -23,6 +26,8 @@ public:
 
     /// The text of a file's bytes.
     Text Decode(std::string_view bytes) const;
+    /// The text of a file's bytes where a byte order mark may tell that they are UTF-8.
+    Text DecodeMarked(std::string_view bytes) const;
     /// The text of a file's bytes: the bytes themselves where they are all ASCII, else what is put into the
     /// buffer, which keeps its capacity from call to call.
     std::string_view DecodeInto(std::string_view bytes, Text& buffer) const;

@@ -9,8 +9,6 @@ namespace kd {
 
 namespace {
 
-constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-
 /// The bytes of a file, or none where it cannot be read.
 std::string BytesOf(Files& files, std::string_view path) {
     try {
@@ -39,9 +37,7 @@ void INIfile::LoadFile(std::string_view path) {
     m_lines.Clear();
     const CodePage& page = m_locale.CodePage();
     const std::string bytes = BytesOf(m_files, path);
-    const bool marked = bytes.starts_with(ByteOrderMark);
-    const Text text = marked ? bytes.substr(ByteOrderMark.size()) : page.Decode(bytes);
-    IniScanner(page).Scan(text,
+    IniScanner(page).Scan(page.DecodeMarked(bytes),
                           [&](std::string_view group, std::string_view section, std::string_view value) {
                               m_lines.Add(Text(group), Text(section), Text(value));
                           });

@@ -7,18 +7,21 @@
 namespace kd {
 
 std::vector<Text> ReadRuleCatalogue(Files& files, const Locale& locale, const std::vector<Text>& folders) {
+    const CodePage& page = locale.CodePage();
     for (const Text& folder : folders) {
         if (folder.empty()) {
             continue;  // no such place; with a delimiter behind it, it would be the root
         }
         Text text;
         try {
-            text = locale.CodePage().Decode(files.Read(paths::Join(folder, "Rules.ini", files.Delimiter())));
+            // Seen, since the names go into every saved file.
+            text =
+                page.Seen(page.DecodeMarked(files.Read(paths::Join(folder, "Rules.ini", files.Delimiter()))));
         } catch (const cError&) {
             continue;  // a catalogue that cannot be read is none; the next place has one
         }
         std::vector<Text> rules;
-        IniScanner scanner(locale.CodePage());
+        IniScanner scanner(page);
         scanner.Scan(text, [&](std::string_view group, std::string_view key, std::string_view value) {
             if (group == "[RULES]" && key == "RULE" && !value.empty()) {
                 rules.emplace_back(value);

@@ -31,6 +31,13 @@ TEST_F(RuleCatalogueTest, TheSettingsFolderGoesBeforeTheProgramsOwn) {
     EXPECT_EQ(Read(), Names{"Shipped"});
 }
 
+TEST_F(RuleCatalogueTest, AFileMarkedAsUtf8IsReadAsSuch) {
+    files.Put("/settings/Rules.ini", "\xEF\xBB\xBF[RULES]\r\nRULE = M\xC3\xBCller\r\nRULE = \xCE\xA9\r\n");
+    files.Put("/data/Rules.ini", "[RULES]\r\nRULE = Shipped\r\n");
+    EXPECT_EQ(Read(), (Names{"M\xC3\xBCller", "?"}))
+        << "what the files' code page lacks is no part of a name";
+}
+
 TEST_F(RuleCatalogueTest, WithoutAnyFileItIsTheListBuiltIn) {
     EXPECT_EQ(Read(), builtIn);
 }

@@ -34,7 +34,7 @@ public:
             }
         }
         EndRow();
-        if (!m_seen || m_places > MostPlaces) {
+        if (!m_seen || m_rows == 0 || m_places > MostPlaces) {
             return std::nullopt;
         }
         return FromQt(m_cells);

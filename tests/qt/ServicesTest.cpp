@@ -182,6 +182,13 @@ TEST(QtClipboardTest, AnotherProgramsTableIsTakenCellByCell) {
     EXPECT_EQ(QtClipboard().GetText(), "1\t2");
 }
 
+TEST(QtClipboardTest, ATableWithoutACellDoesNotHideThePlainText) {
+    FromElsewhere("12", "<table></table><p>12</p>");
+    EXPECT_EQ(QtClipboard().GetText(), "12");
+    FromElsewhere("12", "<table><tr></tr></table><p>12</p>");
+    EXPECT_EQ(QtClipboard().GetText(), "12");
+}
+
 TEST(QtClipboardTest, AnotherProgramsPlainTextStaysAsItStands) {
     QtClipboard clipboard;
     FromElsewhere("1\t2\r\n3\t4\r\n", QString());

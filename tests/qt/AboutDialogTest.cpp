@@ -42,6 +42,20 @@ TEST_F(AboutDialogTest, TellsTitleVersionAndMaker) {
     });
 }
 
+TEST_F(AboutDialogTest, ShownAgainItHasTheKeyboardWhereItBegins) {
+    QString first;
+    About([&](QWidget& dialog) {
+        first = dialog.focusWidget()->objectName();
+        Find(dialog, "lblWebsite").setFocus();
+        dialog.close();
+    });
+    EXPECT_NE(first, "lblWebsite");
+    About([&](QWidget& dialog) {
+        EXPECT_EQ(dialog.focusWidget()->objectName(), first);
+        dialog.close();
+    });
+}
+
 TEST_F(AboutDialogTest, IsOwnedByTheMainWindow) {
     About([this](QWidget& dialog) {
         EXPECT_EQ(dialog.parentWidget(), &window);

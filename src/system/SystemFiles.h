@@ -7,6 +7,10 @@
 #include "base/CodePage.h"
 #include "platform/Files.h"
 
+#ifndef _WIN32
+struct stat;
+#endif
+
 namespace kd {
 
 #ifndef _WIN32

@@ -359,10 +359,9 @@ TEST(CommitChangesTest, EachOfSeveralApplicationsIsArchivedOnceBeforeItsFirstSav
             steps.push_back(entry);
         }
     }
-    EXPECT_EQ(steps,
-              (std::vector<Text>{"ArchiveApplication /apps/plant.kdt", "OpenLog /apps/plant.KDL",
-                                 "OpenLog /apps/plant.KDL", "ArchiveApplication /more/mill.kdt",
-                                 "OpenLog /more/mill.KDL", "OpenLog /more/mill.KDL"}));
+    EXPECT_EQ(steps, (std::vector<Text>{"ArchiveApplication /apps/plant.kdt", "OpenLog /apps/plant.KDL",
+                                        "OpenLog /apps/plant.KDL", "ArchiveApplication /more/mill.kdt",
+                                        "OpenLog /more/mill.KDL", "OpenLog /more/mill.KDL"}));
 }
 
 TEST(CommitChangesTest, ASecondCommitArchivesAgain) {

@@ -22,6 +22,7 @@ help:
 	@echo "make format   lays the sources out with clang-format"
 	@echo "make tidy     clang-tidy over all sources"
 	@echo "make samples  makes the sample applications anew from their tables"
+	@echo "make clean    takes away all that was built"
 
 run:
 	@JOBS=$(JOBS) scripts/run.sh

@@ -2,7 +2,7 @@
 """Makes the benchmark's applications from a seed: bench/make_corpus.py DIR [--scale 1/8] [--seed N]
 
 At scale 1 it is the system's limit: 300 applications with five views each, 18 variables a file, which are 1,800 files
-with 32,400 variables in some 22 MB. The same seed gives the same bytes with every version of Python.
+with 32,400 variables in some 24 MB. The same seed gives the same bytes with every version of Python.
 """
 import argparse
 import fractions

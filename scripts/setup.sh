@@ -1,5 +1,5 @@
 #!/bin/bash
-# Installs what is missing of scripts/packages.txt for the jobs named (build, display, check; build when none is named).
+# Installs what is missing of scripts/packages.txt for the jobs named there (build when none is named).
 # Needs root or sudo only when something is missing; without either it says what to install and stops.
 set -u
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)

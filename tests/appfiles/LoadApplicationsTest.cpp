@@ -68,6 +68,19 @@ TEST(LoadApplicationsTest, EachViewIsReadFromItsOwnFileInTheOrderOfTheList) {
     }
 }
 
+TEST(LoadApplicationsTest, EachViewBearsTheTitleOfItsApplication) {
+    LoadedDesk t;
+    t.Put(anApplication("/a.kdt").Title("Mill").View("Inlet", 1).View("Outlet", 2));
+    t.Put(anApplication("/b.kdt").Title("Dairy").View("Tank", 1));
+    t.Load();
+    std::vector<Text> titles;
+    for (const auto& file : *t.g.gFiles) {
+        titles.push_back(file->ViewName() + " of " + file->Title());
+    }
+    EXPECT_EQ(titles, (std::vector<Text>{" of Mill", "Inlet of Mill", "Outlet of Mill", " of Dairy",
+                                         "Tank of Dairy"}));
+}
+
 TEST(LoadApplicationsTest, ARowIsAppendedForEachVariable) {
     LoadedDesk t;
     t.Put(anApplication().Field(aField().Name("a")).View("Inlet", 1).Field(aField().Name("b").Type("T")));
@@ -170,6 +183,41 @@ TEST(LoadApplicationsTest, StatusAndProgressMoveOnceForEachApplicationWithOnePas
     EXPECT_TRUE(t.desk.Grid.Redraw());
 }
 
+TEST(LoadApplicationsTest, OnlyThePassAfterTheLastApplicationMayNeverBeLeftOut) {
+    /// Tells the two kinds of passes apart.
+    class Passes : public ScriptedToolkit {
+    public:
+        std::vector<Text> seen;
+        void ProcessEvents() override { seen.emplace_back("always"); }
+        void ProcessEventsInJob() override { seen.emplace_back("in job"); }
+    };
+    TestDesk t;
+    Passes passes;
+    Platform platform{t.files, passes, t.locale, t.clock, t.environment, t.shell, t.fileDialog, t.suite};
+    Globals g(platform);
+    Desk desk(g);
+    for (const char* path : {"/a.kdt", "/b.kdt", "/c.kdt"}) {
+        anApplication(path).PutInto(t);
+        g.gMasterFiles->Add(path, true);
+    }
+    modKDLimitDesk::BuildColumnCatalogue(g);
+    SetupGridColumns(desk);
+    LoadApplications(desk);
+    EXPECT_EQ(passes.seen, (std::vector<Text>{"in job", "in job", "always"}));
+}
+
+TEST(LoadApplicationsTest, ThePathStandsInTheStatusBeforeItsApplicationIsOpenedAlsoIfItFailsTo) {
+    LoadedDesk t;
+    t.g.gMasterFiles->Add("/broken.kdt", true);
+    t.Put(anApplication("/a.kdt"));
+    t.desk.Panel2.OnChanged = [&] { t.suite.log.push_back(t.desk.Panel2.Caption()); };
+    t.Load();
+    EXPECT_EQ(t.suite.log,
+              (std::vector<Text>{"NewApplicationFile", "Loading: /broken.kdt", "OpenFile /broken.kdt",
+                                 "Loading: /a.kdt", "OpenFile /a.kdt", "LoadViews", "CloseFile",
+                                 "Done ... , Applications: 2, Views: 0, Variables: 0"}));
+}
+
 TEST(LoadApplicationsTest, EachLoadStartsFromNewLists) {
     LoadedDesk t;
     t.Put(anApplication().Field(aField().Name("a")));
@@ -236,6 +284,27 @@ TEST(LoadApplicationsTest, RuleLettersBecomeTheCataloguesAndTheBaselineKeepsTheF
     EXPECT_EQ(t.g.gFields->Ref(2).Rules(), "A");
     EXPECT_EQ(t.g.gSavedFields->Ref(2).Rules(), "b");
     EXPECT_EQ(t.desk.Grid.TextMatrix(1, 28), "A");
+}
+
+TEST(LoadApplicationsTest, EachFilesLettersGoByItsOwnRules) {
+    LoadedDesk t;
+    SetCatalogue(t.g, {"X", "Y"});
+    const Text there = "[RULES]\r\nRULE=X\r\nRULE=Y\r\n\r\n";
+    const Text turned = "[RULES]\r\nRULE=Y\r\nRULE=X\r\n\r\n";
+    const Text variable = aField().Rules("A").Block();
+    t.Put(anApplication().View("Turned", 1).View("As the first", 2).View("Without rules", 3));
+    t.files.Put("/apps/plant.kdt", there + variable);
+    t.files.Put("/apps/plant.V1", turned + variable);
+    t.files.Put("/apps/plant.V2", there + variable);
+    t.files.Put("/apps/plant.V3", variable);
+    t.Load();
+    ASSERT_EQ(t.g.gFields->Count(), 4);
+    const char* const letters[] = {"A", "B", "A", ""};
+    for (std::int32_t row = 1; row <= 4; ++row) {
+        EXPECT_EQ(t.g.gFields->Ref(row).Rules(), letters[row - 1]) << row;
+        EXPECT_EQ(t.desk.Grid.TextMatrix(row, 28), letters[row - 1]) << row;
+        EXPECT_EQ(t.g.gSavedFields->Ref(row).Rules(), "A") << row;
+    }
 }
 
 TEST(LoadApplicationsTest, ANumberThatDoesNotFitStopsTheLoadAndItsViewCannotBeSavedHalfRead) {

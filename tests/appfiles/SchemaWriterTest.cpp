@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 #include "appfiles/FileNames.h"
 #include "appfiles/SchemaHeader.h"
 #include "appfiles/SchemaReader.h"
@@ -481,6 +483,29 @@ TEST(SaveSchemaTest, ATemporaryFileThatCannotBeOpenedMayBeTriedAgain) {
     EXPECT_FALSE(t.Save());
     t.files.FailNoMore();
     EXPECT_TRUE(t.Save());
+}
+
+TEST(SaveSchemaTest, WantOfMemoryIsToldAndBlocksTheTemporaryPathOnceItsFileIsOpen) {
+    for (const Text where : {"OpenForOutput", "Read", "Write", "Close"}) {
+        WriteDesk t;
+        t.Add(aField());
+        const Text old = t.files.Get(t.target);
+        t.files.onStep = [&](const Text& operation) {
+            if (operation.starts_with(where + " ")) {
+                throw std::bad_alloc();
+            }
+        };
+        t.ExpectBox("Error 7: Out of memory occurred in SaveSchema.");
+        EXPECT_FALSE(t.Save()) << where;
+        EXPECT_EQ(t.files.Get(t.target), old) << where;
+
+        t.files.onStep = nullptr;
+        const bool opened = where != "OpenForOutput";
+        if (opened) {
+            t.ExpectBox("Error 55: File already open occurred in SaveSchema.");
+        }
+        EXPECT_EQ(t.Save(), !opened) << where;
+    }
 }
 
 TEST(SaveSchemaTest, AFailedOverwriteStillCountsAsSaved) {

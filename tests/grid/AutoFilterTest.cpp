@@ -347,6 +347,50 @@ TEST_F(AutoFilterTest, OwnFilterDoesNotNarrowTheListBesideAnotherOne) {
     EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("g", "kg"));
 }
 
+TEST_F(AutoFilterTest, AllThatAnotherColumnLeavesTickedRemovesTheFilter) {
+    AddUnitAndCategory("a", "A");
+    AddUnitAndCategory("b", "B");
+    AddUnitAndCategory("c", "B");
+    Press(cnUnits, Tick({"a", "b"}));
+    Press(cnCategory, Tick({"A"}));
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+a"));
+    Press(cnUnits, [](frmAutoFilter& form) { form.cmdOk.UserClick(); });
+    EXPECT_THAT(Filter(cnUnits), IsEmpty());
+    EXPECT_EQ(Funnel(cnUnits), HeaderPicture::FilterOff);
+    EXPECT_EQ(Funnel(cnCategory), HeaderPicture::FilterOn);
+    EXPECT_THAT(ShownRows(), ElementsAre(1));
+}
+
+TEST_F(AutoFilterTest, EntryThatIsNotOnOfferLeavesTheFilterAtOk) {
+    AddUnitAndCategory("a", "A");
+    AddUnitAndCategory("b", "B");
+    AddUnitAndCategory("c", "A");
+    Press(cnUnits, Tick({"a", "b"}));
+    Press(cnCategory, Tick({"A"}));
+    EXPECT_THAT(Offered(cnUnits), ElementsAre("+a", "-c"));
+    Press(cnUnits, [](frmAutoFilter& form) { form.cmdOk.UserClick(); });
+    EXPECT_THAT(Filter(cnUnits), ElementsAre("a"));
+    EXPECT_EQ(Funnel(cnUnits), HeaderPicture::FilterOn);
+}
+
+TEST_F(AutoFilterTest, FiltersOfTheFirstAndTheLastPositionCount) {
+    AddUnits({"g", "kg", "l"});
+    SetCellValue(desk, 2, Position(cnUCase), "Y");
+    const std::pair<ColumnNumber, Text> filters[] = {{cnID, "2"}, {cnUCase, "y"}};
+    for (const auto& [number, name] : filters) {
+        SCOPED_TRACE(number);
+        SetFilter(number, {name});
+        EXPECT_EQ(CountActiveFilters(desk), 1);
+        EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("kg"));
+        ApplyFilters(desk);
+        EXPECT_THAT(ShownRows(), ElementsAre(2));
+        DropFilters(desk);
+        EXPECT_EQ(CountActiveFilters(desk), 0);
+        ApplyFilters(desk);
+        EXPECT_THAT(ShownRows(), ElementsAre(1, 2, 3));
+    }
+}
+
 TEST_F(AutoFilterTest, ValuesComeInTheOrderOfTheRowsHiddenOnesToo) {
     AddUnits({"m", "kg", "g"});
     Hide({1, 3});

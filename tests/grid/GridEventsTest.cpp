@@ -99,6 +99,19 @@ TEST(GridEventsTest, ARightPressWithARefusedTextTellsSoKeepsTheEditorAndShowsThe
     EXPECT_EQ(desk.grid.EditText(), "abc");
 }
 
+TEST(GridEventsTest, ARightPressBelowTheLastRowOrBesideTheColumnsLeavesTheOpenEditorAndShowsNoMenu) {
+    for (const auto& [row, col] : {std::pair{-1, ColUsl}, {2, -1}, {-1, -1}}) {
+        SCOPED_TRACE(testing::Message() << row << ", " << col);
+        EventsDesk desk;
+        desk.OpenEditor(1, ColUsl, "20");
+        EXPECT_TRUE(desk.Press(MouseButton::Right, row, col));
+        desk.Release(MouseButton::Right);
+        EXPECT_TRUE(desk.grid.EditWindow());
+        EXPECT_EQ(desk.grid.EditText(), "20");
+        EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 12.5);
+    }
+}
+
 TEST(GridEventsTest, ARightPressOutsideTheSelectionMovesThereAndInsideLeavesIt) {
     EventsDesk desk;
     desk.grid.Select(1, ColName);

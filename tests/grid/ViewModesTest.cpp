@@ -182,6 +182,25 @@ TEST_F(ViewModesTest, ColumnsAreToldByTheirNumbersInAnyOrder) {
     EXPECT_EQ(desk.Grid.FrozenCols(), 28 + 2);
 }
 
+TEST_F(ViewModesTest, ShowPathsTakesInTheFirstPosition) {
+    desk.Grid.SetColData(0, cnFilename);
+    desk.Grid.SetColHidden(0, false);
+    mnuShowPaths_Click(desk);
+    EXPECT_TRUE(desk.Grid.ColHidden(0));
+    mnuShowPaths_Click(desk);
+    EXPECT_FALSE(desk.Grid.ColHidden(0));
+
+    desk.Grid.SetColData(0, cnUnits);
+    mnuShowPaths_Click(desk);
+    EXPECT_FALSE(desk.Grid.ColHidden(0)) << "a property";
+    mnuShowPaths_Click(desk);
+    EXPECT_TRUE(desk.Grid.ColHidden(0));
+
+    desk.Grid.SetColData(0, cnVarNo);
+    mnuShowPaths_Click(desk);
+    EXPECT_EQ(desk.Grid.FrozenCols(), 2);
+}
+
 TEST_F(ViewModesTest, ShowPathsNeedsNoHourglass) {
     mnuShowPaths_Click(desk);
     EXPECT_THAT(toolkit.log, IsEmpty());

@@ -193,6 +193,23 @@ TEST_F(CutTest, LimitsAndBoundsCanNeverBeCut) {
     EXPECT_FALSE(ChangesMade());
 }
 
+TEST_F(CutTest, WordsMarksAndNumbersThatMayNotBeBlankCanNeverBeCut) {
+    AddUnits({"a"});
+    suite.clipboard = "before";
+    const std::pair<ColumnNumber, const char*> columns[] = {
+        {cnReportType, "ReportType"}, {ColumnNumber{23}, "LimitMethod"}, {ColumnNumber{24}, "TargetMethod"},
+        {ColumnNumber{25}, "Sample"}, {ColumnNumber{26}, "Required"},    {cnUCase, "UCase"}};
+    for (const auto& [number, name] : columns) {
+        SetShown(number, true);
+        Select(1, number, 1, number);
+        toolkit.ExpectBox("Some cells could not be cut!\r\n\r\nFound: " + Text(name) + " = Blank",
+                          BoxIcon::Exclamation);
+        Cut(desk);
+    }
+    EXPECT_FALSE(ChangesMade());
+    EXPECT_EQ(suite.clipboard, "before");
+}
+
 TEST_F(CutTest, ReadOnlyIsAskedBeforeTheValueCellByCell) {
     AddLimits(cnUSL, {1});
     Select(1, cnVarNo, 1, cnMax);

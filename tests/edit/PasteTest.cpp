@@ -178,6 +178,13 @@ TEST_F(PasteTest, RefusedValueIsNamed) {
     ExpectUntouched({"1.000", "2.000"}, cnUSL);
 }
 
+TEST_F(PasteTest, RefusedValueIsNamedWithAQuestionMarkForACharacterThatTheCodePageLacks) {
+    AddLimits(cnUSL, {1});
+    toolkit.ExpectBox("Clipboard contains invalid data.\r\n\r\nFound: USL = '?\u00B5'", BoxIcon::Exclamation);
+    PasteAt(1, cnUSL, "\u03A9\u00B5");
+    ExpectUntouched({"1.000"}, cnUSL);
+}
+
 TEST_F(PasteTest, FirstOffendingCellIsReportedRowByRow) {
     AddUnits({"a", "b"});
     toolkit.ExpectBox("Clipboard contains invalid data.\r\n\r\nFound: Min = 'x'", BoxIcon::Exclamation);

@@ -411,6 +411,28 @@ TEST(frmKDLimitDeskTest, ALaterManageApplicationsReplacesAllThatWasLoaded) {
     EXPECT_EQ(desk.desk.Panel1.Caption(), "");
 }
 
+TEST(frmKDLimitDeskTest, AnApplicationThatFailedToOpenStaysInTheSettingsAndIsTriedAtTheNextStart) {
+    StartDesk desk;
+    const Text both = SettingsWith({"/apps/broken.kdt", "/apps/plant.kdt"});
+    desk.files.Put(SettingsFile, both);
+    {
+        frmKDLimitDesk form(desk.g);
+        desk.ExpectOk();
+        EXPECT_TRUE(form.Form_Load(1));
+        EXPECT_FALSE(desk.g.gMasterFiles->Ref(1).Enabled());
+        desk.files.Put(SettingsFile, SettingsWith({}));
+        desk.ExpectOk();
+        form.Controls().mnuApplications.UserClick();
+        EXPECT_EQ(desk.files.Get(SettingsFile), both);
+    }
+    desk.suite.applications["/apps/broken.kdt"] = {"Mended", {}};
+    frmKDLimitDesk form(desk.g);
+    desk.ExpectOk();
+    EXPECT_TRUE(form.Form_Load(1));
+    EXPECT_TRUE(desk.g.gMasterFiles->Ref(1).Enabled());
+    EXPECT_EQ(desk.g.gFiles->Ref(1).Title(), "Mended");
+}
+
 TEST(frmKDLimitDeskTest, ACancelledManageApplicationsLeavesEveryEdit) {
     RunningDesk desk;
     desk.Change();

@@ -28,7 +28,7 @@ public:
     /// @throws cError(errDiskFull, errDevice)
     virtual void Close() = 0;
     /// From Files::OpenForOutput on, closed or not, the file is kept from other programs' OpenForOutput where
-    /// the system can do that; no longer from here on.
+    /// the system can do that; no longer from here on. Nothing is written after it.
     virtual void LetOthersIn() noexcept {}
 };
 

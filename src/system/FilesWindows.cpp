@@ -155,20 +155,15 @@ bool IsSharedOrRefused(Code code) noexcept {
     return IsShared(code) || code == ERROR_ACCESS_DENIED || code == ERROR_USER_MAPPED_FILE;
 }
 
-Handle TryOpen(const NativePath& path, const OpenMode& mode, Code& code) {
-    HANDLE file = INVALID_HANDLE_VALUE;
-    if (path.refusal != 0) {
-        code = path.refusal;
+Handle OpenAtOnce(const NativePath& path, const OpenMode& mode, Code& code) {
+    code = path.refusal;
+    if (code != 0) {
         return Handle();
     }
-    code = Patiently(
-        [&] {
-            file = ::CreateFileW(path.text.c_str(), mode.access, mode.sharing, nullptr, mode.disposition,
-                                 FILE_ATTRIBUTE_NORMAL | mode.flags, nullptr);
-            return file != INVALID_HANDLE_VALUE ? 0 : ::GetLastError();
-        },
-        IsShared);
-    if (code != 0) {
+    const HANDLE file = ::CreateFileW(path.text.c_str(), mode.access, mode.sharing, nullptr, mode.disposition,
+                                      FILE_ATTRIBUTE_NORMAL | mode.flags, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        code = ::GetLastError();
         return Handle();
     }
     Handle handle(file);
@@ -177,6 +172,17 @@ Handle TryOpen(const NativePath& path, const OpenMode& mode, Code& code) {
         return Handle();
     }
     return handle;
+}
+
+Handle TryOpen(const NativePath& path, const OpenMode& mode, Code& code) {
+    Handle file;
+    (void)Patiently(
+        [&] {
+            file = OpenAtOnce(path, mode, code);
+            return code;
+        },
+        IsShared);
+    return file;
 }
 
 Handle OpenRegular(const char* operation, std::string_view path, const OpenMode& mode, FileStatus& status) {
@@ -281,6 +287,16 @@ Code CutAt(RawHandle file, std::uint64_t size) noexcept {
     end.QuadPart = static_cast<LONGLONG>(size);
     const bool cut = ::SetFilePointerEx(file, end, nullptr, FILE_BEGIN) != 0 && ::SetEndOfFile(file) != 0;
     return cut ? 0 : ::GetLastError();
+}
+
+Code Duplicate(RawHandle file, Handle& second) noexcept {
+    const HANDLE process = ::GetCurrentProcess();
+    HANDLE made = nullptr;
+    if (::DuplicateHandle(process, file, process, &made, 0, FALSE, DUPLICATE_SAME_ACCESS) == 0) {
+        return ::GetLastError();
+    }
+    second = Handle(made);
+    return 0;
 }
 
 }  // namespace kd::windows

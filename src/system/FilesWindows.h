@@ -58,6 +58,10 @@ private:
 /// that reason is tried again after each of these pauses, then the refusal stands. The pause itself may be
 /// replaced by tests.
 inline constexpr std::uint32_t PausesInMilliseconds[] = {10, 20, 40, 80, 160};
+/// A file that another program keeps for a save of its own is waited for as long as a save takes: so often,
+/// and so long each time.
+inline constexpr int PausesForASave = 100;
+inline constexpr std::uint32_t PauseForASaveInMilliseconds = 10;
 extern void (*Pause)(std::uint32_t milliseconds);
 
 /// Whether a code says that another program is in the way.
@@ -79,6 +83,17 @@ Code Patiently(Call call, bool (*mayPass)(Code) noexcept) {
     return code;
 }
 
+/// The same for what another program keeps for a save.
+template <typename Call>
+Code PatientlyForASave(Call call, bool (*mayPass)(Code) noexcept) {
+    Code code = call();
+    for (int pauses = 0; pauses < PausesForASave && code != 0 && mayPass(code); ++pauses) {
+        Pause(PauseForASaveInMilliseconds);
+        code = call();
+    }
+    return code;
+}
+
 /// What is known of an open file.
 struct FileStatus {
     std::uint32_t attributes = 0;
@@ -95,7 +110,9 @@ struct OpenMode {
 };
 
 /// Opens a regular file; what cannot be one is not even opened, a folder is refused. The code of a failure is
-/// 0 for none. Waits while somebody else is in the way.
+/// 0 for none.
+Handle OpenAtOnce(const NativePath& path, const OpenMode& mode, Code& code);
+/// The same, and waits while somebody else is in the way.
 Handle TryOpen(const NativePath& path, const OpenMode& mode, Code& code);
 /// The same, with the failure raised.
 Handle OpenRegular(const char* operation, std::string_view path, const OpenMode& mode, FileStatus& status);
@@ -115,5 +132,7 @@ Code AppendAll(RawHandle file, std::string_view bytes) noexcept;
 Code Flush(RawHandle file) noexcept;
 /// Gives an open file that size; writing goes on there.
 Code CutAt(RawHandle file, std::uint64_t size) noexcept;
+/// A second handle of the same opening, which goes on keeping the file as the first one did.
+Code Duplicate(RawHandle file, Handle& second) noexcept;
 
 }  // namespace kd::windows

@@ -18,6 +18,8 @@ namespace {
 
 constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr OpenMode ForReading{GENERIC_READ, ShareAll, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN};
+/// Others may read the file and take its name away, but nobody else may write it.
+constexpr DWORD ShareAllButWriting = FILE_SHARE_READ | FILE_SHARE_DELETE;
 
 bool IsFolder(std::uint32_t attributes) noexcept {
     return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -37,8 +39,10 @@ class WindowsOutput : public OutputFile {
 public:
     enum class Kind { Fresh, Appended };
 
-    WindowsOutput(Handle file, Text path, Kind kind)
-        : m_file(std::move(file)), m_path(std::move(path)), m_kind(kind) {}
+    /// `lock` is a second handle of a file that is kept from others as long as the object lives or until it
+    /// lets them in.
+    WindowsOutput(Handle file, Text path, Kind kind, Handle lock = Handle())
+        : m_file(std::move(file)), m_lock(std::move(lock)), m_path(std::move(path)), m_kind(kind) {}
 
     void Write(std::string_view bytes) override {
         if (m_kind == Kind::Fresh) {
@@ -56,6 +60,11 @@ public:
     }
     void Flush() override { Check("Flush", windows::Flush(m_file.Get())); }
     void Close() override { Check("Close", m_file.Close()); }
+    void LetOthersIn() noexcept override {
+        // Either handle keeps the file, and what was not written by now never will be.
+        (void)m_lock.Close();
+        (void)m_file.Close();
+    }
 
 private:
     void Check(const char* operation, Code code) const {
@@ -65,6 +74,7 @@ private:
     }
 
     Handle m_file;
+    Handle m_lock;
     Text m_path;
     Kind m_kind;
 };
@@ -83,6 +93,63 @@ std::uint32_t AttributesOf(const char* operation, std::string_view path, const N
 Code Remove(const NativePath& path) {
     return Patiently([&] { return ::DeleteFileW(path.text.c_str()) != 0 ? 0 : ::GetLastError(); },
                      IsSharedOrRefused);
+}
+
+/// Opens a file to be written anew, as the only one who may write it; it is not emptied yet. Another program
+/// that has it in hand is waited for, as long as a save takes.
+Handle OpenAlone(std::string_view path, const NativePath& native, FileStatus& status) {
+    constexpr OpenMode Alone{GENERIC_WRITE, ShareAllButWriting, OPEN_ALWAYS, FILE_FLAG_OPEN_REPARSE_POINT};
+    Code code = 0;
+    std::uint32_t attributes = 0;
+    if (Attributes(native, attributes, code) &&
+        (IsFolder(attributes) || IsLink(attributes) || !MayWrite(attributes))) {
+        Raise("OpenForOutput", path, ERROR_ACCESS_DENIED);
+    }
+    if (native.refusal != 0) {
+        Raise("OpenForOutput", path, native.refusal);
+    }
+    Handle file;
+    const auto open = [&] {
+        file = OpenAtOnce(native, Alone, code);
+        return code;
+    };
+    // A name that was deleted is refused until the last who has the file open is gone.
+    (void)Patiently([&] { return PatientlyForASave(open, IsShared); },
+                    [](Code refused) noexcept { return refused == ERROR_ACCESS_DENIED; });
+    if (IsShared(code)) {
+        throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, Text(path));
+    }
+    if (code == 0) {
+        code = StatusOf(file.Get(), status);
+    }
+    if (code == 0 &&
+        (IsFolder(status.attributes) || IsLink(status.attributes) || !MayWrite(status.attributes))) {
+        code = ERROR_ACCESS_DENIED;  // it came since the attributes were looked at
+    }
+    if (code != 0) {
+        Raise("OpenForOutput", path, code);
+    }
+    return file;
+}
+
+/// Takes away a name of a file that has others; nothing else, whatever has come to stand there meanwhile.
+/// Returns 0 or a code.
+Code RemoveOneOfSeveralNames(const NativePath& path) {
+    Code code = 0;
+    FileStatus status;
+    const Handle file = TryOpen(
+        path, {GENERIC_WRITE | DELETE, ShareAllButWriting, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT},
+        code);
+    if (code == 0) {
+        code = StatusOf(file.Get(), status);
+    }
+    if (code == 0 && status.links > 1) {
+        FILE_DISPOSITION_INFO gone{TRUE};
+        if (::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &gone, sizeof gone) == 0) {
+            code = ::GetLastError();
+        }
+    }
+    return code == ERROR_FILE_NOT_FOUND ? 0 : code;
 }
 
 /// Gives a copy its source's times and attributes. Returns 0 or a code.
@@ -174,28 +241,30 @@ void SystemFiles::Read(std::string_view path, std::string& bytes) {
 
 std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
     const NativePath native = Native("OpenForOutput", path);
-    const OpenMode mode{GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE, OPEN_ALWAYS,
-                        FILE_FLAG_OPEN_REPARSE_POINT};
     FileStatus status;
-    for (bool again = false;; again = true) {
-        Handle file = OpenRegular("OpenForOutput", path, mode, status);
-        if (IsFolder(status.attributes) || IsLink(status.attributes) || !MayWrite(status.attributes)) {
-            Raise("OpenForOutput", path, ERROR_ACCESS_DENIED);
+    Handle file = OpenAlone(path, native, status);
+    Code code = 0;
+    if (status.links > 1) {
+        // Somebody else's name for the same file: what is written here must not reach it.
+        (void)file.Close();
+        code = RemoveOneOfSeveralNames(native);
+        if (code == 0) {
+            file = OpenAlone(path, native, status);
+            code = status.links > 1 ? ERROR_ACCESS_DENIED : 0;
         }
-        if (status.links > 1) {
-            // Somebody else's name for the same file: what is written here must not reach it.
-            (void)file.Close();
-            const Code code = again ? ERROR_ACCESS_DENIED : Remove(native);
-            if (code != 0) {
-                Raise("OpenForOutput", path, code);
-            }
-            continue;
-        }
-        if (const Code code = CutAt(file.Get(), 0); code != 0) {
-            Raise("OpenForOutput", path, code);
-        }
-        return std::make_unique<WindowsOutput>(std::move(file), Text(path), WindowsOutput::Kind::Fresh);
     }
+    Handle lock;
+    if (code == 0) {
+        code = Duplicate(file.Get(), lock);
+    }
+    if (code == 0) {
+        code = CutAt(file.Get(), 0);
+    }
+    if (code != 0) {
+        Raise("OpenForOutput", path, code);
+    }
+    return std::make_unique<WindowsOutput>(std::move(file), Text(path), WindowsOutput::Kind::Fresh,
+                                           std::move(lock));
 }
 
 std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
@@ -224,8 +293,10 @@ void SystemFiles::DeleteFile(std::string_view path) {
     }
     Code code = 0;
     if (!IsLink(attributes)) {
-        // The right to write is asked for too: a folder's owner could delete what he may not write.
-        (void)TryOpen(native, {FILE_WRITE_DATA, ShareAll, OPEN_EXISTING}, code);
+        // The right to write is asked for too: a folder's owner could delete what he may not write. That
+        // somebody keeps the file says that the right is there, and he may be this program.
+        (void)OpenAtOnce(native, {FILE_WRITE_DATA, ShareAll, OPEN_EXISTING}, code);
+        code = IsShared(code) ? 0 : code;
     }
     if (code == 0) {
         code = Remove(native);

@@ -194,7 +194,7 @@ TEST_F(SystemFilesTest, AFileThatStaysBusyIsRefusedAfterAFewAttempts) {
         EXPECT_EQ(pauses, AllPauses);
         EXPECT_EQ(ErrorOf([&] { (void)files.Read(path); }), errPermissionDenied);
         EXPECT_EQ(ErrorOf([&] { files.DeleteFile(path); }), errPermissionDenied);
-        EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errPermissionDenied);
+        EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errFileAlreadyOpen);
         EXPECT_EQ(ErrorOf([&] { (void)files.OpenForAppend(path); }), errPermissionDenied);
         EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
     }

@@ -1,9 +1,14 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#ifdef _WIN32
+#include <process.h>
+#else
 #include <sys/stat.h>
 #include <unistd.h>
+#endif
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -26,12 +31,7 @@ inline bool Torture() {
 class RealFolder {
 public:
     explicit RealFolder(const Text& extension = ".kdt") : m_extension(extension) {
-        // In memory where there is such a place: these tests ask for thousands of flushes.
-        const char* const memory = "/dev/shm";
-        const bool quick = ::access(memory, W_OK) == 0;
-        std::string pattern =
-            (quick ? Text(memory) : std::filesystem::temp_directory_path().string()) + "/kd-faults-XXXXXX";
-        path = ::mkdtemp(pattern.data());
+        path = Made();
         PutAll();
     }
     ~RealFolder() {
@@ -75,6 +75,23 @@ public:
     mutable SystemFiles files{CodePage::Of(1252)};
 
 private:
+    static Text Made() {
+#ifdef _WIN32
+        const auto moment = std::chrono::steady_clock::now().time_since_epoch().count();
+        Text folder = std::filesystem::temp_directory_path().string() + "kd-faults-" +
+                      std::to_string(::_getpid()) + "-" + std::to_string(moment);
+        EXPECT_TRUE(std::filesystem::create_directory(folder)) << folder;
+        return folder;
+#else
+        // In memory where there is such a place: these tests ask for thousands of flushes.
+        const char* const memory = "/dev/shm";
+        const bool quick = ::access(memory, W_OK) == 0;
+        std::string pattern =
+            (quick ? Text(memory) : std::filesystem::temp_directory_path().string()) + "/kd-faults-XXXXXX";
+        return ::mkdtemp(pattern.data());
+#endif
+    }
+
     Text m_extension;
 };
 

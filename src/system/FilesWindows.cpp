@@ -52,6 +52,7 @@ std::size_t LongestName(std::wstring_view path) noexcept {
 }  // namespace
 
 void (*Pause)(std::uint32_t) = [](std::uint32_t milliseconds) { ::Sleep(milliseconds); };
+std::uint64_t (*Ticks)() = []() -> std::uint64_t { return ::GetTickCount64(); };
 
 std::wstring Wide(std::string_view text) {
     const int bytes = static_cast<int>(text.size());

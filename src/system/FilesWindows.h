@@ -69,6 +69,9 @@ bool IsShared(Code code) noexcept;
 /// The same, and a bare refusal as well: that is what a name gets which another program keeps busy.
 bool IsSharedOrRefused(Code code) noexcept;
 
+/// Milliseconds of the system's clock, which goes on in steps of some of them. May be replaced by tests.
+extern std::uint64_t (*Ticks)();
+
 /// Runs `call`, which returns 0 or a code, and again after a pause while `mayPass` holds for it.
 template <typename Call>
 Code Patiently(Call call, bool (*mayPass)(Code) noexcept) {

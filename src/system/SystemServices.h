@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "platform/Services.h"
 
 namespace kd {
@@ -21,18 +23,31 @@ private:
     Text m_programPath;
 };
 
-/// The user's locale as the environment tells it. It cannot change under a running process here; Refresh is
-/// for systems that tell of a change.
+/// The user's locale. The code page stays what it was when this was made. So does the separator where it
+/// comes from the environment, which cannot change under a running process; on Windows, where the user may
+/// choose another one at any time, the system is asked for it.
 class SystemLocale : public Locale {
 public:
-    SystemLocale() { Refresh(); }
-    void Refresh();
-    char DecimalSeparator() const override { return m_separator; }
-    const kd::CodePage& CodePage() const override { return *m_page; }
+    SystemLocale();
+#ifdef _WIN32
+    char DecimalSeparator() const override;
+#else
+    char DecimalSeparator() const override {
+        return m_separator;
+    }
+#endif
+    const kd::CodePage& CodePage() const override {
+        return *m_page;
+    }
 
 private:
+#ifdef _WIN32
+    mutable char m_separator = '.';
+    mutable std::uint64_t m_asked = 0;  // the tick of the system's clock in which it was asked
+#else
     char m_separator = '.';
-    const kd::CodePage* m_page = &CodePage::Of(1252);
+#endif
+    const kd::CodePage* m_page;
 };
 
 /// Number of the code page that a language ("pl", "ru", ...) is written with.

@@ -49,8 +49,7 @@ Text SystemEnvironment::Variable(std::string_view name) const {
     return value == nullptr ? Text() : Text(value);
 }
 
-void SystemLocale::Refresh() {
-    m_separator = '.';
+SystemLocale::SystemLocale() {
     if (const locale_t locale = ::newlocale(LC_NUMERIC_MASK, "", nullptr); locale != nullptr) {
         const char* point = ::nl_langinfo_l(RADIXCHAR, locale);
         if (point != nullptr && point[0] == ',' && point[1] == '\0') {

@@ -23,6 +23,13 @@ DWORD LocaleNumber(LCTYPE what) noexcept {
     return number;
 }
 
+char UsersSeparator() noexcept {
+    std::array<wchar_t, 8> separator{};
+    const int size = ::GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, separator.data(),
+                                      static_cast<int>(separator.size()));
+    return size == 2 && separator[0] == L',' ? ',' : '.';
+}
+
 }  // namespace
 
 DateTime SystemClock::Now() {
@@ -59,15 +66,21 @@ Text SystemEnvironment::Variable(std::string_view name) const {
     }
 }
 
-void SystemLocale::Refresh() {
-    std::array<wchar_t, 8> separator{};
-    const int size = ::GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, separator.data(),
-                                      static_cast<int>(separator.size()));
-    m_separator = size == 2 && separator[0] == L',' ? ',' : '.';
+SystemLocale::SystemLocale() : m_separator(UsersSeparator()), m_asked(windows::Ticks()) {
     // Where the machine is set to UTF-8 throughout, the language still has the page that its files came with.
     const UINT page = ::GetACP();
     m_page =
         &CodePage::Of(static_cast<int>(page != CP_UTF8 ? page : LocaleNumber(LOCALE_IDEFAULTANSICODEPAGE)));
+}
+
+char SystemLocale::DecimalSeparator() const {
+    // A load reads it for each of some hundred thousand cells. Within a tick, which is a matter of
+    // milliseconds, no user can have chosen another one.
+    if (const std::uint64_t now = windows::Ticks(); now != m_asked) {
+        m_asked = now;
+        m_separator = UsersSeparator();
+    }
+    return m_separator;
 }
 
 void ProvideUserName() {

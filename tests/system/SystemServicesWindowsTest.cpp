@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <utility>
 
 #include "base/CodePage.h"
+#include "base/Scope.h"
 #include "system/FilesWindows.h"
 #include "system/SystemServices.h"
 #include "system/WindowsApi.h"
@@ -52,6 +54,50 @@ TEST(SystemLocale, TheSeparatorIsTheUsers) {
     if (const char* asked = std::getenv("KD_EXPECTED_SEPARATOR"); asked != nullptr) {
         EXPECT_EQ(SystemLocale().DecimalSeparator(), asked[0]);
     }
+}
+
+/// The decimal separator that the user has chosen, and his own again at the end of the scope.
+class ChosenSeparator {
+public:
+    ChosenSeparator() { EXPECT_GT(::GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, m_own, 8), 0); }
+    ~ChosenSeparator() { Set(m_own); }
+    ChosenSeparator(const ChosenSeparator&) = delete;
+    ChosenSeparator& operator=(const ChosenSeparator&) = delete;
+
+    static void Set(const wchar_t* separator) {
+        EXPECT_NE(::SetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, separator), 0);
+    }
+
+private:
+    wchar_t m_own[8] = {};
+};
+
+TEST(SystemLocale, AnotherSeparatorThatTheUserChoosesIsSeenAtOnceAndTheCodePageStays) {
+    static std::uint64_t now = 1;
+    const auto real = std::exchange(windows::Ticks, [] { return now; });
+    const Scope restored([&] { windows::Ticks = real; });
+    const ChosenSeparator chosen;
+    const SystemLocale locale;
+    const CodePage* const page = &locale.CodePage();
+    struct Case {
+        const wchar_t* chosen;
+        char expected;
+    };
+    for (const Case& c : {Case{L",", ','}, {L".", '.'}, {L",", ','}, {L"'", '.'}, {L",,", '.'}}) {
+        chosen.Set(c.chosen);
+        ++now;
+        EXPECT_EQ(locale.DecimalSeparator(), c.expected) << windows::Narrow(c.chosen);
+        EXPECT_EQ(locale.DecimalSeparator(), c.expected) << "read again";
+        EXPECT_EQ(&locale.CodePage(), page);
+    }
+}
+
+TEST(SystemLocale, TheClockThatSaysWhenToAskAgainGoesOn) {
+    const std::uint64_t start = windows::Ticks();
+    while (windows::Ticks() == start) {
+        (void)::SwitchToThread();
+    }
+    EXPECT_GT(windows::Ticks(), start);
 }
 
 TEST(SystemClock, NowIsTheWallClock) {

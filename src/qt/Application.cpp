@@ -52,20 +52,22 @@ Text UserFolder(QStandardPaths::StandardLocation location) {
     return FromQt(QDir::toNativeSeparators(QStandardPaths::writableLocation(location)));
 }
 
+}  // namespace
+
 Text SettingsFolder(const Environment& environment, char delimiter) {
 #ifdef Q_OS_WIN
-    return paths::Join(environment.Variable("APPDATA"), "KD6", delimiter);
+    const Text configured = environment.Variable("APPDATA");
+    const std::string_view name = "KD6";
+    const bool isNamed = !configured.empty() && QDir::isAbsolutePath(ToQt(configured));
+    const Text folder = isNamed ? configured : UserFolder(QStandardPaths::GenericConfigLocation);
 #else
     const Text configured = environment.Variable("XDG_CONFIG_HOME");
-    // A relative folder there counts as none.
-    const Text folder = configured.empty() || configured.front() != '/'
-                            ? FromQt(QDir::homePath() + QStringLiteral("/.config"))
-                            : configured;
-    return paths::Join(folder, "kd6", delimiter);
+    const std::string_view name = "kd6";
+    const bool isNamed = !configured.empty() && configured.front() == '/';
+    const Text folder = isNamed ? configured : FromQt(QDir::homePath() + QStringLiteral("/.config"));
 #endif
+    return paths::Join(folder, name, delimiter);
 }
-
-}  // namespace
 
 Text ProgramDataFolder(Files& files, const Text& programFolder) {
     const char delimiter = files.Delimiter();

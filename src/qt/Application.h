@@ -29,6 +29,11 @@ struct ApplicationPlaces {
     static ApplicationPlaces OfUser();
 };
 
+/// The folder of the user's settings, in the folder that the environment names for such ("APPDATA" on
+/// Windows, "XDG_CONFIG_HOME" elsewhere), or in the desktop's own where it names none, or one that is not
+/// absolute.
+Text SettingsFolder(const Environment& environment, char delimiter);
+
 /// The folder that holds the program's data (the help folder and the rule catalogue) for a program in
 /// `programFolder`: that folder itself, the share folder of an installation, else the first folder above that
 /// holds a help catalogue; `programFolder` where there is none. No delimiter at its end.

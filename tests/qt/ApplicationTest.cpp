@@ -113,6 +113,43 @@ TEST_F(ApplicationTest, MissingHelpIsToldInABoxOverTheDialog) {
     EXPECT_TRUE(text.startsWith("Run-time error '53':\n\nFile not found\n")) << text.toStdString();
 }
 
+// --- where the user's settings lie -------------------------------------------------------------------------
+
+#ifdef Q_OS_WIN
+constexpr const char* SettingsVariable = "APPDATA";
+constexpr const char* SettingsOf = "C:\\Users\\anna\\AppData\\Roaming";
+constexpr const char* SettingsName = "\\KD6";
+constexpr char PathDelimiter = '\\';
+#else
+constexpr const char* SettingsVariable = "XDG_CONFIG_HOME";
+constexpr const char* SettingsOf = "/home/anna/settings";
+constexpr const char* SettingsName = "/kd6";
+constexpr char PathDelimiter = '/';
+#endif
+
+TEST(SettingsFolderTest, IsInTheFolderThatTheEnvironmentNames) {
+    FakeEnvironment environment;
+    environment.variables[SettingsVariable] = SettingsOf;
+    EXPECT_EQ(SettingsFolder(environment, PathDelimiter), Text(SettingsOf) + SettingsName);
+}
+
+TEST(SettingsFolderTest, IsInTheDesktopsOwnFolderWhereTheEnvironmentNamesNone) {
+    FakeEnvironment environment;
+    for (const char* const named : {"not set", "", "relative", "C:relative"}) {
+        SCOPED_TRACE(named);
+        environment.variables.clear();
+        if (Text(named) != "not set") {
+            environment.variables[SettingsVariable] = named;
+        }
+        const Text folder = SettingsFolder(environment, PathDelimiter);
+        EXPECT_TRUE(folder.ends_with(SettingsName)) << folder;
+        const QString parent = QDir::fromNativeSeparators(ToQt(paths::Folder(folder)));
+        EXPECT_FALSE(parent.isEmpty());
+        EXPECT_FALSE(QDir(parent).isRoot()) << folder;
+        EXPECT_TRUE(parent.startsWith(QDir::homePath(), Qt::CaseInsensitive)) << folder;
+    }
+}
+
 // --- where the program's data lie -------------------------------------------------------------------------
 
 class ProgramDataFolderTest : public testing::Test {

@@ -290,6 +290,35 @@ Code CutAt(RawHandle file, std::uint64_t size) noexcept {
     return cut ? 0 : ::GetLastError();
 }
 
+namespace {
+
+/// The byte that stands for the turn, where no file has one.
+OVERLAPPED FarBehindTheEnd() noexcept {
+    OVERLAPPED place{};
+    place.OffsetHigh = 0x7FFFFFFFU;
+    return place;
+}
+
+}  // namespace
+
+AppendTurn::AppendTurn(RawHandle file) : m_file(file) {
+    const Code code = PatientlyForASave(
+        [&] {
+            OVERLAPPED place = FarBehindTheEnd();
+            const DWORD how = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
+            return ::LockFileEx(m_file, how, 0, 1, 0, &place) != 0 ? 0 : ::GetLastError();
+        },
+        IsShared);
+    m_isTaken = code == 0;
+}
+
+AppendTurn::~AppendTurn() {
+    if (m_isTaken) {
+        OVERLAPPED place = FarBehindTheEnd();
+        (void)::UnlockFileEx(m_file, 0, 1, 0, &place);  // fails for a handle that is none only
+    }
+}
+
 Code Duplicate(RawHandle file, Handle& second) noexcept {
     const HANDLE process = ::GetCurrentProcess();
     HANDLE made = nullptr;

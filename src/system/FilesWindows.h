@@ -135,6 +135,20 @@ Code AppendAll(RawHandle file, std::string_view bytes) noexcept;
 Code Flush(RawHandle file) noexcept;
 /// Gives an open file that size; writing goes on there.
 Code CutAt(RawHandle file, std::uint64_t size) noexcept;
+/// The turn of one among those that add to a file, as long as the object lives: on a server the end is looked
+/// up first, and what another one has written there since would be lost. A turn that does not come in the
+/// time of a save is done without, and so it is where the file system has none.
+class AppendTurn {
+public:
+    explicit AppendTurn(RawHandle file);
+    ~AppendTurn();
+    AppendTurn(const AppendTurn&) = delete;
+    AppendTurn& operator=(const AppendTurn&) = delete;
+
+private:
+    RawHandle m_file;
+    bool m_isTaken = false;
+};
 /// A second handle of the same opening, which goes on keeping the file as the first one did.
 Code Duplicate(RawHandle file, Handle& second) noexcept;
 

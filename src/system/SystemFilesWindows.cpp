@@ -49,6 +49,7 @@ public:
             Check("Write", WriteAll(m_file.Get(), bytes));
             return;
         }
+        const AppendTurn turn(m_file.Get());
         FileStatus before;
         Check("Write", StatusOf(m_file.Get(), before));
         const Code code = AppendAll(m_file.Get(), bytes);

@@ -119,6 +119,35 @@ TEST_F(TwoAtAFileTest, AFileThatTheOtherIsAboutToBeDoneWithIsMadeAnew) {
     EXPECT_EQ(Get(target), "another's");
 }
 
+TEST_F(TwoAtAFileTest, ARecordIsAddedBehindTheOneThatAnotherIsAdding) {
+    const Text path = Put("a.KDL", "old,");
+    const windows::Handle another =
+        HeldOpen(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, GENERIC_WRITE);
+    auto turn = std::make_unique<windows::AppendTurn>(another.Get());
+    duringPause = [&] {
+        if (pauses == 30) {
+            EXPECT_EQ(windows::AppendAll(another.Get(), "another's,"), 0U);
+            turn.reset();
+        }
+    };
+    const auto file = files.OpenForAppend(path);
+    file->Write("ours,");
+    EXPECT_EQ(pauses, 30);
+    EXPECT_EQ(files.Read(path), "old,another's,ours,");
+    other.OpenForAppend(path)->Write("another's");
+    EXPECT_EQ(pauses, 30) << "the turn is given back though the file is still open";
+}
+
+TEST_F(TwoAtAFileTest, ATurnThatDoesNotComeIsDoneWithout) {
+    const Text path = Put("a.KDL", "old,");
+    const windows::Handle another =
+        HeldOpen(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, GENERIC_WRITE);
+    const windows::AppendTurn turn(another.Get());
+    files.OpenForAppend(path)->Write("ours");
+    EXPECT_EQ(pauses, windows::PausesForASave);
+    EXPECT_EQ(files.Read(path), "old,ours");
+}
+
 TEST_F(TwoAtAFileTest, OutputThatFailsKeepsNothing) {
     const Text path = Put("a.temp", "old", FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errPermissionDenied);

@@ -1,7 +1,7 @@
 #!/bin/bash
 # Builds Qt for Windows from Debian's own source package, once: it is kept in the user's cache, under a name made of
 # its version and of how it was built. The last line printed is its folder; --where prints that and builds nothing.
-# Takes about a quarter of an hour on two cores. JOBS says how many to use. The source package is kept too, as who hands
+# Takes a quarter to half an hour on two cores. JOBS says how many to use. The source package is kept too, as who hands
 # on the libraries hands on their source; --sources prints its folder, and fetches it where it is missing.
 set -eu -o pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."

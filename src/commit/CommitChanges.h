@@ -33,7 +33,8 @@
 /// For a machine that goes down: the archive is on the disk itself before the temporary file is opened, a
 /// schema file's new text before it takes the old one's place, a view's records and its entry before the next
 /// view's turn, and the places that the schema files have taken before a box tells how many they are. Where a
-/// schema file has to be written over in place, its temporary file is flushed before that.
+/// schema file has to be written over in place, its temporary file is flushed before that where the system
+/// lets it be.
 namespace kd {
 
 /// A cell of the grid.

@@ -60,6 +60,18 @@ TEST_F(MainWindowTest, ProgressBarStandsAboveTheStatusBarAndTheGridTakesTheRest)
     EXPECT_EQ(Find(window, "ProgressBar1").width(), window.centralWidget()->width());
 }
 
+TEST_F(MainWindowTest, InnerAreaTooSmallForItsPartsLeavesTheGridNoRoomAndNoLess) {
+    window.resize(700, 500);
+    window.show();
+    window.centralWidget()->resize(5, 3);
+    const QRect bar = Find(window, "ProgressBar1").geometry();
+    const QRect grid = Find(window, "Grid").geometry();
+    EXPECT_EQ(bar.size(), QSize(5, Find(window, "ProgressBar1").minimumHeight()));
+    EXPECT_EQ(bar.bottom(), 2);
+    EXPECT_EQ(grid.topLeft(), QPoint(4, 4));
+    EXPECT_EQ(grid.size(), QSize(0, 0));
+}
+
 TEST_F(MainWindowTest, LongPanelTextNeverWidensTheWindow) {
     window.resize(500, 400);
     window.show();

@@ -167,6 +167,32 @@ TEST_F(QtToolkitTest, PassRepaintsAndKnowsThatItIsOne) {
     EXPECT_FALSE(toolkit.InPass());
 }
 
+TEST_F(QtToolkitTest, PassesOfAJobThatComeRightBehindAnotherAreLeftOutAndOthersNever) {
+    struct Listener : QObject {
+        bool heard = false;
+        bool event(QEvent* event) override {
+            heard = heard || event->type() == QEvent::User;
+            return QObject::event(event);
+        }
+    } listener;
+    const auto passes = [&](const std::function<void()>& pass) {
+        listener.heard = false;
+        QCoreApplication::postEvent(&listener, new QEvent(QEvent::User));
+        pass();
+        return listener.heard;
+    };
+    EXPECT_TRUE(passes([&] { toolkit.ProcessEventsInJob(); })) << "the first one";
+    constexpr int units = 1000;
+    int given = 0;
+    for (int unit = 0; unit < units; ++unit) {
+        given += passes([&] { toolkit.ProcessEventsInJob(); }) ? 1 : 0;
+    }
+    EXPECT_LT(given, units);
+    for (int unit = 0; unit < 3; ++unit) {
+        EXPECT_TRUE(passes([&] { toolkit.ProcessEvents(); }));
+    }
+}
+
 TEST_F(QtToolkitTest, ScreenHasASize) {
     EXPECT_GT(toolkit.ScreenWidth(), 0);
     EXPECT_GT(toolkit.ScreenHeight(), 0);

@@ -7,6 +7,7 @@
 
 #include "Screen.h"
 #include "SourceFolder.h"
+#include "WindowFixture.h"
 #include "base/Paths.h"
 #include "qt/QtText.h"
 
@@ -70,6 +71,24 @@ TEST_F(ApplicationTest, OkLoadsAndShowsTheWindow) {
         Find<QLabel>(program.Window(), "Panel2").text().startsWith("Done ... , Applications: 1, Views: "));
     EXPECT_EQ(program.Screen().MousePointer(), Pointer::Default);
     EXPECT_TRUE(QFile::exists(folder.filePath("config/kd6/KDLimitDesk.IKD")));
+    EXPECT_TRUE(program.Window().close());
+}
+
+TEST_F(ApplicationTest, StartWhoseLoadStopsBeforeTheWindowIsShownShowsItAllTheSame) {
+    ListApplications({"dairy.kdt6"});
+    Application program(Places());
+    program.Form().Controls().mnuShowPaths.OnChanged = [] {
+        throw cError(errOutOfMemory, "ApplicationTest");
+    };
+    Modals modals;
+    modals.Then("frmApplicationAdmin", [](QWidget&) { Press(Qt::Key_Return); })
+        .Then("MessageBox", [&](QWidget& box) {
+            EXPECT_EQ(dynamic_cast<QMessageBox&>(box).text(), "Run-time error '7':\n\nOut of memory");
+            EXPECT_FALSE(program.Window().isVisible());
+            ClickBoxButton(box, QMessageBox::Ok);
+        });
+    EXPECT_TRUE(program.Start());
+    EXPECT_TRUE(program.Window().isVisible());
     EXPECT_TRUE(program.Window().close());
 }
 

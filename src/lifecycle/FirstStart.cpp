@@ -23,10 +23,26 @@ std::vector<Text> TemplatesIn(Files& files, std::string_view folder) {
     return names;
 }
 
+/// Name of a folder while it is being filled or taken away.
+Text Unfinished(std::string_view folder) {
+    return Text(folder) + ".new";
+}
+
+/// Removes a folder whose name goes first, so that no part of it is taken for all. What cannot be renamed
+/// stays whole.
+void TakeAway(Files& files, std::string_view folder) {
+    try {
+        files.Rename(folder, Unfinished(folder));
+        files.RemoveFolder(Unfinished(folder));
+    } catch (const std::exception&) {
+        // The next first start lists what has kept its name, and removes the rest.
+    }
+}
+
 /// Copies the files of a folder to a new one, which appears only when all are in it.
 void CopyFolder(Files& files, std::string_view from, std::string_view to) {
     const char delimiter = files.Delimiter();
-    const Text unfinished = Text(to) + ".new";
+    const Text unfinished = Unfinished(to);
     files.RemoveFolder(unfinished);
     files.MakeFolder(unfinished);
     try {
@@ -36,7 +52,7 @@ void CopyFolder(Files& files, std::string_view from, std::string_view to) {
             }
         }
         files.Rename(unfinished, to);
-    } catch (const cError&) {
+    } catch (const std::exception&) {
         files.RemoveFolder(unfinished);
         throw;
     }
@@ -51,13 +67,14 @@ void ProvideSampleApplications(Globals& g, std::string_view installedFolder, std
         !files.Exists(installedFolder)) {
         return;
     }
-    const bool isNew = !files.Exists(ownFolder);
+    bool isMade = false;  // only what this start has made may be taken away again
     try {
         if (TemplatesIn(files, installedFolder).empty()) {
             return;
         }
-        if (isNew) {
+        if (!files.Exists(ownFolder)) {
             CopyFolder(files, installedFolder, ownFolder);
+            isMade = true;
         }
         g.gRecents = std::make_shared<cRecents>();
         g.gMasterFiles = std::make_shared<cMasterFiles>();
@@ -68,15 +85,11 @@ void ProvideSampleApplications(Globals& g, std::string_view installedFolder, std
         if (g.gMasterFiles->Count() > 0) {
             WriteSettings(g, settings);  // without a word when it fails
         }
-    } catch (const cError&) {
+    } catch (const std::exception&) {
         // Nothing to try is no reason not to start.
     }
-    if (isNew && files.Exists(ownFolder) && !files.Exists(settings)) {
-        try {
-            files.RemoveFolder(ownFolder);
-        } catch (const cError&) {
-            // Then the copies stay; a later first start lists them.
-        }
+    if (isMade && PresenceOf(files, settings) == Presence::Missing) {
+        TakeAway(files, ownFolder);
     }
 }
 

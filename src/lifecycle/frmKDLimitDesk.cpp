@@ -142,15 +142,7 @@ bool frmKDLimitDesk::RunStart(std::uintptr_t window) {
     m_g.gSettingsPath = SettingsPath(m_g);
     m_maximised = true;
     LoadRuleCatalogue(m_g);
-    if (const Presence settings = PresenceOf(m_g.platform.files, m_g.gSettingsPath);
-        settings == Presence::Here) {
-        ReadSettings(m_g, m_g.gSettingsPath);
-    } else {
-        ReadSettings(m_g, FallbackSettingsPath(m_g));
-        if (settings == Presence::Missing) {  // else nothing may be written over what may be there
-            WriteSettings(m_g, m_g.gSettingsPath);
-        }
-    }
+    FindSettings();
     m_g.gStartingUp = true;
     const Scope started([this] { m_g.gStartingUp = false; });
     m_g.gUserName = GetUserName(m_g, window);
@@ -162,15 +154,41 @@ bool frmKDLimitDesk::RunStart(std::uintptr_t window) {
     return m_g.gMasterFiles->Count() > 0;
 }
 
+void frmKDLimitDesk::FindSettings() {
+    const Presence settings = PresenceOf(m_g.platform.files, m_g.gSettingsPath);
+    if (settings != Presence::Missing) {
+        ReadSettings(m_g, m_g.gSettingsPath);
+    }
+    m_settingsUnseen =
+        settings == Presence::Unknown && m_g.gMasterFiles->Count() == 0 && m_g.gRecents->Count() == 0;
+    if (settings == Presence::Missing || m_settingsUnseen) {
+        ReadSettings(m_g, FallbackSettingsPath(m_g));
+    }
+    if (settings == Presence::Missing) {
+        WriteSettings(m_g, m_g.gSettingsPath);
+    }
+}
+
+void frmKDLimitDesk::KeepSettings() {
+    // Another list than the user's own must not go over his, which may only have been out of sight.
+    if (m_settingsUnseen && PresenceOf(m_g.platform.files, m_g.gSettingsPath) != Presence::Missing) {
+        return;
+    }
+    WriteSettings(m_g, m_g.gSettingsPath);
+}
+
 void frmKDLimitDesk::mnuFile_Click() {
     CloseCellEditor(m_desk);
+    m_refusedText.reset();
+    if (m_desk.Grid.EditWindow()) {
+        m_refusedText = m_desk.Grid.EditText();
+    }
     m_desk.mnuCommit.SetEnabled(AnyChanges(m_g));
 }
 
 void frmKDLimitDesk::mnuApplications_Click() {
-    ManageApplications(
-        m_g, {[this] { WriteSettings(m_g, m_g.gSettingsPath); }, [this] { LoadAndShowApplications(); },
-              [this] { ShowHelpTopic(m_g, DocumentationTopic); }});
+    ManageApplications(m_g, {[this] { KeepSettings(); }, [this] { LoadAndShowApplications(); },
+                             [this] { ShowHelpTopic(m_g, DocumentationTopic); }});
 }
 
 void frmKDLimitDesk::LoadAndShowApplications() {
@@ -195,7 +213,7 @@ void frmKDLimitDesk::LoadAndShowApplications() {
 bool frmKDLimitDesk::Form_QueryUnload() {
     // What stands in an open editor is an edit too: taken, it counts below; refused, it keeps the window. The
     // menu's opening has settled it already, and told a refusal: its command goes by the cell's old text.
-    if (!m_closesFromMenu) {
+    if (!m_closesFromMenu || m_refusedText != m_desk.Grid.EditText()) {
         CloseCellEditor(m_desk);
         if (m_desk.Grid.EditWindow()) {
             return false;

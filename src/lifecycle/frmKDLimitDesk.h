@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "edit/EditMemory.h"
@@ -75,6 +76,8 @@ private:
     void PutBack();
     bool RunStart(std::uintptr_t window);
     void mnuFile_Click();
+    void FindSettings();
+    void KeepSettings();
     void mnuApplications_Click();
 
     Globals& m_g;
@@ -84,7 +87,9 @@ private:
     EditMemory m_editMemory;
     std::vector<MenuItem*> m_menuBar;
     bool m_maximised = false;
+    bool m_settingsUnseen = false;  // whether the user has any could not be told at the start
     bool m_closesFromMenu = false;
+    std::optional<Text> m_refusedText;  // of the cell editor, told as the File menu opened
 };
 
 }  // namespace kd

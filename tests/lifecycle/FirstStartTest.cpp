@@ -86,6 +86,27 @@ TEST_F(FirstStartTest, SettingsThatCannotBeWrittenTakeTheNewCopiesAwayButNoEarli
     EXPECT_FALSE(desk.files.Exists(SettingsPath(desk.g)));
 }
 
+TEST_F(FirstStartTest, AFolderThatComesWhileTheCopiesAreMadeIsNotTakenAway) {
+    desk.files.onStep = [this](const Text& step) {
+        if (step.starts_with("CopyForArchive")) {
+            desk.files.Put(own + "/mine.kdt", "mine");
+        }
+    };
+    Provide();
+    EXPECT_EQ(desk.files.Get(own + "/mine.kdt"), "mine");
+    EXPECT_FALSE(desk.files.Exists(SettingsPath(desk.g)));
+}
+
+TEST_F(FirstStartTest, WantOfMemoryIsAFailureLikeAnyOther) {
+    desk.files.onStep = [](const Text& step) {
+        if (step.starts_with("ReplaceFile")) {
+            throw std::bad_alloc();
+        }
+    };
+    Provide();
+    EXPECT_FALSE(desk.files.Exists(own));
+}
+
 TEST_F(FirstStartTest, ACopyThatFailsLeavesNeitherFolderNorSettings) {
     int failed = 0;
     for (int operation = 1; operation < 50; ++operation) {

@@ -187,6 +187,50 @@ TEST(frmKDLimitDeskTest, SettingsThatCannotBeSeenAreNotWrittenOverAndTheFallback
     EXPECT_FALSE(desk.files.Has(SettingsFile));
 }
 
+TEST(frmKDLimitDeskTest, AnotherListNeverGoesOverSettingsThatWereOnlyOutOfSight) {
+    StartDesk desk;
+    const std::string own = desk.files.Get(SettingsFile);
+    desk.files.Erase(SettingsFile);
+    desk.files.MakeFolder("/home/anna/kd6");
+    desk.files.Put(FallbackFile, SettingsWith({"/apps/plant.kdt"}));
+    desk.files.FailOn("Read", ".IKD", errDevice);
+    frmKDLimitDesk form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& dialog) {
+        desk.files.FailNoMore();
+        desk.files.Put(SettingsFile, own);
+        dialog.cmdOk.UserClick();
+    });
+    EXPECT_TRUE(form.Form_Load(1));
+    EXPECT_EQ(desk.files.Get(SettingsFile), own);
+    for (const Text& step : desk.files.Log()) {
+        EXPECT_NE(step, Text("ReplaceFile ") + SettingsFile);
+    }
+}
+
+TEST(frmKDLimitDeskTest, SettingsThatComeIntoSightAgainAreTheUsersOwn) {
+    StartDesk desk;
+    const std::string own = desk.files.Get(SettingsFile);
+    desk.files.Erase(SettingsFile);
+    desk.files.MakeFolder("/home/anna/kd6");
+    desk.files.Put(FallbackFile, SettingsWith({"/apps/other.kdt"}));
+    int reads = 0;
+    desk.files.onStep = [&](const Text& step) {
+        if (step == Text("Read ") + SettingsFile) {
+            if (++reads == 1) {
+                throw cError(errDevice, "Test");
+            }
+            desk.files.Put(SettingsFile, own);
+        }
+    };
+    frmKDLimitDesk form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [](frmApplicationAdmin& dialog) {
+        ASSERT_EQ(dialog.Grid.Rows(), 2);
+        EXPECT_EQ(dialog.Grid.TextMatrix(1, 0), "/apps/plant.kdt");
+        dialog.cmdCancel.UserClick();
+    });
+    EXPECT_FALSE(form.Form_Load(1));
+}
+
 TEST(frmKDLimitDeskTest, SettingsThatCannotBeReadDoNotGiveWayToTheFallback) {
     StartDesk desk;
     desk.files.SetUnreadable(SettingsFile);
@@ -350,6 +394,20 @@ TEST(frmKDLimitDeskTest, ARefusedTextInTheEditorKeepsTheWindowUntilItIsGivenUp) 
     EXPECT_EQ(desk.grid.EditText(), "abc");
     desk.grid.CancelEdit();
     EXPECT_TRUE(desk.form.Form_QueryUnload());
+}
+
+TEST(frmKDLimitDeskTest, CloseThatComesWithoutTheMenuSettlesTheEditorFirst) {
+    RunningDesk desk;
+    bool mayClose = true;
+    desk.form.Unload = [&] { mayClose = desk.form.Form_QueryUnload(); };
+    desk.grid.Select(1, ColUsl);
+    ASSERT_TRUE(desk.grid.StartEdit());
+    desk.grid.SetEditText("20");
+    desk.toolkit.ExpectQuestion("You have outstanding changes. Are you sure you want to quit without saving?",
+                                BoxIcon::Question, "KD LimitDesk", BoxAnswer::No);
+    desk.desk.mnuClose.UserClick();
+    EXPECT_FALSE(mayClose);
+    EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 20);
 }
 
 TEST(frmKDLimitDeskTest, CloseInTheFileMenuGoesByTheOldTextOnceItsOpeningHasToldTheRefusal) {

@@ -301,15 +301,13 @@ OVERLAPPED FarBehindTheEnd() noexcept {
 
 }  // namespace
 
-AppendTurn::AppendTurn(RawHandle file) : m_file(file) {
-    const Code code = PatientlyForASave(
-        [&] {
-            OVERLAPPED place = FarBehindTheEnd();
-            const DWORD how = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
-            return ::LockFileEx(m_file, how, 0, 1, 0, &place) != 0 ? 0 : ::GetLastError();
-        },
-        IsShared);
-    m_isTaken = code == 0;
+AppendTurn::AppendTurn(RawHandle file, bool waits) : m_file(file) {
+    const auto take = [&] {
+        OVERLAPPED place = FarBehindTheEnd();
+        const DWORD how = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
+        return ::LockFileEx(m_file, how, 0, 1, 0, &place) != 0 ? 0 : ::GetLastError();
+    };
+    m_isTaken = (waits ? PatientlyForASave(take, IsShared) : take()) == 0;
 }
 
 AppendTurn::~AppendTurn() {

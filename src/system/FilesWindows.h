@@ -140,10 +140,12 @@ Code CutAt(RawHandle file, std::uint64_t size) noexcept;
 /// time of a save is done without, and so it is where the file system has none.
 class AppendTurn {
 public:
-    explicit AppendTurn(RawHandle file);
+    /// `waits` is whether to wait for it.
+    AppendTurn(RawHandle file, bool waits);
     ~AppendTurn();
     AppendTurn(const AppendTurn&) = delete;
     AppendTurn& operator=(const AppendTurn&) = delete;
+    bool IsTaken() const noexcept { return m_isTaken; }
 
 private:
     RawHandle m_file;

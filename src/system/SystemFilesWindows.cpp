@@ -49,7 +49,8 @@ public:
             Check("Write", WriteAll(m_file.Get(), bytes));
             return;
         }
-        const AppendTurn turn(m_file.Get());
+        const AppendTurn turn(m_file.Get(), m_waits);
+        m_waits = turn.IsTaken();  // one that has not come once would be waited for at every record
         FileStatus before;
         Check("Write", StatusOf(m_file.Get(), before));
         const Code code = AppendAll(m_file.Get(), bytes);
@@ -78,6 +79,7 @@ private:
     Handle m_lock;
     Text m_path;
     Kind m_kind;
+    bool m_waits = true;
 };
 
 /// Attributes of what stands at the path, raised as the operation's failure where there is nothing.
@@ -249,6 +251,9 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
         // Somebody else's name for the same file: what is written here must not reach it.
         (void)file.Close();
         code = RemoveOneOfSeveralNames(native);
+        if (IsShared(code)) {
+            throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, Text(path));
+        }
         if (code == 0) {
             file = OpenAlone(path, native, status);
             code = status.links > 1 ? ERROR_ACCESS_DENIED : 0;

@@ -123,7 +123,7 @@ TEST_F(TwoAtAFileTest, ARecordIsAddedBehindTheOneThatAnotherIsAdding) {
     const Text path = Put("a.KDL", "old,");
     const windows::Handle another =
         HeldOpen(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, GENERIC_WRITE);
-    auto turn = std::make_unique<windows::AppendTurn>(another.Get());
+    auto turn = std::make_unique<windows::AppendTurn>(another.Get(), true);
     duringPause = [&] {
         if (pauses == 30) {
             EXPECT_EQ(windows::AppendAll(another.Get(), "another's,"), 0U);
@@ -142,10 +142,13 @@ TEST_F(TwoAtAFileTest, ATurnThatDoesNotComeIsDoneWithout) {
     const Text path = Put("a.KDL", "old,");
     const windows::Handle another =
         HeldOpen(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, GENERIC_WRITE);
-    const windows::AppendTurn turn(another.Get());
-    files.OpenForAppend(path)->Write("ours");
+    const windows::AppendTurn turn(another.Get(), true);
+    const auto file = files.OpenForAppend(path);
+    file->Write("ours,");
     EXPECT_EQ(pauses, windows::PausesForASave);
-    EXPECT_EQ(files.Read(path), "old,ours");
+    file->Write("more");
+    EXPECT_EQ(pauses, windows::PausesForASave) << "and is not waited for at every record";
+    EXPECT_EQ(files.Read(path), "old,ours,more");
 }
 
 TEST_F(TwoAtAFileTest, OutputThatFailsKeepsNothing) {

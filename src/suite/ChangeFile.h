@@ -19,8 +19,11 @@ inline ChangeFileEnd EndOf(Files& files, std::string_view path) {
     try {
         bytes = files.ReadEnd(path, CrLf.size());
     } catch (const cError& error) {
-        // "No" counts only when the disk says it twice: a second heading would come into the log.
-        if (exists || (error.Number() != errFileNotFound && error.Number() != errPathNotFound)) {
+        // "No" counts only when the disk says it twice: a second heading would come into the log. In a folder
+        // that may not be listed nothing more can be learned.
+        const bool isMissing = error.Number() == errFileNotFound || error.Number() == errPathNotFound ||
+                               error.Number() == errPermissionDenied;
+        if (exists || !isMissing) {
             throw;
         }
     }

@@ -62,10 +62,14 @@ private:
         return step.operation == "Exists" || step.operation == "IsRegularFile";
     }
 
-    /// Whether the disk has said twice that a file is not there; that is an answer, no failure.
+    /// Whether the disk has said twice that a file is not there; that is an answer, no failure. Of log and
+    /// report nothing more can be learned where the second answer is a refusal.
     bool IsMissingFile(const FailingFiles::Step& question, const FailingFiles::Step& read) const {
+        const bool isChangeFile =
+            read.path.find(".KDL") != Text::npos || read.path.find(".KDM") != Text::npos;
         return question.operation == "Exists" && question.failed && read.operation == "Read" && read.failed &&
-               (m_kind == FailingFiles::Kind::NotFound || m_kind == FailingFiles::Kind::PathNotFound);
+               (m_kind == FailingFiles::Kind::NotFound || m_kind == FailingFiles::Kind::PathNotFound ||
+                (m_kind == FailingFiles::Kind::PermissionDenied && isChangeFile));
     }
     /// An entry that cannot be read as a file, asked twice, is none.
     bool SaysNoFile(const FailingFiles::Step& step) const {

@@ -57,6 +57,19 @@ TEST_F(StandaloneChangeLogTest, ALogThatTheDiskDeniesForAMomentGetsNoSecondHeadi
     EXPECT_EQ(files.Get("/a/plant.KDL"), "earlier record\r\n");
 }
 
+TEST_F(StandaloneChangeLogTest, AMissingLogInAFolderThatMayNotBeListedIsMade) {
+    files.FailOn("Read", ".KDL", errPermissionDenied);
+    Write({aRecord()});
+    EXPECT_EQ(Log(), Heading + Line);
+}
+
+TEST_F(StandaloneChangeLogTest, ALogThatMayNotBeReadIsToldAndStays) {
+    files.Put("/a/plant.KDL", "earlier record\r\n");
+    files.FailOn("Read", ".KDL", errPermissionDenied);
+    EXPECT_THROW(Write({aRecord()}), cError);
+    EXPECT_EQ(Log(), "earlier record\r\n");
+}
+
 TEST_F(StandaloneChangeLogTest, ALogWithoutRecordsHasItsHeadingOnce) {
     Write({});
     Write({});

@@ -42,7 +42,7 @@ private:
     void cmdRemoveApplication_Click();
     void cmdOk_Click();
     void cmdCancel_Click();
-    /// Appends a row for each name that no row has yet, in any case. Returns the paths that were there
+    /// Appends a row for each path that no row has yet, in any case. Returns the paths that were there
     /// already, a line each.
     Text AddFiles(const std::vector<Text>& chosen);
     void RememberCriterion(const Text& criterion);

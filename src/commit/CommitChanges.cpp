@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <new>
 #include <optional>
 
 #include "appfiles/SchemaWriter.h"

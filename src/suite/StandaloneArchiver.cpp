@@ -144,7 +144,7 @@ Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
         if (!made.empty()) {
             try {
                 m_files.RemoveFolder(made);
-            } catch (const cError&) {
+            } catch (const std::exception&) {
                 // The first failure is the one to tell; what cannot be removed now cannot be mended here.
             }
         }

@@ -58,7 +58,9 @@ Text SettingsFolder(const Environment& environment, char delimiter) {
 #ifdef Q_OS_WIN
     const Text configured = environment.Variable("APPDATA");
     const std::string_view name = "KD6";
-    const bool isNamed = !configured.empty() && QDir::isAbsolutePath(ToQt(configured));
+    const auto ends = [&](std::size_t at) { return configured[at] == '\\' || configured[at] == '/'; };
+    // "C:kd" is not absolute: it hangs on the folder where the program was started.
+    const bool isNamed = configured.size() > 2 && (configured[1] == ':' ? ends(2) : ends(0) && ends(1));
     const Text folder = isNamed ? configured : UserFolder(QStandardPaths::GenericConfigLocation);
 #else
     const Text configured = environment.Variable("XDG_CONFIG_HOME");

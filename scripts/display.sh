@@ -22,6 +22,14 @@ start_virtual_display() {
     read -r -t 30 -u "$numbers" number || { echo "run: the virtual display did not start" >&2; return 1; }
     export DISPLAY=:$number
     unset WAYLAND_DISPLAY
-    openbox >/dev/null 2>&1 &
+    # A window that comes while the window manager is still starting may never be shown.
+    local ready
+    ready=$(mktemp -u)
+    mkfifo "$ready"
+    openbox --startup "sh -c 'echo ready >$ready'" >/dev/null 2>&1 &
     window_manager=$!
+    local answer=
+    read -r -t 30 answer <>"$ready"
+    rm -f "$ready"
+    [ "$answer" = ready ] || { echo "run: the window manager did not start" >&2; return 1; }
 }

@@ -64,7 +64,7 @@ public:
     /// after an error says nothing.
     virtual void Read(std::string_view path, std::string& bytes) { bytes = Read(path); }
 
-    /// The last bytes of a regular file, `count` at most.
+    /// The last bytes of a regular file, `count` at most; fails as Read does.
     virtual std::string ReadEnd(std::string_view path, std::size_t count);
 
     /// Opens a file for writing, replacing what stands there. A link or anything else that is no regular file

@@ -5,6 +5,7 @@
 
 namespace kd {
 
+/// What is known of a file: Unknown where the disk denies it without saying that it is missing.
 enum class Presence { Here, Missing, Unknown };
 
 /// Whether a file is there. It is missing only where that was said twice: a disk that does not answer for a

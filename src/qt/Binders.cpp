@@ -8,6 +8,7 @@
 #include <QSignalBlocker>
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "qt/QtText.h"
 #include "qt/Views.h"

@@ -29,6 +29,20 @@ struct StartDesk : TestDesk {
         g.gMasterFiles->Clear();
         files.Put(SettingsFile, SettingsWith({"/apps/plant.kdt"}));
     }
+    /// The user has no settings yet; the list beside the program names these.
+    void HideSettings(const std::vector<Text>& listed) {
+        files.Erase(SettingsFile);
+        files.MakeFolder("/home/anna/kd6");
+        files.Put(FallbackFile, SettingsWith(listed));
+    }
+    /// The first dialog lists one application, and is cancelled.
+    void ExpectListed(const Text& path) {
+        toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [path](frmApplicationAdmin& dialog) {
+            EXPECT_EQ(dialog.Grid.Rows(), 2);
+            EXPECT_EQ(dialog.Grid.TextMatrix(1, 0), path);
+            dialog.cmdCancel.UserClick();
+        });
+    }
     void ExpectOk() {
         toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin",
                                                 [](frmApplicationAdmin& form) { form.cmdOk.UserClick(); });
@@ -115,11 +129,7 @@ TEST(frmKDLimitDeskTest, WithSettingsTheirListIsShownAndTheFallbackIsNotRead) {
     StartDesk desk;
     desk.files.Put(FallbackFile, SettingsWith({"/apps/other.kdt"}));
     frmKDLimitDesk form(desk.g);
-    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [](frmApplicationAdmin& dialog) {
-        ASSERT_EQ(dialog.Grid.Rows(), 2);
-        EXPECT_EQ(dialog.Grid.TextMatrix(1, 0), "/apps/plant.kdt");
-        dialog.cmdCancel.UserClick();
-    });
+    desk.ExpectListed("/apps/plant.kdt");
     EXPECT_FALSE(form.Form_Load(1));
 }
 
@@ -173,16 +183,10 @@ TEST(frmKDLimitDeskTest, SettingsThatCannotBeMadeAreSilentAndTheNextStartTakesTh
 
 TEST(frmKDLimitDeskTest, SettingsThatCannotBeSeenAreNotWrittenOverAndTheFallbackIsShown) {
     StartDesk desk;
-    desk.files.Erase(SettingsFile);
-    desk.files.MakeFolder("/home/anna/kd6");
-    desk.files.Put(FallbackFile, SettingsWith({"/apps/plant.kdt"}));
+    desk.HideSettings({"/apps/plant.kdt"});
     desk.files.FailOn("Read", ".IKD", errPermissionDenied);
     frmKDLimitDesk form(desk.g);
-    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& dialog) {
-        ASSERT_EQ(dialog.Grid.Rows(), 2);
-        EXPECT_EQ(dialog.Grid.TextMatrix(1, 0), "/apps/plant.kdt");
-        dialog.cmdCancel.UserClick();
-    });
+    desk.ExpectListed("/apps/plant.kdt");
     EXPECT_FALSE(form.Form_Load(1));
     EXPECT_FALSE(desk.files.Has(SettingsFile));
 }
@@ -190,9 +194,7 @@ TEST(frmKDLimitDeskTest, SettingsThatCannotBeSeenAreNotWrittenOverAndTheFallback
 TEST(frmKDLimitDeskTest, AnotherListNeverGoesOverSettingsThatWereOnlyOutOfSight) {
     StartDesk desk;
     const std::string own = desk.files.Get(SettingsFile);
-    desk.files.Erase(SettingsFile);
-    desk.files.MakeFolder("/home/anna/kd6");
-    desk.files.Put(FallbackFile, SettingsWith({"/apps/plant.kdt"}));
+    desk.HideSettings({"/apps/plant.kdt"});
     desk.files.FailOn("Read", ".IKD", errDevice);
     frmKDLimitDesk form(desk.g);
     desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& dialog) {
@@ -210,9 +212,7 @@ TEST(frmKDLimitDeskTest, AnotherListNeverGoesOverSettingsThatWereOnlyOutOfSight)
 TEST(frmKDLimitDeskTest, SettingsThatComeIntoSightAgainAreTheUsersOwn) {
     StartDesk desk;
     const std::string own = desk.files.Get(SettingsFile);
-    desk.files.Erase(SettingsFile);
-    desk.files.MakeFolder("/home/anna/kd6");
-    desk.files.Put(FallbackFile, SettingsWith({"/apps/other.kdt"}));
+    desk.HideSettings({"/apps/other.kdt"});
     int reads = 0;
     desk.files.onStep = [&](const Text& step) {
         if (step == Text("Read ") + SettingsFile) {
@@ -223,11 +223,7 @@ TEST(frmKDLimitDeskTest, SettingsThatComeIntoSightAgainAreTheUsersOwn) {
         }
     };
     frmKDLimitDesk form(desk.g);
-    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [](frmApplicationAdmin& dialog) {
-        ASSERT_EQ(dialog.Grid.Rows(), 2);
-        EXPECT_EQ(dialog.Grid.TextMatrix(1, 0), "/apps/plant.kdt");
-        dialog.cmdCancel.UserClick();
-    });
+    desk.ExpectListed("/apps/plant.kdt");
     EXPECT_FALSE(form.Form_Load(1));
 }
 

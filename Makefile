@@ -35,7 +35,7 @@ test:
 
 torture:
 	@scripts/setup.sh build fuzz
-	@JOBS=$(JOBS) scripts/torture.sh
+	@JOBS=$(JOBS) scripts/trials/torture.sh
 
 core:
 	@scripts/setup.sh build
@@ -52,22 +52,22 @@ package:
 	@JOBS=$(JOBS) scripts/package.sh
 
 package-test: package
-	@scripts/try_package.sh
+	@scripts/trials/package.sh
 
 accessibility-test:
-	@JOBS=$(JOBS) scripts/try_accessibility.sh
+	@JOBS=$(JOBS) scripts/trials/accessibility.sh
 
 windows:
 	@JOBS=$(JOBS) scripts/windows.sh
 
 windows-test:
-	@JOBS=$(JOBS) scripts/try_windows.sh
+	@JOBS=$(JOBS) scripts/trials/windows.sh
 
 windows-core-test:
-	@JOBS=$(JOBS) scripts/try_windows_core.sh
+	@JOBS=$(JOBS) scripts/trials/windows_core.sh
 
 spreadsheet-test:
-	@JOBS=$(JOBS) scripts/try_spreadsheet.sh
+	@JOBS=$(JOBS) scripts/trials/spreadsheet.sh
 
 release-check:
 	@scripts/release_check.sh
@@ -83,7 +83,7 @@ tidy:
 
 samples:
 	@scripts/setup.sh build
-	scripts/make_samples.py
+	scripts/make/samples.py
 
 clean:
 	rm -rf build

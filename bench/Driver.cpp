@@ -9,8 +9,8 @@
 #include <fstream>
 
 #include "Machine.h"
-#include "qt/AutoFilterDialog.h"
-#include "qt/QtText.h"
+#include "qt/forms/AutoFilterDialog.h"
+#include "qt/services/QtText.h"
 
 namespace kd::bench {
 

@@ -9,8 +9,8 @@ import fractions
 import pathlib
 import sys
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "scripts"))
-import make_samples as samples
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "scripts" / "make"))
+import samples
 
 APPLICATIONS = 300
 VIEWS = 5

@@ -1,7 +1,7 @@
 #include <QApplication>
 
 #include "qt/Application.h"
-#include "qt/DeskStyle.h"
+#include "qt/services/DeskStyle.h"
 
 int main(int argc, char** argv) {
     kd::DeskStyle::AskForDarkColours();

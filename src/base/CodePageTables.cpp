@@ -1,4 +1,4 @@
-// Tables of the single-byte code pages, made by scripts/make_code_pages.py. Do not edit.
+// Tables of the single-byte code pages, made by scripts/make/code_pages.py. Do not edit.
 #include "base/CodePageTables.h"
 
 namespace kd::tables {

@@ -13,13 +13,13 @@
 #include "grid/frmAutoFilter.h"
 #include "help/frmAbout.h"
 #include "lifecycle/FirstStart.h"
-#include "qt/AboutDialog.h"
-#include "qt/AdminDialog.h"
-#include "qt/AutoFilterDialog.h"
-#include "qt/CommitDialog.h"
-#include "qt/FillDialog.h"
-#include "qt/QtText.h"
-#include "qt/ReplaceDialog.h"
+#include "qt/forms/AboutDialog.h"
+#include "qt/forms/AdminDialog.h"
+#include "qt/forms/AutoFilterDialog.h"
+#include "qt/forms/CommitDialog.h"
+#include "qt/forms/FillDialog.h"
+#include "qt/forms/ReplaceDialog.h"
+#include "qt/services/QtText.h"
 
 // Outside the namespace: the resources' own function is global.
 static void InitResources() {

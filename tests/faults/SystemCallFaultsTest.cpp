@@ -3,7 +3,7 @@
 #include <cerrno>
 
 #include "faults/RealFolder.h"
-#include "system/FailingCalls.h"
+#include "system/posix/FailingCalls.h"
 
 namespace kd {
 namespace {

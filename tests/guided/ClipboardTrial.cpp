@@ -7,7 +7,7 @@
 #include <iostream>
 #include <iterator>
 
-#include "qt/QtClipboard.h"
+#include "qt/services/QtClipboard.h"
 
 int main(int argc, char** argv) {
     const QApplication loop(argc, argv);

@@ -15,7 +15,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "qt/QtText.h"
+#include "qt/services/QtText.h"
 
 namespace kd {
 

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "qt/Application.h"
-#include "qt/GridWidget.h"
+#include "qt/grid/GridWidget.h"
 
 namespace kd {
 

@@ -13,8 +13,8 @@
 #include "guided/MainJob.h"
 #include "guided/Snapshot.h"
 #include "qt/Application.h"
-#include "qt/DeskStyle.h"
-#include "qt/QtText.h"
+#include "qt/services/DeskStyle.h"
+#include "qt/services/QtText.h"
 
 namespace {
 

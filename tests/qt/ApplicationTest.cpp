@@ -9,7 +9,7 @@
 #include "SourceFolder.h"
 #include "WindowFixture.h"
 #include "base/Paths.h"
-#include "qt/QtText.h"
+#include "qt/services/QtText.h"
 
 namespace kd {
 namespace {

@@ -15,7 +15,7 @@
 #include "fakes/FakeSuite.h"
 #include "fakes/MemoryFiles.h"
 #include "model/Globals.h"
-#include "qt/QtToolkit.h"
+#include "qt/services/QtToolkit.h"
 
 namespace kd {
 

@@ -19,14 +19,14 @@
 #include "fakes/GridDesk.h"
 #include "grid/frmAutoFilter.h"
 #include "lifecycle/frmKDLimitDesk.h"
-#include "qt/AboutDialog.h"
-#include "qt/AdminDialog.h"
-#include "qt/AutoFilterDialog.h"
-#include "qt/FillDialog.h"
-#include "qt/GridWidget.h"
-#include "qt/MainWindow.h"
-#include "qt/QtText.h"
-#include "qt/ReplaceDialog.h"
+#include "qt/forms/AboutDialog.h"
+#include "qt/forms/AdminDialog.h"
+#include "qt/forms/AutoFilterDialog.h"
+#include "qt/forms/FillDialog.h"
+#include "qt/forms/MainWindow.h"
+#include "qt/forms/ReplaceDialog.h"
+#include "qt/grid/GridWidget.h"
+#include "qt/services/QtText.h"
 
 namespace kd {
 

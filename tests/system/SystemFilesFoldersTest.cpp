@@ -4,8 +4,8 @@
 #include <array>
 #include <cerrno>
 
-#include "system/FailingCalls.h"
 #include "system/SystemFilesFixture.h"
+#include "system/posix/FailingCalls.h"
 
 namespace kd {
 namespace {

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "system/FailingCalls.h"
 #include "system/SystemFilesFixture.h"
+#include "system/posix/FailingCalls.h"
 
 namespace kd {
 namespace {

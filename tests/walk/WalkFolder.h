@@ -7,7 +7,7 @@
 
 #include "SourceFolder.h"
 #include "qt/Application.h"
-#include "qt/QtText.h"
+#include "qt/services/QtText.h"
 
 namespace kd {
 

@@ -19,7 +19,7 @@
 #include <utility>
 
 #include "model/modKDLimitDesk.h"
-#include "qt/QtText.h"
+#include "qt/services/QtText.h"
 
 namespace kd {
 

@@ -11,7 +11,7 @@
 #include <string>
 
 #include "qt/Application.h"
-#include "qt/GridWidget.h"
+#include "qt/grid/GridWidget.h"
 #include "walk/WalkWatch.h"
 
 class QAbstractButton;

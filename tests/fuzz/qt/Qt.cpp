@@ -5,9 +5,9 @@
 #include "fakes/FakeServices.h"
 #include "fakes/MemoryFiles.h"
 #include "fuzz/FuzzTargets.h"
-#include "qt/HelpIndex.h"
-#include "qt/HtmlTable.h"
-#include "qt/QtText.h"
+#include "qt/services/HelpIndex.h"
+#include "qt/services/HtmlTable.h"
+#include "qt/services/QtText.h"
 
 namespace kd::fuzz {
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "help/frmAbout.h"
+#include "qt/forms/FormDialog.h"
+
+namespace kd {
+
+/// The window of frmAbout.
+class AboutDialog : public FormDialog {
+public:
+    AboutDialog(frmAbout& form, EventEdge& edge, QWidget* parent);
+};
+
+}  // namespace kd

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "admin/frmApplicationAdmin.h"
+#include "qt/forms/FormDialog.h"
+
+namespace kd {
+
+/// The window of frmApplicationAdmin.
+class AdminDialog : public FormDialog {
+public:
+    AdminDialog(frmApplicationAdmin& form, EventEdge& edge, QWidget* parent);
+};
+
+}  // namespace kd

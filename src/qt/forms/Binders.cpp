@@ -1,0 +1,268 @@
+#include "qt/forms/Binders.h"
+
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "qt/forms/Views.h"
+#include "qt/services/QtText.h"
+
+namespace kd {
+
+bool IsUserFocus(const QFocusEvent& event) {
+    switch (event.reason()) {
+        case Qt::ActiveWindowFocusReason:
+        case Qt::PopupFocusReason:
+        case Qt::MenuBarFocusReason:
+            return false;
+        default:
+            return event.gotFocus();
+    }
+}
+
+QString CaptionWithMnemonic(std::string_view caption, QChar mnemonic) {
+    QString text = ToQt(caption);
+    const auto at = mnemonic.isNull() || text.contains(QLatin1Char('&'))
+                        ? -1
+                        : text.indexOf(mnemonic, 0, Qt::CaseInsensitive);
+    return at < 0 ? text : text.insert(at, QLatin1Char('&'));
+}
+
+// --- what all have in common ------------------------------------------------------------------------------
+
+ControlBinder::ControlBinder(Control& control, QWidget& widget, EventEdge& edge)
+    : QObject(&widget), m_control(control), m_widget(widget), m_edge(edge) {
+    m_widget.setObjectName(ToQt(control.Name()));
+    m_widget.installEventFilter(this);
+    m_control.OnChanged = [this] { Show(); };
+    m_control.OnFocusWanted = [this] { m_widget.setFocus(Qt::OtherFocusReason); };
+}
+
+ControlBinder::~ControlBinder() {
+    m_control.OnChanged = nullptr;
+    m_control.OnFocusWanted = nullptr;
+}
+
+void ControlBinder::Show() {
+    m_widget.setEnabled(m_control.Enabled());
+    // A widget that was never hidden comes with its window; showing it before it has one would open it alone.
+    const bool hidden = m_widget.isHidden() && m_widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
+    if (hidden == m_control.Visible()) {
+        m_widget.setVisible(m_control.Visible());
+    }
+}
+
+bool ControlBinder::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == &m_widget && event->type() == QEvent::FocusIn &&
+        IsUserFocus(*static_cast<QFocusEvent*>(event))) {
+        m_edge.Run([this] { m_control.UserFocus(); });
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+// --- label ------------------------------------------------------------------------------------------------
+
+LabelBinder::LabelBinder(Label& control, QLabel& widget, EventEdge& edge, bool clickable)
+    : ControlBinder(control, widget, edge), m_label(control), m_view(widget), m_clickable(clickable) {
+    m_view.setTextFormat(Qt::PlainText);
+    if (clickable) {
+        m_view.setFocusPolicy(Qt::StrongFocus);
+        m_view.setCursor(Qt::PointingHandCursor);
+    }
+    Show();
+}
+
+void LabelBinder::Show() {
+    ControlBinder::Show();
+    QString text = ToQt(m_label.Caption());
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    m_view.setText(text);
+    if (dynamic_cast<StatusPanel*>(&m_view) != nullptr) {
+        m_view.setToolTip(ToPlainToolTip(text));
+    }
+}
+
+bool LabelBinder::eventFilter(QObject* watched, QEvent* event) {
+    if (m_clickable && watched == &m_view) {
+        bool click = false;
+        if (event->type() == QEvent::MouseButtonRelease) {
+            const auto* mouse = static_cast<QMouseEvent*>(event);
+            click = mouse->button() == Qt::LeftButton && m_view.rect().contains(mouse->position().toPoint());
+        } else if (event->type() == QEvent::KeyPress) {
+            const int key = static_cast<QKeyEvent*>(event)->key();
+            click = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
+        }
+        if (click) {
+            Edge().Run([this] { m_label.UserClick(); });
+            return true;
+        }
+    }
+    return ControlBinder::eventFilter(watched, event);
+}
+
+// --- buttons ----------------------------------------------------------------------------------------------
+
+ButtonBinder::ButtonBinder(Button& control, QPushButton& widget, EventEdge& edge, QChar mnemonic)
+    : ControlBinder(control, widget, edge), m_button(control), m_view(widget), m_mnemonic(mnemonic) {
+    connect(&m_view, &QPushButton::clicked, this, [this] { Edge().Run([this] { m_button.UserClick(); }); });
+    Show();
+}
+
+void ButtonBinder::Show() {
+    ControlBinder::Show();
+    m_view.setText(CaptionWithMnemonic(m_button.Caption(), m_mnemonic));
+}
+
+CheckBoxBinder::CheckBoxBinder(CheckBox& control, QCheckBox& widget, EventEdge& edge, QChar mnemonic)
+    : ControlBinder(control, widget, edge), m_check(control), m_view(widget), m_mnemonic(mnemonic) {
+    connect(&m_view, &QCheckBox::clicked, this, [this] {
+        Edge().Run([this] { m_check.UserClick(); });
+        Show();
+    });
+    Show();
+}
+
+void CheckBoxBinder::Show() {
+    ControlBinder::Show();
+    m_view.setText(CaptionWithMnemonic(m_check.Caption(), m_mnemonic));
+    m_view.setCheckState(m_check.Value() == csChecked  ? Qt::Checked
+                         : m_check.Value() == csGrayed ? Qt::PartiallyChecked
+                                                       : Qt::Unchecked);
+}
+
+OptionButtonBinder::OptionButtonBinder(OptionButton& control, QRadioButton& widget, EventEdge& edge,
+                                       QChar mnemonic)
+    : ControlBinder(control, widget, edge), m_option(control), m_view(widget), m_mnemonic(mnemonic) {
+    connect(&m_view, &QRadioButton::clicked, this, [this] {
+        Edge().Run([this] { m_option.UserClick(); });
+        Show();
+    });
+    Show();
+}
+
+void OptionButtonBinder::Show() {
+    ControlBinder::Show();
+    m_view.setText(CaptionWithMnemonic(m_option.Caption(), m_mnemonic));
+    m_view.setChecked(m_option.Value());
+}
+
+OptionGroupBinder::OptionGroupBinder(OptionGroup& control, QWidget& box, std::vector<QRadioButton*> buttons,
+                                     EventEdge& edge)
+    : ControlBinder(control, box, edge), m_group(control), m_buttons(std::move(buttons)) {
+    for (std::size_t index = 0; index < m_buttons.size(); ++index) {
+        QRadioButton* const button = m_buttons[index];
+        const auto member = static_cast<std::int32_t>(index);
+        button->setObjectName(ToQt(control.Name()) + QStringLiteral("_%1").arg(member));
+        button->setText(ToQt(control.Captions()[index]));
+        button->installEventFilter(this);
+        connect(button, &QRadioButton::clicked, this, [this, button, member] {
+            // With the focus comes the selection already; a click adds nothing to it.
+            if (m_group.Selected() != member || !button->hasFocus()) {
+                Edge().Run([this, member] { m_group.UserSelect(member); });
+            }
+            Show();
+        });
+    }
+    Show();
+}
+
+void OptionGroupBinder::Show() {
+    ControlBinder::Show();
+    for (std::size_t index = 0; index < m_buttons.size(); ++index) {
+        const bool selected = m_group.Selected() == static_cast<std::int32_t>(index);
+        if (selected) {
+            m_buttons[index]->setChecked(true);
+        }
+        // Tab comes to the selected member alone: on another one it would select that.
+        m_buttons[index]->setFocusPolicy(selected ? Qt::StrongFocus : Qt::ClickFocus);
+    }
+}
+
+bool OptionGroupBinder::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn && IsUserFocus(*static_cast<QFocusEvent*>(event))) {
+        const auto found = std::find(m_buttons.begin(), m_buttons.end(), watched);
+        if (found != m_buttons.end()) {
+            const auto member = static_cast<std::int32_t>(found - m_buttons.begin());
+            Edge().Run([this, member] { m_group.UserSelect(member); });
+        }
+    }
+    return ControlBinder::eventFilter(watched, event);
+}
+
+// --- text -------------------------------------------------------------------------------------------------
+
+TextBoxBinder::TextBoxBinder(TextBox& control, QLineEdit& widget, EventEdge& edge)
+    : ControlBinder(control, widget, edge), m_text(control), m_view(widget) {
+    connect(&m_view, &QLineEdit::textEdited, this,
+            [this](const QString& text) { Edge().Run([&] { m_text.UserType(FromQt(text)); }); });
+    m_text.OnSelectAll = [this] { m_view.selectAll(); };
+    m_view.setMaxLength(std::numeric_limits<int>::max());  // a text is never cut
+    Show();
+    if (m_text.TakeSelectAll()) {
+        m_view.selectAll();
+    }
+}
+
+TextBoxBinder::~TextBoxBinder() {
+    m_text.OnSelectAll = nullptr;
+}
+
+void TextBoxBinder::Show() {
+    ControlBinder::Show();
+    const QString text = ToQt(m_text.Value());
+    if (m_view.text() != text) {
+        m_view.setText(text);
+    }
+}
+
+ComboBoxBinder::ComboBoxBinder(ComboBox& control, ComboBoxView& widget, EventEdge& edge)
+    : ControlBinder(control, widget, edge), m_combo(control), m_view(widget) {
+    m_view.AboutToDropDown = [this] { Edge().Run([this] { m_combo.UserDropDown(); }); };
+    connect(&m_view, &QComboBox::editTextChanged, this,
+            [this](const QString& text) { Edge().Run([&] { m_combo.UserType(FromQt(text)); }); });
+    connect(&m_view, &QComboBox::activated, this, [this](int index) {
+        if (index >= 0 && index < static_cast<int>(m_combo.Entries().size())) {
+            Edge().Run([&] { m_combo.UserChoose(index); });
+        }
+    });
+    Show();
+}
+
+void ComboBoxBinder::Show() {
+    ControlBinder::Show();
+    const QSignalBlocker blocker(m_view);
+    if (m_shown != m_combo.Entries()) {
+        m_shown = m_combo.Entries();
+        m_view.clear();
+        for (const Text& entry : m_shown) {
+            m_view.addItem(ToQt(entry));
+        }
+        m_view.setCurrentIndex(-1);
+    }
+    const QString text = ToQt(m_combo.Value());
+    if (m_view.currentText() != text) {
+        m_view.setEditText(text);
+    }
+}
+
+// --- progress bar -----------------------------------------------------------------------------------------
+
+ProgressBarBinder::ProgressBarBinder(ProgressBar& control, QProgressBar& widget, EventEdge& edge)
+    : ControlBinder(control, widget, edge), m_progress(control), m_view(widget) {
+    m_view.setRange(0, 100);
+    m_view.setTextVisible(false);
+    Show();
+}
+
+void ProgressBarBinder::Show() {
+    ControlBinder::Show();
+    m_view.setValue(static_cast<int>(std::lround(m_progress.Value())));
+}
+
+}  // namespace kd

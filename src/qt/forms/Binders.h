@@ -1,0 +1,164 @@
+#pragma once
+
+#include <QEvent>
+#include <QFocusEvent>
+#include <QObject>
+
+#include "platform/Controls.h"
+#include "qt/services/EventEdge.h"
+
+class QButtonGroup;
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QRadioButton;
+
+/// A binder joins one control of a form with one widget: the widget shows the control's state, and what the
+/// user does goes to the control's User... operations. It belongs to its widget; the control outlives it.
+namespace kd {
+
+/// What all binders do: object name, enabled, visible, focus both ways.
+class ControlBinder : public QObject {
+public:
+    ControlBinder(Control& control, QWidget& widget, EventEdge& edge);
+    ~ControlBinder() override;
+    ControlBinder(const ControlBinder&) = delete;
+    ControlBinder& operator=(const ControlBinder&) = delete;
+
+protected:
+    /// Shows the whole state. Called for the first time by the derived class's constructor.
+    virtual void Show();
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    EventEdge& Edge() const noexcept { return m_edge; }
+
+private:
+    Control& m_control;
+    QWidget& m_widget;
+    EventEdge& m_edge;
+};
+
+/// Whether a focus event is the user's own move to the widget, and not the window's coming to the front or
+/// the end of a menu.
+bool IsUserFocus(const QFocusEvent& event);
+
+/// The caption is shown as it stands. With `clickable` a click of the mouse, Enter or Space is the label's
+/// click.
+class LabelBinder : public ControlBinder {
+public:
+    LabelBinder(Label& control, QLabel& widget, EventEdge& edge, bool clickable = false);
+
+protected:
+    void Show() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    Label& m_label;
+    QLabel& m_view;
+    bool m_clickable;
+};
+
+/// The caption with `mnemonic` marked, where the caption marks none itself; a null letter marks nothing.
+QString CaptionWithMnemonic(std::string_view caption, QChar mnemonic);
+
+class ButtonBinder : public ControlBinder {
+public:
+    ButtonBinder(Button& control, QPushButton& widget, EventEdge& edge, QChar mnemonic = {});
+
+protected:
+    void Show() override;
+
+private:
+    Button& m_button;
+    QPushButton& m_view;
+    QChar m_mnemonic;
+};
+
+class TextBoxBinder : public ControlBinder {
+public:
+    TextBoxBinder(TextBox& control, QLineEdit& widget, EventEdge& edge);
+    ~TextBoxBinder() override;
+
+protected:
+    void Show() override;
+
+private:
+    TextBox& m_text;
+    QLineEdit& m_view;
+};
+
+/// The widget must be a CheckBoxView: its state is the control's alone.
+class CheckBoxBinder : public ControlBinder {
+public:
+    CheckBoxBinder(CheckBox& control, QCheckBox& widget, EventEdge& edge, QChar mnemonic = {});
+
+protected:
+    void Show() override;
+
+private:
+    CheckBox& m_check;
+    QCheckBox& m_view;
+    QChar m_mnemonic;
+};
+
+/// The widget must be an OptionView: its state is the control's alone.
+class OptionButtonBinder : public ControlBinder {
+public:
+    OptionButtonBinder(OptionButton& control, QRadioButton& widget, EventEdge& edge, QChar mnemonic = {});
+
+protected:
+    void Show() override;
+
+private:
+    OptionButton& m_option;
+    QRadioButton& m_view;
+    QChar m_mnemonic;
+};
+
+/// The group's members are the radio buttons of `buttons`, in order; `box` is the widget that holds them. A
+/// member that gets the focus is selected. Member i has the object name NAME_i.
+class OptionGroupBinder : public ControlBinder {
+public:
+    OptionGroupBinder(OptionGroup& control, QWidget& box, std::vector<QRadioButton*> buttons,
+                      EventEdge& edge);
+
+protected:
+    void Show() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    OptionGroup& m_group;
+    std::vector<QRadioButton*> m_buttons;
+};
+
+/// The widget must be a ComboBoxView.
+class ComboBoxView;
+class ComboBoxBinder : public ControlBinder {
+public:
+    ComboBoxBinder(ComboBox& control, ComboBoxView& widget, EventEdge& edge);
+
+protected:
+    void Show() override;
+
+private:
+    ComboBox& m_combo;
+    ComboBoxView& m_view;
+    std::vector<Text> m_shown;
+};
+
+class ProgressBarBinder : public ControlBinder {
+public:
+    ProgressBarBinder(ProgressBar& control, QProgressBar& widget, EventEdge& edge);
+
+protected:
+    void Show() override;
+
+private:
+    ProgressBar& m_progress;
+    QProgressBar& m_view;
+};
+
+}  // namespace kd

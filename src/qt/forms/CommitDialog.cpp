@@ -1,0 +1,47 @@
+#include "qt/forms/CommitDialog.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListView>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "qt/forms/ListBinder.h"
+#include "qt/forms/Views.h"
+
+namespace kd {
+
+CommitDialog::CommitDialog(frmCommit& form, EventEdge& edge, QWidget* parent)
+    : FormDialog(form, edge, parent) {
+    auto* const label = new QLabel(this);
+    auto* const list = new QListView(this);
+    auto* const all = new CheckBoxView(this);
+    auto* const ok = new QPushButton(this);
+    auto* const cancel = new QPushButton(this);
+    list->setAccessibleName(tr("Changed views"));
+
+    auto* const buttons = new QHBoxLayout;
+    buttons->addWidget(all);
+    buttons->addStretch();
+    buttons->addWidget(ok);
+    buttons->addWidget(cancel);
+    auto* const column = new QVBoxLayout(this);
+    column->addWidget(label);
+    column->addWidget(list, 1);
+    column->addLayout(buttons);
+
+    new LabelBinder(form.Label1, *label, edge);
+    new ListBinder(form.lstFiles, *list, edge);
+    new CheckBoxBinder(form.chkSelectAll, *all, edge, QLatin1Char('S'));
+    new ButtonBinder(form.cmdOk, *ok, edge);
+    new ButtonBinder(form.cmdCancel, *cancel, edge);
+
+    label->setWordWrap(true);
+    TabThrough({list, all, ok, cancel});
+    SetButtons(ok, cancel);
+    list->setFocus();
+    const int letter = fontMetrics().averageCharWidth();
+    resize(letter * 100, fontMetrics().height() * 24);
+}
+
+}  // namespace kd

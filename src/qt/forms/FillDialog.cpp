@@ -1,0 +1,87 @@
+#include "qt/forms/FillDialog.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "qt/forms/Binders.h"
+#include "qt/forms/Views.h"
+#include "qt/services/QtText.h"
+
+namespace kd {
+
+namespace {
+
+/// A frame with the group's options in one column, as far from each other as the frame is high.
+QGroupBox* FrameOf(OptionGroup& group, const Label& frame, EventEdge& edge, QWidget* parent) {
+    auto* const box = new QGroupBox(parent);
+    box->setObjectName(ToQt(frame.Name()));
+    auto* const holder = new QWidget(box);
+    auto* const column = new QVBoxLayout(holder);
+    column->setContentsMargins({});
+    std::vector<QRadioButton*> options;
+    for (std::size_t member = 0; member < group.Captions().size(); ++member) {
+        options.push_back(new QRadioButton(holder));
+        column->addWidget(options.back());
+    }
+    column->addStretch();
+    (new QVBoxLayout(box))->addWidget(holder);
+    new OptionGroupBinder(group, *holder, std::move(options), edge);
+    box->setEnabled(frame.Enabled());  // the frame is switched off as a whole
+    return box;
+}
+
+}  // namespace
+
+FillDialog::FillDialog(frmFill& form, EventEdge& edge, QWidget* parent) : FormDialog(form, edge, parent) {
+    auto* const constant = new OptionView(this);
+    auto* const text = new QLineEdit(this);
+    auto* const calculation = new OptionView(this);
+    auto* const target = new QLabel(this);
+    QGroupBox* const limitFrame = FrameOf(form.optLimits, form.fraLimits, edge, this);
+    QGroupBox* const operationFrame = FrameOf(form.optPlusMinus, form.fraPlusMinus, edge, this);
+    auto* const value = new QLineEdit(this);
+    auto* const ok = new QPushButton(this);
+    auto* const cancel = new QPushButton(this);
+    text->setAccessibleName(tr("Constant value"));
+    limitFrame->setAccessibleName(tr("Limit to calculate from"));
+    operationFrame->setAccessibleName(tr("Calculation"));
+    value->setAccessibleName(tr("Value of the calculation"));
+
+    auto* const grid = new QGridLayout;
+    grid->addWidget(constant, 0, 0);
+    grid->addWidget(text, 0, 1, 1, 3);
+    grid->addWidget(calculation, 1, 0, 1, 4);
+    grid->addWidget(target, 2, 0, Qt::AlignRight | Qt::AlignVCenter);
+    grid->addWidget(limitFrame, 2, 1);
+    grid->addWidget(operationFrame, 2, 2);
+    grid->addWidget(value, 2, 3, Qt::AlignVCenter);
+    grid->setColumnStretch(3, 1);
+    auto* const buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(ok);
+    buttons->addWidget(cancel);
+    auto* const column = new QVBoxLayout(this);
+    column->addLayout(grid);
+    column->addStretch();
+    column->addLayout(buttons);
+
+    new OptionButtonBinder(form.optFillConstant, *constant, edge, QLatin1Char('U'));
+    new TextBoxBinder(form.txtConstant, *text, edge);
+    new OptionButtonBinder(form.optFillLimit, *calculation, edge, QLatin1Char('c'));
+    new LabelBinder(form.lblLimit, *target, edge);
+    new TextBoxBinder(form.txtLimitValue, *value, edge);
+    new ButtonBinder(form.cmdOk, *ok, edge);
+    new ButtonBinder(form.cmdCancel, *cancel, edge);
+
+    SetButtons(ok, cancel);
+    text->setFocus();
+    value->setMinimumWidth(fontMetrics().averageCharWidth() * 14);
+    resize(sizeHint().expandedTo(QSize(fontMetrics().averageCharWidth() * 76, 0)));
+}
+
+}  // namespace kd

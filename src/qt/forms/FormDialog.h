@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QDialog>
+#include <initializer_list>
+
+#include "platform/Toolkit.h"
+#include "qt/services/EventEdge.h"
+
+class QPushButton;
+
+namespace kd {
+
+/// The window of a modal form: caption and name from the form; it ends when the form hides. It stands at the
+/// form's own place, else in the middle of the screen. Esc presses the cancel button; the frame's close is
+/// the form's UserClose. A form that is shown again has the focus where it was.
+class FormDialog : public QDialog {
+public:
+    FormDialog(Form& form, EventEdge& edge, QWidget* parent);
+    ~FormDialog() override;
+
+    /// Esc: presses the cancel button; does nothing where there is none.
+    void reject() override;
+
+protected:
+    /// The button that Enter presses wherever no other button has the focus, and the one that Esc presses;
+    /// either may be null. To be called when all widgets are there.
+    void SetButtons(QPushButton* defaultButton, QPushButton* cancelButton);
+    /// The order in which Tab goes through the widgets.
+    static void TabThrough(std::initializer_list<QWidget*> widgets);
+
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    EventEdge& Edge() const noexcept { return m_edge; }
+
+private:
+    void MoveToPlace();
+
+    Form& m_form;
+    EventEdge& m_edge;
+    QPushButton* m_cancelButton = nullptr;
+    bool m_placed = false;
+};
+
+}  // namespace kd

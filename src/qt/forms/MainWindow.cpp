@@ -1,0 +1,137 @@
+#include "qt/forms/MainWindow.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
+#include <algorithm>
+
+#include "qt/forms/Binders.h"
+#include "qt/forms/MenuBinder.h"
+#include "qt/forms/Views.h"
+#include "qt/grid/GridWidget.h"
+#include "qt/services/QtText.h"
+
+namespace kd {
+
+namespace {
+
+/// The grid's top in the window's inner area, as high as the margin at its sides.
+constexpr std::int32_t GridTop = 4;
+
+}  // namespace
+
+MainWindow::MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit) : m_form(form), m_toolkit(toolkit) {
+    setObjectName(ToQt(form.Name()));
+    auto* const inner = new QWidget(this);
+    setCentralWidget(inner);
+    Desk& desk = form.Controls();
+    m_grid = new GridWidget(desk.Grid, inner);
+    m_grid->setAccessibleName(tr("Variables"));
+    m_progress = new ProgressView(inner);
+    m_progress->setAccessibleName(tr("Progress"));
+    m_progress->setFixedHeight(fontMetrics().height());
+    new ProgressBarBinder(desk.ProgressBar1, *m_progress, toolkit.Edge());
+    form.GridPlace = [this] {
+        const QPoint corner = frameGeometry().topLeft() + m_grid->pos();
+        return Place{corner.x(), corner.y()};
+    };
+    BuildMenuBar();
+    BuildStatusBar();
+    inner->installEventFilter(this);
+
+    setWindowTitle(ToQt(form.Caption()));
+    m_form.OnChanged = [this] { setWindowTitle(ToQt(m_form.Caption())); };
+    m_form.Unload = [this] { close(); };
+    m_toolkit.SetMainWindow(this, [this] { ShowForm(); });
+    m_keptClose.setInterval(20);
+    connect(&m_keptClose, &QTimer::timeout, this, [this] { AskKeptClose(); });
+    PlaceRestored();
+}
+
+MainWindow::~MainWindow() {
+    m_form.OnChanged = nullptr;
+    m_form.Unload = nullptr;
+    m_form.GridPlace = nullptr;
+    m_toolkit.SetMainWindow(nullptr, nullptr);
+}
+
+void MainWindow::BuildMenuBar() {
+    for (MenuItem* const item : m_form.MenuBar()) {
+        FillMenu(*item, *menuBar()->addMenu(QString()), m_toolkit.Edge());
+    }
+}
+
+void MainWindow::BuildStatusBar() {
+    Desk& desk = m_form.Controls();
+    for (Label* const panel : {&desk.Panel1, &desk.Panel2}) {
+        auto* const view = new StatusPanel(statusBar());
+        new LabelBinder(*panel, *view, m_toolkit.Edge());
+        statusBar()->addWidget(view, 1);
+    }
+}
+
+void MainWindow::PlaceRestored() {
+    const QRect room = screen()->availableGeometry();
+    const QSize wanted(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 48);
+    const QSize size = wanted.boundedTo(room.size() * 9 / 10);
+    const Bounds at = frmKDLimitDesk::Centred(room.width(), room.height(), size.width(), size.height());
+    setGeometry(room.left() + at.left, room.top() + at.top, size.width(), size.height());
+}
+
+void MainWindow::ShowForm() {
+    if (isVisible()) {
+        return;
+    }
+    if (m_form.Maximised()) {
+        showMaximized();
+    } else {
+        show();
+    }
+}
+
+void MainWindow::LayOut() {
+    const QRect inner = centralWidget()->rect();
+    const int statusHeight = statusBar()->height();
+    const Bounds whole{0, 0, inner.width(), inner.height() + statusHeight};
+    const auto layout = frmKDLimitDesk::Form_Resize(whole, GridTop, statusHeight, m_progress->height());
+    const auto rect = [](const Bounds& bounds) {
+        return QRect(bounds.left, bounds.top, std::max(bounds.width, 0), std::max(bounds.height, 0));
+    };
+    m_progress->setGeometry(rect(layout.progressBar));
+    m_grid->setGeometry(rect(layout.grid));
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    LayOut();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == centralWidget() && event->type() == QEvent::Resize) {
+        LayOut();
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    bool mayClose = false;
+    if (m_toolkit.InPass()) {
+        m_keptClose.start();
+    } else {
+        m_toolkit.Edge().Run([&] { mayClose = m_form.Form_QueryUnload(); });
+    }
+    event->setAccepted(mayClose);
+}
+
+void MainWindow::AskKeptClose() {
+    const bool asking =
+        QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget() != nullptr;
+    if (!m_toolkit.InPass() && !asking) {
+        m_keptClose.stop();
+        close();
+    }
+}
+
+}  // namespace kd

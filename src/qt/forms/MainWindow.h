@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include "lifecycle/frmKDLimitDesk.h"
+#include "qt/services/QtToolkit.h"
+
+class QProgressBar;
+
+namespace kd {
+
+class GridWidget;
+
+/// The window of frmKDLimitDesk.
+class MainWindow : public QMainWindow {
+public:
+    MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit);
+    ~MainWindow() override;
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+
+protected:
+    /// Asks the form. A request that comes in the middle of a job is asked when the job is over.
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void BuildMenuBar();
+    void BuildStatusBar();
+    void ShowForm();
+    void PlaceRestored();
+    void LayOut();
+    void AskKeptClose();
+
+    frmKDLimitDesk& m_form;
+    QtToolkit& m_toolkit;
+    GridWidget* m_grid = nullptr;
+    QProgressBar* m_progress = nullptr;
+    QTimer m_keptClose;  // runs while a request to close waits for the end of a job
+    bool m_placed = false;
+};
+
+}  // namespace kd

@@ -1,0 +1,56 @@
+#include "qt/forms/MenuBinder.h"
+
+#include "qt/services/QtText.h"
+
+namespace kd {
+
+ActionBinder::ActionBinder(MenuItem& item, QAction& action, EventEdge& edge, bool clicks)
+    : QObject(&action), m_item(item), m_action(action) {
+    m_action.setObjectName(ToQt(item.Name()));
+    m_action.setMenuRole(QAction::NoRole);
+    m_item.OnChanged = [this] { Show(); };
+    if (clicks) {
+        connect(&m_action, &QAction::triggered, this, [this, &edge] {
+            Show();  // a checkable action turned its mark over by itself
+            edge.Run([this] { m_item.UserClick(); });
+        });
+    }
+    Show();
+}
+
+ActionBinder::~ActionBinder() {
+    m_item.OnChanged = nullptr;
+}
+
+void ActionBinder::Show() {
+    m_action.setText(ToQt(m_item.Caption()));
+    m_action.setEnabled(m_item.Enabled());
+    m_action.setVisible(m_item.Visible());
+    m_action.setCheckable(m_item.Checkable());
+    m_action.setChecked(m_item.Checked());
+}
+
+QAction* AddAction(MenuItem& item, QMenu& menu, EventEdge& edge, bool clicks) {
+    auto* const action = new QAction(&menu);
+    new ActionBinder(item, *action, edge, clicks);
+    menu.addAction(action);
+    return action;
+}
+
+void FillMenu(MenuItem& item, QMenu& menu, EventEdge& edge) {
+    new ActionBinder(item, *menu.menuAction(), edge, false);
+    menu.setObjectName(ToQt(item.Name()));
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu,
+                     [&item, &edge] { edge.Run([&item] { item.UserClick(); }); });
+    for (MenuItem* const entry : item.Entries()) {
+        if (entry == nullptr) {
+            menu.addSeparator();
+        } else if (entry->Entries().empty()) {
+            AddAction(*entry, menu, edge, true);
+        } else {
+            FillMenu(*entry, *menu.addMenu(QString()), edge);
+        }
+    }
+}
+
+}  // namespace kd

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "edit/frmReplace.h"
+#include "qt/forms/FormDialog.h"
+
+namespace kd {
+
+/// The window of frmReplace. It has no cancel button that Esc would press.
+class ReplaceDialog : public FormDialog {
+public:
+    ReplaceDialog(frmReplace& form, EventEdge& edge, QWidget* parent);
+};
+
+}  // namespace kd

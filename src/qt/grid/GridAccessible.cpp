@@ -1,0 +1,405 @@
+#include "qt/grid/GridAccessible.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QHash>
+#include <QPointer>
+#include <QWindow>
+#include <algorithm>
+#include <utility>
+
+#include "qt/grid/GridWidget.h"
+#include "qt/services/QtText.h"
+
+namespace kd {
+
+namespace {
+
+/// A selection beyond this many cells is told by its count, and cell by cell only where it is in sight:
+/// nobody listens to a million cells.
+constexpr int MostToldCells = 1000;
+
+/// One cell, made when a screen reader asks for it. Row 0 is the header.
+class GridCellAccessible : public QAccessibleInterface, public QAccessibleTableCellInterface {
+public:
+    GridCellAccessible(GridWidget* widget, std::int32_t row, std::int32_t screenCol)
+        : m_widget(widget), m_row(row), m_screenCol(screenCol) {}
+
+    // QAccessibleInterface
+    bool isValid() const override {
+        return !m_widget.isNull() && m_row < Grid().Rows() && m_screenCol < Grid().Cols();
+    }
+    QObject* object() const override { return nullptr; }
+    QWindow* window() const override { return isValid() ? m_widget->window()->windowHandle() : nullptr; }
+    QAccessibleInterface* parent() const override {
+        return m_widget.isNull() ? nullptr : QAccessible::queryAccessibleInterface(m_widget);
+    }
+    QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
+    int childCount() const override { return 0; }
+    int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
+    QAccessibleInterface* childAt(int /*x*/, int /*y*/) const override { return nullptr; }
+    QString text(QAccessible::Text kind) const override;
+    void setText(QAccessible::Text /*kind*/, const QString& /*text*/) override {}
+    QRect rect() const override;
+    QAccessible::Role role() const override {
+        return m_row == 0 ? QAccessible::ColumnHeader : QAccessible::Cell;
+    }
+    QAccessible::State state() const override;
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::TableCellInterface ? static_cast<QAccessibleTableCellInterface*>(this)
+                                                       : nullptr;
+    }
+
+    // QAccessibleTableCellInterface
+    bool isSelected() const override;
+    QList<QAccessibleInterface*> columnHeaderCells() const override;
+    QList<QAccessibleInterface*> rowHeaderCells() const override { return {}; }
+    int columnIndex() const override { return m_screenCol; }
+    int rowIndex() const override { return m_row - 1; }
+    int columnExtent() const override { return 1; }
+    int rowExtent() const override { return 1; }
+    QAccessibleInterface* table() const override { return parent(); }
+
+private:
+    const VSFlexGrid& Grid() const { return m_widget->Grid(); }
+
+    QPointer<GridWidget> m_widget;
+    std::int32_t m_row;
+    std::int32_t m_screenCol;
+};
+
+QString GridCellAccessible::text(QAccessible::Text kind) const {
+    if (!isValid()) {
+        return {};
+    }
+    if (kind == QAccessible::Name || kind == QAccessible::Value) {
+        return ToQt(Grid().TextMatrix(m_row, m_screenCol));
+    }
+    if (kind == QAccessible::Description) {
+        if (m_row == 0) {
+            return Grid().CellPicture(m_screenCol) == HeaderPicture::FilterOn ? QStringLiteral("Filtered")
+                                                                              : QString();
+        }
+        return Grid().BackColor(m_row, m_screenCol) == ChangedColour ? QStringLiteral("Changed") : QString();
+    }
+    return {};
+}
+
+QRect GridCellAccessible::rect() const {
+    if (!isValid()) {
+        return {};
+    }
+    const QRect place = m_widget->Layout().CellRect(m_row, m_screenCol);
+    return place.isEmpty() ? QRect()
+                           : QRect(m_widget->viewport()->mapToGlobal(place.topLeft()), place.size());
+}
+
+QAccessible::State GridCellAccessible::state() const {
+    QAccessible::State state;
+    if (!isValid()) {
+        state.invalid = true;
+        return state;
+    }
+    const QRect place = m_widget->Layout().CellRect(m_row, m_screenCol);
+    state.invisible = place.isEmpty();
+    state.offscreen = !place.isEmpty() && m_widget->Layout().ShownRect(m_row, m_screenCol).isEmpty();
+    if (m_row > 0) {
+        const bool current = m_row == Grid().Row() && m_screenCol == Grid().Col();
+        state.selectable = true;
+        state.focusable = true;
+        state.selected = isSelected();
+        state.active = current;
+        state.focused = current && m_widget->hasFocus();
+        state.multiSelectable = true;
+    }
+    return state;
+}
+
+bool GridCellAccessible::isSelected() const {
+    if (!isValid() || m_row == 0) {
+        return false;
+    }
+    if (m_widget->GetManner() == GridWidget::Manner::ListBox) {
+        return Grid().IsSelected(m_row);
+    }
+    return Grid().Row() > 0 && Grid().GetSelection().Contains(m_row, m_screenCol);
+}
+
+QList<QAccessibleInterface*> GridCellAccessible::columnHeaderCells() const {
+    QAccessibleInterface* owner = parent();
+    return owner == nullptr || m_row == 0 ? QList<QAccessibleInterface*>()
+                                          : QList<QAccessibleInterface*>{owner->child(m_screenCol)};
+}
+
+/// The grid as a table: data rows counted from 0, hidden rows and columns counted, the header told as the
+/// columns' descriptions. Its children are all cells row by row, the header first; each is made when it is
+/// asked for.
+class GridAccessible : public QAccessibleWidget, public QAccessibleTableInterface {
+public:
+    explicit GridAccessible(GridWidget* widget)
+        : QAccessibleWidget(widget, QAccessible::Table), m_widget(*widget) {}
+    ~GridAccessible() override { Forget(); }
+    GridAccessible(const GridAccessible&) = delete;
+    GridAccessible& operator=(const GridAccessible&) = delete;
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::TableInterface ? static_cast<QAccessibleTableInterface*>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+    QAccessibleInterface* child(int index) const override;
+    int childCount() const override { return Grid().Rows() * Grid().Cols(); }
+    int indexOfChild(const QAccessibleInterface* child) const override;
+    QAccessibleInterface* childAt(int x, int y) const override;
+    QAccessibleInterface* focusChild() const override;
+
+    // QAccessibleTableInterface
+    QAccessibleInterface* caption() const override { return nullptr; }
+    QAccessibleInterface* summary() const override { return nullptr; }
+    QAccessibleInterface* cellAt(int row, int column) const override {
+        return row < 0 || column < 0 || column >= Grid().Cols() ? nullptr : CellOf(row + 1, column);
+    }
+    int selectedCellCount() const override;
+    QList<QAccessibleInterface*> selectedCells() const override;
+    QString columnDescription(int column) const override {
+        return column >= 0 && column < Grid().Cols() && Grid().Rows() > 0 ? ToQt(Grid().TextMatrix(0, column))
+                                                                          : QString();
+    }
+    QString rowDescription(int /*row*/) const override { return {}; }
+    int selectedColumnCount() const override { return static_cast<int>(selectedColumns().size()); }
+    int selectedRowCount() const override;
+    int columnCount() const override { return Grid().Cols(); }
+    int rowCount() const override { return std::max(Grid().Rows() - 1, 0); }
+    QList<int> selectedColumns() const override;
+    QList<int> selectedRows() const override;
+    bool isColumnSelected(int column) const override;
+    bool isRowSelected(int row) const override;
+    bool selectRow(int row) override;
+    bool selectColumn(int column) override;
+    bool unselectRow(int row) override;
+    bool unselectColumn(int /*column*/) override { return false; }
+    void modelChange(QAccessibleTableModelChangeEvent* /*event*/) override { Forget(); }
+
+private:
+    VSFlexGrid& Grid() const { return m_widget.Grid(); }
+    bool IsList() const { return m_widget.GetManner() == GridWidget::Manner::ListBox; }
+    bool HasSelection() const { return Grid().Row() > 0; }
+    QAccessibleInterface* CellOf(std::int32_t row, std::int32_t screenCol) const;
+    void Forget();
+
+    GridWidget& m_widget;
+    mutable QHash<std::pair<std::int32_t, std::int32_t>, QAccessible::Id> m_cells;  // those asked for
+};
+
+QAccessibleInterface* GridAccessible::CellOf(std::int32_t row, std::int32_t screenCol) const {
+    if (row < 0 || screenCol < 0 || row >= Grid().Rows() || screenCol >= Grid().Cols()) {
+        return nullptr;
+    }
+    const std::pair key{row, screenCol};
+    const auto known = m_cells.constFind(key);
+    if (known != m_cells.constEnd()) {
+        return QAccessible::accessibleInterface(*known);
+    }
+    auto* cell =
+        new GridCellAccessible(&m_widget, row, screenCol);  // NOLINT(cppcoreguidelines-owning-memory)
+    m_cells.insert(key, QAccessible::registerAccessibleInterface(cell));  // which owns it from here on
+    return cell;
+}
+
+void GridAccessible::Forget() {
+    for (const QAccessible::Id id : std::as_const(m_cells)) {
+        QAccessible::deleteAccessibleInterface(id);
+    }
+    m_cells.clear();
+}
+
+QAccessibleInterface* GridAccessible::child(int index) const {
+    const std::int32_t cols = Grid().Cols();
+    return index < 0 || cols == 0 ? nullptr : CellOf(index / cols, index % cols);
+}
+
+int GridAccessible::indexOfChild(const QAccessibleInterface* child) const {
+    const auto* cell = dynamic_cast<const GridCellAccessible*>(child);
+    return cell == nullptr || !cell->isValid() || cell->parent() != this
+               ? -1
+               : (cell->rowIndex() + 1) * Grid().Cols() + cell->columnIndex();
+}
+
+QAccessibleInterface* GridAccessible::childAt(int x, int y) const {
+    const QPoint position = m_widget.viewport()->mapFromGlobal(QPoint(x, y));
+    if (!m_widget.viewport()->rect().contains(position)) {
+        return nullptr;
+    }
+    return CellOf(m_widget.Layout().RowAt(position.y()), m_widget.Layout().ColAt(position.x()));
+}
+
+QAccessibleInterface* GridAccessible::focusChild() const {
+    return HasSelection() && m_widget.hasFocus() ? CellOf(Grid().Row(), Grid().Col())
+                                                 : QAccessibleWidget::focusChild();
+}
+
+int GridAccessible::selectedCellCount() const {
+    if (IsList()) {
+        return selectedRowCount() * Grid().Cols();
+    }
+    const GridSelection cells = Grid().GetSelection();
+    return HasSelection() ? (cells.lastRow - cells.firstRow + 1) * (cells.lastCol - cells.firstCol + 1) : 0;
+}
+
+QList<QAccessibleInterface*> GridAccessible::selectedCells() const {
+    QList<QAccessibleInterface*> told;
+    if (IsList()) {
+        for (const int row : selectedRows()) {
+            told.append(CellOf(row + 1, 0));
+        }
+        return told;
+    }
+    if (!HasSelection()) {
+        return told;
+    }
+    GridSelection cells = Grid().GetSelection();
+    if (selectedCellCount() > MostToldCells) {
+        const auto& visible = Grid().VisibleRows();
+        const auto top = static_cast<std::size_t>(m_widget.Layout().TopIndex());
+        if (top >= visible.size()) {
+            return told;
+        }
+        const auto bottom =
+            std::min(top + static_cast<std::size_t>(m_widget.Layout().ShownRows()), visible.size()) - 1;
+        cells.firstRow = std::max(cells.firstRow, visible[top]);
+        cells.lastRow = std::min(cells.lastRow, visible[bottom]);
+    }
+    for (std::int32_t row = cells.firstRow; row <= cells.lastRow && told.size() < MostToldCells; ++row) {
+        for (std::int32_t screenCol = cells.firstCol; screenCol <= cells.lastCol; ++screenCol) {
+            told.append(CellOf(row, screenCol));
+        }
+    }
+    return told;
+}
+
+int GridAccessible::selectedRowCount() const {
+    if (IsList()) {
+        return static_cast<int>(selectedRows().size());
+    }
+    const GridSelection cells = Grid().GetSelection();
+    return isRowSelected(cells.firstRow - 1) ? cells.lastRow - cells.firstRow + 1 : 0;
+}
+
+QList<int> GridAccessible::selectedRows() const {
+    QList<int> rows;
+    if (IsList()) {
+        for (int row = 0; row < rowCount(); ++row) {
+            if (isRowSelected(row)) {
+                rows.append(row);
+            }
+        }
+        return rows;
+    }
+    const GridSelection cells = Grid().GetSelection();
+    const int count = selectedRowCount();
+    for (int row = 0; row < count; ++row) {
+        rows.append(cells.firstRow - 1 + row);
+    }
+    return rows;
+}
+
+QList<int> GridAccessible::selectedColumns() const {
+    QList<int> columns;
+    for (int column = 0; column < columnCount(); ++column) {
+        if (isColumnSelected(column)) {
+            columns.append(column);
+        }
+    }
+    return columns;
+}
+
+bool GridAccessible::isColumnSelected(int column) const {
+    const GridSelection cells = Grid().GetSelection();
+    return !IsList() && HasSelection() && rowCount() > 0 && cells.firstRow == 1 &&
+           cells.lastRow == rowCount() && column >= cells.firstCol && column <= cells.lastCol;
+}
+
+bool GridAccessible::isRowSelected(int row) const {
+    if (row < 0 || row >= rowCount()) {
+        return false;
+    }
+    if (IsList()) {
+        return Grid().IsSelected(row + 1);
+    }
+    const GridSelection cells = Grid().GetSelection();
+    return HasSelection() && cells.firstCol == 0 && cells.lastCol == columnCount() - 1 &&
+           row + 1 >= cells.firstRow && row + 1 <= cells.lastRow;
+}
+
+bool GridAccessible::selectRow(int row) {
+    if (row < 0 || row >= rowCount() || columnCount() == 0) {
+        return false;
+    }
+    if (IsList()) {
+        Grid().SetIsSelected(row + 1, true);
+        return true;
+    }
+    Grid().Select(row + 1, 0);
+    if (Grid().Row() != row + 1) {
+        return false;  // an open editor refused its text
+    }
+    Grid().ExtendSelection(row + 1, columnCount() - 1);
+    return true;
+}
+
+bool GridAccessible::selectColumn(int column) {
+    if (IsList() || column < 0 || column >= columnCount() || rowCount() == 0) {
+        return false;
+    }
+    Grid().Select(1, column);
+    if (Grid().Row() != 1 || Grid().Col() != column) {
+        return false;
+    }
+    Grid().ExtendSelection(rowCount(), column);
+    return true;
+}
+
+bool GridAccessible::unselectRow(int row) {
+    if (!IsList() || row < 0 || row >= rowCount()) {
+        return false;
+    }
+    Grid().SetIsSelected(row + 1, false);
+    return true;
+}
+
+QAccessibleInterface* MakeGridAccessible(const QString& /*className*/, QObject* object) {
+    auto* widget = qobject_cast<GridWidget*>(object);
+    return widget == nullptr ? nullptr : new GridAccessible(widget);  // the toolkit's cache owns it
+}
+
+}  // namespace
+
+void InstallGridAccessibility() {
+    static const bool installed = [] {
+        QAccessible::installFactory(MakeGridAccessible);
+        return true;
+    }();
+    (void)installed;  // only its making counts
+}
+
+void GridWidget::TellCurrentCell() {
+    if (!QAccessible::isActive()) {
+        return;
+    }
+    QAccessibleEvent selection(this, QAccessible::Selection);
+    QAccessible::updateAccessibility(&selection);
+    if (hasFocus() && m_grid.Row() > 0 && m_grid.Row() < m_grid.Rows()) {
+        QAccessibleEvent focus(this, QAccessible::Focus);
+        focus.setChild(m_grid.Row() * m_grid.Cols() + m_grid.Col());
+        QAccessible::updateAccessibility(&focus);
+    }
+}
+
+void GridWidget::TellNewTable() {
+    if (!QAccessible::isActive()) {
+        return;
+    }
+    QAccessibleTableModelChangeEvent reset(this, QAccessibleTableModelChangeEvent::ModelReset);
+    QAccessible::updateAccessibility(&reset);
+}
+
+}  // namespace kd

@@ -1,0 +1,224 @@
+#include "qt/services/QtToolkit.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QGridLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <stdexcept>
+#include <vector>
+
+#include "base/Scope.h"
+#include "qt/forms/MenuBinder.h"
+#include "qt/grid/GridWidget.h"
+#include "qt/services/QtText.h"
+
+namespace kd {
+
+namespace {
+
+/// A screen shows some sixty pictures a second.
+constexpr std::chrono::milliseconds BetweenPasses(16);
+
+QMessageBox::Icon QtIcon(BoxIcon icon) {
+    switch (icon) {
+        case BoxIcon::Information:
+            return QMessageBox::Information;
+        case BoxIcon::Exclamation:
+            return QMessageBox::Warning;
+        case BoxIcon::Critical:
+            return QMessageBox::Critical;
+        case BoxIcon::Question:
+            return QMessageBox::Question;
+        case BoxIcon::None:
+            break;
+    }
+    return QMessageBox::NoIcon;
+}
+
+/// At the pointer; for the menu key in a grid, where the grid says.
+QPoint PopupPlace() {
+    for (QWidget* at = QApplication::focusWidget(); at != nullptr; at = at->parentWidget()) {
+        if (const auto* const grid = dynamic_cast<GridWidget*>(at)) {
+            return grid->MenuPlace();
+        }
+    }
+    return QCursor::pos();
+}
+
+/// A text longer than the screen is high gets a scroll bar, so that the buttons stay in reach.
+void KeepOnScreen(QMessageBox& box, const QSize& screen) {
+    auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    auto* const grid = qobject_cast<QGridLayout*>(box.layout());
+    if (label == nullptr || grid == nullptr || label->sizeHint().height() <= screen.height() * 6 / 10) {
+        return;
+    }
+    int row = 0;
+    int column = 0;
+    int rows = 0;
+    int columns = 0;
+    grid->getItemPosition(grid->indexOf(label), &row, &column, &rows, &columns);
+    grid->removeWidget(label);
+    auto* const scroll = new QScrollArea(&box);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    const QSize whole = label->sizeHint();
+    scroll->setWidget(label);
+    const int barWidth = scroll->verticalScrollBar()->sizeHint().width();
+    scroll->setMinimumSize(std::min(whole.width() + 2 * barWidth, screen.width() * 6 / 10),
+                           screen.height() * 6 / 10);
+    grid->addWidget(scroll, row, column, rows, columns);
+}
+
+}  // namespace
+
+/// The hourglass is laid aside while the user is asked something in the middle of a job.
+class QtToolkit::PointerAside {
+public:
+    explicit PointerAside(QtToolkit& toolkit) : m_toolkit(toolkit) { toolkit.ShowPointer(false); }
+    ~PointerAside() { m_toolkit.ShowPointer(m_toolkit.m_pointer == Pointer::Hourglass); }
+    PointerAside(const PointerAside&) = delete;
+    PointerAside& operator=(const PointerAside&) = delete;
+
+private:
+    QtToolkit& m_toolkit;
+};
+
+QtToolkit::QtToolkit() = default;
+
+QtToolkit::~QtToolkit() {
+    ShowPointer(false);
+}
+
+void QtToolkit::SetMainWindow(QWidget* window, std::function<void()> show) {
+    m_window = window;
+    m_showWindow = std::move(show);
+}
+
+QWidget* QtToolkit::Owner() const {
+    if (QWidget* const modal = QApplication::activeModalWidget()) {
+        return modal;
+    }
+    return m_window != nullptr && m_window->isVisible() ? m_window : nullptr;
+}
+
+BoxAnswer QtToolkit::MessageBox(std::string_view text, BoxIcon icon, BoxButtons buttons,
+                                std::string_view title) {
+    const PointerAside aside(*this);
+    QMessageBox box(Owner());
+    box.setObjectName(QStringLiteral("MessageBox"));
+    box.setTextFormat(Qt::PlainText);
+    box.setWindowTitle(ToQt(title));
+    QString lines = ToQt(text);
+    lines.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    box.setText(lines);
+    box.setIcon(QtIcon(icon));
+    if (buttons == BoxButtons::YesNo) {
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+        // Enter pressed without reading must not give up anybody's work.
+        box.setDefaultButton(QMessageBox::No);
+        box.setEscapeButton(QMessageBox::No);
+    } else {
+        box.setStandardButtons(QMessageBox::Ok);
+        box.setDefaultButton(QMessageBox::Ok);
+        box.setEscapeButton(QMessageBox::Ok);
+    }
+    KeepOnScreen(box, ScreenSize());
+    const int answer = box.exec();
+    if (buttons == BoxButtons::Ok) {
+        return BoxAnswer::Ok;
+    }
+    return answer == QMessageBox::Yes ? BoxAnswer::Yes : BoxAnswer::No;
+}
+
+void QtToolkit::ShowModal(Form& form) {
+    const auto maker = m_makers.find(std::type_index(typeid(form)));
+    if (maker == m_makers.end()) {
+        throw std::logic_error("No dialog for the form " + form.Name());
+    }
+    const PointerAside aside(*this);
+    const std::unique_ptr<QDialog> dialog = maker->second(form, m_edge, Owner());
+    form.MarkShown();
+    (void)dialog->exec();  // the form itself knows how it ended
+    if (form.Shown()) {
+        form.Hide();  // the program is being ended while the dialog stands open
+    }
+}
+
+void QtToolkit::ShowModeless(Form& form) {
+    form.MarkShown();
+    if (m_showWindow) {
+        m_showWindow();
+    }
+}
+
+void QtToolkit::ShowPopupMenu(MenuItem& menu) {
+    MenuItem* chosen = nullptr;
+    {
+        const PointerAside aside(*this);
+        QMenu popup(Owner());
+        popup.setObjectName(ToQt(menu.Name()));
+        std::vector<QAction*> actions;
+        for (MenuItem* const entry : menu.Entries()) {
+            actions.push_back(entry == nullptr ? popup.addSeparator()
+                                               : AddAction(*entry, popup, m_edge, false));
+        }
+        const QAction* const action = popup.exec(PopupPlace());
+        for (std::size_t at = 0; action != nullptr && at < actions.size(); ++at) {
+            chosen = actions[at] == action ? menu.Entries()[at] : chosen;
+        }
+    }
+    // The menu is gone before its command begins, which may open a dialog.
+    if (chosen != nullptr) {
+        m_edge.Run([chosen] { chosen->UserClick(); });
+    }
+}
+
+void QtToolkit::ProcessEvents() {
+    ++m_passes;
+    const Scope leave([this] { --m_passes; });
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    m_lastPass = std::chrono::steady_clock::now();
+}
+
+void QtToolkit::ProcessEventsInJob() {
+    if (std::chrono::steady_clock::now() - m_lastPass >= BetweenPasses) {
+        ProcessEvents();
+    }
+}
+
+void QtToolkit::SetMousePointer(Pointer pointer) {
+    m_pointer = pointer;
+    ShowPointer(pointer == Pointer::Hourglass);
+}
+
+void QtToolkit::ShowPointer(bool hourglass) {
+    if (hourglass == m_hourglassShown) {
+        return;
+    }
+    m_hourglassShown = hourglass;
+    if (hourglass) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+        QGuiApplication::restoreOverrideCursor();
+    }
+}
+
+QSize QtToolkit::ScreenSize() const {
+    const QScreen* const screen = m_window != nullptr ? m_window->screen() : QGuiApplication::primaryScreen();
+    return screen != nullptr ? screen->availableGeometry().size() : QSize();
+}
+
+std::int32_t QtToolkit::ScreenWidth() const {
+    return ScreenSize().width();
+}
+
+std::int32_t QtToolkit::ScreenHeight() const {
+    return ScreenSize().height();
+}
+
+}  // namespace kd

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QDialog>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <typeindex>
+#include <unordered_map>
+
+#include "platform/Toolkit.h"
+#include "qt/services/EventEdge.h"
+
+namespace kd {
+
+/// The window toolkit over Qt's widgets.
+class QtToolkit : public Toolkit {
+public:
+    QtToolkit();
+    ~QtToolkit() override;
+
+    /// Where all events of the user enter.
+    EventEdge& Edge() noexcept { return m_edge; }
+
+    /// Makes the window of a form; `parent` may be null.
+    using DialogMaker = std::function<std::unique_ptr<QDialog>(Form&, EventEdge&, QWidget* parent)>;
+    /// Which dialog shows a form of type F.
+    template <typename F, typename D>
+    void Register() {
+        m_makers[std::type_index(typeid(F))] = [](Form& form, EventEdge& edge, QWidget* parent) {
+            return std::unique_ptr<QDialog>(std::make_unique<D>(dynamic_cast<F&>(form), edge, parent));
+        };
+    }
+
+    /// The main form's window and how it comes on the screen. Null when the window goes.
+    void SetMainWindow(QWidget* window, std::function<void()> show);
+
+    /// Whether the message loop is being given a pass in the middle of a job.
+    bool InPass() const noexcept { return m_passes > 0; }
+
+    BoxAnswer MessageBox(std::string_view text, BoxIcon icon, BoxButtons buttons,
+                         std::string_view title) override;
+    void ShowModal(Form& form) override;
+    void ShowModeless(Form& form) override;
+    void ShowPopupMenu(MenuItem& menu) override;
+    void ProcessEvents() override;
+    void ProcessEventsInJob() override;
+    Pointer MousePointer() const override { return m_pointer; }
+    void SetMousePointer(Pointer pointer) override;
+    std::int32_t ScreenWidth() const override;
+    std::int32_t ScreenHeight() const override;
+
+private:
+    class PointerAside;
+    QWidget* Owner() const;
+    QSize ScreenSize() const;
+    void ShowPointer(bool hourglass);
+
+    EventEdge m_edge{*this};
+    std::unordered_map<std::type_index, DialogMaker> m_makers;
+    QWidget* m_window = nullptr;
+    std::function<void()> m_showWindow;
+    Pointer m_pointer = Pointer::Default;
+    bool m_hourglassShown = false;
+    int m_passes = 0;
+    std::chrono::steady_clock::time_point m_lastPass;
+};
+
+}  // namespace kd

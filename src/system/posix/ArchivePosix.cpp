@@ -1,0 +1,84 @@
+#include "system/posix/ArchivePosix.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
+
+#include <array>
+#include <cerrno>
+#include <string>
+
+#include "system/posix/FilesPosix.h"
+
+namespace kd::posix {
+
+namespace {
+
+/// Whether more than owner, group and others have rights to an open file; the group's then say nothing.
+bool HasAccessList(int fd) noexcept {
+#ifdef __linux__
+    return ::fgetxattr(fd, "system.posix_acl_access", nullptr, 0) > 0;
+#else
+    (void)fd;
+    return false;
+#endif
+}
+
+/// The mode of an archive's copy: its source's, but for everybody's right to write. The group has its rights
+/// only where it is the source's group; another one has what others have.
+mode_t ModeOfCopy(int fd, const struct stat& source, bool hasAccessList) noexcept {
+    const mode_t mode = source.st_mode & 0775U;
+    struct stat made {};
+    const bool sameGroup =
+        !hasAccessList && ::fstat(fd, &made) == 0 &&
+        (made.st_gid == source.st_gid || ::fchown(fd, static_cast<uid_t>(-1), source.st_gid) == 0);
+    return sameGroup ? mode : (mode & 0705U) | ((mode & 0005U) << 3U);
+}
+
+/// Gives a copy its mode, and its source's times. Returns 0 or an errno.
+int FinishCopy(int fd, const struct stat& source, bool hasAccessList) noexcept {
+    const std::array<timespec, 2> times{source.st_atim, source.st_mtim};
+    return ::fchmod(fd, ModeOfCopy(fd, source, hasAccessList)) == 0 && ::futimens(fd, times.data()) == 0
+               ? 0
+               : errno;
+}
+
+}  // namespace
+
+void CopyToArchive(const Text& source, const Text& target, FlushCopy flush) {
+    struct stat status {};
+    std::string bytes;
+    bool hasAccessList = false;
+    {
+        const Descriptor read = OpenRegular("CopyForArchive", source, O_RDONLY, 0, status);
+        hasAccessList = HasAccessList(read.Get());
+        if (const int code = ReadToEnd(read.Get(), status.st_size, bytes); code != 0) {
+            Raise("CopyForArchive", source, code);
+        }
+    }
+    // Nothing is there before, so that it needs no look at what was opened.
+    Descriptor file(Open(target, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600));
+    if (!file.IsOpen()) {
+        Raise("CopyForArchive", target, errno);
+    }
+    int code = WriteAll(file.Get(), bytes);
+    if (code == 0) {
+        code = FinishCopy(file.Get(), status, hasAccessList);
+    }
+    if (code == 0 && flush == FlushCopy::Yes) {
+        code = Flush(file.Get());
+    }
+    if (const int closed = file.Close(); code == 0) {
+        code = closed;
+    }
+    if (code != 0) {
+        (void)::unlink(target.c_str());  // half a copy is none
+        Raise("CopyForArchive", target, code);
+    }
+}
+
+}  // namespace kd::posix

@@ -1,0 +1,166 @@
+#include "system/posix/FilesPosix.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+
+#include "base/Paths.h"
+#include "base/cError.h"
+
+namespace kd::posix {
+
+int Descriptor::Close() noexcept {
+    if (m_fd < 0) {
+        return 0;
+    }
+    const int result = ::close(m_fd) == 0 ? 0 : errno;
+    m_fd = -1;
+    return result == EINTR ? 0 : result;  // the descriptor is gone all the same
+}
+
+void Raise(const char* operation, std::string_view path, int code) {
+    std::int32_t number = errDevice;
+    switch (code) {
+        case ENOENT: {
+            Text folder(paths::Folder(path));
+            if (folder.empty()) {
+                folder.assign(1, path.empty() || path.front() != '/' ? '.' : '/');
+            }
+            struct stat status {};
+            number = ::stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? errFileNotFound
+                                                                                     : errPathNotFound;
+            break;
+        }
+        case ENOTDIR:
+            number = errPathNotFound;
+            break;
+        case EACCES:
+        case EPERM:
+        case EROFS:
+        case EISDIR:
+        case ETXTBSY:
+        case ELOOP:
+            number = errPermissionDenied;
+            break;
+        case ENOSPC:
+        case EDQUOT:
+        case EFBIG:
+            number = errDiskFull;
+            break;
+        default:
+            break;
+    }
+    throw cError(number, std::string("SystemFiles.").append(operation), {}, Text(path));
+}
+
+bool IsPresent(const Text& path) noexcept {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
+int Open(const Text& path, int flags, mode_t mode) {
+    int fd = -1;
+    do {
+        fd = ::open(path.c_str(), flags | O_CLOEXEC, mode);
+    } while (fd < 0 && errno == EINTR);
+    return fd;
+}
+
+Descriptor OpenRegular(const char* operation, std::string_view path, int flags, mode_t mode,
+                       struct stat& status) {
+    const Text name(path);
+    // Asked before the opening: that alone sets some devices going, and wakes whoever waits at a FIFO.
+    if (::stat(name.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+        Raise(operation, path, EACCES);
+    }
+    Descriptor file(Open(name, flags | O_NONBLOCK | O_NOCTTY, mode));
+    if (!file.IsOpen()) {
+        Raise(operation, path, errno);
+    }
+    if (::fstat(file.Get(), &status) != 0) {
+        Raise(operation, path, errno);
+    }
+    if (!S_ISREG(status.st_mode)) {
+        Raise(operation, path, EACCES);
+    }
+    return file;
+}
+
+int ReadToEnd(int fd, off_t size, std::string& bytes) {
+    // One byte more than the file has: a read that fills all but that one has met the end.
+    const auto expected = static_cast<std::size_t>(size);
+    std::size_t filled = 0;
+    bytes.resize(expected + 1);
+    for (;;) {
+        if (filled == bytes.size()) {
+            bytes.resize(bytes.size() * 2);  // the file grew meanwhile
+        }
+        const ssize_t got = ::read(fd, bytes.data() + filled, bytes.size() - filled);
+        if (got < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            bytes.clear();
+            return errno;
+        }
+        filled += static_cast<std::size_t>(got);
+        if (got == 0 || (filled == expected && filled + 1 == bytes.size())) {
+            bytes.resize(filled);
+            return 0;
+        }
+    }
+}
+
+int WriteAll(int fd, std::string_view bytes) noexcept {
+    std::size_t written = 0;
+    return WriteAll(fd, bytes, written);
+}
+
+int WriteAll(int fd, std::string_view bytes, std::size_t& written) noexcept {
+    written = 0;
+    while (written < bytes.size()) {
+        const ssize_t portion = ::write(fd, bytes.data() + written, bytes.size() - written);
+        if (portion < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return errno;
+        }
+        if (portion == 0) {
+            return ENOSPC;
+        }
+        written += static_cast<std::size_t>(portion);
+    }
+    return 0;
+}
+
+int Flush(int fd) noexcept {
+    while (::fsync(fd) != 0) {
+        if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
+}
+
+int CutAt(int fd, off_t size) noexcept {
+    while (::ftruncate(fd, size) != 0) {
+        if (errno != EINTR) {
+            return errno;
+        }
+    }
+    return 0;
+}
+
+int FlushFolderOf(const Text& path) noexcept {
+    const auto slash = path.find_last_of('/');
+    const Text folder = slash == Text::npos ? Text(1, '.') : path.substr(0, slash == 0 ? 1 : slash);
+    Descriptor handle(Open(folder, O_RDONLY | O_DIRECTORY));
+    if (!handle.IsOpen()) {
+        return errno;
+    }
+    const int code = Flush(handle.Get());
+    return code == EINVAL || code == ENOTSUP ? 0 : code;  // some file systems have nothing to flush for one
+}
+
+}  // namespace kd::posix

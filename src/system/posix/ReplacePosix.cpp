@@ -1,0 +1,268 @@
+#include "system/posix/ReplacePosix.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "base/Scope.h"
+#include "system/posix/FilesPosix.h"
+
+namespace kd::posix {
+
+namespace {
+
+/// The file that a path leads to when all links are followed; the path itself where nothing is there yet.
+Text FinalTarget(const Text& path) {
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) == 0 && !S_ISLNK(status.st_mode)) {
+        return path;
+    }
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+    return real ? Text(real.get()) : path;
+}
+
+/// A new file beside the target, under a name that nobody can foresee, not readable by others before it is
+/// done.
+Descriptor NewBeside(const Text& target, Text& name) {
+    const auto slash = target.find_last_of('/');
+    const Text folder = slash == Text::npos ? Text() : target.substr(0, slash + 1);
+    name = folder + ".kdsave-XXXXXX";
+    return Descriptor(::mkostemp(name.data(), O_CLOEXEC));
+}
+
+/// Writes over an open file from its beginning, and flushes it. Returns 0 or an errno.
+int WriteOver(int fd, std::string_view bytes) noexcept {
+    if (::lseek(fd, 0, SEEK_SET) < 0) {
+        return errno;
+    }
+    int code = WriteAll(fd, bytes);
+    if (code == 0) {
+        code = CutAt(fd, static_cast<off_t>(bytes.size()));
+    }
+    return code == 0 ? Flush(fd) : code;
+}
+
+/// Makes room for a file that grows, so that a full disk is met before a byte of it changes. Returns 0 or an
+/// errno; the file has its size and its content all the while, also when the program is stopped in between.
+int MakeRoom(int fd, std::size_t present, std::size_t wanted) noexcept {
+    if (wanted <= present) {
+        return 0;
+    }
+#ifdef __linux__
+    int code = 0;
+    do {
+        code = ::fallocate(fd, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(wanted)) == 0 ? 0 : errno;
+    } while (code == EINTR);
+    // Where room cannot be had ahead, the old content is brought back instead.
+    return code == EOPNOTSUPP || code == EINVAL || code == ENOSYS ? 0 : code;
+#else
+    (void)fd;
+    return 0;
+#endif
+}
+
+void OverwriteInPlace(const char* operation, const Text& target, std::string_view bytes, int source) {
+    if (source >= 0) {
+        if (const int code = Flush(source); code != 0) {
+            Raise(operation, target, code);
+        }
+    }
+    struct stat status {};
+    Descriptor file = OpenRegular(operation, target, O_RDWR | O_NOFOLLOW, 0, status);
+    std::string before;
+    int code = ReadToEnd(file.Get(), status.st_size, before);
+    if (code == 0) {
+        code = MakeRoom(file.Get(), before.size(), bytes.size());
+        if (code == 0) {
+            code = WriteOver(file.Get(), bytes);
+            if (code != 0) {
+                (void)WriteOver(file.Get(), before);  // the first failure is the one to tell
+            }
+        }
+    }
+    if (const int closed = file.Close(); code == 0) {
+        code = closed;
+    }
+    if (code != 0) {
+        Raise(operation, target, code);
+    }
+}
+
+/// Gives the new file the list of access rights of the present one, if it has such a list. Without it the
+/// mode alone would let the file's group do what the list kept from it.
+bool TakeOverAccessList(int fd, const Text& target) {
+#ifdef __linux__
+    constexpr const char* Name = "system.posix_acl_access";
+    constexpr std::size_t LongestAccessList = 65536;  // the system has no longer attribute
+    std::string list(LongestAccessList, '\0');
+    const ssize_t size = ::getxattr(target.c_str(), Name, list.data(), list.size());
+    if (size < 0 && errno == ENODATA) {
+        // The new file may have been given the folder's list.
+        return ::fremovexattr(fd, Name) == 0 || errno == ENODATA || errno == ENOTSUP;
+    }
+    if (size < 0) {
+        return errno == ENOTSUP;
+    }
+    return ::fsetxattr(fd, Name, list.data(), static_cast<std::size_t>(size), 0) == 0;
+#else
+    (void)fd;
+    (void)target;
+    return true;
+#endif
+}
+
+/// Gives the new file the rights of the present one; false where the user may not.
+bool TakeOverRights(int fd, const Text& target, const struct stat& present) {
+    struct stat made {};
+    if (::fstat(fd, &made) != 0) {
+        return false;
+    }
+    const bool sameOwner = made.st_uid == present.st_uid && made.st_gid == present.st_gid;
+    if (!sameOwner && ::fchown(fd, present.st_uid, present.st_gid) != 0) {
+        return false;
+    }
+    return TakeOverAccessList(fd, target) && ::fchmod(fd, present.st_mode & 07777U) == 0;
+}
+
+/// Gives a file that is wholly new the mode that the user's mask leaves. Returns 0 or an errno.
+int TakeUsualMode(int fd) noexcept {
+    const mode_t mask = ::umask(0);
+    (void)::umask(mask);
+    return ::fchmod(fd, 0666U & ~mask) == 0 ? 0 : errno;
+}
+
+/// Whether the present file may be written. The user's own rights count too: who owns a folder could replace
+/// what he may not write.
+bool MayReplace(const Text& target, const struct stat& present) {
+    return S_ISREG(present.st_mode) && MayWrite(present) &&
+           ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+/// Whether only who may write `present` anyway can have the new file open for writing.
+bool IsOurs(const struct stat& made, const struct stat& present) noexcept {
+    const mode_t others = made.st_mode & 0022U;
+    return S_ISREG(made.st_mode) && made.st_nlink == 1 && made.st_uid == ::geteuid() &&
+           (others & ~present.st_mode) == 0 && (others == 0 || made.st_gid == present.st_gid);
+}
+
+/// Whether a folder that refuses a new entry leaves the way over the file itself.
+bool FolderForbids(int code) noexcept {
+    return code == EACCES || code == EPERM || code == EROFS || code == EBUSY || code == ENAMETOOLONG;
+}
+
+/// What came of writing beside the target.
+enum class Outcome { Done, NotPossibleHere };
+
+Outcome WriteBeside(const char* operation, const Text& target, std::string_view bytes,
+                    const struct stat* present) {
+    Text temporary;
+    Descriptor file = NewBeside(target, temporary);
+    if (!file.IsOpen()) {
+        if (present != nullptr && FolderForbids(errno)) {
+            return Outcome::NotPossibleHere;
+        }
+        Raise(operation, target, errno);
+    }
+    bool inPlace = false;
+    const Scope cleaned([&] {
+        if (!inPlace) {
+            (void)::unlink(temporary.c_str());  // what cannot be removed now cannot be mended here
+        }
+    });
+    int code = WriteAll(file.Get(), bytes);
+    if (code == 0) {
+        if (present != nullptr && !TakeOverRights(file.Get(), target, *present)) {
+            return Outcome::NotPossibleHere;
+        }
+        code = present != nullptr ? 0 : TakeUsualMode(file.Get());
+    }
+    if (code == 0) {
+        code = Flush(file.Get());
+    }
+    if (const int closed = file.Close(); code == 0) {
+        code = closed;
+    }
+    if (code == 0 && ::rename(temporary.c_str(), target.c_str()) != 0) {
+        if (present != nullptr && FolderForbids(errno)) {
+            return Outcome::NotPossibleHere;  // EBUSY: something is mounted on the file itself
+        }
+        code = errno;
+    }
+    if (code != 0) {
+        Raise(operation, target, code);
+    }
+    inPlace = true;
+    return Outcome::Done;
+}
+
+}  // namespace
+
+void ReplaceWhole(const char* operation, std::string_view path, std::string_view bytes, FlushName flushName,
+                  int source) {
+    const Text target = FinalTarget(Text(path));
+    struct stat status {};
+    const bool isLink = ::lstat(Text(path).c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+    const bool present = ::lstat(target.c_str(), &status) == 0;
+    if (!present && errno != ENOENT) {
+        Raise(operation, path, errno);
+    }
+    if (present) {
+        if (!MayReplace(target, status)) {
+            Raise(operation, path, EACCES);
+        }
+        if (status.st_nlink > 1) {
+            OverwriteInPlace(operation, target, bytes, source);
+            return;
+        }
+    }
+    if (WriteBeside(operation, target, bytes, present ? &status : nullptr) == Outcome::NotPossibleHere) {
+        OverwriteInPlace(operation, target, bytes, source);
+        return;
+    }
+    if (flushName == FlushName::No && !isLink) {
+        return;
+    }
+    // A folder that the user may enter but not list cannot be flushed by him; any other failure is told.
+    if (const int code = FlushFolderOf(target); code != 0 && code != EACCES) {
+        Raise(operation, target, code);
+    }
+}
+
+bool PutInPlace(const Text& source, const Text& target) {
+    struct stat present {};
+    if (::lstat(target.c_str(), &present) != 0 || !MayReplace(target, present) || present.st_nlink > 1) {
+        return false;
+    }
+    Descriptor file(Open(source, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
+    struct stat made {};
+    if (!file.IsOpen() || ::fstat(file.Get(), &made) != 0 || !IsOurs(made, present) ||
+        !TakeOverRights(file.Get(), target, present)) {
+        return false;
+    }
+    int code = Flush(file.Get());
+    if (const int closed = file.Close(); code == 0) {
+        code = closed;
+    }
+    if (code == 0 && ::rename(source.c_str(), target.c_str()) != 0) {
+        if (FolderForbids(errno) || errno == EXDEV) {
+            return false;
+        }
+        code = errno;
+    }
+    if (code != 0) {
+        // No other way is tried: after a flush that failed nobody knows what the file holds.
+        Raise("MoveOver", target, code);
+    }
+    return true;
+}
+
+}  // namespace kd::posix

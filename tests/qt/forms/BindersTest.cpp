@@ -1,0 +1,467 @@
+#include "qt/forms/Binders.h"
+
+#include <QAbstractItemView>
+#include <QProgressBar>
+#include <QVBoxLayout>
+
+#include "qt/Screen.h"
+#include "qt/forms/Views.h"
+
+namespace kd {
+namespace {
+
+class BindersTest : public testing::Test {
+protected:
+    std::vector<std::unique_ptr<Control>> controls;  // they outlive the window
+    QtToolkit toolkit;
+    EventEdge& edge = toolkit.Edge();
+    QWidget window;
+    QVBoxLayout layout{&window};
+
+    template <typename C, typename... Arguments>
+    C& New(Arguments&&... arguments) {
+        controls.push_back(std::make_unique<C>(std::forward<Arguments>(arguments)...));
+        return static_cast<C&>(*controls.back());
+    }
+    template <typename W>
+    W& Add() {
+        auto* const widget = new W(&window);
+        layout.addWidget(widget);
+        return *widget;
+    }
+};
+
+TEST_F(BindersTest, WidgetBearsTheControlsName) {
+    auto& control = New<Button>("cmdOk");
+    auto& widget = Add<QPushButton>();
+    new ButtonBinder(control, widget, edge);
+    EXPECT_EQ(widget.objectName(), "cmdOk");
+}
+
+TEST_F(BindersTest, EnabledAndVisibleFollowTheControlBothWays) {
+    auto& control = New<Button>("cmdOk");
+    auto& widget = Add<QPushButton>();
+    new ButtonBinder(control, widget, edge);
+    window.show();
+    control.SetEnabled(false);
+    EXPECT_FALSE(widget.isEnabled());
+    control.SetEnabled(true);
+    EXPECT_TRUE(widget.isEnabled());
+    control.SetVisible(false);
+    EXPECT_FALSE(widget.isVisible());
+    control.SetVisible(true);
+    EXPECT_TRUE(widget.isVisible());
+}
+
+TEST_F(BindersTest, ControlThatIsHiddenBeforehandStaysHiddenWhenTheWindowComes) {
+    auto& control = New<Button>("cmdOk");
+    control.SetVisible(false);
+    auto& widget = Add<QPushButton>();
+    new ButtonBinder(control, widget, edge);
+    window.show();
+    EXPECT_FALSE(widget.isVisible());
+}
+
+TEST_F(BindersTest, WidgetThatGoesLeavesTheControlWithoutListeners) {
+    auto& control = New<TextBox>("txtFind");
+    auto* const widget = new QLineEdit;
+    new TextBoxBinder(control, *widget, edge);
+    delete widget;
+    EXPECT_FALSE(control.OnChanged);
+    EXPECT_FALSE(control.OnFocusWanted);
+    EXPECT_FALSE(control.OnSelectAll);
+}
+
+TEST_F(BindersTest, FormGivesTheFocusAndTheUsersFocusReachesTheForm) {
+    auto& first = New<TextBox>("txtFind");
+    auto& second = New<TextBox>("txtReplace");
+    int got = 0;
+    second.GotFocus = [&] { ++got; };
+    auto& firstWidget = Add<QLineEdit>();
+    auto& secondWidget = Add<QLineEdit>();
+    new TextBoxBinder(first, firstWidget, edge);
+    new TextBoxBinder(second, secondWidget, edge);
+    ShowActive(window);
+    firstWidget.setFocus();
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), &secondWidget);
+    EXPECT_EQ(got, 1);
+    first.SetFocus();
+    EXPECT_EQ(QApplication::focusWidget(), &firstWidget);
+}
+
+TEST(IsUserFocusTest, WindowsAndMenusComingAndGoingAreNotTheUsersMove) {
+    struct Case {
+        const char* label;
+        Qt::FocusReason reason;
+        bool user;
+    };
+    for (const Case& c :
+         {Case{"tab", Qt::TabFocusReason, true}, Case{"mouse", Qt::MouseFocusReason, true},
+          Case{"mnemonic", Qt::ShortcutFocusReason, true}, Case{"form", Qt::OtherFocusReason, true},
+          Case{"window", Qt::ActiveWindowFocusReason, false}, Case{"pop-up", Qt::PopupFocusReason, false},
+          Case{"menu bar", Qt::MenuBarFocusReason, false}}) {
+        EXPECT_EQ(IsUserFocus(QFocusEvent(QEvent::FocusIn, c.reason)), c.user) << c.label;
+    }
+}
+
+// --- label ------------------------------------------------------------------------------------------------
+
+TEST_F(BindersTest, LabelShowsMarkupAndAmpersandsAsTheyStand) {
+    auto& control = New<Label>("Label1");
+    control.SetCaption("<b>x</b> & y\r\nz");
+    auto& widget = Add<QLabel>();
+    new LabelBinder(control, widget, edge);
+    EXPECT_EQ(widget.text(), "<b>x</b> & y\nz");
+    EXPECT_EQ(widget.textFormat(), Qt::PlainText);
+    control.SetCaption("later");
+    EXPECT_EQ(widget.text(), "later");
+}
+
+TEST_F(BindersTest, LabelThatActsAsLinkIsClickedByMouseAndKeyboard) {
+    auto& control = New<Label>("lblWebsite");
+    int clicks = 0;
+    control.Click = [&] { ++clicks; };
+    auto& widget = Add<QLabel>();
+    new LabelBinder(control, widget, edge, true);
+    ShowActive(window);
+    Click(widget);
+    EXPECT_EQ(clicks, 1);
+    widget.setFocus();
+    Press(Qt::Key_Return);
+    Press(Qt::Key_Space);
+    EXPECT_EQ(clicks, 3);
+    Press(Qt::Key_A);
+    QTest::mouseClick(&widget, Qt::RightButton);
+    EXPECT_EQ(clicks, 3);
+}
+
+TEST_F(BindersTest, PlainLabelIsNotClicked) {
+    auto& control = New<Label>("Label1");
+    control.Click = [] { FAIL() << "clicked"; };
+    auto& widget = Add<QLabel>();
+    new LabelBinder(control, widget, edge);
+    window.show();
+    Click(widget);
+}
+
+// --- buttons ----------------------------------------------------------------------------------------------
+
+TEST_F(BindersTest, ButtonShowsItsCaptionAndClicks) {
+    auto& control = New<Button>("cmdFilter");
+    control.SetCaption("Apply");
+    int clicks = 0;
+    control.Click = [&] { ++clicks; };
+    auto& widget = Add<QPushButton>();
+    new ButtonBinder(control, widget, edge);
+    ShowActive(window);
+    EXPECT_EQ(widget.text(), "Apply");
+    Click(widget);
+    widget.setFocus();
+    Press(Qt::Key_Space);
+    EXPECT_EQ(clicks, 2);
+    control.SetCaption("Other");
+    EXPECT_EQ(widget.text(), "Other");
+    control.SetEnabled(false);
+    Click(widget);
+    EXPECT_EQ(clicks, 2);
+}
+
+TEST(CaptionWithMnemonicTest, MarksTheFirstLetterOfThatKindUnlessTheCaptionMarksOne) {
+    EXPECT_EQ(CaptionWithMnemonic("Add Application(s)", QLatin1Char('P')), "Add A&pplication(s)");
+    EXPECT_EQ(CaptionWithMnemonic("&OK", QLatin1Char('K')), "&OK");
+    EXPECT_EQ(CaptionWithMnemonic("Ok", QLatin1Char('z')), "Ok");
+    EXPECT_EQ(CaptionWithMnemonic("Ok", QChar()), "Ok");
+}
+
+TEST_F(BindersTest, CheckBoxShowsThreeStatesAndItsClickIsTheControls) {
+    auto& control = New<CheckBox>("chkSelectAll");
+    control.SetCaption(" (Select All)");
+    control.SetValue(csGrayed);
+    auto& widget = Add<CheckBoxView>();
+    new CheckBoxBinder(control, widget, edge);
+    ShowActive(window);
+    EXPECT_EQ(widget.text(), " (Select All)");
+    EXPECT_EQ(widget.checkState(), Qt::PartiallyChecked);
+    ClickMark(widget);
+    EXPECT_EQ(control.Value(), csUnchecked);
+    EXPECT_EQ(widget.checkState(), Qt::Unchecked);
+    widget.setFocus();
+    Press(Qt::Key_Space);
+    EXPECT_EQ(control.Value(), csChecked);
+    EXPECT_EQ(widget.checkState(), Qt::Checked);
+    // A handler that decides otherwise has the last word.
+    control.Click = [&] { control.SetValue(csGrayed); };
+    ClickMark(widget);
+    EXPECT_EQ(widget.checkState(), Qt::PartiallyChecked);
+}
+
+TEST_F(BindersTest, OptionButtonIsSelectedByItsFormAlone) {
+    auto& control = New<OptionButton>("optFillLimit");
+    control.SetCaption("Limit");
+    auto& widget = Add<OptionView>();
+    new OptionButtonBinder(control, widget, edge);
+    window.show();
+    ClickMark(widget);
+    EXPECT_FALSE(widget.isChecked());
+    control.Click = [&] { control.SetValue(true); };
+    ClickMark(widget);
+    EXPECT_TRUE(widget.isChecked());
+    control.SetValue(false);
+    EXPECT_FALSE(widget.isChecked());
+    EXPECT_EQ(widget.text(), "Limit");
+}
+
+class OptionGroupTest : public BindersTest {
+protected:
+    OptionGroup& control = New<OptionGroup>("optLimits", std::vector<Text>{"USL", "UCL", "UWL"});
+    int got = 0;
+    std::vector<QRadioButton*> buttons;
+    QWidget& box = Add<QWidget>();
+
+    void SetUp() override {
+        control.GotFocus = [&] { ++got; };
+        auto* const row = new QVBoxLayout(&box);
+        for (int i = 0; i < 3; ++i) {
+            buttons.push_back(new QRadioButton(&box));
+            row->addWidget(buttons.back());
+        }
+        new OptionGroupBinder(control, box, buttons, edge);
+        ShowActive(window);
+    }
+};
+
+TEST_F(OptionGroupTest, MembersShowCaptionsAndTheSelectedOne) {
+    EXPECT_EQ(buttons[1]->text(), "UCL");
+    EXPECT_EQ(buttons[1]->objectName(), "optLimits_1");
+    EXPECT_TRUE(buttons[0]->isChecked());
+    control.SetSelected(2);
+    EXPECT_TRUE(buttons[2]->isChecked());
+    EXPECT_FALSE(buttons[0]->isChecked());
+}
+
+TEST_F(OptionGroupTest, ClickSelectsAMemberOnce) {
+    ClickMark(*buttons[1]);
+    EXPECT_EQ(control.Selected(), 1);
+    EXPECT_TRUE(buttons[1]->isChecked());
+    EXPECT_EQ(got, 1);
+}
+
+TEST_F(OptionGroupTest, ArrowKeySelectsTheNextMember) {
+    ClickMark(*buttons[0]);
+    Press(Qt::Key_Down);
+    EXPECT_EQ(control.Selected(), 1);
+    EXPECT_TRUE(buttons[1]->isChecked());
+}
+
+TEST_F(OptionGroupTest, TabComesToTheSelectedMemberAndLeavesTheSelection) {
+    control.SetSelected(1);
+    auto* const before = new QLineEdit(&window);
+    QWidget::setTabOrder(before, buttons[0]);
+    before->show();
+    before->setFocus();
+    Press(Qt::Key_Tab);
+    EXPECT_EQ(Focused(), buttons[1]);
+    EXPECT_EQ(control.Selected(), 1);
+}
+
+TEST_F(OptionGroupTest, FocusSelectsTheMember) {
+    buttons[2]->setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(control.Selected(), 2);
+    EXPECT_TRUE(buttons[2]->isChecked());
+}
+
+// --- text -------------------------------------------------------------------------------------------------
+
+TEST_F(BindersTest, TextBoxShowsAndTakesText) {
+    auto& control = New<TextBox>("txtFind");
+    control.SetValue("10.5");
+    auto& widget = Add<QLineEdit>();
+    new TextBoxBinder(control, widget, edge);
+    ShowActive(window);
+    EXPECT_EQ(widget.text(), "10.5");
+    widget.setFocus();
+    Type("0");
+    EXPECT_EQ(control.Value(), "10.50");
+    control.SetValue("\xC3\xA4");
+    EXPECT_EQ(widget.text(), QString::fromUtf8("\xC3\xA4"));
+    control.SelectAll();
+    EXPECT_EQ(widget.selectedText(), widget.text());
+}
+
+TEST_F(BindersTest, TextThatWasToBeSelectedBeforeItsWidgetCameIsSelectedOnce) {
+    TextBox control("txtFind");
+    control.SetValue("milk");
+    control.SelectAll();
+    QLineEdit first;
+    QLineEdit second;
+    {
+        const TextBoxBinder binder(control, first, edge);
+        EXPECT_EQ(first.selectedText(), "milk");
+    }
+    const TextBoxBinder binder(control, second, edge);
+    EXPECT_EQ(second.selectedText(), "");
+}
+
+TEST_F(BindersTest, ALongTextIsNeverCut) {
+    auto& control = New<TextBox>("txtFind");
+    auto& widget = Add<QLineEdit>();
+    new TextBoxBinder(control, widget, edge);
+    const Text before(40000, 'a');
+    control.SetValue(before);
+    ShowActive(window);
+    widget.setFocus();
+    Type("b");
+    EXPECT_EQ(control.Value(), before + "b");
+}
+
+TEST_F(BindersTest, TypingInTheMiddleKeepsTheCursorThere) {
+    auto& control = New<TextBox>("txtFind");
+    control.SetValue("ac");
+    auto& widget = Add<QLineEdit>();
+    new TextBoxBinder(control, widget, edge);
+    ShowActive(window);
+    widget.setFocus();
+    widget.setCursorPosition(1);
+    Type("b");
+    EXPECT_EQ(control.Value(), "abc");
+    EXPECT_EQ(widget.cursorPosition(), 2);
+}
+
+class ComboBoxTest : public BindersTest {
+protected:
+    ComboBox& control = New<ComboBox>("cboFilter");
+    ComboBoxView& widget = Add<ComboBoxView>();
+    int chosen = 0;
+
+    void SetUp() override {
+        control.DropDown = [&] { control.SetEntries({"", "Milk", "milk"}); };
+        control.Click = [&] { ++chosen; };
+        new ComboBoxBinder(control, widget, edge);
+        ShowActive(window);
+        widget.setFocus();
+    }
+};
+
+TEST_F(ComboBoxTest, TypedTextStaysAsTyped) {
+    control.SetEntries({"", "Milk", "milk"});
+    Type("MIL");
+    EXPECT_EQ(control.Value(), "MIL");
+    Type("K");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(control.Value(), "MILK");
+    EXPECT_EQ(widget.currentText(), "MILK");
+    EXPECT_EQ(chosen, 0);
+}
+
+TEST_F(ComboBoxTest, TypedTextThatIsAnEntryToTheLetterIsNoChoice) {
+    auto& other = Add<QLineEdit>();
+    other.show();
+    widget.showPopup();
+    widget.hidePopup();
+    Type("milk");
+    Press(Qt::Key_Return);
+    EXPECT_EQ(chosen, 0);
+    other.setFocus();
+    EXPECT_EQ(chosen, 0);
+    EXPECT_EQ(control.Value(), "milk");
+}
+
+TEST_F(ComboBoxTest, FormsTextIsShown) {
+    control.SetValue("cement | lime");
+    EXPECT_EQ(widget.currentText(), "cement | lime");
+}
+
+TEST_F(ComboBoxTest, ListIsBuiltAsItOpensAndTheTextStays) {
+    Type("mi");
+    widget.showPopup();
+    EXPECT_EQ(widget.count(), 3);
+    EXPECT_EQ(widget.itemText(2), "milk");
+    EXPECT_EQ(control.Value(), "mi");
+    EXPECT_EQ(widget.currentText(), "mi");
+    widget.hidePopup();
+}
+
+TEST_F(ComboBoxTest, ChoiceFromTheListReachesTheForm) {
+    widget.showPopup();
+    QTest::keyClick(static_cast<QWidget*>(widget.view()), Qt::Key_Down);
+    QTest::keyClick(static_cast<QWidget*>(widget.view()), Qt::Key_Down);
+    QTest::keyClick(static_cast<QWidget*>(widget.view()), Qt::Key_Return);
+    EXPECT_EQ(chosen, 1);
+    EXPECT_EQ(control.Value(), widget.currentText().toStdString());
+    EXPECT_FALSE(control.Value().empty());
+}
+
+TEST_F(ComboBoxTest, WheelDoesNotChoose) {
+    control.SetEntries({"", "Milk", "milk"});
+    QWheelEvent wheel(QPointF(5, 5), widget.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &wheel);
+    EXPECT_EQ(chosen, 0);
+    EXPECT_EQ(control.Value(), "");
+}
+
+// --- others -----------------------------------------------------------------------------------------------
+
+TEST_F(BindersTest, ProgressBarShowsPercent) {
+    auto& control = New<ProgressBar>("ProgressBar1");
+    auto& widget = Add<QProgressBar>();
+    new ProgressBarBinder(control, widget, edge);
+    EXPECT_EQ(widget.value(), 0);
+    EXPECT_EQ(widget.maximum(), 100);
+    control.SetValue(66.6);
+    EXPECT_EQ(widget.value(), 67);
+    control.SetValue(200);
+    EXPECT_EQ(widget.value(), 100);
+}
+
+TEST_F(BindersTest, ProgressIsFilledFromTheLeft) {
+    auto& control = New<ProgressBar>("ProgressBar1");
+    auto& widget = Add<ProgressView>();
+    widget.resize(200, 16);
+    new ProgressBarBinder(control, widget, edge);
+    control.SetValue(50);
+    const QImage picture = widget.grab().toImage();
+    EXPECT_EQ(picture.pixelColor(80, 8), widget.palette().color(QPalette::Highlight));
+    EXPECT_EQ(picture.pixelColor(120, 8), widget.palette().color(QPalette::Base));
+}
+
+TEST_F(BindersTest, FailureInAHandlerEndsInOneBox) {
+    auto& control = New<Button>("cmdOk");
+    control.Click = [] { throw cError(errOverflow, "Test", {}, "/a/b.kdt"); };
+    auto& widget = Add<QPushButton>();
+    new ButtonBinder(control, widget, edge);
+    window.show();
+    toolkit.SetMousePointer(Pointer::Hourglass);
+    QString text;
+    NextModal box([&](QWidget& shown) {
+        text = dynamic_cast<QMessageBox&>(shown).text();
+        ClickBoxButton(shown, QMessageBox::Ok);
+    });
+    Click(widget);
+    EXPECT_EQ(text, "Run-time error '6':\n\nOverflow\n/a/b.kdt");
+    EXPECT_EQ(toolkit.MousePointer(), Pointer::Default);
+}
+
+TEST_F(BindersTest, StatusPanelCutsInTheMiddleAndTellsAllInItsToolTip) {
+    auto& control = New<Label>("Panel1");
+    auto& widget = Add<StatusPanel>();
+    new LabelBinder(control, widget, edge);
+    const Text path = "/home/anna/documents/" + Text(300, 'x') + "/<b>milk</b>.kdt";
+    control.SetCaption(path);
+    window.resize(300, 100);
+    window.show();
+    EXPECT_EQ(widget.text().toStdString(), path);
+    EXPECT_LE(window.width(), 300);
+    const QString shown = widget.ShownText();
+    EXPECT_TRUE(shown.startsWith("/home/an")) << shown.toStdString();
+    EXPECT_TRUE(shown.endsWith("</b>.kdt")) << shown.toStdString();
+    EXPECT_LT(shown.size(), 100);
+    EXPECT_TRUE(widget.toolTip().contains("&lt;b&gt;milk&lt;/b&gt;.kdt"));
+    control.SetCaption("");
+    EXPECT_EQ(widget.toolTip(), "");
+    EXPECT_EQ(widget.ShownText(), "");
+}
+
+}  // namespace
+}  // namespace kd

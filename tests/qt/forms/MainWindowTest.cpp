@@ -1,0 +1,181 @@
+#include "qt/forms/MainWindow.h"
+
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QStatusBar>
+
+#include "qt/Screen.h"
+#include "qt/forms/Views.h"
+#include "qt/grid/GridWidget.h"
+
+namespace kd {
+namespace {
+
+class MainWindowTest : public testing::Test {
+protected:
+    ScreenDesk desk;
+    frmKDLimitDesk form{desk.g};
+    MainWindow window{form, desk.toolkit};
+
+    void MakeChange() { desk.g.gFiles->Add("/data/milk.kdt", "Milk", "", 0)->SetChangesMade(true); }
+    QMenu& Menu(const char* name) { return Find<QMenu>(window, name); }
+};
+
+TEST_F(MainWindowTest, PartsBearTheirNames) {
+    EXPECT_EQ(window.objectName(), "frmKDLimitDesk");
+    for (const char* const name : {"Grid", "ProgressBar1", "Panel1", "Panel2", "mnuFile", "mnuEdit",
+                                   "mnuOptions", "mnuView", "mnuHelp"}) {
+        EXPECT_NE(window.findChild<QWidget*>(name), nullptr) << name;
+    }
+    EXPECT_FALSE(Find(window, "Grid").accessibleName().isEmpty());
+    EXPECT_TRUE(Find(window, "Panel1").accessibleName().isEmpty());
+}
+
+TEST_F(MainWindowTest, MenuBarHasTheMenusInOrder) {
+    QStringList titles;
+    for (const QAction* const action : window.menuBar()->actions()) {
+        titles << action->text();
+    }
+    EXPECT_EQ(titles, QStringList({"&File", "&Edit", "&Options", "&View", "&Help"}));
+}
+
+TEST_F(MainWindowTest, CaptionFollowsTheForm) {
+    form.SetCaption("KD LimitDesk (v6.1.0)");
+    EXPECT_EQ(window.windowTitle(), "KD LimitDesk (v6.1.0)");
+}
+
+TEST_F(MainWindowTest, ProgressBarStandsAboveTheStatusBarAndTheGridTakesTheRest) {
+    window.resize(700, 500);
+    window.show();
+    const QRect inner = window.centralWidget()->rect();
+    const QRect bar = Find(window, "ProgressBar1").geometry();
+    const QRect grid = Find(window, "Grid").geometry();
+    EXPECT_EQ(bar.left(), 0);
+    EXPECT_EQ(bar.width(), inner.width());
+    EXPECT_EQ(bar.bottom(), inner.bottom());
+    EXPECT_EQ(grid.left(), 4);
+    EXPECT_EQ(grid.width(), inner.width() - 8);
+    EXPECT_EQ(grid.bottom() + 1, bar.top());
+    window.resize(600, 400);
+    EXPECT_EQ(Find(window, "ProgressBar1").width(), window.centralWidget()->width());
+}
+
+TEST_F(MainWindowTest, InnerAreaTooSmallForItsPartsLeavesTheGridNoRoomAndNoLess) {
+    window.resize(700, 500);
+    window.show();
+    window.centralWidget()->resize(5, 3);
+    const QRect bar = Find(window, "ProgressBar1").geometry();
+    const QRect grid = Find(window, "Grid").geometry();
+    EXPECT_EQ(bar.size(), QSize(5, Find(window, "ProgressBar1").minimumHeight()));
+    EXPECT_EQ(bar.bottom(), 2);
+    EXPECT_EQ(grid.topLeft(), QPoint(4, 4));
+    EXPECT_EQ(grid.size(), QSize(0, 0));
+}
+
+TEST_F(MainWindowTest, LongPanelTextNeverWidensTheWindow) {
+    window.resize(500, 400);
+    window.show();
+    form.Controls().Panel1.SetCaption("/home/" + Text(2000, 'x') + "/milk.kdt");
+    form.Controls().Panel2.SetCaption("Loading: /home/" + Text(2000, 'x') + "/milk.kdt");
+    QTest::qWait(0);
+    EXPECT_EQ(window.width(), 500);
+    EXPECT_LE(window.minimumSizeHint().width(), 500);
+    EXPECT_TRUE(Find<StatusPanel>(window, "Panel1").ShownText().endsWith("milk.kdt"));
+}
+
+TEST_F(MainWindowTest, FileMenuKnowsAtOpeningWhetherThereAreChanges) {
+    ShowActive(window);
+    for (const bool changes : {false, true}) {
+        if (changes) {
+            MakeChange();
+        }
+        QTest::keyClick(&window, Qt::Key_F, Qt::AltModifier);
+        ASSERT_TRUE(Menu("mnuFile").isVisible());
+        EXPECT_EQ(Find<QAction>(window, "mnuCommit").isEnabled(), changes);
+        Menu("mnuFile").close();
+    }
+}
+
+TEST_F(MainWindowTest, OpeningAMenuSettlesAnOpenEditor) {
+    auto& grid = form.Controls().Grid;
+    grid.RowColChange = nullptr;  // there are no records behind these rows
+    grid.BeforeEdit = nullptr;
+    grid.ValidateEdit = nullptr;
+    grid.AfterEdit = nullptr;
+    grid.SetCols(2);
+    grid.SetRows(3);
+    ShowActive(window);
+    grid.Select(1, 1);
+    ASSERT_TRUE(grid.StartEdit());
+    grid.SetEditText("7");
+    QTest::keyClick(&window, Qt::Key_V, Qt::AltModifier);
+    ASSERT_TRUE(Menu("mnuView").isVisible());
+    EXPECT_FALSE(grid.EditWindow());
+    EXPECT_EQ(grid.TextMatrix(1, 1), "7");
+    Menu("mnuView").close();
+}
+
+// --- closing ----------------------------------------------------------------------------------------------
+
+TEST_F(MainWindowTest, WindowWithoutChangesClosesWithoutAQuestion) {
+    window.show();
+    EXPECT_TRUE(window.close());
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(MainWindowTest, WindowWithChangesAsksAndNoKeepsIt) {
+    MakeChange();
+    window.show();
+    QString text;
+    {
+        NextModal box([&](QWidget& shown) {
+            text = dynamic_cast<QMessageBox&>(shown).text();
+            EXPECT_EQ(dynamic_cast<QMessageBox&>(shown).icon(), QMessageBox::Question);
+            ClickBoxButton(shown, QMessageBox::No);
+        });
+        EXPECT_FALSE(window.close());
+    }
+    EXPECT_EQ(text, "You have outstanding changes. Are you sure you want to quit without saving?");
+    EXPECT_TRUE(window.isVisible());
+    NextModal box([](QWidget& shown) { ClickBoxButton(shown, QMessageBox::Yes); });
+    EXPECT_TRUE(window.close());
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(MainWindowTest, CloseOfTheFileMenuGoesTheSameWay) {
+    MakeChange();
+    ShowActive(window);
+    NextModal box([](QWidget& shown) { ClickBoxButton(shown, QMessageBox::Yes); });
+    Find<QAction>(window, "mnuClose").trigger();
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(MainWindowTest, RequestToCloseDuringAJobIsAskedWhenTheJobIsOver) {
+    MakeChange();
+    window.show();
+    bool asked = false;
+    NextModal box([&](QWidget& shown) {
+        asked = true;
+        ClickBoxButton(shown, QMessageBox::Yes);
+    });
+    desk.toolkit.Edge().Run([&] {
+        QTimer::singleShot(0, &window, [&] { window.close(); });
+        for (int pass = 0; pass < 50; ++pass) {
+            desk.toolkit.ProcessEvents();
+            EXPECT_TRUE(window.isVisible());
+        }
+        EXPECT_FALSE(asked);
+    });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !window.isVisible(); }));
+    EXPECT_TRUE(asked);
+}
+
+TEST_F(MainWindowTest, WindowIsShownMaximisedAndHasASensibleSizeWhenRestored) {
+    const QRect room = window.screen()->availableGeometry();
+    EXPECT_TRUE(room.contains(window.geometry()));
+    EXPECT_GE(window.width(), room.width() / 2);
+    EXPECT_NEAR(window.geometry().center().x(), room.center().x(), 2);
+}
+
+}  // namespace
+}  // namespace kd

@@ -1,0 +1,232 @@
+#include "system/posix/FailingCalls.h"
+
+#include <dirent.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+namespace kd {
+
+namespace {
+
+FailingCalls* active = nullptr;
+
+}  // namespace
+
+FailingCalls::FailingCalls(int failAt, int code, bool forGood)
+    : m_failAt(failAt), m_code(code), m_forGood(forGood) {
+    active = this;
+}
+
+FailingCalls::~FailingCalls() {
+    active = nullptr;
+}
+
+void FailingCalls::FailEach(const std::string& name, int code) {
+    m_failing = name;
+    m_failingCode = code;
+}
+
+void FailingCalls::Before(int call, std::function<void()> action) {
+    m_actionAt = call;
+    m_action = std::move(action);
+}
+
+int FailingCalls::Ask(const char* name) {
+    if (active == nullptr) {
+        return 0;
+    }
+    FailingCalls& calls = *active;
+    const std::string asked = name;
+    if (calls.m_stutters &&
+        (asked == "read" || asked == "write" || asked == "fsync" || asked == "ftruncate")) {
+        calls.m_interrupted = !calls.m_interrupted;
+        if (calls.m_interrupted) {
+            return EINTR;
+        }
+    }
+    calls.m_calls.push_back(asked);
+    if (static_cast<int>(calls.m_calls.size()) == calls.m_actionAt) {
+        active = nullptr;
+        calls.m_action();
+        active = &calls;
+    }
+    if (asked == calls.m_failing) {
+        return calls.m_failingCode;
+    }
+    const int number = static_cast<int>(calls.m_calls.size());
+    const bool fails = number == calls.m_failAt || (calls.m_forGood && number > calls.m_failAt);
+    return calls.m_failAt > 0 && fails ? calls.m_code : 0;
+}
+
+int FailingCalls::FailureOf(const char* name) {
+    return active != nullptr && active->m_failing == name ? active->m_failingCode : 0;
+}
+
+bool FailingCalls::Stutters() {
+    return active != nullptr && active->m_stutters;
+}
+
+}  // namespace kd
+
+namespace {
+
+template <typename Call>
+Call* Real(const char* name) {
+    return reinterpret_cast<Call*>(dlsym(RTLD_NEXT, name));
+}
+
+/// Whether the call has to fail; errno then says with what.
+bool Fails(const char* name) {
+    const int code = kd::FailingCalls::Ask(name);
+    if (code != 0) {
+        errno = code;
+    }
+    return code != 0;
+}
+
+/// Part of what was asked for: every second transfer is cut short.
+std::size_t Portion(std::size_t size) {
+    return kd::FailingCalls::Stutters() ? std::min<std::size_t>(size, 7) : size;
+}
+
+}  // namespace
+
+extern "C" {
+
+ssize_t write(int fd, const void* bytes, size_t size) {
+    static const auto real = Real<ssize_t(int, const void*, size_t)>("write");
+    return Fails("write") ? -1 : real(fd, bytes, Portion(size));
+}
+
+ssize_t read(int fd, void* bytes, size_t size) {
+    static const auto real = Real<ssize_t(int, void*, size_t)>("read");
+    return Fails("read") ? -1 : real(fd, bytes, Portion(size));
+}
+
+ssize_t pread(int fd, void* bytes, size_t size, off_t offset) {
+    static const auto real = Real<ssize_t(int, void*, size_t, off_t)>("pread");
+    return Fails("read") ? -1 : real(fd, bytes, Portion(size), offset);
+}
+
+int fsync(int fd) {
+    static const auto real = Real<int(int)>("fsync");
+    return Fails("fsync") ? -1 : real(fd);
+}
+
+#ifdef __linux__
+int syncfs(int fd) noexcept {
+    static const auto real = Real<int(int)>("syncfs");
+    return Fails("syncfs") ? -1 : real(fd);
+}
+#endif
+
+int ftruncate(int fd, off_t size) noexcept {
+    static const auto real = Real<int(int, off_t)>("ftruncate");
+    return Fails("ftruncate") ? -1 : real(fd, size);
+}
+
+int fallocate(int fd, int mode, off_t offset, off_t size) {
+    static const auto real = Real<int(int, int, off_t, off_t)>("fallocate");
+    return Fails("fallocate") ? -1 : real(fd, mode, offset, size);
+}
+
+int fchmod(int fd, mode_t mode) noexcept {
+    static const auto real = Real<int(int, mode_t)>("fchmod");
+    return Fails("fchmod") ? -1 : real(fd, mode);
+}
+
+int futimens(int fd, const struct timespec* times) noexcept {
+    static const auto real = Real<int(int, const struct timespec*)>("futimens");
+    return Fails("futimens") ? -1 : real(fd, times);
+}
+
+int mkostemp(char* pattern, int flags) {
+    static const auto real = Real<int(char*, int)>("mkostemp");
+    return Fails("mkostemp") ? -1 : real(pattern, flags);
+}
+
+int open(const char* path, int flags, ...) {
+    static const auto real = Real<int(const char*, int, mode_t)>("open");
+    mode_t mode = 0;
+    if ((static_cast<unsigned>(flags) & static_cast<unsigned>(O_CREAT)) != 0) {
+        va_list rest;
+        va_start(rest, flags);
+        mode = va_arg(rest, mode_t);
+        va_end(rest);
+    }
+    return Fails("open") ? -1 : real(path, flags, mode);
+}
+
+int stat(const char* path, struct stat* status) noexcept {
+    static const auto real = Real<int(const char*, struct stat*)>("stat");
+    return Fails("stat") ? -1 : real(path, status);
+}
+
+int lstat(const char* path, struct stat* status) noexcept {
+    static const auto real = Real<int(const char*, struct stat*)>("lstat");
+    return Fails("lstat") ? -1 : real(path, status);
+}
+
+int fstat(int fd, struct stat* status) noexcept {
+    static const auto real = Real<int(int, struct stat*)>("fstat");
+    return Fails("fstat") ? -1 : real(fd, status);
+}
+
+int mkdir(const char* path, mode_t mode) noexcept {
+    static const auto real = Real<int(const char*, mode_t)>("mkdir");
+    return Fails("mkdir") ? -1 : real(path, mode);
+}
+
+int unlink(const char* path) noexcept {
+    static const auto real = Real<int(const char*)>("unlink");
+    return Fails("unlink") ? -1 : real(path);
+}
+
+int rmdir(const char* path) noexcept {
+    static const auto real = Real<int(const char*)>("rmdir");
+    return Fails("rmdir") ? -1 : real(path);
+}
+
+DIR* opendir(const char* path) {
+    static const auto real = Real<DIR*(const char*)>("opendir");
+    return Fails("opendir") ? nullptr : real(path);
+}
+
+// Not counted: a folder has as many as it likes.
+dirent* readdir(DIR* listing) {
+    static const auto real = Real<dirent*(DIR*)>("readdir");
+    const int code = kd::FailingCalls::FailureOf("readdir");
+    if (code != 0) {
+        errno = code;
+        return nullptr;
+    }
+    return real(listing);
+}
+
+int rename(const char* from, const char* to) noexcept {
+    static const auto real = Real<int(const char*, const char*)>("rename");
+    return Fails("rename") ? -1 : real(from, to);
+}
+
+// A close that fails has closed all the same.
+int close(int fd) {
+    static const auto real = Real<int(int)>("close");
+    const bool fails = Fails("close");
+    const int code = errno;
+    const int result = real(fd);
+    if (fails) {
+        errno = code;
+        return -1;
+    }
+    return result;
+}
+}

@@ -1,0 +1,165 @@
+#include "system/windows/WindowsFixture.h"
+
+namespace kd {
+namespace {
+
+/// Two programs at the files of one folder: `files` is ours, `other` is another's.
+class TwoAtAFileTest : public SystemFilesTest {
+protected:
+    std::unique_ptr<OutputFile> WrittenByOther(const Text& path, std::string_view bytes) {
+        auto output = other.OpenForOutput(path);
+        output->Write(bytes);
+        output->Close();
+        return output;
+    }
+
+    SystemFiles other{CodePage::Of(1252)};
+};
+
+TEST_F(TwoAtAFileTest, OutputThatAnotherHasInHandIsNotTaken) {
+    const Text path = At("a.temp");
+    auto held = other.OpenForOutput(path);
+    held->Write("another's");
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errFileAlreadyOpen);
+    EXPECT_EQ(pauses, windows::PausesForASave);
+    held->Close();
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errFileAlreadyOpen);
+    EXPECT_EQ(Get(path), "another's");
+    held.reset();
+    files.OpenForOutput(path)->Write("ours");
+    EXPECT_EQ(Get(path), "ours");
+}
+
+TEST_F(TwoAtAFileTest, OutputThatLetsOthersInIsTaken) {
+    const Text path = At("a.temp");
+    for (const bool isClosed : {false, true}) {
+        SCOPED_TRACE(isClosed ? "closed" : "open");
+        const auto held = other.OpenForOutput(path);
+        held->Write("another's");
+        if (isClosed) {
+            held->Close();
+        }
+        held->LetOthersIn();
+        EXPECT_EQ(Get(path), "another's");
+        EXPECT_EQ(ErrorOf([&] { files.OpenForOutput(path)->Write("ours"); }), 0);
+        EXPECT_EQ(Get(path), "ours");
+        held->LetOthersIn();
+        held->Close();
+    }
+    EXPECT_EQ(pauses, 0);
+}
+
+TEST_F(TwoAtAFileTest, OutputWaitsUntilTheOtherHasSaved) {
+    const Text path = At("a.temp");
+    auto held = WrittenByOther(path, "another's");
+    duringPause = [&] {
+        if (pauses == 30) {
+            held.reset();
+        }
+    };
+    files.OpenForOutput(path)->Write("ours");
+    EXPECT_EQ(pauses, 30);
+    EXPECT_EQ(Get(path), "ours");
+}
+
+TEST_F(TwoAtAFileTest, AFileThatSomebodyHasOpenIsNotEmptied) {
+    const Text path = Put("a.temp", "old");
+    {
+        const windows::Handle reader = HeldOpen(path, FILE_SHARE_READ | FILE_SHARE_DELETE);
+        EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errFileAlreadyOpen);
+    }
+    {
+        const windows::Handle writer =
+            HeldOpen(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, GENERIC_WRITE);
+        EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errFileAlreadyOpen);
+    }
+    EXPECT_EQ(Get(path), "old");
+}
+
+TEST_F(TwoAtAFileTest, NobodyComesBetweenTheClosingAndTheOverwrite) {
+    const Text path = At("a.temp");
+    const Text target = Put("a.kdt", "old");
+    auto held = WrittenByOther(path, "whole");
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errFileAlreadyOpen);
+    other.CopyFile(path, target);
+    EXPECT_EQ(Get(target), "whole");
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errFileAlreadyOpen);
+    other.DeleteFile(path);
+    held.reset();
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+    EXPECT_EQ(Get(target), "whole");
+}
+
+TEST_F(TwoAtAFileTest, TheOneThatKeepsAFileMovesItOverItsTarget) {
+    const Text path = At("a.temp");
+    for (const Text& target : {Put("there", "old"), At("new")}) {
+        SCOPED_TRACE(target);
+        auto held = WrittenByOther(path, "whole");
+        pauses = 0;
+        other.MoveOver(path, target);
+        EXPECT_EQ(pauses, 0);
+        EXPECT_EQ(Get(target), "whole");
+        held.reset();
+        EXPECT_FALSE(files.Exists(path));
+    }
+    EXPECT_EQ(Names(), (std::set<Text>{"there", "new"}));
+}
+
+TEST_F(TwoAtAFileTest, AFileThatTheOtherIsAboutToBeDoneWithIsMadeAnew) {
+    const Text path = At("a.temp");
+    const Text target = Put("a.kdt", "old");
+    auto held = WrittenByOther(path, "another's");
+    other.MoveOver(path, target);
+    duringPause = [&] { held.reset(); };  // a system may keep the name until then
+    auto ours = files.OpenForOutput(path);
+    held.reset();
+    ours->Write("ours");
+    ours->Close();
+    EXPECT_EQ(Get(path), "ours");
+    EXPECT_EQ(Get(target), "another's");
+}
+
+TEST_F(TwoAtAFileTest, ARecordIsAddedBehindTheOneThatAnotherIsAdding) {
+    const Text path = Put("a.KDL", "old,");
+    const windows::Handle another =
+        HeldOpen(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, GENERIC_WRITE);
+    auto turn = std::make_unique<windows::AppendTurn>(another.Get(), true);
+    duringPause = [&] {
+        if (pauses == 30) {
+            EXPECT_EQ(windows::AppendAll(another.Get(), "another's,"), 0U);
+            turn.reset();
+        }
+    };
+    const auto file = files.OpenForAppend(path);
+    file->Write("ours,");
+    EXPECT_EQ(pauses, 30);
+    EXPECT_EQ(files.Read(path), "old,another's,ours,");
+    other.OpenForAppend(path)->Write("another's");
+    EXPECT_EQ(pauses, 30) << "the turn is given back though the file is still open";
+}
+
+TEST_F(TwoAtAFileTest, ATurnThatDoesNotComeIsDoneWithout) {
+    const Text path = Put("a.KDL", "old,");
+    const windows::Handle another =
+        HeldOpen(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, GENERIC_WRITE);
+    const windows::AppendTurn turn(another.Get(), true);
+    const auto file = files.OpenForAppend(path);
+    file->Write("ours,");
+    EXPECT_EQ(pauses, windows::PausesForASave);
+    file->Write("more");
+    EXPECT_EQ(pauses, windows::PausesForASave) << "and is not waited for at every record";
+    EXPECT_EQ(files.Read(path), "old,ours,more");
+}
+
+TEST_F(TwoAtAFileTest, OutputThatFailsKeepsNothing) {
+    const Text path = Put("a.temp", "old", FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errPermissionDenied);
+    EXPECT_EQ(pauses, 0) << "what may not be written is not waited for";
+    ASSERT_NE(::SetFileAttributesW(Wide(path).c_str(), FILE_ATTRIBUTE_NORMAL), 0);
+    EXPECT_EQ(Get(path), "old");
+    other.OpenForOutput(path)->Write("new");
+    EXPECT_EQ(Get(path), "new");
+}
+
+}  // namespace
+}  // namespace kd

@@ -8,9 +8,9 @@
 #include <algorithm>
 
 #include "qt/forms/Binders.h"
-#include "qt/forms/MenuBinder.h"
 #include "qt/forms/Views.h"
 #include "qt/grid/GridWidget.h"
+#include "qt/services/MenuBinder.h"
 #include "qt/services/QtText.h"
 
 namespace kd {

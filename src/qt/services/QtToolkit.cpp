@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "base/Scope.h"
-#include "qt/forms/MenuBinder.h"
 #include "qt/grid/GridWidget.h"
+#include "qt/services/MenuBinder.h"
 #include "qt/services/QtText.h"
 
 namespace kd {

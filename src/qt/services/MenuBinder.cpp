@@ -1,4 +1,4 @@
-#include "qt/forms/MenuBinder.h"
+#include "qt/services/MenuBinder.h"
 
 #include "qt/services/QtText.h"
 

@@ -44,7 +44,8 @@ MainWindow::MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit) : m_form(form),
     setWindowTitle(ToQt(form.Caption()));
     m_form.OnChanged = [this] { setWindowTitle(ToQt(m_form.Caption())); };
     m_form.Unload = [this] { close(); };
-    m_toolkit.SetMainWindow(this, [this] { ShowForm(); });
+    m_toolkit.SetMainWindow(
+        this, [this] { ShowForm(); }, [this] { return m_grid->MenuPlace(); });
     m_keptClose.setInterval(20);
     connect(&m_keptClose, &QTimer::timeout, this, [this] { AskKeptClose(); });
     PlaceRestored();
@@ -54,7 +55,7 @@ MainWindow::~MainWindow() {
     m_form.OnChanged = nullptr;
     m_form.Unload = nullptr;
     m_form.GridPlace = nullptr;
-    m_toolkit.SetMainWindow(nullptr, nullptr);
+    m_toolkit.SetMainWindow(nullptr, nullptr, nullptr);
 }
 
 void MainWindow::BuildMenuBar() {

@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "base/Scope.h"
-#include "qt/grid/GridWidget.h"
 #include "qt/services/MenuBinder.h"
 #include "qt/services/QtText.h"
 
@@ -38,16 +37,6 @@ QMessageBox::Icon QtIcon(BoxIcon icon) {
             break;
     }
     return QMessageBox::NoIcon;
-}
-
-/// At the pointer; for the menu key in a grid, where the grid says.
-QPoint PopupPlace() {
-    for (QWidget* at = QApplication::focusWidget(); at != nullptr; at = at->parentWidget()) {
-        if (const auto* const grid = dynamic_cast<GridWidget*>(at)) {
-            return grid->MenuPlace();
-        }
-    }
-    return QCursor::pos();
 }
 
 /// A text longer than the screen is high gets a scroll bar, so that the buttons stay in reach.
@@ -94,9 +83,11 @@ QtToolkit::~QtToolkit() {
     ShowPointer(false);
 }
 
-void QtToolkit::SetMainWindow(QWidget* window, std::function<void()> show) {
+void QtToolkit::SetMainWindow(QWidget* window, std::function<void()> show,
+                              std::function<QPoint()> menuPlace) {
     m_window = window;
     m_showWindow = std::move(show);
+    m_menuPlace = std::move(menuPlace);
 }
 
 QWidget* QtToolkit::Owner() const {
@@ -167,7 +158,7 @@ void QtToolkit::ShowPopupMenu(MenuItem& menu) {
             actions.push_back(entry == nullptr ? popup.addSeparator()
                                                : AddAction(*entry, popup, m_edge, false));
         }
-        const QAction* const action = popup.exec(PopupPlace());
+        const QAction* const action = popup.exec(m_menuPlace ? m_menuPlace() : QCursor::pos());
         for (std::size_t at = 0; action != nullptr && at < actions.size(); ++at) {
             chosen = actions[at] == action ? menu.Entries()[at] : chosen;
         }

@@ -31,8 +31,9 @@ public:
         };
     }
 
-    /// The main form's window and how it comes on the screen. Null when the window goes.
-    void SetMainWindow(QWidget* window, std::function<void()> show);
+    /// The main form's window, how it comes on the screen, and where a pop-up menu belongs in screen
+    /// coordinates. All null when the window goes; pop-up menus then open at the pointer.
+    void SetMainWindow(QWidget* window, std::function<void()> show, std::function<QPoint()> menuPlace);
 
     /// Whether the message loop is being given a pass in the middle of a job.
     bool InPass() const noexcept { return m_passes > 0; }
@@ -59,6 +60,7 @@ private:
     std::unordered_map<std::type_index, DialogMaker> m_makers;
     QWidget* m_window = nullptr;
     std::function<void()> m_showWindow;
+    std::function<QPoint()> m_menuPlace;
     Pointer m_pointer = Pointer::Default;
     bool m_hourglassShown = false;
     int m_passes = 0;

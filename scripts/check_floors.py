@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Checks who includes whom: a folder of src uses only floors below its own, and the core is the standard library alone.
+"""Checks who includes whom: a room of src uses only the rooms that its line below names, and the core is the standard
+library alone.
 
-Prints each include that leads up or sideways, and ends with 1 if there is one.
+Prints each fault, and ends with 1 if there is one.
 """
 import pathlib
 import re
@@ -10,65 +11,74 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 SRC = ROOT / "src"
 
-# From the ground up. Folders of one floor know nothing of each other, but for the pairs below.
-FLOORS = {
-    "base": 1, "platform": 2, "ini": 3, "model": 3, "grid": 4, "appfiles": 5,
-    "edit": 6, "commit": 6, "admin": 6, "help": 6, "lifecycle": 7, "qt": 8, ".": 9,
+# From the ground up; each room's README says the same in words.
+CORE = ["base", "platform", "ini", "model", "grid", "appfiles", "edit", "commit", "admin", "help", "lifecycle"]
+USES = {
+    "base": [],
+    "platform": ["base"],
+    "ini": ["base", "platform"],
+    "model": ["base", "platform"],
+    "grid": ["base", "platform", "model"],
+    "appfiles": ["base", "platform", "ini", "model", "grid"],
+    "edit": ["base", "platform", "model", "grid"],
+    "commit": ["base", "platform", "model", "grid", "appfiles"],
+    "admin": ["base", "platform", "model"],
+    "help": ["base", "platform", "model"],
+    "lifecycle": CORE,
+    # Beside the house, behind platform.
+    "suite": ["base", "platform", "ini"],
+    "system": ["base", "platform"],
+    "system/posix": ["base", "platform", "system"],
+    "system/windows": ["base", "platform", "system"],
+    # The screen.
+    "qt/services": ["base", "platform"],
+    "qt/grid": ["base", "platform", "qt/services"],
+    "qt/forms": CORE + ["qt/services", "qt/grid"],
+    "qt": CORE + ["suite", "system", "qt/services", "qt/grid", "qt/forms"],
+    ".": CORE + ["suite", "system", "qt", "qt/services"],
 }
-# Beside the house: what stands behind platform/, which knows nothing above floor 3.
-BESIDE = {"suite": 3, "system": 2}
-# The suite reads ini text and stands on the machine's files.
-ALLOWED = {("suite", "system")}
 # The operating system's own headers; only system may include them.
 SYSTEM_HEADER = re.compile(r"^(sys/|unistd\.h|fcntl\.h|dirent\.h|pwd\.h|windows\.h|linux/|poll\.h|signal\.h)")
 TOOLKIT_HEADER = re.compile(r"^(Q[A-Z]|Qt)")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 
-def folder_of(path):
-    parts = path.relative_to(SRC).parts
-    return parts[0] if len(parts) > 1 else "."
+def room_of(name):
+    """The room of a path from src, written with slashes."""
+    return name.rpartition("/")[0] or "."
 
 
-def may_include(user, used):
-    if user == used or (user, used) in ALLOWED:
-        return True
-    if user in ("qt", "."):
-        return used != "."
-    if user in BESIDE:
-        return used in FLOORS and FLOORS[used] <= BESIDE[user]
-    return used in FLOORS and FLOORS[used] < FLOORS[user]
+def includes_of(path):
+    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+        match = INCLUDE.match(line)
+        if match:
+            yield number, *match.groups()
 
 
 def faults_of(path):
-    user = folder_of(path)
-    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
-        match = INCLUDE.match(line)
-        if not match:
-            continue
-        quote, name = match.groups()
+    user = room_of(path.relative_to(SRC).as_posix())
+    on_screen = user == "." or user.split("/")[0] == "qt"
+    for number, quote, name in includes_of(path):
         place = f"{path.relative_to(ROOT)}:{number}: {user} must not include {name}"
         if quote == "<":
-            if TOOLKIT_HEADER.match(name) and user not in ("qt", "."):
+            if TOOLKIT_HEADER.match(name) and not on_screen:
                 yield place
-            elif SYSTEM_HEADER.match(name) and user != "system":
+            elif SYSTEM_HEADER.match(name) and user.split("/")[0] != "system":
                 yield place
+        elif on_screen and name == path.stem + ".moc":
             continue
-        used = name.split("/")[0] if "/" in name else "."
-        if "/" not in name and (path.parent / name).exists() and user == "qt":
-            continue
-        if not (SRC / name).exists():
+        elif not (SRC / name).exists():
             yield f"{path.relative_to(ROOT)}:{number}: {name} is no path from src"
-        elif not may_include(user, used):
+        elif room_of(name) != user and room_of(name) not in USES[user]:
             yield place
 
 
 def main():
     files = [path for path in sorted(SRC.rglob("*")) if path.suffix in (".h", ".cpp")]
-    unknown = sorted({folder_of(path) for path in files} - set(FLOORS) - set(BESIDE))
-    faults = [f"src/{folder}: a folder without a floor" for folder in unknown]
+    rooms = {room_of(path.relative_to(SRC).as_posix()) for path in files}
+    faults = [f"src/{room}: a room that USES does not know" for room in sorted(rooms - set(USES))]
     for path in files:
-        if folder_of(path) not in unknown:
+        if room_of(path.relative_to(SRC).as_posix()) in USES:
             faults += faults_of(path)
     print("\n".join(faults) if faults else f"{len(files)} files, every include leads down")
     return 1 if faults else 0

@@ -23,10 +23,6 @@ bool MayDropChanges(Globals& g) {
 
 }  // namespace
 
-Text modKDLimitDesk::DefaultApplicationFolder(Globals& g) {
-    return GetSuiteContext(g).ApplicationsFolder();
-}
-
 void ManageApplications(Globals& g, const AdminHooks& hooks) {
     if (!MayDropChanges(g)) {
         return;

@@ -18,9 +18,4 @@ struct AdminHooks {
 /// program leaves an empty list, which ends it; a later one changes nothing.
 void ManageApplications(Globals& g, const AdminHooks& hooks);
 
-namespace modKDLimitDesk {
-/// Where the Add dialog opens.
-Text DefaultApplicationFolder(Globals& g);
-}  // namespace modKDLimitDesk
-
 }  // namespace kd

@@ -5,10 +5,10 @@
 #include <utility>
 #include <vector>
 
-#include "admin/ManageApplications.h"
 #include "admin/modBrowseForFile.h"
 #include "base/Paths.h"
 #include "base/Scope.h"
+#include "model/modKDLimitDesk.h"
 
 namespace kd {
 
@@ -20,6 +20,10 @@ namespace {
 constexpr std::int32_t MostRecents = 20;
 
 }  // namespace
+
+Text modKDLimitDesk::DefaultApplicationFolder(Globals& g) {
+    return GetSuiteContext(g).ApplicationsFolder();
+}
 
 frmApplicationAdmin::frmApplicationAdmin(Globals& g) : Form("frmApplicationAdmin"), m_g(g) {
     SetCaption("KD LimitDesk - Manage Applications");

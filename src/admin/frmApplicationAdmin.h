@@ -8,6 +8,11 @@
 
 namespace kd {
 
+namespace modKDLimitDesk {
+/// Where the Add dialog opens.
+Text DefaultApplicationFolder(Globals& g);
+}  // namespace modKDLimitDesk
+
 /// The dialog that shows the list of applications.
 class frmApplicationAdmin : public Form {
 public:

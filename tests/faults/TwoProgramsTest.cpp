@@ -10,9 +10,11 @@
 #include <cstdlib>
 #include <iostream>
 #include <sstream>
+#include <utility>
 #include <vector>
 
 #include "faults/RealFolder.h"
+#include "system/Waiting.h"
 
 namespace kd {
 namespace {
@@ -159,7 +161,9 @@ TEST(TwoProgramsTest, ATemporaryFileThatAnotherProgramHoldsIsNotTaken) {
     scene.EditAll();
     const auto held = other.OpenForOutput(scene.TemporaryPath(0));
     held->Write("half of another program's");
+    const auto pause = std::exchange(waiting::Pause, [](std::uint32_t) {});
     scene.Commit();
+    waiting::Pause = pause;
     const WillingToolkit::Box refused{"Error 55: File already open occurred in SaveSchema.",
                                       BoxIcon::Exclamation, "KDLimitDesk"};
     ASSERT_EQ(scene.toolkit.boxes.size(), 5U);

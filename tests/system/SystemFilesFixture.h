@@ -13,6 +13,7 @@
 
 #include "base/cError.h"
 #include "system/SystemFiles.h"
+#include "system/Waiting.h"
 
 namespace kd {
 
@@ -27,13 +28,16 @@ std::int32_t ErrorOf(Action action) {
     return 0;
 }
 
-/// The files of the system over a fresh temporary folder.
+/// The files of the system over a fresh temporary folder. No test waits: what stands between two attempts is
+/// counted instead.
 class SystemFilesTest : public testing::Test {
 protected:
     SystemFilesTest() {
         std::string pattern = (std::filesystem::temp_directory_path() / "kd-system-XXXXXX").string();
         folder = mkdtemp(pattern.data());
         (void)::chmod(folder.c_str(), 0755);
+        pauses = 0;
+        waiting::Pause = [](std::uint32_t) { ++pauses; };
     }
     ~SystemFilesTest() override {
         std::error_code ignored;
@@ -83,6 +87,7 @@ protected:
         return At(name);
     }
 
+    static inline int pauses = 0;
     Text folder;
     SystemFiles files{CodePage::Of(1252)};
 };

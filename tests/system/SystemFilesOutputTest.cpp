@@ -88,6 +88,7 @@ TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsNotTaken) {
     auto held = other.OpenForOutput(At("a.temp"));
     held->Write("another's");
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), errFileAlreadyOpen);
+    EXPECT_EQ(pauses, waiting::PausesForASave);
     held->Close();
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), errFileAlreadyOpen);
     EXPECT_EQ(Get(At("a.temp")), "another's");
@@ -98,6 +99,19 @@ TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsNotTaken) {
     held = other.OpenForOutput(At("a.temp"));
     held->LetOthersIn();
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), 0) << "though it is still open";
+}
+
+TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsTakenWhenItIsLetGo) {
+    SystemFiles other(CodePage::Of(1252));
+    static std::unique_ptr<OutputFile> held;
+    held = other.OpenForOutput(At("a.temp"));
+    waiting::Pause = [](std::uint32_t) {
+        if (++pauses == 3) {
+            held.reset();
+        }
+    };
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), 0);
+    EXPECT_EQ(pauses, 3);
 }
 
 TEST_F(SystemFilesTest, OutputIsNotFoundInAnotherCase) {

@@ -6,6 +6,7 @@
 
 #include "base/Paths.h"
 #include "base/cError.h"
+#include "system/WholeRead.h"
 
 namespace kd::posix {
 
@@ -87,28 +88,15 @@ Descriptor OpenRegular(const char* operation, std::string_view path, int flags, 
 }
 
 int ReadToEnd(int fd, off_t size, std::string& bytes) {
-    // One byte more than the file has: a read that fills all but that one has met the end.
-    const auto expected = static_cast<std::size_t>(size);
-    std::size_t filled = 0;
-    bytes.resize(expected + 1);
-    for (;;) {
-        if (filled == bytes.size()) {
-            bytes.resize(bytes.size() * 2);  // the file grew meanwhile
-        }
-        const ssize_t got = ::read(fd, bytes.data() + filled, bytes.size() - filled);
-        if (got < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            bytes.clear();
-            return errno;
-        }
-        filled += static_cast<std::size_t>(got);
-        if (got == 0 || (filled == expected && filled + 1 == bytes.size())) {
-            bytes.resize(filled);
-            return 0;
-        }
-    }
+    const auto read = [fd](char* into, std::size_t most, std::size_t& got) {
+        ssize_t count = -1;
+        do {
+            count = ::read(fd, into, most);
+        } while (count < 0 && errno == EINTR);
+        got = count < 0 ? 0 : static_cast<std::size_t>(count);
+        return count < 0 ? errno : 0;
+    };
+    return ReadWhole(read, static_cast<std::size_t>(size), bytes);
 }
 
 int WriteAll(int fd, std::string_view bytes) noexcept {

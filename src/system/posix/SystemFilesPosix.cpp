@@ -7,17 +7,15 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
-#include <cstdio>
-#include <cstdlib>
-#include <ctime>
 #include <memory>
 #include <utility>
 
 #include "base/Bytes.h"
 #include "base/cError.h"
 #include "system/SystemFiles.h"
+#include "system/Waiting.h"
 #include "system/posix/FilesPosix.h"
+#include "system/posix/OutputPosix.h"
 #include "system/posix/ReplacePosix.h"
 
 namespace kd {
@@ -25,58 +23,6 @@ namespace kd {
 using namespace posix;
 
 namespace {
-
-class PosixOutput : public OutputFile {
-public:
-    enum class Kind { Fresh, Appended };
-
-    /// `lock` is a second descriptor of a file that is kept from others as long as the object lives or until
-    /// it lets them in.
-    PosixOutput(Descriptor file, Text path, Kind kind, Descriptor lock = Descriptor())
-        : m_file(std::move(file)), m_lock(std::move(lock)), m_path(std::move(path)), m_kind(kind) {}
-
-    void Write(std::string_view bytes) override {
-        std::size_t written = 0;
-        if (const int code = WriteAll(m_file.Get(), bytes, written); code != 0) {
-            if (m_kind == Kind::Appended && written > 0) {
-                CutOff(written);
-            }
-            Raise("Write", m_path, code);
-        }
-    }
-    void Flush() override {
-        if (const int code = posix::Flush(m_file.Get()); code != 0) {
-            Raise("Flush", m_path, code);
-        }
-    }
-    void Close() override {
-        if (const int code = m_file.Close(); code != 0) {
-            Raise("Close", m_path, code);
-        }
-    }
-
-    void LetOthersIn() noexcept override {
-        if (m_lock.IsOpen()) {
-            (void)::flock(m_lock.Get(), LOCK_UN);  // fails for a descriptor that is none only
-        }
-    }
-
-private:
-    /// Takes half a record away again, which would spoil the next one, but nothing that another program has
-    /// added behind it. The failure that left it is the one to tell.
-    void CutOff(std::size_t written) const noexcept {
-        struct stat status {};
-        const off_t end = ::lseek(m_file.Get(), 0, SEEK_CUR);
-        if (::fstat(m_file.Get(), &status) == 0 && status.st_size == end) {
-            (void)CutAt(m_file.Get(), end - static_cast<off_t>(written));
-        }
-    }
-
-    Descriptor m_file;
-    Descriptor m_lock;
-    Text m_path;
-    Kind m_kind;
-};
 
 /// Opens a regular file of exactly that name for reading; closed when that does not work, for whatever
 /// reason.
@@ -255,49 +201,51 @@ bool IsStillThere(int fd, const Text& target, struct stat& open) noexcept {
            open.st_ino == named.st_ino;
 }
 
+/// A file that nobody else has in hand, emptied, and kept from others from here on.
+std::unique_ptr<OutputFile> EmptyOutput(Descriptor file, const Text& target, const struct stat& status) {
+    // Only where there is something to cut: a file that was cut is brought to the disk by its closing.
+    if (const int code = status.st_size == 0 ? 0 : CutAt(file.Get(), 0); code != 0) {
+        Raise("OpenForOutput", target, code);
+    }
+    Descriptor lock(::fcntl(file.Get(), F_DUPFD_CLOEXEC, 0));
+    if (!lock.IsOpen()) {
+        Raise("OpenForOutput", target, errno);
+    }
+    return std::make_unique<PosixOutput>(std::move(file), target, PosixOutput::Kind::Fresh, std::move(lock));
+}
+
+/// Another program may be at the same file, for the moment that a save takes.
+constexpr int MostTries = waiting::PausesForASave + 1;
+
 }  // namespace
 
 std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
-    // Another program may be at the same file, for the moment that a save takes.
-    constexpr int Tries = 100;
-    constexpr timespec Pause{0, 10'000'000};
-    Text target(path);
+    const Text target(path);
+    struct stat status {};
+    // At most once, whoever goes on making files of that name.
     bool hasRemoved = false;
     for (int tries = 1;; ++tries) {
         Descriptor file = OpenAnew(target);
         // A file system without locks gives another errno: there the file is taken as it is.
-        const bool taken = ::flock(file.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-        if (taken && tries == Tries) {
+        const bool isKept = ::flock(file.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+        // One that is gone was another program's, which has done with it.
+        const bool isOurs = !isKept && IsStillThere(file.Get(), target, status);
+        const bool isForeign = isOurs && status.st_uid != ::geteuid() && !hasRemoved;
+        if (isOurs && !isForeign) {
+            return EmptyOutput(std::move(file), target, status);
+        }
+        if (tries >= MostTries) {
             throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, target);
         }
-        if (taken) {
-            (void)::nanosleep(&Pause, nullptr);  // cut short by a signal it is a shorter pause
-            continue;
-        }
-        struct stat status {};
-        if (!IsStillThere(file.Get(), target, status)) {
-            if (tries == Tries) {
-                throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, target);
-            }
-            continue;  // the other program has done with it and taken it away
-        }
-        if (status.st_uid != ::geteuid() && !std::exchange(hasRemoved, true)) {
+        if (isForeign) {
             // Its owner may have it open, and could write into what is saved here.
+            hasRemoved = true;
             if (::unlink(target.c_str()) != 0) {
                 Raise("OpenForOutput", target, errno);
             }
-            continue;
+        } else if (isKept) {
+            waiting::Pause(waiting::PauseForASaveInMilliseconds);
         }
-        // Only where there is something to cut: a file that was cut is brought to the disk by its closing.
-        if (const int code = status.st_size == 0 ? 0 : CutAt(file.Get(), 0); code != 0) {
-            Raise("OpenForOutput", path, code);
-        }
-        Descriptor lock(::fcntl(file.Get(), F_DUPFD_CLOEXEC, 0));
-        if (!lock.IsOpen()) {
-            Raise("OpenForOutput", target, errno);
-        }
-        return std::make_unique<PosixOutput>(std::move(file), std::move(target), PosixOutput::Kind::Fresh,
-                                             std::move(lock));
     }
 }
 

@@ -4,6 +4,8 @@
 #include <array>
 
 #include "base/cError.h"
+#include "system/Waiting.h"
+#include "system/WholeRead.h"
 #include "system/windows/WindowsApi.h"
 
 namespace kd::windows {
@@ -49,7 +51,6 @@ std::size_t LongestName(std::wstring_view path) noexcept {
 
 }  // namespace
 
-void (*Pause)(std::uint32_t) = [](std::uint32_t milliseconds) { ::Sleep(milliseconds); };
 std::uint64_t (*Ticks)() = []() -> std::uint64_t { return ::GetTickCount64(); };
 
 std::wstring Wide(std::string_view text) {
@@ -175,7 +176,7 @@ Handle OpenAtOnce(const NativePath& path, const OpenMode& mode, Code& code) {
 
 Handle TryOpen(const NativePath& path, const OpenMode& mode, Code& code) {
     Handle file;
-    (void)Patiently(
+    (void)waiting::Glance(
         [&] {
             file = OpenAtOnce(path, mode, code);
             return code;
@@ -206,6 +207,20 @@ bool Attributes(const NativePath& path, std::uint32_t& attributes, Code& code) n
     return code == 0;
 }
 
+std::uint32_t AttributesOf(const char* operation, std::string_view path, const NativePath& native) {
+    std::uint32_t attributes = 0;
+    Code code = 0;
+    if (!Attributes(native, attributes, code)) {
+        Raise(operation, path, code);
+    }
+    return attributes;
+}
+
+Code Remove(const NativePath& path) {
+    return waiting::Glance([&] { return ::DeleteFileW(path.text.c_str()) != 0 ? 0 : ::GetLastError(); },
+                           IsSharedOrRefused);
+}
+
 bool MayWrite(std::uint32_t attributes) noexcept {
     return (attributes & FILE_ATTRIBUTE_READONLY) == 0;
 }
@@ -222,29 +237,14 @@ Code StatusOf(RawHandle file, FileStatus& status) noexcept {
 }
 
 Code ReadAll(RawHandle file, std::uint64_t size, std::string& bytes) {
-    // One byte more than the file has: a read that fills all but that one has met the end.
-    const auto expected = static_cast<std::size_t>(size);
-    std::size_t filled = 0;
-    bytes.resize(expected + 1);
-    for (;;) {
-        if (filled == bytes.size()) {
-            bytes.resize(bytes.size() * 2);  // the file grew meanwhile
-        }
-        DWORD got = 0;
-        const auto wanted = static_cast<DWORD>(std::min(bytes.size() - filled, Portion));
-        if (::ReadFile(file, bytes.data() + filled, wanted, &got, nullptr) == 0) {
-            const Code code = ::GetLastError();
-            if (code != ERROR_HANDLE_EOF) {
-                bytes.clear();
-                return code;
-            }
-        }
-        filled += got;
-        if (got == 0 || (filled == expected && filled + 1 == bytes.size())) {
-            bytes.resize(filled);
-            return 0;
-        }
-    }
+    const auto read = [file](char* into, std::size_t most, std::size_t& got) -> Code {
+        DWORD count = 0;
+        const auto wanted = static_cast<DWORD>(std::min(most, Portion));
+        const Code code = ::ReadFile(file, into, wanted, &count, nullptr) != 0 ? 0 : ::GetLastError();
+        got = count;
+        return code == ERROR_HANDLE_EOF ? 0 : code;
+    };
+    return ReadWhole(read, static_cast<std::size_t>(size), bytes);
 }
 
 namespace {
@@ -305,7 +305,7 @@ AppendTurn::AppendTurn(RawHandle file, bool waits) : m_file(file) {
         const DWORD how = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
         return ::LockFileEx(m_file, how, 0, 1, 0, &place) != 0 ? 0 : ::GetLastError();
     };
-    m_isTaken = (waits ? PatientlyForASave(take, IsShared) : take()) == 0;
+    m_isTaken = (waits ? waiting::ASave(take, IsShared) : take()) == 0;
 }
 
 AppendTurn::~AppendTurn() {

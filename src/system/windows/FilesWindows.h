@@ -54,16 +54,6 @@ private:
 /// Raises the failure that `code` stands for.
 [[noreturn]] void Raise(const char* operation, std::string_view path, Code code);
 
-/// Another program may hold a file for a moment: a virus scanner, an indexer, a backup. What is refused for
-/// that reason is tried again after each of these pauses, then the refusal stands. The pause itself may be
-/// replaced by tests.
-inline constexpr std::uint32_t PausesInMilliseconds[] = {10, 20, 40, 80, 160};
-/// A file that another program keeps for a save of its own is waited for as long as a save takes: so often,
-/// and so long each time.
-inline constexpr int PausesForASave = 100;
-inline constexpr std::uint32_t PauseForASaveInMilliseconds = 10;
-extern void (*Pause)(std::uint32_t milliseconds);
-
 /// Whether a code says that another program is in the way.
 bool IsShared(Code code) noexcept;
 /// The same, and a bare refusal as well: that is what a name gets which another program keeps busy.
@@ -71,31 +61,6 @@ bool IsSharedOrRefused(Code code) noexcept;
 
 /// Milliseconds of the system's clock, which goes on in steps of some of them. May be replaced by tests.
 extern std::uint64_t (*Ticks)();
-
-/// Runs `call`, which returns 0 or a code, and again after a pause while `mayPass` holds for it.
-template <typename Call>
-Code Patiently(Call call, bool (*mayPass)(Code) noexcept) {
-    Code code = call();
-    for (const std::uint32_t pause : PausesInMilliseconds) {
-        if (code == 0 || !mayPass(code)) {
-            break;
-        }
-        Pause(pause);
-        code = call();
-    }
-    return code;
-}
-
-/// The same for what another program keeps for a save.
-template <typename Call>
-Code PatientlyForASave(Call call, bool (*mayPass)(Code) noexcept) {
-    Code code = call();
-    for (int pauses = 0; pauses < PausesForASave && code != 0 && mayPass(code); ++pauses) {
-        Pause(PauseForASaveInMilliseconds);
-        code = call();
-    }
-    return code;
-}
 
 /// What is known of an open file.
 struct FileStatus {
@@ -122,6 +87,12 @@ Handle OpenRegular(const char* operation, std::string_view path, const OpenMode&
 
 /// Attributes of what stands at the path itself (a link is not followed); false where there is nothing.
 bool Attributes(const NativePath& path, std::uint32_t& attributes, Code& code) noexcept;
+
+/// The same, with the failure raised as the operation's.
+std::uint32_t AttributesOf(const char* operation, std::string_view path, const NativePath& native);
+
+/// Deletes one name, waiting while somebody else is in the way. Returns 0 or a code.
+Code Remove(const NativePath& path);
 
 /// Whether a file's attributes let anybody write it.
 bool MayWrite(std::uint32_t attributes) noexcept;

@@ -6,14 +6,15 @@
 #include <vector>
 
 #include "base/Scope.h"
+#include "system/Waiting.h"
 #include "system/windows/FilesWindows.h"
+#include "system/windows/OpenModes.h"
 #include "system/windows/WindowsApi.h"
 
 namespace kd::windows {
 
 namespace {
 
-constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 /// Attributes that go with a file whose content is replaced; the others tell how it is stored.
 constexpr DWORD KeptAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
                                  FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
@@ -190,8 +191,7 @@ Outcome WriteBeside(const char* operation, std::string_view path, const std::wst
         (void)file.Close();  // an open file cannot be removed
         if (!inPlace) {
             // What failed before is told instead.
-            (void)Patiently([&] { return ::DeleteFileW(temporary.text.c_str()) != 0 ? 0 : ::GetLastError(); },
-                            IsSharedOrRefused);
+            (void)Remove(temporary);
         }
     });
     code = WriteAll(file.Get(), bytes);
@@ -209,7 +209,7 @@ Outcome WriteBeside(const char* operation, std::string_view path, const std::wst
     }
     (void)present.Close();  // only its rights were asked for
     if (code == 0) {
-        code = Patiently(
+        code = waiting::Glance(
             [&] {
                 const DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
                 return ::MoveFileExW(temporary.text.c_str(), target.c_str(), how) != 0 ? 0 : ::GetLastError();

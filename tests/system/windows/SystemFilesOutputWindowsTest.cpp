@@ -21,7 +21,7 @@ TEST_F(TwoAtAFileTest, OutputThatAnotherHasInHandIsNotTaken) {
     auto held = other.OpenForOutput(path);
     held->Write("another's");
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errFileAlreadyOpen);
-    EXPECT_EQ(pauses, windows::PausesForASave);
+    EXPECT_EQ(pauses, waiting::PausesForASave);
     held->Close();
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errFileAlreadyOpen);
     EXPECT_EQ(Get(path), "another's");
@@ -145,9 +145,9 @@ TEST_F(TwoAtAFileTest, ATurnThatDoesNotComeIsDoneWithout) {
     const windows::AppendTurn turn(another.Get(), true);
     const auto file = files.OpenForAppend(path);
     file->Write("ours,");
-    EXPECT_EQ(pauses, windows::PausesForASave);
+    EXPECT_EQ(pauses, waiting::PausesForASave);
     file->Write("more");
-    EXPECT_EQ(pauses, windows::PausesForASave) << "and is not waited for at every record";
+    EXPECT_EQ(pauses, waiting::PausesForASave) << "and is not waited for at every record";
     EXPECT_EQ(files.Read(path), "old,ours,more");
 }
 

@@ -11,6 +11,7 @@
 
 #include "base/cError.h"
 #include "system/SystemFiles.h"
+#include "system/Waiting.h"
 #include "system/windows/FilesWindows.h"
 #include "system/windows/WindowsApi.h"
 
@@ -41,7 +42,7 @@ protected:
         EXPECT_NE(::CreateDirectoryW(windows::Wide(folder).c_str(), nullptr), 0);
         pauses = 0;
         duringPause = nullptr;
-        windows::Pause = [](std::uint32_t) {
+        waiting::Pause = [](std::uint32_t) {
             ++pauses;
             if (duringPause) {
                 duringPause();
@@ -95,6 +96,6 @@ protected:
     SystemFiles files{CodePage::Of(1252)};
 };
 
-constexpr int AllPauses = static_cast<int>(std::size(windows::PausesInMilliseconds));
+constexpr int AllPauses = static_cast<int>(std::size(waiting::GlanceInMilliseconds));
 
 }  // namespace kd

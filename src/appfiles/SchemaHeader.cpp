@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
-#include "appfiles/FileNames.h"
 #include "appfiles/FileNumbers.h"
+#include "platform/Missing.h"
 
 namespace kd::modKDLimitDesk {
 
@@ -59,19 +59,14 @@ bool HoldsSection(std::string_view lines) {
     return false;
 }
 
-/// The bytes of a file; none where it does not exist. "No" counts only when the disk says it twice: a save
-/// that took a disk in trouble for a missing file would write the variables without their header.
+/// The bytes of a file; none where it does not exist. A save that took a disk in trouble for a missing file
+/// would write the variables without their header.
 /// ReadHeaderTextTest.AFileThatTheDiskDeniesForAMomentIsReadAllTheSame
 std::string BytesOf(Globals& g, std::string_view path) {
-    const bool exists = FileExists(g, path);
-    try {
-        return g.platform.files.Read(path);
-    } catch (const cError& error) {
-        if (!exists && (error.Number() == errFileNotFound || error.Number() == errPathNotFound)) {
-            return {};
-        }
-        throw;
-    }
+    std::string bytes;
+    (void)ReadUnlessMissing(g.platform.files, path, Refusal::SaysNothing,
+                            [&] { bytes = g.platform.files.Read(path); });
+    return bytes;
 }
 
 }  // namespace

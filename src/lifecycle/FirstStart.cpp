@@ -6,7 +6,7 @@
 #include "base/cError.h"
 #include "lifecycle/Settings.h"
 #include "lifecycle/StartUp.h"
-#include "platform/Presence.h"
+#include "platform/Missing.h"
 
 namespace kd::modKDLimitDesk {
 

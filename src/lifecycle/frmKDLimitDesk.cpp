@@ -18,7 +18,7 @@
 #include "lifecycle/StartUp.h"
 #include "model/modKDLimitDesk.h"
 #include "platform/EventBoundary.h"
-#include "platform/Presence.h"
+#include "platform/Missing.h"
 
 namespace kd {
 

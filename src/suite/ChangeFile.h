@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/cError.h"
 #include "platform/Files.h"
+#include "platform/Missing.h"
 
 namespace kd {
 
@@ -14,19 +14,10 @@ enum class ChangeFileEnd {
 
 /// @throws cError when a file is there and cannot be read.
 inline ChangeFileEnd EndOf(Files& files, std::string_view path) {
-    const bool exists = files.Exists(path);
     std::string bytes;
-    try {
-        bytes = files.ReadEnd(path, CrLf.size());
-    } catch (const cError& error) {
-        // "No" counts only when the disk says it twice: a second heading would come into the log. In a folder
-        // that may not be listed nothing more can be learned.
-        const bool isMissing = error.Number() == errFileNotFound || error.Number() == errPathNotFound ||
-                               error.Number() == errPermissionDenied;
-        if (exists || !isMissing) {
-            throw;
-        }
-    }
+    // A second heading would come into the log of a file that is taken for a missing one.
+    (void)ReadUnlessMissing(files, path, Refusal::CountsAsMissing,
+                            [&] { bytes = files.ReadEnd(path, CrLf.size()); });
     if (bytes.empty()) {
         return ChangeFileEnd::NothingYet;
     }

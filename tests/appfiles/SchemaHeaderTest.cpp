@@ -99,9 +99,9 @@ TEST(ReadHeaderTextTest, AFileThatTheDiskDeniesForAMomentIsReadAllTheSame) {
     Platform platform{failing, t.toolkit, t.locale, t.clock, t.environment, t.shell, t.fileDialog, t.suite};
     Globals g(platform);
     t.files.Put("/a.kdt", "VERSION=7.\r\n[FIELD]\r\n");
-    failing.FailAt(1, FailingFiles::Kind::Device, false);
+    failing.FailAt(1, FailingFiles::Kind::NotFound, false);
     EXPECT_EQ(ReadHeaderText(g, "/a.kdt"), "VERSION=7.\r\n");
-    ASSERT_EQ(failing.Steps().at(0).operation, "Exists");
+    ASSERT_EQ(failing.Steps().at(0).operation, "Read");
 }
 
 TEST(ReadHeaderTextTest, AFileThatIsThereAndCannotBeReadIsAnError) {

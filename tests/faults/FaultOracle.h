@@ -33,7 +33,7 @@ public:
                 Archiving(steps[at]);
             } else if (steps[at].operation == "FlushFolder") {
                 Flushing(steps[at]);
-            } else if (at == 0 || !IsMissingFile(steps[at - 1], steps[at])) {
+            } else if (!SaysMissing(steps[at])) {
                 Saving(steps[at]);
             }
         }
@@ -62,12 +62,12 @@ private:
         return step.operation == "Exists" || step.operation == "IsRegularFile";
     }
 
-    /// Whether the disk has said twice that a file is not there; that is an answer, no failure. Of log and
-    /// report nothing more can be learned where the second answer is a refusal.
-    bool IsMissingFile(const FailingFiles::Step& question, const FailingFiles::Step& read) const {
+    /// Whether the disk says that a file is not there, which is asked again and is an answer, no failure. Of
+    /// log and report nothing more can be learned where the answer is a refusal.
+    bool SaysMissing(const FailingFiles::Step& step) const {
         const bool isChangeFile =
-            read.path.find(".KDL") != Text::npos || read.path.find(".KDM") != Text::npos;
-        return question.operation == "Exists" && question.failed && read.operation == "Read" && read.failed &&
+            step.path.find(".KDL") != Text::npos || step.path.find(".KDM") != Text::npos;
+        return step.operation == "Read" && step.failed &&
                (m_kind == FailingFiles::Kind::NotFound || m_kind == FailingFiles::Kind::PathNotFound ||
                 (m_kind == FailingFiles::Kind::PermissionDenied && isChangeFile));
     }

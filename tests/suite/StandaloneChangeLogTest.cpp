@@ -49,11 +49,11 @@ TEST_F(StandaloneChangeLogTest, AnEmptyLogDoesToo) {
 TEST_F(StandaloneChangeLogTest, ALogThatTheDiskDeniesForAMomentGetsNoSecondHeading) {
     files.Put("/a/plant.KDL", "earlier record\r\n");
     FailingFiles failing(files);
-    failing.FailAt(1, FailingFiles::Kind::Device, false);
+    failing.FailAt(1, FailingFiles::Kind::NotFound, false);
     StandaloneChangeLog log(failing, CodePage::Of(1252));
     log.OpenLog("/a/plant.KDL");
     log.CloseLog();
-    ASSERT_EQ(failing.Steps().at(0).operation, "Exists");
+    ASSERT_EQ(failing.Steps().at(0).operation, "Read");
     EXPECT_EQ(files.Get("/a/plant.KDL"), "earlier record\r\n");
 }
 

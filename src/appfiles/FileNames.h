@@ -2,11 +2,9 @@
 
 #include "model/Globals.h"
 
-/// Names of the files of an application; all come from the path of its template.
+/// Paths of the files of an application; all come from the path of its template by the extensions of
+/// base/ApplicationNames.h.
 namespace kd::modKDLimitDesk {
-
-/// Whether the application is one of generation 6: its template's path ends in "6".
-bool IsGeneration6(std::string_view templatePath) noexcept;
 
 /// Path of a view's schema file: the template itself for view 0.
 Text SchemaPath(Globals& g, const cFile& file);

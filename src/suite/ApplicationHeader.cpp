@@ -1,10 +1,10 @@
 #include "suite/ApplicationHeader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 #include <set>
 
+#include "base/ApplicationNames.h"
 #include "base/Numbers.h"
 #include "base/Paths.h"
 #include "base/cError.h"
@@ -71,39 +71,22 @@ ApplicationHeader ReadApplicationHeader(Files& files, const Locale& locale, std:
     return header;
 }
 
-std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateName, const CodePage& page) {
-    if (fileName.empty() || fileName.back() < '0' || fileName.back() > '9') {
-        return 0;  // most names of a large folder are told apart here
-    }
-    const bool six = !templateName.empty() && templateName.back() == '6';
-    const Text prefix = page.Upper(paths::ChangeExtension(templateName, six ? ".KDV6.V" : ".V"));
-    const Text name = page.Upper(fileName);
-    if (name.rfind(prefix, 0) != 0 || name.size() == prefix.size() || name[prefix.size()] == '0') {
-        return 0;  // a number has no leading zero, or the file would not be the one that a save writes
-    }
-    std::int32_t number = 0;
-    const char* const end = name.data() + name.size();
-    const auto result = std::from_chars(name.data() + prefix.size(), end, number);
-    return result.ec == std::errc() && result.ptr == end && number >= 1 ? number : 0;
-}
-
 std::vector<ApplicationHeader::View> ViewsBeside(Files& files, const Locale& locale,
                                                  std::string_view templatePath) {
     const Text folder = paths::FolderToList(templatePath);
     std::set<std::int32_t> numbers;
     for (const Text& name : files.FolderEntries(folder)) {
-        const auto number = ViewNumberOf(name, paths::FileName(templatePath), locale.CodePage());
+        const auto number = names::ViewNumberOf(name, paths::FileName(templatePath), locale.CodePage());
         // A number that no view can have would stop the load; no save has written such a file.
         const bool isView = number >= 1 && number <= std::numeric_limits<std::int16_t>::max();
         if (isView && files.IsRegularFile(paths::Join(folder, name, files.Delimiter()))) {
             numbers.insert(number);
         }
     }
-    const Text extension = templatePath.ends_with('6') ? ".KDV6.V" : ".V";
     std::vector<ApplicationHeader::View> views;
     for (const std::int32_t number : numbers) {
         // By the name that the load takes, so that the title is that of the file which is loaded.
-        const Text path = paths::ChangeExtension(templatePath, extension + Digits(number));
+        const Text path = paths::ChangeExtension(templatePath, names::ViewExtension(templatePath, number));
         Text title;
         try {
             title = ReadApplicationHeader(files, locale, path).title;

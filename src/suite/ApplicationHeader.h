@@ -30,8 +30,4 @@ ApplicationHeader ReadApplicationHeader(Files& files, const Locale& locale, std:
 std::vector<ApplicationHeader::View> ViewsBeside(Files& files, const Locale& locale,
                                                  std::string_view templatePath);
 
-/// Number of the view that a file is, by its name; 0 when it is no view file of the template. Both are file
-/// names without their folder.
-std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateName, const CodePage& page);
-
 }  // namespace kd

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <random>
 
+#include "base/ApplicationNames.h"
 #include "base/Numbers.h"
 #include "base/Paths.h"
 #include "base/cError.h"
-#include "suite/ApplicationHeader.h"
+#include "platform/Missing.h"
 
 namespace kd {
 
@@ -15,7 +16,7 @@ namespace {
 /// A name that nobody can foresee, for a folder that is being filled.
 Text UnfinishedName() {
     std::random_device random;
-    Text name = ".unfinished-";
+    Text name(names::UnfinishedArchive);
     for (int i = 0; i < 16; ++i) {
         name += static_cast<char>('a' + static_cast<int>(random() % 26U));
     }
@@ -42,10 +43,11 @@ bool StandaloneArchiver::IsFile(const Text& path) {
         (void)m_files.Read(path);
         return true;
     } catch (const cError& error) {
-        if (error.Number() == errPermissionDenied || error.Number() == errFileNotFound) {
-            return false;
+        // The folder has just been listed: that it should be missing is no answer.
+        if (error.Number() == errPathNotFound || !SaysMissing(error, Refusal::CountsAsMissing)) {
+            throw;
         }
-        throw;
+        return false;
     }
 }
 
@@ -53,10 +55,11 @@ std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
     const CodePage& page = m_locale.CodePage();
     const Text folder = paths::FolderToList(templatePath);
     const auto templateName = paths::FileName(templatePath);
-    const bool six = !templateName.empty() && templateName.back() == '6';
     const Text upperTemplate = page.Upper(templateName);
-    const Text upperLog = page.Upper(paths::ChangeExtension(templateName, six ? ".KDL6" : ".KDL"));
-    const Text upperReport = page.Upper(paths::ChangeExtension(templateName, six ? ".KDM6" : ".KDM"));
+    const Text upperLog =
+        page.Upper(paths::ChangeExtension(templateName, names::ChangeLogExtension(templateName)));
+    const Text upperReport =
+        page.Upper(paths::ChangeExtension(templateName, names::ChangeReportExtension(templateName)));
 
     const auto entries = m_files.FolderEntries(folder);
     // Where several names differ in case alone, the exact one is the application's.
@@ -67,7 +70,7 @@ std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
         const Text upper = page.Upper(name);
         const bool isTemplate = exact ? name == templateName : upper == upperTemplate;
         const bool isOther =
-            upper == upperLog || upper == upperReport || ViewNumberOf(name, templateName, page) >= 1;
+            upper == upperLog || upper == upperReport || names::ViewNumberOf(name, templateName, page) >= 1;
         const Text path = paths::Join(folder, name, m_files.Delimiter());
         if (isTemplate || (isOther && IsFile(path))) {
             hasTemplate = hasTemplate || isTemplate;
@@ -131,8 +134,8 @@ Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
         const auto sources = FilesOf(path);
         const char delimiter = m_files.Delimiter();
         const Text folder = paths::FolderToList(path);
-        const Text archives = paths::Join(folder, "Archive", delimiter);
-        const Text parent = paths::Join(archives, paths::BaseName(path), delimiter);
+        const Text parent = names::ArchivesOf(path, delimiter);
+        const Text archives(paths::Folder(parent));
         m_files.MakeFolder(parent);
         made = paths::Join(parent, UnfinishedName(), delimiter);
         m_files.MakeFolder(made);

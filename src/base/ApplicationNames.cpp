@@ -1,0 +1,55 @@
+#include "base/ApplicationNames.h"
+
+#include <charconv>
+
+#include "base/Numbers.h"
+#include "base/Paths.h"
+
+namespace kd::names {
+
+namespace {
+
+/// Extension of a view's file up to its number.
+std::string_view ViewStem(std::string_view templatePath) noexcept {
+    return IsGeneration6(templatePath) ? ".KDV6.V" : ".V";
+}
+
+}  // namespace
+
+bool IsGeneration6(std::string_view templatePath) noexcept {
+    return templatePath.ends_with('6');
+}
+
+Text ViewExtension(std::string_view templatePath, std::int32_t number) {
+    return Text(ViewStem(templatePath)) + Digits(number);
+}
+
+Text ChangeLogExtension(std::string_view templatePath) {
+    return IsGeneration6(templatePath) ? ".KDL6" : ".KDL";
+}
+
+Text ChangeReportExtension(std::string_view templatePath) {
+    return IsGeneration6(templatePath) ? ".KDM6" : ".KDM";
+}
+
+std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateName, const CodePage& page) {
+    if (fileName.empty() || fileName.back() < '0' || fileName.back() > '9') {
+        return 0;  // most names of a large folder are told apart here
+    }
+    const Text prefix = page.Upper(paths::ChangeExtension(templateName, ViewStem(templateName)));
+    const Text name = page.Upper(fileName);
+    if (name.rfind(prefix, 0) != 0 || name.size() == prefix.size() || name[prefix.size()] == '0') {
+        return 0;  // a number has no leading zero, or the file would not be the one that a save writes
+    }
+    std::int32_t number = 0;
+    const char* const end = name.data() + name.size();
+    const auto result = std::from_chars(name.data() + prefix.size(), end, number);
+    return result.ec == std::errc() && result.ptr == end && number >= 1 ? number : 0;
+}
+
+Text ArchivesOf(std::string_view templatePath, char delimiter) {
+    const Text archives = paths::Join(paths::FolderToList(templatePath), "Archive", delimiter);
+    return paths::Join(archives, paths::BaseName(templatePath), delimiter);
+}
+
+}  // namespace kd::names

@@ -2,6 +2,10 @@
 add_library(kd_options INTERFACE)
 target_compile_features(kd_options INTERFACE cxx_std_20)
 target_include_directories(kd_options INTERFACE "${PROJECT_SOURCE_DIR}/src")
+if(KD_CHECKS)
+    # Indexes, empty optionals and null pointers of the library's own types too.
+    target_compile_definitions(kd_options INTERFACE KD_CHECKED _GLIBCXX_ASSERTIONS)
+endif()
 if(NOT MSVC)
     # No contraction of a * b + c: a limit must come out the same with every compiler.
     target_compile_options(kd_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast

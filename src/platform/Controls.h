@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/Expect.h"
 #include "base/Text.h"
 
 /// The controls of forms as plain state. A control tells its listener when its state changed, whoever changed
@@ -164,7 +165,11 @@ public:
         : Control(std::move(name)), m_captions(std::move(captions)) {}
     const std::vector<Text>& Captions() const noexcept { return m_captions; }
     std::int32_t Selected() const noexcept { return m_selected; }
-    void SetSelected(std::int32_t index) { Set(m_selected, index); }
+    /// `index` is one of 0..Captions().size()-1: the caller sees to it.
+    void SetSelected(std::int32_t index) {
+        KD_EXPECT(index >= 0 && static_cast<std::size_t>(index) < m_captions.size());
+        Set(m_selected, index);
+    }
     /// The user chose or moved the focus to a member, which selects it.
     void UserSelect(std::int32_t index) {
         SetSelected(index);
@@ -193,14 +198,24 @@ public:
     void Add(Text text, bool selected, std::int32_t data = 0);
     /// Takes all entries at once: one change for the screen.
     void SetEntries(std::vector<Entry> entries);
-    bool Selected(std::int32_t index) const { return m_entries[static_cast<std::size_t>(index)].selected; }
+    /// `index` is one of 0..Count()-1: the caller sees to it.
+    bool Selected(std::int32_t index) const {
+        KD_EXPECT(index >= 0 && index < Count());
+        return m_entries[static_cast<std::size_t>(index)].selected;
+    }
+    /// Does nothing for an index that no entry has.
     void SetSelected(std::int32_t index, bool value);
-    /// Selects or deselects the entries `first` to `last` in one operation: one change for the screen.
+    /// Selects or deselects the entries `first` to `last` in one operation: one change for the screen. A
+    /// range that reaches beyond the entries is cut to them.
     void SetSelectedRange(std::int32_t first, std::int32_t last, bool value);
     std::int32_t SelectedCount() const noexcept { return m_selectedCount; }
     /// The current entry, -1 for none.
     std::int32_t ListIndex() const noexcept { return m_listIndex; }
-    void SetListIndex(std::int32_t index) { Set(m_listIndex, index); }
+    /// `index` is one of -1..Count()-1: the caller sees to it.
+    void SetListIndex(std::int32_t index) {
+        KD_EXPECT(index >= -1 && index < Count());
+        Set(m_listIndex, index);
+    }
 
     /// The form's handler: the user changed what is selected.
     std::function<void()> SelectionChange;
@@ -237,7 +252,10 @@ public:
             DropDown();
         }
     }
+    /// The user chose the entry `index`, one of 0..Entries().size()-1: the caller sees to it. The value is
+    /// that entry before the handler runs.
     void UserChoose(std::int32_t index) {
+        KD_EXPECT(index >= 0 && static_cast<std::size_t>(index) < m_entries.size());
         SetValue(m_entries[static_cast<std::size_t>(index)]);
         if (Click) {
             Click();

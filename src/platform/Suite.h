@@ -116,23 +116,35 @@ struct ChangeRecord {
     bool operator==(const ChangeRecord&) const = default;
 };
 
+/// The change log of one application at a time. Order of calls: SetDelimiter, then for each file OpenLog,
+/// WriteRecord once a changed cell (or never), CloseLog. All raise cError when the file fails them.
 class KDChangeLog {
 public:
     virtual ~KDChangeLog() = default;
+    /// Stands between the fields of all records that follow.
     virtual void SetDelimiter(std::string_view delimiter) = 0;
+    /// Records are added to a file that exists. No log is open at this moment: the caller sees to it.
     virtual void OpenLog(std::string_view path) = 0;
+    /// @throws cError(errInvalidArgument) when no log is open.
     virtual void WriteRecord(const ChangeRecord& record) = 0;
+    /// Nothing happens when no log is open.
     virtual void CloseLog() = 0;
 };
 
+/// The change report of one application at a time. Order of calls: OpenMemo, then for each entry BeginEntry
+/// and WriteItem once a changed cell, CloseMemo. All raise cError when the file fails them.
 class KDChangeMemo {
 public:
     virtual ~KDChangeMemo() = default;
+    /// Entries are added to a file that exists. No report is open at this moment: the caller sees to it.
     virtual void OpenMemo(std::string_view path) = 0;
+    /// The entry before it is complete. @throws cError(errInvalidArgument) when no report is open.
     virtual void BeginEntry(std::string_view view, std::string_view user, std::string_view date,
                             std::string_view time) = 0;
+    /// @throws cError(errInvalidArgument) before the first BeginEntry of an open report.
     virtual void WriteItem(std::string_view variable, std::string_view property, std::string_view oldValue,
                            std::string_view newValue) = 0;
+    /// Completes the last entry. Nothing happens when no report is open.
     virtual void CloseMemo() = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "suite/StandaloneChangeLog.h"
 
+#include "base/Expect.h"
 #include "base/cError.h"
 #include "suite/ChangeFile.h"
 
@@ -37,6 +38,7 @@ Text StandaloneChangeLog::Line(std::initializer_list<std::string_view> fields) c
 }
 
 void StandaloneChangeLog::OpenLog(std::string_view path) {
+    KD_EXPECT(!m_file);
     const ChangeFileEnd end = EndOf(m_files, path);
     m_file = m_files.OpenForAppend(path);
     if (end == ChangeFileEnd::NothingYet) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/Expect.h"
 #include "base/cError.h"
 #include "suite/ChangeFile.h"
 
@@ -25,6 +26,7 @@ StandaloneChangeMemo::~StandaloneChangeMemo() {
 }
 
 void StandaloneChangeMemo::OpenMemo(std::string_view path) {
+    KD_EXPECT(!m_file);
     const ChangeFileEnd end = EndOf(m_files, path);
     m_file = m_files.OpenForAppend(path);
     m_head.clear();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <map>
 #include <memory>
 #include <optional>
@@ -218,8 +220,13 @@ private:
         void SetDelimiter(std::string_view delimiter) override {
             m_suite.log.push_back("Delimiter " + Text(delimiter));
         }
-        void OpenLog(std::string_view path) override { m_suite.log.push_back("OpenLog " + Text(path)); }
+        void OpenLog(std::string_view path) override {
+            EXPECT_FALSE(m_open) << "OpenLog of an open log";
+            m_open = true;
+            m_suite.log.push_back("OpenLog " + Text(path));
+        }
         void WriteRecord(const ChangeRecord& record) override {
+            EXPECT_TRUE(m_open) << "WriteRecord without OpenLog";
             if (m_suite.failLogWith != 0 &&
                 static_cast<int>(m_suite.records.size()) + 1 == m_suite.failLogAtRecord) {
                 throw cError(m_suite.failLogWith, "KDChangeLog.WriteRecord");
@@ -228,29 +235,45 @@ private:
                                   record.oldValue + "|" + record.newValue);
             m_suite.records.push_back(record);
         }
-        void CloseLog() override { m_suite.log.emplace_back("CloseLog"); }
+        void CloseLog() override {
+            m_open = false;
+            m_suite.log.emplace_back("CloseLog");
+        }
 
     private:
         FakeSuite& m_suite;
+        bool m_open = false;
     };
     class ChangeMemo : public KDChangeMemo {
     public:
         explicit ChangeMemo(FakeSuite& suite) : m_suite(suite) { m_suite.log.emplace_back("NewChangeMemo"); }
-        void OpenMemo(std::string_view path) override { m_suite.log.push_back("OpenMemo " + Text(path)); }
+        void OpenMemo(std::string_view path) override {
+            EXPECT_FALSE(m_open) << "OpenMemo of an open report";
+            m_open = true;
+            m_suite.log.push_back("OpenMemo " + Text(path));
+        }
         void BeginEntry(std::string_view view, std::string_view user, std::string_view date,
                         std::string_view time) override {
+            EXPECT_TRUE(m_open) << "BeginEntry without OpenMemo";
+            m_begun = true;
             m_suite.log.push_back("BeginEntry " + Text(view) + "|" + Text(user) + "|" + Text(date) + "|" +
                                   Text(time));
         }
         void WriteItem(std::string_view variable, std::string_view property, std::string_view oldValue,
                        std::string_view newValue) override {
+            EXPECT_TRUE(m_begun) << "WriteItem without BeginEntry";
             m_suite.log.push_back("WriteItem " + Text(variable) + "|" + Text(property) + "|" +
                                   Text(oldValue) + "|" + Text(newValue));
         }
-        void CloseMemo() override { m_suite.log.emplace_back("CloseMemo"); }
+        void CloseMemo() override {
+            m_open = m_begun = false;
+            m_suite.log.emplace_back("CloseMemo");
+        }
 
     private:
         FakeSuite& m_suite;
+        bool m_open = false;
+        bool m_begun = false;
     };
     class Clipboard : public KDClipboard {
     public:

@@ -319,5 +319,28 @@ TEST(FormTest, HidingEndsTheShowingAndKeepsTheState) {
     EXPECT_EQ(log, (std::vector<Text>{"changed", "hide"}));
 }
 
+#ifdef KD_CHECKED
+TEST_F(ListBoxTest, AnIndexThatNoEntryHasBreaksThePrecondition) {
+    EXPECT_DEATH(static_cast<void>(list.Selected(3)), "precondition broken: index >= 0 && index < Count");
+    EXPECT_DEATH(static_cast<void>(list.Selected(-1)), "precondition broken");
+    EXPECT_DEATH(list.SetListIndex(3), "precondition broken");
+    EXPECT_DEATH(list.SetListIndex(-2), "precondition broken");
+}
+
+TEST(ComboBoxTest, ChoosingAnEntryThatIsNotThereBreaksThePrecondition) {
+    ComboBox combo("cboFilter");
+    EXPECT_DEATH(combo.UserChoose(0), "precondition broken");
+    combo.SetEntries({"first"});
+    EXPECT_DEATH(combo.UserChoose(-1), "precondition broken");
+    EXPECT_DEATH(combo.UserChoose(1), "precondition broken");
+}
+
+TEST(OptionGroupTest, AMemberThatIsNotThereBreaksThePrecondition) {
+    OptionGroup group("optLimits", {"USL", "LSL"});
+    EXPECT_DEATH(group.SetSelected(2), "precondition broken");
+    EXPECT_DEATH(group.UserSelect(-1), "precondition broken");
+}
+#endif
+
 }  // namespace
 }  // namespace kd

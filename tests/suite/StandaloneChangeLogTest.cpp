@@ -202,5 +202,13 @@ TEST_F(StandaloneChangeLogTest, WithoutAFileARecordIsAnError) {
     EXPECT_THROW(log.WriteRecord(aRecord()), cError);
 }
 
+#ifdef KD_CHECKED
+TEST_F(StandaloneChangeLogTest, ALogThatIsOpenIsNotOpenedOnceMore) {
+    StandaloneChangeLog log(files, CodePage::Of(1252));
+    log.OpenLog("/a/plant.KDL");
+    EXPECT_DEATH(log.OpenLog("/a/plant.KDL"), "precondition broken: !m_file");
+}
+#endif
+
 }  // namespace
 }  // namespace kd

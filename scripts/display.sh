@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Displays, for scripts to source.
 
 # Whether a program could open a window on a display of the user's.

@@ -46,6 +46,7 @@ fetch_sources() (
     rm -rf "$part"
     mkdir -p "$part/apt/lists/partial" "$part/package"
     cd "$part/package"
+    # shellcheck disable=SC2016  # the names are apt's own
     apt-get indextargets --format 'deb-src $(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' |
         sort -u >"$part/apt/sources.list"
     own=(-o "Dir::Etc::sourcelist=$part/apt/sources.list" -o Dir::Etc::sourceparts=-

@@ -1,9 +1,10 @@
+# shellcheck shell=bash
 # Programs for Windows on this machine, for scripts to source.
 kd_cache=${XDG_CACHE_HOME:-$HOME/.cache}/kd-limitdesk
 
-# Makes wine ready, once, in the folder named or in the user's cache; nothing of the user's own wine is in it. A server
-# that runs there already has no display, or an old one: who needs a display names a folder of his own, and ends the
-# server first.
+# Makes wine ready, once, in the folder named or (by an empty name) in the user's cache; nothing of the user's own wine
+# is in it. A server that runs there already has no display, or an old one: who needs a display names a folder of his
+# own, and ends the server first.
 start_wine() {
     export WINEPREFIX=${1:-$kd_cache/wine} WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
     mkdir -p "$WINEPREFIX"

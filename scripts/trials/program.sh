@@ -67,7 +67,7 @@ until_true no_window '^KD LimitDesk' || fail "the program does not close"
 wait "$program" 2>/dev/null
 
 changes=$(diff -a "$before/$view" "$samples/$view" | tr -d '\r' | sed -n 's/^[<>] *//p')
-echo "$changes" | sed 's/^/try: /'
+while read -r line; do echo "try: $line"; done <<<"$changes"
 expected=$(printf '%s\n' 'VERSION *= 6\.' 'VERSION *= 6\.001' 'USL *= F5\.0000' 'USL *= F4\.5000')
 [ "$(wc -l <<<"$changes")" -eq 4 ] || fail "other lines changed than the revision and the limit"
 while read -r line; do

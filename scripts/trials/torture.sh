@@ -32,7 +32,8 @@ fuzz() {
     mkdir -p build/findings
     local program name
     for program in build/fuzz/tests/fuzz/fuzz_*; do
-        [ -x "$program" ] && [ -f "$program" ] || continue
+        [ -x "$program" ] || continue
+        [ -f "$program" ] || continue
         name="${program##*fuzz_}"
         mkdir -p "build/corpus/$name"
         echo "==> $name, $FUZZ_SECONDS seconds"

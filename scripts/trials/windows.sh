@@ -131,13 +131,15 @@ expect_installed() {
     [ $(($(entry EstimatedSize))) -gt 20000 ] || fail "the registry's EstimatedSize is $(entry EstimatedSize)"
 }
 
+unregistered() { [ -z "$(entry DisplayName)" ]; }
+
 # uninstall FOLDER: nothing of it stays. The uninstaller goes on as a copy of itself, so its end is waited for.
 uninstall() {
     local disk=$WINEPREFIX/drive_c
     "$wine" "C:\\$1\\Uninstall.exe" /S
     until_true gone "$disk/${1//\\//}" || fail "left behind: $(ls "$disk/${1//\\//}")"
     until_true gone "$disk/$menu" || fail "the menu still holds: $(ls "$disk/$menu")"
-    until_true eval '[ -z "$(entry DisplayName)" ]' || fail "the registry still has the program"
+    until_true unregistered || fail "the registry still has the program"
 }
 
 # A running program is left as it is, by the installer and by the uninstaller. The folder has a name without blanks, as
@@ -181,7 +183,7 @@ installer() (
     PICTURES=$build/pictures/installed as_windows_of en_US scripts/trials/program.sh "$samples" "$wine" \
         'C:\Program Files\KD LimitDesk\KDLimitDesk.exe'
     uninstall 'Program Files\KD LimitDesk'
-    [ -d "$settings" ] && [ -f "$samples/water.kdt6" ] || fail "the user's settings and samples are gone"
+    { [ -d "$settings" ] && [ -f "$samples/water.kdt6" ]; } || fail "the user's settings and samples are gone"
 
     "$wine" "$setup" /S '/D=C:\desk'
     expect_installed desk

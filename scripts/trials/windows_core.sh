@@ -7,7 +7,7 @@ source scripts/wine.sh
 scripts/setup.sh build windows-core
 cmake --preset windows-core
 cmake --build build/windows-core --parallel "${JOBS:-$(nproc)}"
-start_wine
+start_wine ""
 for language in ${LANGUAGES:-en_US de_DE pl_PL ru_RU}; do
     printf '\n==> Windows in %s\n' "$language"
     as_windows_of "$language" ctest --preset windows-core --parallel "${JOBS:-$(nproc)}"

@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 CMAKE_BUILD = cmake --build build/$(1) --parallel $(JOBS)
 
 .PHONY: help run test torture core bench package package-test accessibility-test windows windows-test windows-core-test \
-        spreadsheet-test release-check format tidy samples clean
+        spreadsheet-test release-check format tidy check hooks figures samples clean
 
 help:
 	@echo "make run      the program on a copy of the samples (a guided run where there is no display)"
@@ -20,7 +20,10 @@ help:
 	@echo "make release-check  all of the above, in a clean clone"
 	@echo "make torture  the long part of the reliability tests, under the sanitizers (hours)"
 	@echo "make format   lays the sources out with clang-format"
-	@echo "make tidy     clang-tidy over all sources"
+	@echo "make tidy     clang-tidy over all sources that are not known to be clean"
+	@echo "make check    the quick gate of a commit: layout, words, lint of what changed, the core's tests"
+	@echo "make hooks    lays that gate before each commit in this checkout"
+	@echo "make figures  how full the rooms of the sources are"
 	@echo "make samples  makes the sample applications anew from their tables"
 	@echo "make clean    takes away all that was built"
 
@@ -79,7 +82,17 @@ format:
 tidy:
 	@scripts/setup.sh build check
 	cmake --preset tidy
-	$(call CMAKE_BUILD,tidy)
+	@JOBS=$(JOBS) scripts/tidy.py
+
+check:
+	@JOBS=$(JOBS) scripts/check.sh
+
+hooks:
+	git config core.hooksPath scripts/hooks
+	@echo "git runs scripts/hooks now; git config --unset core.hooksPath ends it"
+
+figures:
+	@scripts/figures.py
 
 samples:
 	@scripts/setup.sh build

@@ -42,7 +42,9 @@ TEST_F(frmFillTest, LimitColumnOffersTheCalculationAndNamesTheLimit) {
     const std::pair<ColumnNumber, const char*> columns[] = {
         {cnUSL, "USL  ="}, {cnUCL, "UCL  ="}, {cnUWL, "UWL  ="}, {cnTGT, "TGT  ="},
         {cnLWL, "LWL  ="}, {cnLCL, "LCL  ="}, {cnLSL, "LSL  ="}};
-    for (const auto& [number, label] : columns) {
+    for (const auto& column : columns) {
+        const ColumnNumber number = column.first;
+        const char* const label = column.second;
         Select(1, number, 1, number);
         Expect([&](frmFill& form) {
             EXPECT_EQ(form.TargetLimit(), number - cnUSL);

@@ -85,7 +85,7 @@ bool PassesAll(const Desk& desk, std::int32_t row, const std::vector<ColumnFilte
 
 /// What the list shows for a cell's text.
 Text Offered(Text value) {
-    return Trim(value).empty() ? Text(Blank) : value;
+    return Trim(value).empty() ? Text(Blank) : std::move(value);
 }
 
 void OfferValues(const Desk& desk, std::int32_t screenCol, frmAutoFilter& form) {

@@ -116,15 +116,14 @@ void StandaloneArchiver::Publish(const Text& made, std::string_view parent, cons
     const Text name = TakeName(made, parent);
     try {
         m_files.FlushFolders(above);
-    } catch (const cError& error) {
-        const cError first = error;
+    } catch (const cError&) {
         try {
             // The name goes before the content: a removal that breaks off must not leave half an archive.
             m_files.Rename(name, made);
         } catch (const cError&) {
             // Then a whole archive stays; the first failure is the one to tell.
         }
-        throw first;
+        throw;
     }
 }
 
@@ -143,7 +142,7 @@ Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
         Publish(made, parent, {parent, archives, folder});
         return {};
     } catch (const std::exception& failure) {
-        const Text description = Describe(AsError(failure, "ArchiveApplication"), path);
+        Text description = Describe(AsError(failure, "ArchiveApplication"), path);
         if (!made.empty()) {
             try {
                 m_files.RemoveFolder(made);

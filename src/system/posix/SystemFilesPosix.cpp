@@ -1,6 +1,6 @@
 #include <dirent.h>
 #include <fcntl.h>
-#include <signal.h>
+#include <signal.h>  // NOLINT(modernize-deprecated-headers): sigaction is the system's, not the language's
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>

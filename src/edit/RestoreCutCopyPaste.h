@@ -3,8 +3,8 @@
 #include "grid/Desk.h"
 
 /// The commands over the selection that need no dialog. Restore, Cut and Copy work on what is visible of the
-/// selected rectangle, Paste works from the current cell. Each checks everything first and only then writes;
-/// without a selection each ends without a word.
+/// selected rectangle, Paste works from the current cell. Cut and Paste check all cells before
+/// they write the first. Without a selection each ends without a word.
 ///
 /// On the clipboard a TAB stands between cells and a CR between rows, and nothing else: no line feed, no
 /// separator at the end, no quoting.

@@ -212,6 +212,16 @@ TEST(frmApplicationAdminTest, OneFileComesAsAPathAndSeveralAsFolderAndNames) {
     });
 }
 
+TEST(frmApplicationAdminTest, ANewRowIsInSightWhateverTheFilterThatStands) {
+    AdminDesk desk;
+    desk.Show([&](frmApplicationAdmin& form) {
+        AdminDesk::Filter(form, "south");
+        desk.fileDialog.answer = {{"/new/a.kdt"}};
+        form.cmdAddApplication.UserClick();
+        EXPECT_EQ(AdminDesk::Hidden(form), (std::vector<bool>{true, true, false, false}));
+    });
+}
+
 TEST(frmApplicationAdminTest, OneFileIsListedByThePathThatWasChosen) {
     AdminDesk desk;
     desk.Show([&](frmApplicationAdmin& form) {

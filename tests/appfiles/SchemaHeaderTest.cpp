@@ -131,6 +131,8 @@ TEST(HeaderVersionTest, IsTheNumberBehindTheFirstEqualsSignAfterTheLetters) {
         {"no number", "VERSION=\r\n", ".", "VERSION= .001\r\n"},
         {"many decimals", "VERSION=6.12345\r\n", "6.123", "VERSION= 6.124\r\n"},
         {"a comma ends the number", "VERSION=6,5\r\n", "6.", "VERSION= 6.001\r\n"},
+        {"a bare CR ends no line", "VERSION = 6.5\rx\r\ny\r\n", "6.5", "VERSION = 6.501\r\ny\r\n"},
+        {"a bare CR before the line's end", "VERSION = 6.5\r\r\ny\r\n", "6.5", "VERSION = 6.501\r\ny\r\n"},
         {"none", "no revision = 5\r\n", "6.000", "no revision = 5\r\n"},
         {"empty header", "", "6.000", ""},
     };
@@ -178,6 +180,10 @@ TEST(ReplaceRulesBlockTest, SwapsTheSectionUpToItsEmptyLine) {
         {"a section behind the empty line", "[RULES]\r\nRULE=x\r\n\r\n[VIEWS]\r\n", "<new>[VIEWS]\r\n"},
         {"a bracket inside a rule", "[RULES]\r\nRULE=[x]\r\n\r\n", "<new>"},
         {"only the first one", "[RULES]\r\n\r\n[RULES]\r\n\r\n", "<new>[RULES]\r\n\r\n"},
+        {"a bare LF between two line ends", "[RULES]\r\n\n\r\nb\r\n", "[RULES]\r\n\n\r\nb\r\n"},
+        {"a bare LF before the empty line", "[RULES]\r\nRULE=x\n\r\n\r\nb\r\n", "<new>b\r\n"},
+        {"a section behind a bare LF", "[RULES]\r\n\n[VIEWS]\r\n\r\n", "[RULES]\r\n\n[VIEWS]\r\n\r\n"},
+        {"a section behind a bare CR", "[RULES]\r\n\r[VIEWS]\r\n\r\n", "[RULES]\r\n\r[VIEWS]\r\n\r\n"},
         {"in the middle of a line", "see [RULES] here\r\nx\r\n\r\ny\r\n", "see <new>y\r\n"},
         {"empty header", "", ""},
     };

@@ -158,6 +158,22 @@ TEST(ReadSchemaTest, ALimitIsItsFirstCharacterAndANumberOnlyBehindACapitalF) {
     }
 }
 
+TEST(ReadSchemaTest, ALaterFlagTakesTheNumberOfAnEarlierLineAway) {
+    for (const char* const later : {"C", "B", "", "F"}) {
+        ReadDesk t;
+        t.Read(Text("[FIELD]\r\nUSL=F5\r\nUSL=") + later + "\r\n");
+        EXPECT_EQ(t.Field().USLflag(), later);
+        EXPECT_EQ(t.Field().USL(), 0) << later;
+        EXPECT_EQ(t.Saved().USL(), 0) << later;
+    }
+}
+
+TEST(ReadSchemaTest, BlanksAroundANameAreNoPartOfIt) {
+    ReadDesk t;
+    t.Read("[FIELD]\r\nNAME = \t two words \t \r\n");
+    EXPECT_EQ(t.Field().Name(), "two words");
+}
+
 TEST(ReadSchemaTest, VariablesAreNumberedAndNamedByTheirOrdinalInTheFile) {
     ReadDesk t;
     aField().AddTo(t.g);
@@ -203,6 +219,7 @@ TEST(ReadSchemaTest, TheFilesRulesAreJoinedInItsOrder) {
         {"equal names", "[RULES]\r\nRULE=a\r\nRULE=a\r\n", "a,a"},
         {"an empty name", "[RULES]\r\nRULE=a\r\nRULE=\r\nRULE=b\r\n", "a,,b"},
         {"an empty first name leaves no trace", "[RULES]\r\nRULE=\r\nRULE=b\r\n", "b"},
+        {"a bare line feed in front of the line's end", "[RULES]\r\nRULE=a\n\r\nRULE=b\r\n", "a,b"},
         {"behind the variables", "[FIELD]\r\nRULES=A\r\n[RULES]\r\nRULE=a\r\n", "a"},
         {"in two sections", "[RULES]\r\nRULE=a\r\n[X]\r\nRULE=x\r\n[RULES]\r\nRULE=b\r\n", "a,b"},
         {"a variable's letters are none", "[FIELD]\r\nRULES=A\r\nRULE=x\r\n", ""},
@@ -338,8 +355,28 @@ TEST(ReadSchemaTest, Variable32767IsReadAndOneMoreOverflows) {
     EXPECT_EQ(t.g.gSavedFields->Count(), 32767);
 }
 
+TEST(ReadSchemaTest, OneMoreThan32767InASingleFileOverflowsWithTheOthersKept) {
+    ReadDesk t;
+    Text bytes;
+    for (int i = 0; i < 32768; ++i) {
+        bytes += "[FIELD]\r\n";
+    }
+    const cError error = t.Fail(bytes);
+    EXPECT_EQ(error.Number(), errOverflow);
+    EXPECT_EQ(t.g.gFields->Count(), 32767);
+    EXPECT_EQ(t.g.gSavedFields->Count(), 32767);
+    EXPECT_EQ(t.Field(32767).VariableNo(), 32767);
+}
+
+TEST(ReadSchemaTest, AnUnknownKeyLikeAKnownOneReachesNoProperty) {
+    ReadDesk t;
+    t.Read("[FIELD]\r\nNAME=a\r\nNAXE=b\r\n");
+    EXPECT_EQ(t.Field().Name(), "a");
+}
+
 TEST(FindSchemaKeyTest, FindsNothingElse) {
-    for (const char* key : {"", "X", "NAM", "NAMES", "VERSION", "RULE", "name", "[FIELD]", "LENGTHS", "US"}) {
+    for (const char* key :
+         {"", "X", "NAM", "NAMES", "VERSION", "RULE", "name", "[FIELD]", "LENGTHS", "US", "NAXE"}) {
         EXPECT_EQ(FindSchemaKey(key), nullptr) << key;
     }
 }

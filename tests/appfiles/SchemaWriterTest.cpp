@@ -8,6 +8,7 @@
 #include "appfiles/SchemaHeader.h"
 #include "appfiles/SchemaReader.h"
 #include "fakes/Builders.h"
+#include "fakes/FailingFiles.h"
 
 namespace kd {
 namespace {
@@ -373,6 +374,49 @@ TEST(SaveSchemaTest, NothingInMemoryChanges) {
     EXPECT_TRUE(t.file->ChangesMade());
     EXPECT_EQ(t.g.gSavedFields->Ref(1).USL(), 5);
     EXPECT_EQ(field->USL(), 6);
+}
+
+TEST(SaveSchemaTest, ANameIsWrittenWithTheBlanksThatItHolds) {
+    WriteDesk t;
+    t.Add(aField())->SetName(" a name ");
+    EXPECT_TRUE(t.Blocks().starts_with("[FIELD]\r\n   NAME         =  a name \r\n"));
+}
+
+TEST(SaveSchemaTest, TheTemporaryFileIsKeptFromOtherProgramsUntilItStandsInTheTargetsPlace) {
+    /// Tells whether a file that was opened for output still keeps others from it.
+    struct KeepingFiles : FailingFiles {
+        struct Kept : OutputFile {
+            Kept(std::unique_ptr<OutputFile> opened, bool& isKept) : file(std::move(opened)), kept(isKept) {
+                kept = true;
+            }
+            ~Kept() override { kept = false; }
+            void Write(std::string_view bytes) override { file->Write(bytes); }
+            void Flush() override { file->Flush(); }
+            void Close() override { file->Close(); }
+            void LetOthersIn() noexcept override { kept = false; }
+            std::unique_ptr<OutputFile> file;
+            bool& kept;
+        };
+        using FailingFiles::FailingFiles;
+        std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) override {
+            return std::make_unique<Kept>(FailingFiles::OpenForOutput(path), isKept);
+        }
+        bool isKept = false;
+    };
+    WriteDesk t;
+    KeepingFiles files(t.files);
+    std::vector<Text> kept;
+    files.OnDone = [&](const FailingFiles::Step& step) {
+        if (files.isKept) {
+            kept.push_back(step.operation);
+        }
+    };
+    Platform platform{files, t.toolkit, t.locale, t.clock, t.environment, t.shell, t.fileDialog, t.suite};
+    Globals g{platform};
+    g.gFiles = t.g.gFiles;
+    EXPECT_TRUE(SaveSchema(g, 1));
+    EXPECT_EQ(kept, (std::vector<Text>{"Exists", "Read", "Write", "Close", "CopyFile", "DeleteFile"}));
+    EXPECT_FALSE(files.isKept);
 }
 
 TEST(SaveSchemaTest, WhatStoodInTheTemporaryFileIsReplaced) {

@@ -15,6 +15,7 @@ constexpr std::int32_t colUsl = 10;
 constexpr std::int32_t colLimitMethod = 23;
 constexpr std::int32_t colUnits = 28;
 constexpr std::int32_t colRules = 29;
+constexpr std::int32_t colUCase = 35;
 
 /// An application with the template's own view and two more, one variable in each, the status panel in use.
 struct CommitDesk : LoadedDesk {
@@ -392,6 +393,17 @@ TEST(CommitChangesTest, StatusAndProgressTellTheStep) {
                                                        "box 2 File(s) have been modified."}));
 }
 
+TEST(CommitChangesTest, ProgressIsAShareOfTheSelectedViewsNotOfTheChangedOnes) {
+    CommitDesk t;
+    t.EditRows({1, 2, 3});
+    std::vector<double> seen;
+    t.desk.ProgressBar1.OnChanged = [&] { seen.push_back(t.desk.ProgressBar1.Value()); };
+    t.ExpectDialog([](frmCommit& form) { form.lstFiles.UserSelect(0, false); });
+    t.ExpectModified(2);
+    CommitChanges(t.desk);
+    EXPECT_EQ(seen, (std::vector<double>{50, 100, 0}));
+}
+
 TEST(CommitChangesTest, AViewWithoutMarkedCellsIsSavedAndItsReportHasNoEntries) {
     CommitDesk t;
     t.g.gFiles->Ref(1).SetChangesMade(true);
@@ -425,6 +437,33 @@ TEST(CommitChangesTest, AMarkedCellInAHiddenColumnIsReported) {
     t.ExpectCommitted(1);
     CommitChanges(t.desk);
     EXPECT_EQ(t.suite.records.at(0).property, "Units");
+}
+
+TEST(CommitChangesTest, AMarkedCellInTheLastColumnIsReported) {
+    CommitDesk t;
+    t.Edit(1, colUCase, "Y");
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    ASSERT_EQ(t.suite.records.size(), 1U);
+    EXPECT_EQ(t.suite.records[0].property, "UCase");
+    EXPECT_EQ(t.suite.records[0].oldValue, "N");
+    EXPECT_EQ(t.suite.records[0].newValue, "Y");
+    EXPECT_EQ(t.Mark(1, colUCase), 0U);
+}
+
+TEST(CommitChangesTest, WhatIsReportedGoesByTheColumnsNumberNotByItsPlace) {
+    CommitDesk t;
+    t.Edit(1, colUnits, "kg");
+    t.desk.Grid.SetBackColor(1, colUnits - 1, 0);
+    t.desk.Grid.SetColData(colUnits - 1, colLimitMethod);
+    t.desk.Grid.SetColData(colLimitMethod - 1, colUnits);
+    t.desk.Grid.SetBackColor(1, colLimitMethod - 1, ChangedColour);
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    ASSERT_EQ(t.suite.records.size(), 1U);
+    EXPECT_EQ(t.suite.records[0].property, "Units");
+    EXPECT_EQ(t.suite.records[0].oldValue, "");
+    EXPECT_EQ(t.suite.records[0].newValue, "kg");
 }
 
 TEST(CommitChangesTest, VariablesThatAStoppedLoadLeftWithoutARowAreSavedAndNotReported) {

@@ -256,6 +256,21 @@ TEST_F(PasteTest, CopiedBlockPastesAsTheSameCells) {
     EXPECT_THAT(Column(cnUnits), ElementsAre("u1", "u2", "u1", "u2"));
 }
 
+TEST_F(PasteTest, AWriteThatFailsMidwayLeavesTheCellsBeforeItWrittenRowByRow) {
+    AddUnits({"", "", ""});
+    SetShown(cnTargetMethod, true);
+    SetShown(cnSample, true);
+    // The last sample size passes the gate, and is too large for the record.
+    suite.clipboard = "Calc\t1\rCalc\t40000\rCalc\t3";
+    desk.Grid.Select(1, Position(cnTargetMethod));
+    EXPECT_THROW(Paste(desk), cError);
+    EXPECT_THAT(Column(cnTargetMethod), ElementsAre("Calc", "Calc", "Fixed"));
+    EXPECT_THAT(Column(cnSample), ElementsAre("1", "0", "0"));
+    EXPECT_TRUE(Marked(2, cnTargetMethod));
+    EXPECT_FALSE(Marked(2, cnSample));
+    EXPECT_TRUE(desk.Grid.Redraw());
+}
+
 TEST_F(PasteTest, TextWithASeparatorSplitsOnPaste) {
     AddUnits({"a\rb", "", ""});
     Select(1, cnUnits, 1, cnUnits);

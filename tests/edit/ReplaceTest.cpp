@@ -320,6 +320,16 @@ TEST_F(ReplaceTest, SameTextIsJudgedButNotWritten) {
     Run();
 }
 
+TEST_F(ReplaceTest, IdenticalTextIsRefusedWhereTheCellIsNotValid) {
+    AddRow([](cField& field) { field.SetReportType("OLD"); });
+    Select(1, cnReportType, 1, cnReportType);
+    ExpectTexts("L", "L");
+    toolkit.ExpectBox(InvalidBox("ReportType", "OLD"), BoxIcon::Exclamation);
+    ExpectCancel();
+    Run();
+    EXPECT_FALSE(Marked(1, cnReportType));
+}
+
 TEST_F(ReplaceTest, RefusedTextGoesBackToTheDialogWithNothingWritten) {
     AddLimits(cnUSL, {1, 12});
     Select(1, cnUSL, 2, cnUSL);

@@ -185,6 +185,19 @@ TEST_F(RestoreTest, NothingIsSaidAndNothingValidated) {
     EXPECT_TRUE(toolkit.log.empty());
 }
 
+TEST_F(RestoreTest, TheFirstColumnOfTheVariableIsRestoredThoughItIsReadOnly) {
+    AddUnits({"a"});
+    const Text saved = Cell(1, cnVarNo);
+    SetCellValue(desk, 1, Position(cnVarNo), "77");
+    ASSERT_EQ(g.gFields->Ref(1).VariableNo(), 77);
+    ASSERT_TRUE(Marked(1, cnVarNo));
+    Select(1, cnVarNo, 1, cnVarNo);
+    Restore(desk);
+    EXPECT_EQ(Cell(1, cnVarNo), saved);
+    EXPECT_EQ(g.gFields->Ref(1).VariableNo(), g.gSavedFields->Ref(1).VariableNo());
+    EXPECT_FALSE(Marked(1, cnVarNo));
+}
+
 TEST_F(RestoreTest, LastRowIsRestored) {
     AddUnits({"a", "b"});
     SetCellValue(desk, 2, Position(cnUnits), "x");

@@ -46,8 +46,8 @@ TEST_F(frmFillTest, LimitColumnOffersTheCalculationAndNamesTheLimit) {
         const ColumnNumber number = column.first;
         const char* const label = column.second;
         Select(1, number, 1, number);
-        Expect([&](frmFill& form) {
-            EXPECT_EQ(form.TargetLimit(), number - cnUSL);
+        Expect([limit = number - cnUSL, label = label](frmFill& form) {
+            EXPECT_EQ(form.TargetLimit(), limit);
             EXPECT_EQ(form.lblLimit.Caption(), label);
             EXPECT_TRUE(form.optFillLimit.Enabled());
             EXPECT_TRUE(form.fraLimits.Enabled());

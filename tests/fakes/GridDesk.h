@@ -29,6 +29,8 @@ enum ColumnNumber : std::int32_t {
     cnLength = 19,
     cnXRef = 21,
     cnReportType = 22,
+    cnTargetMethod = 24,
+    cnSample = 25,
     cnCategory = 27,
     cnUnits = 28,
     cnRules = 29,

@@ -89,6 +89,15 @@ TEST(GridEventsTest, ARightPressInAnOpenEditorClosesItAndShowsTheMenuAlsoOverARe
     EXPECT_EQ(desk.suite.clipboardsMade, 0);
 }
 
+TEST(GridEventsTest, ARightPressOnTheHeaderWithAnEditorOpenTakesItsTextAndShowsTheFilterNotTheMenu) {
+    EventsDesk desk;
+    desk.OpenEditor(1, ColUsl, "20");
+    EXPECT_FALSE(desk.Press(MouseButton::Right, 0, ColUnits));
+    EXPECT_FALSE(desk.grid.EditWindow());
+    EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 20);
+    EXPECT_EQ(desk.filtersShown, std::vector<std::int32_t>{ColUnits});
+}
+
 TEST(GridEventsTest, ARightPressWithARefusedTextTellsSoKeepsTheEditorAndShowsTheMenu) {
     EventsDesk desk;
     desk.OpenEditor(1, ColUsl, "abc");
@@ -215,6 +224,16 @@ TEST(GridEventsTest, AnUntouchedTextIsNotJudgedThoughItWouldBeRefused) {
     EXPECT_EQ(desk.grid.TextMatrix(1, 22), "Population") << "after-edit shows what the record holds";
 }
 
+TEST(GridEventsTest, ABlankTypedOverAnEmptyCellOfWordsIsAnotherTextAndRefused) {
+    EventsDesk desk;
+    constexpr std::int32_t ColRequired = 25;
+    desk.grid.SetTextMatrix(1, ColRequired, "");
+    desk.OpenEditor(1, ColRequired, " ");
+    desk.toolkit.ExpectBox("Invalid value ' ' entered for cell!");
+    EXPECT_FALSE(desk.grid.FinishEdit());
+    EXPECT_EQ(desk.g.gFields->Ref(1).Required(), "N");
+}
+
 TEST(GridEventsTest, AnEditThatChangedNothingStillNormalisesTheTextAndItsColour) {
     EventsDesk desk;
     desk.grid.SetBackColor(1, ColUsl, ChangedColour);
@@ -295,6 +314,18 @@ TEST(GridEventsTest, TheToolTipFollowsTheHeaderAndIsEmptyElsewhere) {
     EXPECT_EQ(desk.grid.ToolTipText(), " caption 4 ");
     move(1, 4);
     EXPECT_EQ(desk.grid.ToolTipText(), "");
+}
+
+TEST(GridEventsTest, OutsideTheCellsThereIsNoToolTip) {
+    EventsDesk desk;
+    for (const std::int32_t col : {-1, 4}) {
+        desk.grid.SetMouseCell(0, 3);
+        desk.grid.MouseMove(MouseButton::Left, 0, 0, 0);
+        ASSERT_EQ(desk.grid.ToolTipText(), " caption 3 ");
+        desk.grid.SetMouseCell(-1, col);
+        desk.grid.MouseMove(MouseButton::Left, 0, 0, 0);
+        EXPECT_EQ(desk.grid.ToolTipText(), "") << col;
+    }
 }
 
 TEST(GridEventsTest, CtrlCAndCtrlVRunTheCommandsAndNothingElseDoes) {

@@ -125,6 +125,30 @@ TEST(frmKDLimitDeskTest, TheLoadDriverTakesItsStepsInOrder) {
     EXPECT_FALSE(form.Controls().mnuShowAll.Checked());
 }
 
+TEST(frmKDLimitDeskTest, TheColumnsAreLaidOutBeforeTheWindowIsShown) {
+    /// Notes whether the window is in sight when the columns come.
+    struct Screen : GridScreen {
+        explicit Screen(frmKDLimitDesk& window) : form(window) {}
+        void LayoutChanged() override {
+            if (form.Controls().Grid.Cols() > 1) {
+                shown.push_back(form.Shown());
+            }
+        }
+        frmKDLimitDesk& form;
+        std::vector<bool> shown;
+    };
+    StartDesk desk;
+    frmKDLimitDesk form(desk.g);
+    Screen screen(form);
+    form.Controls().Grid.SetScreen(&screen);
+    desk.ExpectOk();
+    EXPECT_TRUE(form.Form_Load(1));
+    ASSERT_FALSE(screen.shown.empty());
+    EXPECT_FALSE(screen.shown.front());
+    EXPECT_TRUE(form.Shown());
+    form.Controls().Grid.SetScreen(nullptr);
+}
+
 TEST(frmKDLimitDeskTest, WithSettingsTheirListIsShownAndTheFallbackIsNotRead) {
     StartDesk desk;
     desk.files.Put(FallbackFile, SettingsWith({"/apps/other.kdt"}));
@@ -300,6 +324,20 @@ TEST(frmKDLimitDeskTest, CommitIsOfferedOnlyWhileAnyViewHasChanges) {
     desk.g.gFiles->Ref(2).SetChangesMade(true);
     desk.desk.mnuFile.UserClick();
     EXPECT_TRUE(desk.desk.mnuCommit.Enabled());
+}
+
+TEST(frmKDLimitDeskTest, ARefusedTextInTheEditorOffersNoCommitAndAViewThatHasChangesDoes) {
+    for (const bool changed : {false, true}) {
+        RunningDesk desk;
+        desk.grid.Select(1, ColUsl);
+        ASSERT_TRUE(desk.grid.StartEdit());
+        desk.grid.SetEditText("abc");
+        desk.g.gFiles->Ref(2).SetChangesMade(changed);
+        desk.desk.mnuCommit.SetEnabled(!changed);
+        desk.toolkit.ExpectBox("Invalid value 'abc' entered for cell!");
+        desk.desk.mnuFile.UserClick();
+        EXPECT_EQ(desk.desk.mnuCommit.Enabled(), changed);
+    }
 }
 
 TEST(frmKDLimitDeskTest, OpeningAMenuSettlesAnOpenEditorFirst) {

@@ -233,6 +233,25 @@ TEST(cMasterFilesTest, EntriesOfOneNameComeOutAsTheGapsLeaveThem) {
               (std::vector<std::pair<Text, bool>>{{"a", true}, {"b", true}, {"b", false}, {"c", true}}));
 }
 
+TEST(cMasterFilesTest, GapsOfAnOddCountAreHalvesCutToWholeNumbers) {
+    // Three entries have the gap 1 alone, which keeps the order; five begin with the gap 2, as four do.
+    cMasterFiles three;
+    (void)three.Add("b", false);  // read back below
+    (void)three.Add("b", true);
+    (void)three.Add("a", true);
+    three.Sort("A");
+    EXPECT_EQ(Entries(three), (std::vector<std::pair<Text, bool>>{{"a", true}, {"b", false}, {"b", true}}));
+    cMasterFiles five;
+    (void)five.Add("b", false);  // read back below
+    (void)five.Add("b", true);
+    (void)five.Add("a", true);
+    (void)five.Add("c", true);
+    (void)five.Add("d", true);
+    five.Sort("A");
+    EXPECT_EQ(Entries(five), (std::vector<std::pair<Text, bool>>{
+                                 {"a", true}, {"b", true}, {"b", false}, {"c", true}, {"d", true}}));
+}
+
 TEST(cMasterFilesTest, SortOfManyIsInOrder) {
     std::mt19937 random(7);
     for (const int count : {2, 3, 5, 8, 33, 1000}) {

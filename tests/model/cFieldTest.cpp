@@ -432,6 +432,7 @@ TEST_F(cFieldTest, FixedLimitShowsOneDecimalMoreThanItsVariable) {
         {"negative length and decimals", -3, -2, 1.5, "!", "!"},
         {"negative length, room for a bare point", -1, -1, 1.5, "!", "!"},
         {"decimals of minus 1: a bare point", 6, -1, 12.5, "13.", "13"},
+        {"decimals of minus 1, a number too wide", 3, -1, 1234567.0, "4567.", "567"},
         {"decimals further below: no point", 6, -2, 12.5, "13", "13"},
         {"widest decimals", 32767, 32766, 0.5, nullptr, nullptr},
         {"exponent", 20, 2, 1e15, "1E+15.000", "1E+15.00"},

@@ -20,7 +20,7 @@ import sys
 
 BLANK = re.compile(r'//[^\n]*|/\*.*?\*/|R"(\w*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])\'', re.S)
 DIRECTIVE = re.compile(r"^[ \t]*#(?:[^\n]*\\\n)*[^\n]*", re.M)
-TYPE = re.compile(r"\b(?:class|struct|union)\s+(\w+)(?!.*\()", re.S)
+TYPE = re.compile(r"[^()]*\b(?:class|struct|union)\s+(\w+)[^()]*", re.S)
 NAME = re.compile(r"((?:\w+(?:<[^<>]*>)?::)*~?(?:operator\s*\W{1,3}|operator\s+\w+|\w+))\s*\(")
 TAIL = re.compile(r"(?:\)|\b(?:const|noexcept|override|final|try)|->[\w:<>&*\s]+|[\w)}]\s*[)}])\s*$")
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.M)
@@ -91,7 +91,7 @@ class Reader:
             return "block"
         if re.search(r"\bnamespace\b", head) or head.strip() == 'extern ""':
             return None
-        found = TYPE.search(head)
+        found = TYPE.fullmatch(head)
         if found and not re.search(r"\benum\b", head):
             self.types.append(Type(found.group(1), first))
             return self.types[-1]
@@ -141,18 +141,23 @@ class Room:
             self.comments += comments
             self.code += code
 
-    def finish(self):
-        for function in self.outside:
-            if function.owner in self.classes:
-                self.classes[function.owner][0] += function.lines
+
+def give_lines_to_classes(rooms):
+    """The member functions that stand outside of their class, in its room or in one within it."""
+    for name, room in rooms.items():
+        for function in room.outside:
+            places = [name] + [parent.as_posix() for parent in pathlib.PurePosixPath(name).parents]
+            home = next((rooms[place] for place in places if place in rooms and function.owner in rooms[place].classes),
+                        None)
+            if home is not None:
+                home.classes[function.owner][0] += function.lines
 
 
 def rooms_of(root):
     rooms = collections.defaultdict(Room)
     for path in sources(root / "src"):
         rooms[path.parent.relative_to(root).as_posix()].add(path, path.read_text(encoding="utf-8"))
-    for room in rooms.values():
-        room.finish()
+    give_lines_to_classes(rooms)
     return rooms
 
 

@@ -15,8 +15,9 @@ scripts/check_floors.py
 
 step "Words, ends of lines and scripts"
 # What lies in samples and data is there byte for byte, and pictures are no text.
-tracked ':!samples' ':!tests/fuzz/corpus' ':!tests/qt/services/data' ':!*.png' ':!*.ico' ':!*.svg' | xargs -0 codespell
-git -c safe.directory="$PWD" diff --check HEAD
+texts=(':!samples' ':!tests/fuzz/corpus' ':!tests/qt/services/data' ':!*.png' ':!*.ico' ':!*.svg')
+tracked "${texts[@]}" | xargs -0 codespell
+git -c safe.directory="$PWD" diff --check HEAD -- "${texts[@]}"
 { tracked '*.sh' scripts/hooks .ci/run; } | xargs -0 shellcheck -x
 
 step "Lint of what changed"

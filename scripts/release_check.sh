@@ -18,6 +18,7 @@ check() {
     results+=("$status $*, $((SECONDS - begin)) s")
 }
 check bash .ci/run
+check make tidy
 check env -u DISPLAY -u WAYLAND_DISPLAY make run
 check make package-test
 check make accessibility-test

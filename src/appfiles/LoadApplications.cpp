@@ -5,6 +5,7 @@
 #include "appfiles/Variables.h"
 #include "base/Scope.h"
 #include "grid/ColumnCatalogue.h"
+#include "grid/RowFill.h"
 
 namespace kd {
 

@@ -5,12 +5,13 @@
 namespace kd {
 
 class cField;
+struct Property;
 
-/// Stores the text of one key of a variable's block.
-/// @throws cError(errOverflow) for a number that does not fit its property.
-using SchemaKeyReader = void (*)(cField& field, std::string_view value);
+/// The property of a key, in upper case; null for a key that no variable has. Lives as long as the program.
+const Property* FindSchemaKey(std::string_view key) noexcept;
 
-/// What reads the values of a key, in upper case; null for a key that no variable has.
-SchemaKeyReader FindSchemaKey(std::string_view key) noexcept;
+/// Stores a file's text of a property.
+/// @throws cError(errOverflow) for a number that does not fit the property.
+void StoreFileText(cField& field, const Property& property, std::string_view value);
 
 }  // namespace kd

@@ -20,8 +20,8 @@ public:
                 BeginVariable();
             }
         } else if (m_block == Block::Field) {
-            if (const SchemaKeyReader read = FindSchemaKey(section)) {
-                read(*m_current, value);
+            if (const Property* property = FindSchemaKey(section)) {
+                StoreFileText(*m_current, *property, value);
             }
         } else if (m_block == Block::Rules && section == "RULE") {
             if (!m_rules.empty()) {

@@ -10,14 +10,11 @@
 #include "commit/ChangeReport.h"
 #include "commit/frmCommit.h"
 #include "grid/ColumnCatalogue.h"
+#include "model/Columns.h"
 
 namespace kd {
 
 namespace {
-
-/// Column numbers of the first limit and of Minimum.
-constexpr std::int32_t FirstLimitColumn = 10;
-constexpr std::int32_t MinimumColumn = 17;
 
 /// Column number of the first limit or bound that is above the one before it; 0 when all are in order.
 std::int32_t FaultyColumn(const cField& field) {
@@ -27,11 +24,11 @@ std::int32_t FaultyColumn(const cField& field) {
             continue;
         }
         if (field.Limit(limit) > bound) {
-            return FirstLimitColumn + limit;
+            return LimitColumn(limit);
         }
         bound = field.Limit(limit);
     }
-    return field.Minimum() > bound ? MinimumColumn : 0;
+    return field.Minimum() > bound ? cnMin : 0;
 }
 
 void ShowFault(Desk& desk, const GridCell& fault) {

@@ -7,20 +7,18 @@
 #include "edit/frmFill.h"
 #include "grid/CellGate.h"
 #include "grid/ColumnCatalogue.h"
+#include "model/Columns.h"
 #include "model/Decimals.h"
 
 namespace kd {
 namespace {
 
-// Column number of the first limit; the others follow in the order of the dialog's options.
-constexpr std::int32_t FirstLimitColumn = 10;
-
 std::int32_t TargetLimitOf(const Desk& desk, const SelectionWalk& walk) {
     if (walk.nCols() != 1) {
         return NoTargetLimit;
     }
-    const std::int32_t limit = desk.Grid.ColData(walk.SelCols(1)) - FirstLimitColumn;
-    return limit >= 0 && limit < LimitCount ? limit : NoTargetLimit;
+    const int limit = LimitOf(desk.Grid.ColData(walk.SelCols(1)));
+    return limit == NoLimit ? NoTargetLimit : limit;
 }
 
 double Calculated(double base, double value, std::int32_t how) {
@@ -49,7 +47,7 @@ void TakeConstant(const frmFill& form, EditMemory& memory, SelectionWalk& walk) 
 /// False when a row refused, which was told; the values are then of no use.
 bool Calculate(Desk& desk, const frmFill& form, SelectionWalk& walk) {
     const Locale& locale = desk.g.platform.locale;
-    const std::int32_t source = LabelIndexToGridColumn(desk, form.LimitType() + FirstLimitColumn);
+    const std::int32_t source = LabelIndexToGridColumn(desk, LimitColumn(form.LimitType()));
     const double value = ParseCellNumber(form.LimitValue(), locale);
     const char separator = modKDLimitDesk::LocaleDecimalSeparator(locale);
     for (std::int32_t i = 1; i <= walk.nRows(); ++i) {

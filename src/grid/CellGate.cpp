@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "grid/ColumnCatalogue.h"
 #include "model/Decimals.h"
+#include "model/PropertyTable.h"
 
 namespace kd {
 
@@ -44,6 +44,39 @@ bool AreRuleLetters(std::string_view text, const Globals& g) {
     return true;
 }
 
+bool MayHold(CellRule rule, std::string_view text, const Globals& g) {
+    const Locale& locale = g.platform.locale;
+    switch (rule) {
+        case crAny:
+            return true;
+        case crFromOne:
+            return IsNumberFrom(1, text, locale);
+        case crFromNought:
+            return IsNumberFrom(0, text, locale);
+        case crNumber:
+            return !text.empty() && IsNumericText(text, locale);
+        case crLimit:
+            return IsLimitText(text, locale);
+        case crTypeLetters:
+            // Deliberate: a search of the text, so that a run of letters such as "NA" passes and "n" does
+            // not. CellGateTest.ARunOfTypeLettersPasses
+            return !text.empty() && std::string_view("NARCTPL").find(text) != std::string_view::npos;
+        case crReportType:
+            return IsOneOf(ReportTypes, text);
+        case crLimitMethod:
+            return IsOneOf(LimitMethodWords, text);
+        case crTargetMethod:
+            return IsOneOf(TargetMethodWords, text);
+        case crRequired:
+            return IsOneOf(RequiredMarks, text);
+        case crRuleLetters:
+            return AreRuleLetters(text, g);
+        case crYesNo:
+            return IsOneOf(UpperCaseMarks, text);
+    }
+    return true;
+}
+
 }  // namespace
 
 bool IsNumericText(std::string_view text, const Locale& locale) {
@@ -59,45 +92,8 @@ double ParseCellNumber(std::string_view text, const Locale& locale) {
 
 bool IsCellValueValid(Desk& desk, std::int32_t row, std::int32_t screenCol, std::string_view text) {
     (void)row;  // what may stand in a cell depends on the column alone
-    const Locale& locale = desk.g.platform.locale;
     const std::int32_t number = desk.Grid.ColData(screenCol);
-    switch (number) {
-        case 7:
-        case 19:
-            return IsNumberFrom(1, text, locale);
-        case 9:
-        case 17:
-            return !text.empty() && IsNumericText(text, locale);
-        case 10:
-        case 11:
-        case 12:
-        case 13:
-        case 14:
-        case 15:
-        case 16:
-            return IsLimitText(text, locale);
-        case 18:
-            // Deliberate: a search of the text, so that a run of letters such as "NA" passes and "n" does
-            // not. CellGateTest.ARunOfTypeLettersPasses
-            return !text.empty() && std::string_view("NARCTPL").find(text) != std::string_view::npos;
-        case 20:
-        case 25:
-            return IsNumberFrom(0, text, locale);
-        case 22:
-            return IsOneOf(ReportTypes, text);
-        case 23:
-            return IsOneOf(LimitMethodWords, text);
-        case 24:
-            return IsOneOf(TargetMethodWords, text);
-        case 26:
-            return IsOneOf(RequiredMarks, text);
-        case 29:
-            return AreRuleLetters(text, desk.g);
-        case 35:
-            return IsOneOf(UpperCaseMarks, text);
-        default:
-            return true;
-    }
+    return !IsVariableColumn(number) || MayHold(PropertyOf(number).rule, text, desk.g);
 }
 
 void SetCellValue(Desk& desk, std::int32_t row, std::int32_t screenCol, std::string_view text) {
@@ -105,7 +101,7 @@ void SetCellValue(Desk& desk, std::int32_t row, std::int32_t screenCol, std::str
     const Text given(text);  // it may be a view of the very cell that is written
     const std::int32_t key = desk.Grid.RowData(row);
     const std::int32_t number = desk.Grid.ColData(screenCol);
-    if (number < FirstVariableColumn || number > ColumnCount) {
+    if (!IsVariableColumn(number)) {
         return;  // the view's own columns hold no value of the variable: their cells keep their text
     }
     cField& field = g.gFields->Ref(key);

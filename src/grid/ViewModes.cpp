@@ -3,6 +3,7 @@
 #include "grid/AutoFilter.h"
 #include "grid/ColumnCatalogue.h"
 #include "grid/RedrawOff.h"
+#include "model/Columns.h"
 #include "platform/Hourglass.h"
 
 namespace kd {

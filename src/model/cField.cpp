@@ -5,6 +5,9 @@
 
 #include "base/Numbers.h"
 #include "model/Decimals.h"
+#include "model/FieldData.h"
+#include "model/FieldTexts.h"
+#include "model/PropertyTable.h"
 
 namespace kd {
 
@@ -12,62 +15,9 @@ namespace {
 
 using namespace modKDLimitDesk;
 
-enum Column : std::int32_t {
-    colVarNo = 7,
-    colName = 8,
-    colMax = 9,
-    colFirstLimit = 10,
-    colLastLimit = 16,
-    colMin = 17,
-    colType = 18,
-    colLength = 19,
-    colDecimals = 20,
-    colXRef = 21,
-    colReportType = 22,
-    colLimitMethod = 23,
-    colTargetMethod = 24,
-    colSample = 25,
-    colRequired = 26,
-    colCategory = 27,
-    colUnits = 28,
-    colRules = 29,
-    colPopup = 30,
-    colInputFile = 31,
-    colOutputFile = 32,
-    colHelpFile = 33,
-    colCalculation = 34,
-    colUCase = 35,
-};
-
-/// Position in `words`, regardless of case; -1 for none.
-template <std::size_t N>
-std::int32_t WordIndex(const std::array<std::string_view, N>& words, std::string_view text) {
-    for (std::size_t i = 0; i < N; ++i) {
-        if (EqualsNoCaseAscii(words[i], text)) {
-            return static_cast<std::int32_t>(i);
-        }
-    }
-    return -1;
-}
-
-void Localise(const Locale* locale, std::string& text, std::size_t from) {
-    if (locale == nullptr) {
-        return;
-    }
-    const char separator = LocaleDecimalSeparator(*locale);
-    if (separator == '.') {
-        return;
-    }
-    for (std::size_t at = from; at < text.size(); ++at) {
-        if (text[at] == '.') {
-            text[at] = separator;
-        }
-    }
-}
-
-}  // namespace
-
-const Text* cField::SharedFlag(std::string_view flag) {
+/// The one text that stands for all flags of these letters: a record has seven, and there are three that
+/// count. Lives as long as the program.
+const Text* SharedFlag(std::string_view flag) {
     static std::set<Text, std::less<>> flags;
     static std::array<const Text*, 128> letters{};  // the same texts: nearly every flag is a plain letter
     const auto find = [&] {
@@ -84,41 +34,99 @@ const Text* cField::SharedFlag(std::string_view flag) {
     return letters[letter];
 }
 
-cField::Data::Data() {
+}  // namespace
+
+FieldData::FieldData() {
     static const auto zeros = std::make_shared<const Text>("000,000,000,000,000,000,000,000,000,000,000,000");
     relation = zeros;
     limits.fill({SharedFlag("C")});
+    texts[tsFieldType] = "T";
+    texts[tsUpperCase] = "N";
+    texts[tsReportType] = "V";
+    texts[tsRequired] = "N";
 }
 
-const std::shared_ptr<cField::Data>& cField::NewRecord() {
-    static const auto values = std::make_shared<Data>();
+const std::shared_ptr<FieldData>& cField::NewRecord() {
+    static const auto values = std::make_shared<FieldData>();
     return values;
 }
 
-cField::Data* cField::Edit() {
+FieldData& cField::Edit() {
     if (m_data.use_count() > 1) {
-        m_data = std::make_shared<Data>(*m_data);
+        m_data = std::make_shared<FieldData>(*m_data);
     }
-    return m_data.get();
+    return *m_data;
+}
+
+const Text& cField::TextAt(std::size_t slot) const noexcept {
+    return m_data->texts[slot];
+}
+
+void cField::SetTextAt(std::size_t slot, Text value) {
+    if (m_data->texts[slot] != value) {
+        Edit().texts[slot] = std::move(value);
+    }
+}
+
+std::int16_t cField::ShortAt(std::size_t slot) const noexcept {
+    return m_data->shorts[slot];
+}
+
+void cField::SetShortAt(std::size_t slot, std::int16_t value) {
+    if (m_data->shorts[slot] != value) {
+        Edit().shorts[slot] = value;
+    }
+}
+
+std::int32_t cField::LongAt(std::size_t slot) const noexcept {
+    return m_data->longs[slot];
+}
+
+void cField::SetLongAt(std::size_t slot, std::int32_t value) {
+    if (m_data->longs[slot] != value) {
+        Edit().longs[slot] = value;
+    }
+}
+
+double cField::BoundAt(std::size_t slot) const noexcept {
+    return m_data->bounds[slot];
+}
+
+void cField::SetBoundAt(std::size_t slot, double value) {
+    if (m_data->bounds[slot] != value) {
+        Edit().bounds[slot] = value;
+    }
+}
+
+const Text& cField::LimitFlag(int index) const noexcept {
+    return *m_data->limits[static_cast<std::size_t>(index)].flag;
+}
+
+double cField::Limit(int index) const noexcept {
+    return m_data->limits[static_cast<std::size_t>(index)].value;
 }
 
 void cField::SetLimitFlag(int index, Text value) {
     const auto at = static_cast<std::size_t>(index);
     if (*m_data->limits[at].flag != value) {
-        Edit()->limits[at].flag = SharedFlag(value);
+        Edit().limits[at].flag = SharedFlag(value);
     }
 }
 
 void cField::SetLimit(int index, double value) {
     const auto at = static_cast<std::size_t>(index);
     if (m_data->limits[at].value != value) {
-        Edit()->limits[at].value = value;
+        Edit().limits[at].value = value;
     }
+}
+
+const Text& cField::Relation() const noexcept {
+    return *m_data->relation;
 }
 
 void cField::SetRelation(Text value) {
     if (*m_data->relation != value) {
-        Edit()->relation = std::make_shared<const Text>(std::move(value));
+        Edit().relation = std::make_shared<const Text>(std::move(value));
     }
 }
 
@@ -127,55 +135,9 @@ void cField::CopyFrom(const cField& source) {
     m_rules = source.m_rules;
 }
 
-const Text* cField::TextColumn(std::int32_t column) const noexcept {
-    switch (column) {
-        case colName:
-            return &m_data->name;
-        case colType:
-            return &m_data->fieldType;
-        case colXRef:
-            return &m_data->xRef;
-        case colReportType:
-            return &m_data->reportType;
-        case colRequired:
-            return &m_data->required;
-        case colCategory:
-            return &m_data->category;
-        case colUnits:
-            return &m_data->units;
-        case colRules:
-            return &m_rules;
-        case colPopup:
-            return &m_data->popup;
-        case colInputFile:
-            return &m_data->inputFile;
-        case colOutputFile:
-            return &m_data->outputFile;
-        case colHelpFile:
-            return &m_data->helpFile;
-        case colCalculation:
-            return &m_data->calculation;
-        case colUCase:
-            return &m_data->upperCase;
-        default:
-            return nullptr;
-    }
-}
-
 FieldValue cField::Value(std::int32_t column, std::int32_t mode, const Locale& locale) const {
-    if (mode == vmRaw) {
-        switch (column) {
-            case colVarNo:
-                return m_data->variableNo;
-            case colLength:
-                return m_data->length;
-            case colDecimals:
-                return m_data->decimals;
-            case colSample:
-                return m_data->sample;
-            default:
-                break;
-        }
+    if (mode == vmRaw && IsVariableColumn(column) && PropertyOf(column).kind == vkShort) {
+        return ShortAt(PropertyOf(column).slot);
     }
     return ValueText(column, mode, locale);
 }
@@ -188,98 +150,8 @@ Text cField::ValueText(std::int32_t column, std::int32_t mode, const Locale& loc
 
 void cField::AppendValue(std::int32_t column, std::int32_t mode, const Locale& locale,
                          std::string& text) const {
-    if (mode != vmFile && mode != vmRaw && mode != vmGrid) {
-        return;
-    }
-    const Locale* const localised = mode == vmGrid ? &locale : nullptr;
-    switch (column) {
-        case colVarNo:
-            AppendDigits(m_data->variableNo, text);
-            return;
-        case colLength:
-            AppendDigits(m_data->length, text);
-            return;
-        case colDecimals:
-            AppendDigits(m_data->decimals, text);
-            return;
-        case colSample:
-            AppendDigits(m_data->sample, text);
-            return;
-        case colMax:
-            AppendBound(m_data->maximum, localised, text);
-            return;
-        case colMin:
-            AppendBound(m_data->minimum, localised, text);
-            return;
-        case colLimitMethod:
-        case colTargetMethod:
-            AppendMethod(column, mode, text);
-            return;
-        default:
-            break;
-    }
-    if (column >= colFirstLimit && column <= colLastLimit) {
-        AppendLimit(column - colFirstLimit, mode == vmFile, localised, text);
-    } else if (const Text* value = TextColumn(column)) {
-        text += *value;
-    }
-}
-
-void cField::AppendLimit(int index, bool withF, const Locale* localised, std::string& text) const {
-    if (!IsNumericType(m_data->fieldType)) {
-        return;
-    }
-    const LimitPair& limit = m_data->limits[static_cast<std::size_t>(index)];
-    const char flag = limit.flag->size() == 1 ? limit.flag->front() : '\0';
-    if (flag == 'C' || flag == 'B') {
-        text += flag;
-        return;
-    }
-    if (flag != 'F') {
-        return;
-    }
-    // A limit shows one decimal more than its variable.
-    const int behindPoint = m_data->decimals + 1;
-    const int width = m_data->length + (behindPoint <= 1 ? 2 : 1);
-    if (m_data->length < 0 || behindPoint >= width) {
-        throw cError(errInvalidArgument, "cField.FormatLimit");
-    }
-    if (withF) {
-        text += 'F';
-    }
-    const std::size_t from = text.size();
-    AppendIntoMask(limit.value, width, behindPoint, text);
-    Localise(localised, text, from);
-}
-
-void cField::AppendBound(double value, const Locale* localised, std::string& text) const {
-    if (!IsNumericType(m_data->fieldType)) {
-        return;
-    }
-    const bool hasPoint = m_data->decimals > 0;
-    if (m_data->length < 0 || (hasPoint && m_data->decimals >= m_data->length)) {
-        throw cError(errInvalidArgument, "cField.FormatBound");
-    }
-    const std::size_t from = text.size();
-    AppendIntoMask(value, m_data->length, hasPoint ? m_data->decimals : -1, text);
-    Localise(localised, text, from);
-}
-
-void cField::AppendMethod(std::int32_t column, std::int32_t mode, std::string& text) const {
-    if (!IsNumericType(m_data->fieldType)) {
-        return;
-    }
-    const std::int32_t number = column == colLimitMethod ? m_data->limitMethod : m_data->targetMethod;
-    if (mode == vmFile) {
-        AppendDigits(number, text);
-        return;
-    }
-    const auto index = static_cast<std::size_t>(number);
-    if (column == colLimitMethod) {
-        text += number >= 0 && index < LimitMethodWords.size() ? LimitMethodWords[index] : std::string_view();
-    } else {
-        text +=
-            number >= 0 && index < TargetMethodWords.size() ? TargetMethodWords[index] : std::string_view();
+    if (IsVariableColumn(column) && (mode == vmFile || mode == vmRaw || mode == vmGrid)) {
+        AppendProperty(*this, PropertyOf(column), mode, locale, text);
     }
 }
 
@@ -289,120 +161,8 @@ void cField::SetValue(std::int32_t column, std::int32_t mode, std::string_view t
         platform.toolkit.Say("Not supported!");
         return;
     }
-    const Locale& locale = platform.locale;
-    switch (column) {
-        case colVarNo:
-        case colLength:
-        case colDecimals:
-        case colSample:
-            SetWholeNumber(column, text, locale);
-            return;
-        case colMax:
-            SetMaximum(ParseGridDouble(text.empty() ? "0" : text, locale));
-            return;
-        case colMin:
-            SetMinimum(ParseGridDouble(text.empty() ? "0" : text, locale));
-            return;
-        case colLimitMethod:
-            if (const auto method = WordIndex(LimitMethodWords, text); method >= 0) {
-                SetLimitMethod(method);
-            }
-            return;
-        case colTargetMethod:
-            if (const auto method = WordIndex(TargetMethodWords, text); method >= 0) {
-                SetTargetMethod(method);
-            }
-            return;
-        default:
-            break;
-    }
-    if (column >= colFirstLimit && column <= colLastLimit) {
-        SetLimitText(column - colFirstLimit, text, locale);
-    } else {
-        (void)SetTextColumn(column, text, locale);  // any other column is ignored
-    }
-}
-
-void cField::SetLimitText(int index, std::string_view text, const Locale& locale) {
-    // An emptied limit is no limit.
-    const Text upper = text.empty() ? "B" : UpperAscii(text);
-    if (upper == "C" || upper == "B") {
-        SetLimitFlag(index, upper);
-        SetLimit(index, 0);
-        return;
-    }
-    // The flag goes first: a number that cannot be read leaves the old one behind a fixed limit.
-    SetLimitFlag(index, "F");
-    SetLimit(index, ParseGridDouble(text, locale));
-}
-
-void cField::SetWholeNumber(std::int32_t column, std::string_view text, const Locale& locale) {
-    const std::int16_t value =
-        ToInt16(ToDouble(NormalizeDecimalText(text, locale), LocaleDecimalSeparator(locale)));
-    switch (column) {
-        case colVarNo:
-            SetVariableNo(value);
-            return;
-        case colLength:
-            SetLength(value);
-            return;
-        case colDecimals:
-            SetDecimals(value);
-            return;
-        default:
-            SetSample(value);
-    }
-}
-
-bool cField::SetTextColumn(std::int32_t column, std::string_view text, const Locale& locale) {
-    const bool upper =
-        column == colType || column == colReportType || column == colRequired || column == colUCase;
-    Text value = upper ? locale.CodePage().Upper(text) : Text(text);
-    switch (column) {
-        case colName:
-            SetName(std::move(value));
-            return true;
-        case colType:
-            SetFieldType(std::move(value));
-            return true;
-        case colXRef:
-            SetXRef(std::move(value));
-            return true;
-        case colReportType:
-            SetReportType(std::move(value));
-            return true;
-        case colRequired:
-            SetRequired(std::move(value));
-            return true;
-        case colCategory:
-            SetCategory(std::move(value));
-            return true;
-        case colUnits:
-            SetUnits(std::move(value));
-            return true;
-        case colRules:
-            SetRules(std::move(value));
-            return true;
-        case colPopup:
-            SetPopup(std::move(value));
-            return true;
-        case colInputFile:
-            SetInputFile(std::move(value));
-            return true;
-        case colOutputFile:
-            SetOutputFile(std::move(value));
-            return true;
-        case colHelpFile:
-            SetHelpFile(std::move(value));
-            return true;
-        case colCalculation:
-            SetCalculation(std::move(value));
-            return true;
-        case colUCase:
-            SetUpperCase(std::move(value));
-            return true;
-        default:
-            return false;
+    if (IsVariableColumn(column)) {
+        StoreCellText(*this, PropertyOf(column), text, platform.locale);
     }
 }
 

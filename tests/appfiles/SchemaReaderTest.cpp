@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
 
 #include "fakes/Builders.h"
+#include "model/PropertyTable.h"
 
 namespace kd {
 namespace {
@@ -42,8 +45,10 @@ Text Dump(const cField& field, const Locale& locale) {
     for (int limit = 0; limit < LimitCount; ++limit) {
         all += "|" + field.LimitFlag(limit) + PlainText(field.Limit(limit));
     }
-    for (const int column : {18, 19, 20, 21, 22, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35}) {
-        all += "|" + field.ValueText(column, vmFile, locale);
+    for (std::int32_t column = cnType; column <= ColumnCount; ++column) {
+        if (column != cnLimitMethod && column != cnTargetMethod) {
+            all += "|" + field.ValueText(column, vmFile, locale);
+        }
     }
     return all + "|" + Digits(field.LimitMethod()) + "|" + Digits(field.TargetMethod());
 }
@@ -113,6 +118,14 @@ TEST(ReadSchemaTest, EachKeyGoesToItsProperty) {
         t.Read(Text("[FIELD]\r\n   ") + c.line + "\r\n");
         EXPECT_EQ(c.read(t.Field()), c.value) << c.line;
         EXPECT_EQ(c.read(t.Saved()), c.value) << c.line;
+    }
+    for (const Property& property : PropertyTable) {
+        const auto reads = [&property](const Case& c) {
+            return std::string_view(c.line).starts_with(Text(property.key) + " =");
+        };
+        EXPECT_TRUE(property.key.empty() || property.kind == vkLimit ||
+                    std::any_of(std::begin(cases), std::end(cases), reads))
+            << property.key << " is read nowhere";
     }
 }
 

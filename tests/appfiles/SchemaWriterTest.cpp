@@ -9,6 +9,7 @@
 #include "appfiles/SchemaReader.h"
 #include "fakes/Builders.h"
 #include "fakes/FailingFiles.h"
+#include "model/PropertyTable.h"
 
 namespace kd {
 namespace {
@@ -135,6 +136,7 @@ TEST(SaveSchemaTest, EachTypeWritesItsKeysInItsOrder) {
         {"", ""},
         {"X", ""},
     };
+    Text written = "  ";
     for (const Case& c : cases) {
         WriteDesk t;
         t.Add(aField().Type(c.type));
@@ -142,6 +144,10 @@ TEST(SaveSchemaTest, EachTypeWritesItsKeysInItsOrder) {
         WriteDesk view("/apps/plant.kdt", 1);
         view.Add(aField().Type(c.type));
         EXPECT_EQ(view.Keys(), "NAME RAWFIELD PIVOTFIELD STATISTIC XREF TYPE LENGTH " + c.keys) << c.type;
+        written += view.Keys();
+    }
+    for (const Property& property : PropertyTable) {
+        EXPECT_NE(written.find(" " + Text(property.key) + " "), Text::npos) << property.title;
     }
 }
 

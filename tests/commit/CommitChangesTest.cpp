@@ -7,6 +7,8 @@
 
 #include "commit/frmCommit.h"
 #include "fakes/Builders.h"
+#include "grid/RowFill.h"
+#include "model/Columns.h"
 
 namespace kd {
 namespace {
@@ -91,7 +93,7 @@ public:
 TEST(CommitChangesTest, ALimitOutOfOrderIsShownAndNoDialogComesUp) {
     CommitDesk t;
     t.EditRows({1});
-    t.Edit(2, 11, "21");
+    t.Edit(2, cnUCL, "21");
     t.desk.Grid.SetRedraw(false);
     RecordingScreen screen;
     t.desk.Grid.SetScreen(&screen);
@@ -196,7 +198,7 @@ TEST(CommitChangesTest, AFaultInAViewThatHasNoChangesStillBlocks) {
 TEST(CommitChangesTest, AHiddenRowWithAFaultBlocksAndTheGridIsAskedToShowIt) {
     CommitDesk t;
     t.EditRows({1});
-    t.Edit(2, 11, "21");
+    t.Edit(2, cnUCL, "21");
     t.desk.Grid.SetRowHidden(2, true);
     RecordingScreen screen;
     t.desk.Grid.SetScreen(&screen);

@@ -2,6 +2,7 @@
 
 #include "commit/CommitChanges.h"
 #include "fakes/Builders.h"
+#include "model/Columns.h"
 
 namespace kd {
 namespace {
@@ -25,24 +26,24 @@ TEST(ValidateLimitsTest, EachFixedLimitMustNotBeAboveTheOneBefore) {
         {"none fixed", aField(), 0},
         {"all in order", aField().Usl(70).Ucl(60).Uwl(50).Tgt(40).Lwl(30).Lcl(20).Lsl(10), 0},
         {"all equal, bounds too", aField().Max(5).Usl(5).Ucl(5).Uwl(5).Tgt(5).Lwl(5).Lcl(5).Lsl(5).Min(5), 0},
-        {"USL above the maximum", aField().Max(10).Usl(10.5), 10},
-        {"UCL above USL", aField().Usl(5).Ucl(6), 11},
-        {"UWL above UCL", aField().Ucl(5).Uwl(6), 12},
-        {"TGT above UWL", aField().Uwl(5).Tgt(6), 13},
-        {"LWL above TGT", aField().Tgt(5).Lwl(6), 14},
-        {"LCL above LWL", aField().Lwl(5).Lcl(6), 15},
-        {"LSL above LCL", aField().Lcl(5).Lsl(6), 16},
-        {"minimum above the last limit", aField().Lsl(5).Min(6), 17},
-        {"minimum above the maximum", aField().Max(5).Min(6), 17},
-        {"minimum above a limit further up", aField().Usl(5).Min(6), 17},
+        {"USL above the maximum", aField().Max(10).Usl(10.5), cnUSL},
+        {"UCL above USL", aField().Usl(5).Ucl(6), cnUCL},
+        {"UWL above UCL", aField().Ucl(5).Uwl(6), cnUWL},
+        {"TGT above UWL", aField().Uwl(5).Tgt(6), cnTGT},
+        {"LWL above TGT", aField().Tgt(5).Lwl(6), cnLWL},
+        {"LCL above LWL", aField().Lwl(5).Lcl(6), cnLCL},
+        {"LSL above LCL", aField().Lcl(5).Lsl(6), cnLSL},
+        {"minimum above the last limit", aField().Lsl(5).Min(6), cnMin},
+        {"minimum above the maximum", aField().Max(5).Min(6), cnMin},
+        {"minimum above a limit further up", aField().Usl(5).Min(6), cnMin},
         {"over limits that are not fixed",
-         aField().Usl(5).Key("UCL", "B").Key("UWL", "C").Key("TGT", "x").Lwl(6), 14},
+         aField().Usl(5).Key("UCL", "B").Key("UWL", "C").Key("TGT", "x").Lwl(6), cnLWL},
         {"a calculated limit takes no part", aField().Max(5).Key("USL", "C9"), 0},
-        {"the first of several", aField().Usl(5).Ucl(6).Uwl(7).Min(8), 11},
-        {"first fault above the maximum", aField().Max(1).Lsl(2), 16},
+        {"the first of several", aField().Usl(5).Ucl(6).Uwl(7).Min(8), cnUCL},
+        {"first fault above the maximum", aField().Max(1).Lsl(2), cnLSL},
         {"text variable", aField().Type("T").Usl(5).Ucl(6), 0},
         {"small letter is not numeric", aField().Type("n").Usl(5).Ucl(6), 0},
-        {"empty type counts as numeric", aField().Type("").Usl(5).Ucl(6), 11},
+        {"empty type counts as numeric", aField().Type("").Usl(5).Ucl(6), cnUCL},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(Fault(c.field), c.column) << c.label;
@@ -74,7 +75,7 @@ TEST(ValidateLimitsTest, TheVariableComesThroughTheRowsIntegerAndTheColumnThroug
     t.Load();
     t.desk.Grid.SetRowData(1, 2);
     t.desk.Grid.SetRowData(2, 1);
-    t.desk.Grid.SetColData(10, 34);
+    t.desk.Grid.SetColData(cnUCL - 1, cnCalculation);
     t.desk.Grid.SetColData(33, 11);
     EXPECT_EQ(ValidateLimits(t.desk), (GridCell{2, 33}));
 }

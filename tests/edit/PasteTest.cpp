@@ -151,7 +151,7 @@ TEST_F(PasteTest, BlockPastTheLastVisibleRowOrColumnIsRefused) {
     for (const auto& [label, text] : blocks) {
         SCOPED_TRACE(label);
         toolkit.ExpectBox("The clipboard's block does not fit from the current cell.", BoxIcon::Exclamation);
-        PasteAt(1, text == "x\t1\t2" ? cnCalculationColumn : cnUnits, text);
+        PasteAt(1, text == "x\t1\t2" ? cnCalculation : cnUnits, text);
     }
     ExpectUntouched({"a", "b", "c"}, cnUnits);
 }

@@ -147,7 +147,7 @@ TEST_F(RestoreTest, ColumnsOfLettersComeBackInUpperCase) {
         field.SetUpperCase("y");
     });
     desk.Grid.SetRowHidden(1, false);
-    for (const std::int32_t number : {18, 22, 26, 35}) {
+    for (const std::int32_t number : {cnType, cnReportType, cnRequired, cnUCase}) {
         const auto column = static_cast<ColumnNumber>(number);
         SetShown(column, true);
         Select(1, column, 1, column);

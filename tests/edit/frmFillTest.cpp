@@ -46,7 +46,7 @@ TEST_F(frmFillTest, LimitColumnOffersTheCalculationAndNamesTheLimit) {
         const ColumnNumber number = column.first;
         const char* const label = column.second;
         Select(1, number, 1, number);
-        Expect([limit = number - cnUSL, label = label](frmFill& form) {
+        Expect([limit = LimitOf(number), label = label](frmFill& form) {
             EXPECT_EQ(form.TargetLimit(), limit);
             EXPECT_EQ(form.lblLimit.Caption(), label);
             EXPECT_TRUE(form.optFillLimit.Enabled());

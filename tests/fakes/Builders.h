@@ -51,7 +51,7 @@ public:
         cFields list;
         const auto record = list.Add(1, {}, "T", 1, 0);
         for (const auto& [key, value] : m_keys) {
-            FindSchemaKey(key)(*record, value);
+            StoreFileText(*record, *FindSchemaKey(key), value);
         }
         return record;
     }

@@ -7,36 +7,10 @@
 #include "fakes/TestDesk.h"
 #include "grid/ColumnCatalogue.h"
 #include "grid/Desk.h"
+#include "grid/RowFill.h"
+#include "model/Columns.h"
 
 namespace kd {
-
-/// Column numbers that tests name; a column's screen position is one less.
-enum ColumnNumber : std::int32_t {
-    cnID = 1,
-    cnFilename = 3,
-    cnVarNo = 7,
-    cnVariableName = 8,
-    cnMax = 9,
-    cnUSL = 10,
-    cnUCL = 11,
-    cnUWL = 12,
-    cnTGT = 13,
-    cnLWL = 14,
-    cnLCL = 15,
-    cnLSL = 16,
-    cnMin = 17,
-    cnType = 18,
-    cnLength = 19,
-    cnXRef = 21,
-    cnReportType = 22,
-    cnTargetMethod = 24,
-    cnSample = 25,
-    cnCategory = 27,
-    cnUnits = 28,
-    cnRules = 29,
-    cnCalculationColumn = 34,
-    cnUCase = 35,
-};
 
 /// Counts what the grid tells its screen side.
 class CountingScreen : public GridScreen {
@@ -86,8 +60,8 @@ struct GridDesk : TestDesk {
     void AddLimits(ColumnNumber number, const std::vector<double>& values) {
         for (const double value : values) {
             AddRow([number, value](cField& field) {
-                field.SetLimitFlag(number - cnUSL, "F");
-                field.SetLimit(number - cnUSL, value);
+                field.SetLimitFlag(LimitOf(number), "F");
+                field.SetLimit(LimitOf(number), value);
             });
         }
     }

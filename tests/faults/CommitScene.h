@@ -15,6 +15,7 @@
 #include "grid/CellGate.h"
 #include "grid/ColumnCatalogue.h"
 #include "lifecycle/StartUp.h"
+#include "model/Columns.h"
 #include "model/Globals.h"
 #include "model/modKDLimitDesk.h"
 #include "suite/StandaloneSuite.h"
@@ -61,10 +62,10 @@ inline std::ostream& operator<<(std::ostream& out, const WillingToolkit::Box& bo
 /// service: the real commit, the real services of the suite, no screen.
 class CommitScene {
 public:
-    static constexpr std::int32_t Views = 4;       // the template's own, and three more
-    static constexpr std::int32_t PerView = 2;     // variables of each
-    static constexpr std::int32_t UslColumn = 10;  // the two columns that an edit touches
-    static constexpr std::int32_t UnitsColumn = 28;
+    static constexpr std::int32_t Views = 4;          // the template's own, and three more
+    static constexpr std::int32_t PerView = 2;        // variables of each
+    static constexpr std::int32_t UslColumn = cnUSL;  // the two columns that an edit touches
+    static constexpr std::int32_t UnitsColumn = cnUnits;
 
     CommitScene(Files& files, const Text& folder, const Text& extension = ".kdt", const Text& base = "plant")
         : path(folder + "/" + base + extension),

@@ -2,17 +2,21 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <utility>
 
 #include "fakes/Builders.h"
-#include "grid/ColumnCatalogue.h"
+#include "model/PropertyTable.h"
 
 namespace kd {
 namespace {
 
-constexpr std::int32_t ColUsl = 9;  // screen positions
-constexpr std::int32_t ColMax = 8;
-constexpr std::int32_t ColName = 7;
+constexpr std::int32_t ColUsl = cnUSL - 1;  // screen positions
+constexpr std::int32_t ColMax = cnMax - 1;
+constexpr std::int32_t ColName = cnVariableName - 1;
+constexpr std::int32_t ColUcl = cnUCL - 1;
+constexpr std::int32_t ColReportType = cnReportType - 1;
+constexpr std::int32_t ColSample = cnSample - 1;
 
 /// One numeric variable (8 wide, 2 decimals, USL 12.5) and one text variable.
 struct GateDesk : LoadedDesk {
@@ -35,140 +39,145 @@ struct Judged {
 
 TEST(CellGateTest, EachColumnTakesItsOwnTexts) {
     const Judged cases[] = {// VarNo and Length: at least 1
-                            {7, "1", true},
-                            {7, "0", false},
-                            {7, "", false},
-                            {7, " ", false},
-                            {7, "0.9", false},
-                            {7, "x", false},
-                            {19, "1", true},
-                            {19, "1,5", true},
-                            {19, "0", false},
-                            {19, "-1", false},
-                            {19, "", false},
+                            {cnVarNo, "1", true},
+                            {cnVarNo, "0", false},
+                            {cnVarNo, "", false},
+                            {cnVarNo, " ", false},
+                            {cnVarNo, "0.9", false},
+                            {cnVarNo, "x", false},
+                            {cnLength, "1", true},
+                            {cnLength, "1,5", true},
+                            {cnLength, "0", false},
+                            {cnLength, "-1", false},
+                            {cnLength, "", false},
                             // texts
-                            {8, "", true},
-                            {8, "anything <b>", true},
-                            {21, "", true},
-                            {27, "x", true},
-                            {28, "\xC2\xB5g", true},
-                            {30, "a|b", true},
-                            {31, "", true},
-                            {32, "c", true},
-                            {33, "h", true},
-                            {34, "{A}+1", true},
+                            {cnVariableName, "", true},
+                            {cnVariableName, "anything <b>", true},
+                            {cnXRef, "", true},
+                            {cnCategory, "x", true},
+                            {cnUnits, "\xC2\xB5g", true},
+                            {cnPopup, "a|b", true},
+                            {cnInputFile, "", true},
+                            {cnOutputFile, "c", true},
+                            {cnHelpFile, "h", true},
+                            {cnCalculation, "{A}+1", true},
                             // bounds
-                            {9, "", false},
-                            {9, "1", true},
-                            {9, "-1,5", true},
-                            {9, "C", false},
-                            {17, "", false},
-                            {17, "1E3", true},
-                            {17, " 2 ", true},
-                            {17, " ", false},
-                            {17, "1.000,5", false},
+                            {cnMax, "", false},
+                            {cnMax, "1", true},
+                            {cnMax, "-1,5", true},
+                            {cnMax, "C", false},
+                            {cnMin, "", false},
+                            {cnMin, "1E3", true},
+                            {cnMin, " 2 ", true},
+                            {cnMin, " ", false},
+                            {cnMin, "1.000,5", false},
                             // limits
-                            {10, "", false},
-                            {10, "C", true},
-                            {10, "c", true},
-                            {11, "b", true},
-                            {12, "B", true},
-                            {13, "1.5", true},
-                            {14, "1,5", true},
-                            {15, "1,234.5", false},
-                            {16, "F1", false},
-                            {12, "C", true},
-                            {13, "C", true},
-                            {13, "b", true},
-                            {14, "c", true},
-                            {14, "B", true},
-                            {15, "C", true},
-                            {15, "b", true},
-                            {16, "c", true},
-                            {16, "B", true},
-                            {16, "-1,5", true},
-                            {10, " B", false},
-                            {10, " ", false},
-                            {10, "1.2.3", false},
-                            {10, "1\t", false},
-                            {10, "1\n", false},
+                            {cnUSL, "", false},
+                            {cnUSL, "C", true},
+                            {cnUSL, "c", true},
+                            {cnUCL, "b", true},
+                            {cnUWL, "B", true},
+                            {cnTGT, "1.5", true},
+                            {cnLWL, "1,5", true},
+                            {cnLCL, "1,234.5", false},
+                            {cnLSL, "F1", false},
+                            {cnUWL, "C", true},
+                            {cnTGT, "C", true},
+                            {cnTGT, "b", true},
+                            {cnLWL, "c", true},
+                            {cnLWL, "B", true},
+                            {cnLCL, "C", true},
+                            {cnLCL, "b", true},
+                            {cnLSL, "c", true},
+                            {cnLSL, "B", true},
+                            {cnLSL, "-1,5", true},
+                            {cnUSL, " B", false},
+                            {cnUSL, " ", false},
+                            {cnUSL, "1.2.3", false},
+                            {cnUSL, "1\t", false},
+                            {cnUSL, "1\n", false},
                             // type
-                            {18, "N", true},
-                            {18, "NA", true},
-                            {18, "RCT", true},
-                            {18, "n", false},
-                            {18, "", false},
-                            {18, "X", false},
-                            {18, "TN", false},
+                            {cnType, "N", true},
+                            {cnType, "NA", true},
+                            {cnType, "RCT", true},
+                            {cnType, "n", false},
+                            {cnType, "", false},
+                            {cnType, "X", false},
+                            {cnType, "TN", false},
                             // at least 0
-                            {20, "0", true},
-                            {20, "-1", false},
-                            {20, "", false},
-                            {25, "0", true},
-                            {25, "5", true},
-                            {25, "-0.1", false},
+                            {cnDecimals, "0", true},
+                            {cnDecimals, "-1", false},
+                            {cnDecimals, "", false},
+                            {cnSample, "0", true},
+                            {cnSample, "5", true},
+                            {cnSample, "-0.1", false},
                             // words
-                            {22, "V", true},
-                            {22, "vt", true},
-                            {22, "A", true},
-                            {22, "a", true},
-                            {22, "A1", true},
-                            {22, "a3", true},
-                            {22, "A5", true},
-                            {22, "A20", true},
-                            {22, "a10", true},
-                            {22, "A30", true},
-                            {22, "a2", false},
-                            {22, "", false},
-                            {23, "Population", true},
-                            {23, "MRESTIMATE", true},
-                            {23, "lowvariation", true},
-                            {23, "HighVariation", true},
-                            {23, "LowAverage", true},
-                            {23, "HighAverage", true},
-                            {23, "0", false},
-                            {23, "", false},
-                            {24, "fixed", true},
-                            {24, "CALC", true},
-                            {24, "1", false},
-                            {24, "", false},
-                            {26, "y", true},
-                            {26, "N", true},
-                            {26, "p", true},
-                            {26, "x", false},
-                            {26, "", false},
-                            {29, "", true},
-                            {29, "A", true},
-                            {29, "ba", true},
-                            {29, "C", false},
-                            {29, "A B", false},
-                            {29, "\xC3\xA4", false},
-                            {35, "Y", true},
-                            {35, "n", true},
-                            {35, "P", false},
-                            {35, "", false},
+                            {cnReportType, "V", true},
+                            {cnReportType, "vt", true},
+                            {cnReportType, "A", true},
+                            {cnReportType, "a", true},
+                            {cnReportType, "A1", true},
+                            {cnReportType, "a3", true},
+                            {cnReportType, "A5", true},
+                            {cnReportType, "A20", true},
+                            {cnReportType, "a10", true},
+                            {cnReportType, "A30", true},
+                            {cnReportType, "a2", false},
+                            {cnReportType, "", false},
+                            {cnLimitMethod, "Population", true},
+                            {cnLimitMethod, "MRESTIMATE", true},
+                            {cnLimitMethod, "lowvariation", true},
+                            {cnLimitMethod, "HighVariation", true},
+                            {cnLimitMethod, "LowAverage", true},
+                            {cnLimitMethod, "HighAverage", true},
+                            {cnLimitMethod, "0", false},
+                            {cnLimitMethod, "", false},
+                            {cnTargetMethod, "fixed", true},
+                            {cnTargetMethod, "CALC", true},
+                            {cnTargetMethod, "1", false},
+                            {cnTargetMethod, "", false},
+                            {cnRequired, "y", true},
+                            {cnRequired, "N", true},
+                            {cnRequired, "p", true},
+                            {cnRequired, "x", false},
+                            {cnRequired, "", false},
+                            {cnRules, "", true},
+                            {cnRules, "A", true},
+                            {cnRules, "ba", true},
+                            {cnRules, "C", false},
+                            {cnRules, "A B", false},
+                            {cnRules, "\xC3\xA4", false},
+                            {cnUCase, "Y", true},
+                            {cnUCase, "n", true},
+                            {cnUCase, "P", false},
+                            {cnUCase, "", false},
                             // the view's own columns
-                            {1, "x", true},
-                            {6, "", true}};
+                            {cnID, "x", true},
+                            {cnViewNo, "", true}};
     GateDesk desk;
+    std::set<std::int32_t> judged;
     for (const Judged& each : cases) {
         EXPECT_EQ(desk.Valid(each.number, each.text), each.valid)
             << desk.g.gLabels->Ref(each.number).Name() << " '" << each.text << "'";
+        judged.insert(each.number);
+    }
+    for (std::int32_t number = FirstVariableColumn; number <= ColumnCount; ++number) {
+        EXPECT_EQ(judged.count(number), 1U) << "nothing is typed into " << PropertyOf(number).title;
     }
 }
 
 TEST(CellGateTest, ARunOfTypeLettersPasses) {
     GateDesk desk;
-    EXPECT_TRUE(desk.Valid(18, "NA"));
-    EXPECT_TRUE(desk.Valid(18, "RCT"));
-    EXPECT_FALSE(desk.Valid(18, "n"));
+    EXPECT_TRUE(desk.Valid(cnType, "NA"));
+    EXPECT_TRUE(desk.Valid(cnType, "RCT"));
+    EXPECT_FALSE(desk.Valid(cnType, "n"));
 }
 
 TEST(CellGateTest, TheColumnsNumberCountsNotItsPosition) {
     GateDesk desk;
-    desk.desk.Grid.SetColData(0, 35);
+    desk.desk.Grid.SetColData(0, cnUCase);
     EXPECT_FALSE(IsCellValueValid(desk.desk, 1, 0, "x"));
-    for (const std::int32_t unknown : {0, 36}) {
+    for (const std::int32_t unknown : {0, ColumnCount + 1}) {
         desk.desk.Grid.SetColData(ColUsl, unknown);
         EXPECT_TRUE(IsCellValueValid(desk.desk, 1, ColUsl, "x")) << unknown;
     }
@@ -177,24 +186,24 @@ TEST(CellGateTest, TheColumnsNumberCountsNotItsPosition) {
 TEST(CellGateTest, RuleLettersAreCharactersInTheCodePagesUpperCase) {
     GateDesk desk;
     desk.g.gRuleLetters = "AB\xC3\x84";
-    EXPECT_TRUE(desk.Valid(29, "b\xC3\xA4"));
-    EXPECT_FALSE(desk.Valid(29, "\xC3\x96")) << "shares a byte with a letter of the catalogue";
+    EXPECT_TRUE(desk.Valid(cnRules, "b\xC3\xA4"));
+    EXPECT_FALSE(desk.Valid(cnRules, "\xC3\x96")) << "shares a byte with a letter of the catalogue";
 }
 
 TEST(CellGateTest, TheOrderOfTheLimitsIsNotTestedAtTheCell) {
     GateDesk desk;
-    EXPECT_TRUE(desk.Valid(10, "5000")) << "above Max";
-    EXPECT_TRUE(desk.Valid(16, "5000")) << "LSL above USL";
+    EXPECT_TRUE(desk.Valid(cnUSL, "5000")) << "above Max";
+    EXPECT_TRUE(desk.Valid(cnLSL, "5000")) << "LSL above USL";
 }
 
 TEST(CellGateTest, RuleLettersGoByTheCatalogue) {
     GateDesk desk;
     desk.g.gRuleLetters = "ABC";
-    EXPECT_TRUE(desk.Valid(29, "cab"));
-    EXPECT_FALSE(desk.Valid(29, "d"));
+    EXPECT_TRUE(desk.Valid(cnRules, "cab"));
+    EXPECT_FALSE(desk.Valid(cnRules, "d"));
     desk.g.gRuleLetters = "";
-    EXPECT_FALSE(desk.Valid(29, "A"));
-    EXPECT_TRUE(desk.Valid(29, ""));
+    EXPECT_FALSE(desk.Valid(cnRules, "A"));
+    EXPECT_TRUE(desk.Valid(cnRules, ""));
 }
 
 TEST(CellGateTest, NumbersWithEitherSeparatorAreNumericAndMixedOnesAreNot) {
@@ -238,18 +247,18 @@ TEST(CellGateTest, TheMarkComparesTheTextAsGiven) {
     SetCellValue(desk.desk, 1, ColUsl, "12.5");
     EXPECT_EQ(desk.desk.Grid.TextMatrix(1, ColUsl), "12.500");
     EXPECT_EQ(desk.desk.Grid.BackColor(1, ColUsl), ChangedColour) << "12.5 over 12.500";
-    SetCellValue(desk.desk, 1, 10, "c");
-    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 10), "C");
-    EXPECT_EQ(desk.desk.Grid.BackColor(1, 10), ChangedColour) << "c over C";
+    SetCellValue(desk.desk, 1, ColUcl, "c");
+    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, ColUcl), "C");
+    EXPECT_EQ(desk.desk.Grid.BackColor(1, ColUcl), ChangedColour) << "c over C";
 }
 
 TEST(CellGateTest, AnUntouchedEditWritesTheShownTextBackAndPutsReportTypeIntoUpperCase) {
     GateDesk desk;
-    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 21), "a10");
-    SetCellValue(desk.desk, 1, 21, "a10");
+    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, ColReportType), "a10");
+    SetCellValue(desk.desk, 1, ColReportType, "a10");
     EXPECT_EQ(desk.g.gFields->Ref(1).ReportType(), "A10");
-    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 21), "A10");
-    EXPECT_EQ(desk.desk.Grid.BackColor(1, 21), 0U) << "the given text equals the saved one";
+    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, ColReportType), "A10");
+    EXPECT_EQ(desk.desk.Grid.BackColor(1, ColReportType), 0U) << "the given text equals the saved one";
 
     desk.g.gFields->Ref(1).SetUSL(12.50049);
     SetCellValue(desk.desk, 1, ColUsl, "12.500");
@@ -259,7 +268,7 @@ TEST(CellGateTest, AnUntouchedEditWritesTheShownTextBackAndPutsReportTypeIntoUpp
 
 TEST(CellGateTest, FourColumnsAreStoredInUpperCaseAndMarkedByTheGivenCase) {
     const std::pair<std::int32_t, std::pair<const char*, const char*>> cases[] = {
-        {18, {"r", "R"}}, {22, {"vt", "VT"}}, {26, {"p", "P"}}, {35, {"y", "Y"}}};
+        {cnType, {"r", "R"}}, {cnReportType, {"vt", "VT"}}, {cnRequired, {"p", "P"}}, {cnUCase, {"y", "Y"}}};
     GateDesk desk;
     for (const auto& [number, texts] : cases) {
         SetCellValue(desk.desk, 1, number - 1, texts.first);
@@ -275,8 +284,8 @@ TEST(CellGateTest, WholeNumbersTakeEitherSeparatorAndRoundATieToTheEvenOne) {
         GateDesk desk;
         desk.locale.separator = separator;
         for (const auto& [text, shown] : cases) {
-            SetCellValue(desk.desk, 1, 24, text);
-            EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 24), shown) << separator << " '" << text << "'";
+            SetCellValue(desk.desk, 1, ColSample, text);
+            EXPECT_EQ(desk.desk.Grid.TextMatrix(1, ColSample), shown) << separator << " '" << text << "'";
         }
     }
 }
@@ -342,12 +351,12 @@ TEST(CellGateTest, ATextThatIsAViewOfTheVeryCellIsTakenWhole) {
 TEST(CellGateTest, AWholeNumberBeyondSixteenBitsIsRaisedAndMarksNothing) {
     GateDesk desk;
     try {
-        SetCellValue(desk.desk, 1, 24, "40000");
+        SetCellValue(desk.desk, 1, ColSample, "40000");
         FAIL() << "stored";
     } catch (const cError& error) {
         EXPECT_EQ(error.Number(), errOverflow);
     }
-    EXPECT_EQ(desk.desk.Grid.BackColor(1, 24), 0U);
+    EXPECT_EQ(desk.desk.Grid.BackColor(1, ColSample), 0U);
     EXPECT_FALSE(desk.g.gFiles->Ref(1).ChangesMade());
 }
 

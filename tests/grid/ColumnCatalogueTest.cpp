@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+
 #include "fakes/Builders.h"
+#include "grid/RowFill.h"
+#include "model/Columns.h"
 
 namespace kd {
 namespace {
@@ -16,7 +20,7 @@ struct Expected {
     bool visible;
 };
 
-TEST(ColumnCatalogueTest, HoldsTheThirtyFiveColumnsInOrder) {
+TEST(ColumnCatalogueTest, HoldsAllColumnsInOrder) {
     const Expected expected[] = {{"ID", "R", false, false},         {"Folder", "L", false, false},
                                  {"Filename", "L", false, true},    {"Title", "L", false, true},
                                  {"View Name", "L", false, true},   {"ViewNo", "R", false, false},
@@ -37,7 +41,8 @@ TEST(ColumnCatalogueTest, HoldsTheThirtyFiveColumnsInOrder) {
                                  {"UCase", "L", true, false}};
     TestDesk desk;
     BuildColumnCatalogue(desk.g);
-    ASSERT_EQ(desk.g.gLabels->Count(), 35);
+    ASSERT_EQ(desk.g.gLabels->Count(), ColumnCount);
+    ASSERT_EQ(std::ssize(expected), ColumnCount) << "a column that nobody looks at";
     std::int32_t number = 0;
     for (const Expected& column : expected) {
         const cLabel& label = desk.g.gLabels->Ref(++number);
@@ -67,10 +72,10 @@ TEST(ColumnCatalogueTest, LayingOutLeavesTheHeaderRowAlone) {
     SetupGridColumns(desk.desk);
     const VSFlexGrid& grid = desk.desk.Grid;
     EXPECT_EQ(grid.Rows(), 1);
-    EXPECT_EQ(grid.Cols(), 35);
+    EXPECT_EQ(grid.Cols(), ColumnCount);
     EXPECT_EQ(grid.FixedRows(), 1);
     EXPECT_EQ(grid.FixedCols(), 0);
-    for (std::int32_t col = 0; col < 35; ++col) {
+    for (std::int32_t col = 0; col < ColumnCount; ++col) {
         EXPECT_EQ(grid.ColData(col), col + 1);
         EXPECT_EQ(grid.TextMatrix(0, col), desk.g.gLabels->Ref(col + 1).Name());
         EXPECT_EQ(grid.CellPicture(col), HeaderPicture::FilterOff) << col;
@@ -109,12 +114,12 @@ TEST(ColumnCatalogueTest, ARebuildHidesThePropertyColumnsThoughShowAllProperties
     desk.desk.mnuShowAll.SetChecked(true);
     BuildColumnCatalogue(desk.g);
     // A property column that is visible by itself tells the two rules apart: position 20 goes by its flag.
-    desk.g.gLabels->Ref(21).SetVisible(true);
-    desk.g.gLabels->Ref(22).SetVisible(true);
+    desk.g.gLabels->Ref(cnXRef).SetVisible(true);
+    desk.g.gLabels->Ref(cnReportType).SetVisible(true);
     SetupGridColumns(desk.desk);
-    EXPECT_FALSE(desk.desk.Grid.ColHidden(20));
-    EXPECT_TRUE(desk.desk.Grid.ColHidden(21));
-    EXPECT_TRUE(desk.desk.Grid.ColHidden(34));
+    EXPECT_FALSE(desk.desk.Grid.ColHidden(cnXRef - 1));
+    EXPECT_TRUE(desk.desk.Grid.ColHidden(cnReportType - 1));
+    EXPECT_TRUE(desk.desk.Grid.ColHidden(ColumnCount - 1));
     EXPECT_TRUE(desk.desk.mnuShowAll.Checked());
 }
 
@@ -130,7 +135,7 @@ TEST(ColumnCatalogueTest, LayingOutSizesAllColumns) {
     AutoSizeCalls screen;
     desk.desk.Grid.SetScreen(&screen);
     SetupGridColumns(desk.desk);
-    EXPECT_EQ(screen.calls, (std::vector<std::pair<std::int32_t, std::int32_t>>{{0, 34}}));
+    EXPECT_EQ(screen.calls, (std::vector<std::pair<std::int32_t, std::int32_t>>{{0, ColumnCount - 1}}));
     desk.desk.Grid.SetScreen(nullptr);
 }
 
@@ -147,8 +152,8 @@ TEST(ColumnCatalogueTest, AlignmentGoesByTheLetterAndThenAllColumnsAreSized) {
     EXPECT_EQ(desk.desk.Grid.ColAlignment(0), caCenterCenter);
     EXPECT_EQ(desk.desk.Grid.ColAlignment(1), caCenterCenter) << "another letter leaves the column as it is";
     EXPECT_EQ(desk.desk.Grid.ColAlignment(2), caLeftCenter);
-    EXPECT_EQ(desk.desk.Grid.ColAlignment(8), caRightCenter);
-    EXPECT_EQ(screen.calls, (std::vector<std::pair<std::int32_t, std::int32_t>>{{0, 34}}));
+    EXPECT_EQ(desk.desk.Grid.ColAlignment(cnMax - 1), caRightCenter);
+    EXPECT_EQ(screen.calls, (std::vector<std::pair<std::int32_t, std::int32_t>>{{0, ColumnCount - 1}}));
     desk.desk.Grid.SetScreen(nullptr);
 }
 
@@ -156,9 +161,9 @@ TEST(ColumnCatalogueTest, AColumnIsFoundByItsNumberWhereverItStands) {
     LoadedDesk desk;
     BuildColumnCatalogue(desk.g);
     SetupGridColumns(desk.desk);
-    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, 10), 9);
-    desk.desk.Grid.SetColData(3, 10);
-    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, 10), 3) << "the first position wins";
+    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, cnUSL), cnUSL - 1);
+    desk.desk.Grid.SetColData(3, cnUSL);
+    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, cnUSL), 3) << "the first position wins";
     EXPECT_EQ(LabelOf(desk.desk, 3).Name(), "USL");
 }
 
@@ -167,16 +172,16 @@ TEST(ColumnCatalogueTest, AnUnknownColumnNumberIsToldOnceACallAndGivesPositionNo
     BuildColumnCatalogue(desk.g);
     SetupGridColumns(desk.desk);
     desk.toolkit.ExpectBox("Invalid Label conversion!", BoxIcon::Critical);
-    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, 36), 0);
+    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, ColumnCount + 1), 0);
 }
 
 TEST(ColumnCatalogueTest, HidingAColumnLeavesItsNumberAndPlace) {
     LoadedDesk desk;
     BuildColumnCatalogue(desk.g);
     SetupGridColumns(desk.desk);
-    desk.desk.Grid.SetColHidden(9, true);
-    EXPECT_EQ(desk.desk.Grid.ColData(9), 10);
-    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, 10), 9);
+    desk.desk.Grid.SetColHidden(cnUSL - 1, true);
+    EXPECT_EQ(desk.desk.Grid.ColData(cnUSL - 1), cnUSL);
+    EXPECT_EQ(LabelIndexToGridColumn(desk.desk, cnUSL), cnUSL - 1);
 }
 
 TEST(RowFillTest, ARowShowsItsViewAndItsVariable) {
@@ -189,28 +194,28 @@ TEST(RowFillTest, ARowShowsItsViewAndItsVariable) {
     const VSFlexGrid& grid = desk.desk.Grid;
     ASSERT_EQ(grid.Rows(), 2);
     EXPECT_EQ(grid.RowData(1), 1);
-    EXPECT_EQ(grid.TextMatrix(1, 0), "1");
-    EXPECT_EQ(grid.TextMatrix(1, 1), "/apps");
-    EXPECT_EQ(grid.TextMatrix(1, 2), "plant.kdt");
-    EXPECT_EQ(grid.TextMatrix(1, 3), "Big plant");
-    EXPECT_EQ(grid.TextMatrix(1, 4), "Line 3");
-    EXPECT_EQ(grid.TextMatrix(1, 5), "3");
-    for (std::int32_t number = 7; number <= 35; ++number) {
+    EXPECT_EQ(grid.TextMatrix(1, cnID - 1), "1");
+    EXPECT_EQ(grid.TextMatrix(1, cnFolder - 1), "/apps");
+    EXPECT_EQ(grid.TextMatrix(1, cnFilename - 1), "plant.kdt");
+    EXPECT_EQ(grid.TextMatrix(1, cnTitle - 1), "Big plant");
+    EXPECT_EQ(grid.TextMatrix(1, cnViewName - 1), "Line 3");
+    EXPECT_EQ(grid.TextMatrix(1, cnViewNo - 1), "3");
+    for (std::int32_t number = FirstVariableColumn; number <= ColumnCount; ++number) {
         EXPECT_EQ(grid.TextMatrix(1, number - 1),
                   desk.g.gFields->Ref(1).ValueText(number, vmGrid, desk.locale));
         EXPECT_EQ(grid.BackColor(1, number - 1), 0U);
     }
-    EXPECT_EQ(grid.TextMatrix(1, 9), "12.500");
-    EXPECT_EQ(grid.TextMatrix(1, 10), "B");
-    EXPECT_EQ(grid.TextMatrix(1, 11), "C");
+    EXPECT_EQ(grid.TextMatrix(1, cnUSL - 1), "12.500");
+    EXPECT_EQ(grid.TextMatrix(1, cnUCL - 1), "B");
+    EXPECT_EQ(grid.TextMatrix(1, cnUWL - 1), "C");
 }
 
 TEST(RowFillTest, AViewWithoutANameShowsAnEmptyCell) {
     LoadedDesk desk;
     desk.Put(anApplication().Field(aField()));
     desk.Load();
-    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 4), "");
-    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 5), "0");
+    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, cnViewName - 1), "");
+    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, cnViewNo - 1), "0");
 }
 
 TEST(RowFillTest, NonNumericRowsAreHiddenOnlyWhileTheOptionIsTickedAndCountAllTheSame) {
@@ -231,7 +236,7 @@ TEST(RowFillTest, NonNumericRowsAreHiddenOnlyWhileTheOptionIsTickedAndCountAllTh
         EXPECT_FALSE(grid.RowHidden(3)) << "a run of the letters counts as numeric";
         EXPECT_EQ(grid.RowHidden(4), ticked) << "a small n does not";
         EXPECT_EQ(grid.RowHidden(5), ticked) << "pop-up";
-        EXPECT_EQ(grid.TextMatrix(5, 0), "5");
+        EXPECT_EQ(grid.TextMatrix(5, cnID - 1), "5");
         EXPECT_EQ(desk.desk.Panel2.Caption(), "Done ... , Applications: 1, Views: 0, Variables: 5");
     }
 }
@@ -240,7 +245,7 @@ TEST(RowFillTest, WithoutApplicationsTheHeaderRowIsAlignedAlone) {
     LoadedDesk desk;
     desk.Load();
     EXPECT_EQ(desk.desk.Grid.Rows(), 1);
-    EXPECT_EQ(desk.desk.Grid.ColAlignment(8), caRightCenter);
+    EXPECT_EQ(desk.desk.Grid.ColAlignment(cnMax - 1), caRightCenter);
     EXPECT_TRUE(desk.desk.Grid.Redraw());
 }
 
@@ -265,8 +270,8 @@ TEST(RowFillTest, TheLocalesSeparatorIsShown) {
     desk.locale.separator = ',';
     desk.Put(anApplication().Field(aField().Usl(12.5)));
     desk.Load();
-    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 9), "12,500");
-    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, 8), "1000,00");
+    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, cnUSL - 1), "12,500");
+    EXPECT_EQ(desk.desk.Grid.TextMatrix(1, cnMax - 1), "1000,00");
 }
 
 TEST(RowFillTest, AFreshRowIsNotMarkedEvenWhereTheBaselineDiffers) {
@@ -275,8 +280,8 @@ TEST(RowFillTest, AFreshRowIsNotMarkedEvenWhereTheBaselineDiffers) {
     desk.Put(anApplication().Field(aField().Rules("A")));
     desk.Load();
     ASSERT_EQ(desk.g.gSavedFields->Ref(1).Rules(), "A");
-    ASSERT_EQ(desk.desk.Grid.TextMatrix(1, 28), "B");
-    EXPECT_EQ(desk.desk.Grid.BackColor(1, 28), 0U);
+    ASSERT_EQ(desk.desk.Grid.TextMatrix(1, cnRules - 1), "B");
+    EXPECT_EQ(desk.desk.Grid.BackColor(1, cnRules - 1), 0U);
     EXPECT_FALSE(desk.g.gFiles->Ref(1).ChangesMade());
 }
 
@@ -287,9 +292,9 @@ TEST(RowFillTest, ARowThatCannotBeShownIsLinkedToItsVariableAllTheSame) {
     const VSFlexGrid& grid = desk.desk.Grid;
     ASSERT_EQ(grid.Rows(), 3);
     EXPECT_EQ(grid.RowData(2), 2);
-    EXPECT_EQ(grid.TextMatrix(2, 0), "2");
-    EXPECT_EQ(grid.TextMatrix(2, 7), desk.g.gFields->Ref(2).Name());
-    EXPECT_FALSE(grid.TextMatrix(2, 7).empty());
+    EXPECT_EQ(grid.TextMatrix(2, cnID - 1), "2");
+    EXPECT_EQ(grid.TextMatrix(2, cnVariableName - 1), desk.g.gFields->Ref(2).Name());
+    EXPECT_FALSE(grid.TextMatrix(2, cnVariableName - 1).empty());
     EXPECT_EQ(grid.TextMatrix(2, ColumnCount - 1), "");
 }
 

@@ -4,6 +4,7 @@
 
 #include "fakes/Builders.h"
 #include "grid/ColumnCatalogue.h"
+#include "model/Columns.h"
 
 namespace kd {
 namespace {
@@ -179,7 +180,7 @@ TEST(GridEventsTest, NoMenuOverAReadOnlyColumnTheHeaderOutsideOrWithAnotherButto
 
 TEST(GridEventsTest, OnlyCellsOfEditableColumnsOpenForEditing) {
     EventsDesk desk;
-    for (std::int32_t col = 0; col < 35; ++col) {
+    for (std::int32_t col = 0; col < ColumnCount; ++col) {
         desk.grid.Select(1, col);
         EXPECT_EQ(desk.grid.StartEdit(), desk.g.gLabels->Ref(col + 1).Editable()) << col;
         desk.grid.CancelEdit();

@@ -24,8 +24,8 @@ std::vector<std::int32_t> From(std::int32_t first, std::int32_t last, std::vecto
 
 const std::vector<std::int32_t> PathsAndLimits = From(7, 20, {3, 4, 5});
 const std::vector<std::int32_t> LimitsAlone = From(7, 20);
-const std::vector<std::int32_t> PathsAndAll = From(7, 35, {3, 4, 5});
-const std::vector<std::int32_t> AllButPaths = From(7, 35);
+const std::vector<std::int32_t> PathsAndAll = From(FirstVariableColumn, ColumnCount, {3, 4, 5});
+const std::vector<std::int32_t> AllButPaths = From(FirstVariableColumn, ColumnCount);
 
 struct ViewModesTest : testing::Test, GridDesk {
     void AddTypes(const std::vector<Text>& types) {

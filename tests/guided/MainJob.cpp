@@ -10,12 +10,13 @@
 #include "base/CodePage.h"
 #include "base/Paths.h"
 #include "guided/Snapshot.h"
+#include "model/Columns.h"
 
 namespace kd {
 
 namespace {
 
-constexpr std::int32_t UslColumn = 10;
+constexpr std::int32_t UslColumn = cnUSL;
 
 bool EndsWith(const std::string& text, const std::string& ending) {
     return text.size() >= ending.size() &&

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "lifecycle/MainFormDesk.h"
+#include "model/Columns.h"
 #include "platform/EventBoundary.h"
 
 namespace kd {
@@ -28,7 +29,7 @@ TEST_F(frmKDLimitDeskLoad, WindowIsPaintedWithTheGridLaidOutAndEmpty) {
         EXPECT_TRUE(desk.mnuShowPaths.Checked());
         EXPECT_TRUE(desk.mnuShowOnlyNumericVariables.Checked());
         EXPECT_EQ(desk.Grid.Rows(), 1);
-        EXPECT_EQ(desk.Grid.Cols(), 35);
+        EXPECT_EQ(desk.Grid.Cols(), ColumnCount);
         EXPECT_EQ(toolkit.MousePointer(), Pointer::Default);
     };
     form.LoadAndShowApplications();

@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
 #include <map>
 #include <set>
 
 #include "fakes/TestDesk.h"
 #include "model/FieldProperties.h"
+#include "model/PropertyTable.h"
 #include "model/modKDLimitDesk.h"
 
 namespace kd {
@@ -141,14 +144,14 @@ TEST_F(cFieldTest, ChangingTheSourceNeverChangesACopy) {
 }
 
 TEST_F(cFieldTest, EveryWriteToACellLeavesTheTwinAlone) {
-    for (std::int32_t column = 7; column <= 35; ++column) {
+    for (std::int32_t column = FirstVariableColumn; column <= ColumnCount; ++column) {
         cField source;
         source.SetFieldType("N");
         source.SetLength(8);
         cField copy;
         copy.CopyFrom(source);
         const auto before = AllOf(source);
-        const Text text = column == 23 ? "HighAverage" : column == 24 ? "Calc" : "3";
+        const Text text = column == cnLimitMethod ? "HighAverage" : column == cnTargetMethod ? "Calc" : "3";
         copy.SetValue(column, vmGrid, text, desk.platform);
         EXPECT_EQ(AllOf(source), before) << column;
         EXPECT_NE(AllOf(copy), before) << column;
@@ -194,7 +197,8 @@ TEST_F(cFieldTest, FieldWithoutTypeCountsAsNumeric) {
         field.SetUSLflag("F");
         field.SetUSL(12.5);
         for (const std::int32_t mode : Modes) {
-            for (const std::int32_t column : {9, 10, 11, 12, 13, 14, 15, 16, 17, 23, 24}) {
+            for (const std::int32_t column : {cnMax, cnUSL, cnUCL, cnUWL, cnTGT, cnLWL, cnLCL, cnLSL, cnMin,
+                                              cnLimitMethod, cnTargetMethod}) {
                 EXPECT_EQ(!Read(column, mode).empty(), c.numeric) << "'" << c.type << "' " << column;
             }
         }
@@ -213,28 +217,29 @@ TEST_F(cFieldTest, TextVariableReadsEmptyWhateverItsLimitsHold) {
     field.SetName("width");
     field.SetXRef("x1");
     for (const std::int32_t mode : Modes) {
-        for (const std::int32_t column : {9, 10, 11, 12, 13, 14, 15, 16, 17, 23, 24}) {
+        for (const std::int32_t column :
+             {cnMax, cnUSL, cnUCL, cnUWL, cnTGT, cnLWL, cnLCL, cnLSL, cnMin, cnLimitMethod, cnTargetMethod}) {
             EXPECT_EQ(Read(column, mode), "") << column;
         }
-        EXPECT_EQ(Read(7, mode), "4");
-        EXPECT_EQ(Read(8, mode), "width");
-        EXPECT_EQ(Read(18, mode), "T");
-        EXPECT_EQ(Read(19, mode), "6");
-        EXPECT_EQ(Read(20, mode), "9");
-        EXPECT_EQ(Read(21, mode), "x1");
-        EXPECT_EQ(Read(22, mode), "V");
+        EXPECT_EQ(Read(cnVarNo, mode), "4");
+        EXPECT_EQ(Read(cnVariableName, mode), "width");
+        EXPECT_EQ(Read(cnType, mode), "T");
+        EXPECT_EQ(Read(cnLength, mode), "6");
+        EXPECT_EQ(Read(cnDecimals, mode), "9");
+        EXPECT_EQ(Read(cnXRef, mode), "x1");
+        EXPECT_EQ(Read(cnReportType, mode), "V");
     }
 }
 
 TEST_F(cFieldTest, LimitTypedForATextVariableIsStoredAndShowsNothing) {
     field.SetFieldType("T");
-    Write(10, "3.5");
-    Write(9, "7");
+    Write(cnUSL, "3.5");
+    Write(cnMax, "7");
     EXPECT_EQ(field.USLflag(), "F");
     EXPECT_EQ(field.USL(), 3.5);
     EXPECT_EQ(field.Maximum(), 7);
-    EXPECT_EQ(Read(10), "");
-    EXPECT_EQ(Read(9), "");
+    EXPECT_EQ(Read(cnUSL), "");
+    EXPECT_EQ(Read(cnMax), "");
 }
 
 // --- reading
@@ -249,36 +254,44 @@ struct Column {
     bool numericOnly;
 };
 constexpr Column Columns[] = {
-    {7, "71", "71", "71", false},
-    {8, "a name", "a name", "a name", false},
-    {9, "99.50", "99.50", "99,50", true},
-    {10, "F12.500", "12.500", "12,500", true},
-    {11, "C", "C", "C", true},
-    {12, "B", "B", "B", true},
-    {13, "F.500", ".500", ",500", true},
-    {14, "F-.250", "-.250", "-,250", true},
-    {15, "", "", "", true},
-    {16, "F0.000", "0.000", "0,000", true},
-    {17, "-1.25", "-1.25", "-1,25", true},
-    {18, "N", "N", "N", false},
-    {19, "6", "6", "6", false},
-    {20, "2", "2", "2", false},
-    {21, "x.1", "x.1", "x.1", false},
-    {22, "A10", "A10", "A10", false},
-    {23, "4", "LowAverage", "LowAverage", true},
-    {24, "1", "Calc", "Calc", true},
-    {25, "-5", "-5", "-5", false},
-    {26, "P", "P", "P", false},
-    {27, "c.1", "c.1", "c.1", false},
-    {28, "mm", "mm", "mm", false},
-    {29, "AC", "AC", "AC", false},
-    {30, "p.1", "p.1", "p.1", false},
-    {31, "in.txt", "in.txt", "in.txt", false},
-    {32, "out.txt", "out.txt", "out.txt", false},
-    {33, "help.htm", "help.htm", "help.htm", false},
-    {34, "V1*1.5", "V1*1.5", "V1*1.5", false},
-    {35, "Y", "Y", "Y", false},
+    {cnVarNo, "71", "71", "71", false},
+    {cnVariableName, "a name", "a name", "a name", false},
+    {cnMax, "99.50", "99.50", "99,50", true},
+    {cnUSL, "F12.500", "12.500", "12,500", true},
+    {cnUCL, "C", "C", "C", true},
+    {cnUWL, "B", "B", "B", true},
+    {cnTGT, "F.500", ".500", ",500", true},
+    {cnLWL, "F-.250", "-.250", "-,250", true},
+    {cnLCL, "", "", "", true},
+    {cnLSL, "F0.000", "0.000", "0,000", true},
+    {cnMin, "-1.25", "-1.25", "-1,25", true},
+    {cnType, "N", "N", "N", false},
+    {cnLength, "6", "6", "6", false},
+    {cnDecimals, "2", "2", "2", false},
+    {cnXRef, "x.1", "x.1", "x.1", false},
+    {cnReportType, "A10", "A10", "A10", false},
+    {cnLimitMethod, "4", "LowAverage", "LowAverage", true},
+    {cnTargetMethod, "1", "Calc", "Calc", true},
+    {cnSample, "-5", "-5", "-5", false},
+    {cnRequired, "P", "P", "P", false},
+    {cnCategory, "c.1", "c.1", "c.1", false},
+    {cnUnits, "mm", "mm", "mm", false},
+    {cnRules, "AC", "AC", "AC", false},
+    {cnPopup, "p.1", "p.1", "p.1", false},
+    {cnInputFile, "in.txt", "in.txt", "in.txt", false},
+    {cnOutputFile, "out.txt", "out.txt", "out.txt", false},
+    {cnHelpFile, "help.htm", "help.htm", "help.htm", false},
+    {cnCalculation, "V1*1.5", "V1*1.5", "V1*1.5", false},
+    {cnUCase, "Y", "Y", "Y", false},
 };
+
+TEST(ColumnsTest, EveryColumnOfTheVariableIsReadHere) {
+    for (std::int32_t column = FirstVariableColumn; column <= ColumnCount; ++column) {
+        const auto isRead = [column](const Column& c) { return c.number == column; };
+        EXPECT_EQ(std::count_if(std::begin(Columns), std::end(Columns), isRead), 1)
+            << PropertyOf(column).title;
+    }
+}
 
 void FillColumns(cField& field) {
     field.SetVariableNo(71);
@@ -323,7 +336,7 @@ TEST_F(cFieldTest, EveryColumnInEveryModeForEveryType) {
         for (const Column& c : Columns) {
             const bool empty = c.numericOnly && !IsNumericType(type);
             const auto expected = [&](const char* text) {
-                return c.number == 18 ? Text(type) : empty ? Text() : Text(text);
+                return c.number == cnType ? Text(type) : empty ? Text() : Text(text);
             };
             EXPECT_EQ(Read(c.number, vmFile), expected(c.file))
                 << "type '" << type << "' column " << c.number;
@@ -336,8 +349,9 @@ TEST_F(cFieldTest, EveryColumnInEveryModeForEveryType) {
 
 TEST_F(cFieldTest, NumbersStayNumbersInTheRawModeAlone) {
     FillColumns(field);
-    const std::map<std::int32_t, std::int16_t> numbers{{7, 71}, {19, 6}, {20, 2}, {25, -5}};
-    for (std::int32_t column = 1; column <= 40; ++column) {
+    const std::map<std::int32_t, std::int16_t> numbers{
+        {cnVarNo, 71}, {cnLength, 6}, {cnDecimals, 2}, {cnSample, -5}};
+    for (std::int32_t column = 1; column <= ColumnCount + 5; ++column) {
         for (const std::int32_t mode : Modes) {
             const FieldValue value = field.Value(column, mode, desk.locale);
             if (mode == vmRaw && numbers.count(column) != 0) {
@@ -353,13 +367,13 @@ TEST_F(cFieldTest, NumbersStayNumbersInTheRawModeAlone) {
 
 TEST_F(cFieldTest, OtherColumnsAndModesReadEmpty) {
     FillColumns(field);
-    for (const std::int32_t column : {-1, 0, 1, 2, 3, 4, 5, 6, 36, 100, 2147483647}) {
+    for (const std::int32_t column : {-1, 0, 1, 2, 3, 4, 5, 6, ColumnCount + 1, 100, 2147483647}) {
         for (const std::int32_t mode : Modes) {
             EXPECT_EQ(Read(column, mode), "") << column;
         }
     }
     for (const std::int32_t mode : {-2, 2, 17}) {
-        for (std::int32_t column = 1; column <= 36; ++column) {
+        for (std::int32_t column = 1; column <= ColumnCount + 1; ++column) {
             EXPECT_EQ(Read(column, mode), "") << column << " mode " << mode;
             EXPECT_EQ(std::get<Text>(field.Value(column, mode, desk.locale)), "") << column;
         }
@@ -370,7 +384,7 @@ TEST_F(cFieldTest, AppendValueAppendsAndLocalisesItsOwnTextAlone) {
     desk.locale.separator = ',';
     field.SetMaximum(1.5);
     Text text = "1.0\t";
-    field.AppendValue(9, vmGrid, desk.locale, text);
+    field.AppendValue(cnMax, vmGrid, desk.locale, text);
     EXPECT_EQ(text, "1.0\t1,50");
 }
 
@@ -392,12 +406,12 @@ TEST_F(cFieldTest, MethodsReadAsWordsOrDigits) {
     for (const Case& c : cases) {
         field.SetLimitMethod(c.number);
         field.SetTargetMethod(c.number);
-        EXPECT_EQ(Read(23, vmGrid), c.limit) << c.number;
-        EXPECT_EQ(Read(23, vmRaw), c.limit) << c.number;
-        EXPECT_EQ(Read(23, vmFile), Digits(c.number));
-        EXPECT_EQ(Read(24, vmGrid), c.target) << c.number;
-        EXPECT_EQ(Read(24, vmRaw), c.target) << c.number;
-        EXPECT_EQ(Read(24, vmFile), Digits(c.number));
+        EXPECT_EQ(Read(cnLimitMethod, vmGrid), c.limit) << c.number;
+        EXPECT_EQ(Read(cnLimitMethod, vmRaw), c.limit) << c.number;
+        EXPECT_EQ(Read(cnLimitMethod, vmFile), Digits(c.number));
+        EXPECT_EQ(Read(cnTargetMethod, vmGrid), c.target) << c.number;
+        EXPECT_EQ(Read(cnTargetMethod, vmRaw), c.target) << c.number;
+        EXPECT_EQ(Read(cnTargetMethod, vmFile), Digits(c.number));
     }
 }
 
@@ -446,21 +460,21 @@ TEST_F(cFieldTest, FixedLimitShowsOneDecimalMoreThanItsVariable) {
         field.SetMaximum(c.value);
         field.SetMinimum(c.value);
         if (c.limit == nullptr) {
-            EXPECT_EQ(Read(13).size(), 32768U) << c.label;
+            EXPECT_EQ(Read(cnTGT).size(), 32768U) << c.label;
             continue;
         }
         if (Text(c.limit) == "!") {
             for (const std::int32_t mode : Modes) {
-                for (const std::int32_t column : {9, 13, 17}) {
+                for (const std::int32_t column : {cnMax, cnTGT, cnMin}) {
                     EXPECT_EQ(ErrorOfRead(column, mode), errInvalidArgument) << c.label << " " << column;
                 }
             }
             continue;
         }
-        EXPECT_EQ(Read(13), c.limit) << c.label;
-        EXPECT_EQ(Read(13, vmRaw), c.limit) << c.label;
-        EXPECT_EQ(Read(13, vmFile), Text("F") + c.limit) << c.label;
-        for (const std::int32_t column : {9, 17}) {
+        EXPECT_EQ(Read(cnTGT), c.limit) << c.label;
+        EXPECT_EQ(Read(cnTGT, vmRaw), c.limit) << c.label;
+        EXPECT_EQ(Read(cnTGT, vmFile), Text("F") + c.limit) << c.label;
+        for (const std::int32_t column : {cnMax, cnMin}) {
             EXPECT_EQ(Read(column), c.bound) << c.label;
             EXPECT_EQ(Read(column, vmFile), c.bound) << c.label;
         }
@@ -473,23 +487,23 @@ TEST_F(cFieldTest, LettersNeedNoMask) {
     for (const char* const flag : {"C", "B"}) {
         field.SetUSLflag(flag);
         for (const std::int32_t mode : Modes) {
-            EXPECT_EQ(Read(10, mode), flag);
+            EXPECT_EQ(Read(cnUSL, mode), flag);
         }
     }
     field.SetUSLflag("");
-    EXPECT_EQ(Read(10), "") << "no kind, no text";
+    EXPECT_EQ(Read(cnUSL), "") << "no kind, no text";
     field.SetUSLflag("f");
-    EXPECT_EQ(Read(10), "") << "the kind is exact";
+    EXPECT_EQ(Read(cnUSL), "") << "the kind is exact";
 }
 
 TEST_F(cFieldTest, EveryPointIsLocalisedInTheGridAlone) {
     desk.locale.separator = ',';
-    Write(10, "1.5");
-    EXPECT_EQ(Read(10), "1,500");
-    EXPECT_EQ(Read(10, vmFile), "F1.500");
-    EXPECT_EQ(Read(10, vmRaw), "1.500");
+    Write(cnUSL, "1.5");
+    EXPECT_EQ(Read(cnUSL), "1,500");
+    EXPECT_EQ(Read(cnUSL, vmFile), "F1.500");
+    EXPECT_EQ(Read(cnUSL, vmRaw), "1.500");
     desk.locale.separator = '.';
-    EXPECT_EQ(Read(10), "1.500") << "the locale is asked afresh";
+    EXPECT_EQ(Read(cnUSL), "1.500") << "the locale is asked afresh";
 }
 
 // --- writing
@@ -499,7 +513,8 @@ TEST_F(cFieldTest, WriteInAnotherModeSaysSoAndChangesNothing) {
     FillColumns(field);
     const auto before = AllOf(field);
     for (const std::int32_t mode : {-1, 0, 2, -2}) {
-        for (const std::int32_t column : {1, 7, 8, 10, 29, 99}) {
+        for (const std::int32_t column : std::initializer_list<std::int32_t>{
+                 cnID, cnVarNo, cnVariableName, cnUSL, cnRules, ColumnCount + 1}) {
             desk.toolkit.ExpectBox("Not supported!");
             field.SetValue(column, mode, "1", desk.platform);
             EXPECT_EQ(AllOf(field), before);
@@ -510,22 +525,41 @@ TEST_F(cFieldTest, WriteInAnotherModeSaysSoAndChangesNothing) {
 TEST_F(cFieldTest, WriteToAnotherColumnIsIgnored) {
     FillColumns(field);
     const auto before = AllOf(field);
-    for (const std::int32_t column : {-1, 0, 1, 2, 3, 4, 5, 6, 36, 1000}) {
+    for (const std::int32_t column : {-1, 0, 1, 2, 3, 4, 5, 6, ColumnCount + 1, 1000}) {
         Write(column, "not even a number");
         EXPECT_EQ(AllOf(field), before) << column;
     }
 }
 
 TEST_F(cFieldTest, EveryColumnIsWrittenToItsOwnPropertyAlone) {
-    const std::map<std::int32_t, std::string> properties{
-        {7, "VariableNo"},    {8, "Name"},      {9, "Maximum"},    {17, "Minimum"},    {18, "FieldType"},
-        {19, "Length"},       {20, "Decimals"}, {21, "XRef"},      {22, "ReportType"}, {23, "LimitMethod"},
-        {24, "TargetMethod"}, {25, "Sample"},   {26, "Required"},  {27, "Category"},   {28, "Units"},
-        {29, "Rules"},        {30, "Popup"},    {31, "InputFile"}, {32, "OutputFile"}, {33, "HelpFile"},
-        {34, "Calculation"},  {35, "UpperCase"}};
+    const std::map<std::int32_t, std::string> properties{{cnVarNo, "VariableNo"},
+                                                         {cnVariableName, "Name"},
+                                                         {cnMax, "Maximum"},
+                                                         {cnMin, "Minimum"},
+                                                         {cnType, "FieldType"},
+                                                         {cnLength, "Length"},
+                                                         {cnDecimals, "Decimals"},
+                                                         {cnXRef, "XRef"},
+                                                         {cnReportType, "ReportType"},
+                                                         {cnLimitMethod, "LimitMethod"},
+                                                         {cnTargetMethod, "TargetMethod"},
+                                                         {cnSample, "Sample"},
+                                                         {cnRequired, "Required"},
+                                                         {cnCategory, "Category"},
+                                                         {cnUnits, "Units"},
+                                                         {cnRules, "Rules"},
+                                                         {cnPopup, "Popup"},
+                                                         {cnInputFile, "InputFile"},
+                                                         {cnOutputFile, "OutputFile"},
+                                                         {cnHelpFile, "HelpFile"},
+                                                         {cnCalculation, "Calculation"},
+                                                         {cnUCase, "UpperCase"}};
+    for (std::int32_t column = FirstVariableColumn; column <= ColumnCount; ++column) {
+        EXPECT_EQ(properties.count(column), LimitOf(column) == NoLimit ? 1U : 0U) << PropertyOf(column).title;
+    }
     for (const auto& [column, name] : properties) {
-        const Text text = column == 23 ? "highaverage" : column == 24 ? "CALC" : "3";
-        const Text stored = column == 23 ? "5" : column == 24 ? "1" : "3";
+        const Text text = column == cnLimitMethod ? "highaverage" : column == cnTargetMethod ? "CALC" : "3";
+        const Text stored = column == cnLimitMethod ? "5" : column == cnTargetMethod ? "1" : "3";
         cField fresh;
         const auto before = AllOf(fresh);
         fresh.SetValue(column, vmGrid, text, desk.platform);
@@ -569,7 +603,7 @@ TEST_F(cFieldTest, WholeNumberColumns) {
     };
     for (const char separator : {'.', ','}) {
         desk.locale.separator = separator;
-        for (const std::int32_t column : {7, 19, 20, 25}) {
+        for (const std::int32_t column : {cnVarNo, cnLength, cnDecimals, cnSample}) {
             for (const Case& c : cases) {
                 cField fresh;
                 fresh.SetValue(column, vmGrid, "77", desk.platform);
@@ -599,15 +633,15 @@ TEST_F(cFieldTest, BoundColumns) {
                           {"abc", 0, true},      {"1,2,3", 0, true},      {"C", 0, true}};
     for (const char separator : {'.', ','}) {
         desk.locale.separator = separator;
-        for (const std::int32_t column : {9, 17}) {
+        for (const std::int32_t column : {cnMax, cnMin}) {
             for (const Case& c : cases) {
                 field.SetMaximum(77);
                 field.SetMinimum(77);
                 EXPECT_EQ(ErrorOfWrite(column, c.text), c.error ? errTypeMismatch : 0)
                     << "'" << c.text << "'";
-                EXPECT_EQ(column == 9 ? field.Maximum() : field.Minimum(), c.error ? 77 : c.stored)
+                EXPECT_EQ(column == cnMax ? field.Maximum() : field.Minimum(), c.error ? 77 : c.stored)
                     << "'" << c.text << "'";
-                EXPECT_EQ(column == 9 ? field.Minimum() : field.Maximum(), 77) << "the other bound";
+                EXPECT_EQ(column == cnMax ? field.Minimum() : field.Maximum(), 77) << "the other bound";
             }
         }
     }
@@ -615,15 +649,15 @@ TEST_F(cFieldTest, BoundColumns) {
 
 TEST_F(cFieldTest, EmptyBoundIsZeroAndEmptyLimitIsBlank) {
     field.SetMaximum(5);
-    Write(9, "");
+    Write(cnMax, "");
     EXPECT_EQ(field.Maximum(), 0);
-    EXPECT_EQ(Read(9), "0.00");
+    EXPECT_EQ(Read(cnMax), "0.00");
     field.SetUSLflag("F");
     field.SetUSL(5);
-    Write(10, "");
+    Write(cnUSL, "");
     EXPECT_EQ(field.USLflag(), "B");
     EXPECT_EQ(field.USL(), 0);
-    EXPECT_EQ(Read(10), "B");
+    EXPECT_EQ(Read(cnUSL), "B");
 }
 
 TEST_F(cFieldTest, LimitColumns) {
@@ -660,7 +694,7 @@ TEST_F(cFieldTest, LimitColumns) {
                     field.SetLimitFlag(i, "C");
                     field.SetLimit(i, 77);
                 }
-                EXPECT_EQ(ErrorOfWrite(10 + index, c.text), c.error ? errTypeMismatch : 0) << c.label;
+                EXPECT_EQ(ErrorOfWrite(LimitColumn(index), c.text), c.error ? errTypeMismatch : 0) << c.label;
                 for (int i = 0; i < LimitCount; ++i) {
                     EXPECT_EQ(field.LimitFlag(i), i == index ? c.flag : "C") << c.label;
                     EXPECT_EQ(field.Limit(i), i == index ? c.number : 77) << c.label;
@@ -671,24 +705,25 @@ TEST_F(cFieldTest, LimitColumns) {
 }
 
 TEST_F(cFieldTest, FailedNumberLeavesTheOldOneBehindAFixedLimit) {
-    Write(10, "12.5");
-    Write(10, "b");
+    Write(cnUSL, "12.5");
+    Write(cnUSL, "b");
     field.SetUSL(9);
-    EXPECT_EQ(ErrorOfWrite(10, "1.2.3"), errTypeMismatch);
+    EXPECT_EQ(ErrorOfWrite(cnUSL, "1.2.3"), errTypeMismatch);
     EXPECT_EQ(field.USLflag(), "F");
     EXPECT_EQ(field.USL(), 9);
 }
 
 TEST_F(cFieldTest, NumberKeepsTheDecimalsThatTheMaskDoesNotShow) {
-    Write(10, "1.23456");
-    EXPECT_EQ(Read(10), "1.235");
+    Write(cnUSL, "1.23456");
+    EXPECT_EQ(Read(cnUSL), "1.235");
     EXPECT_EQ(field.USL(), 1.23456);
-    Write(10, Read(10));
+    Write(cnUSL, Read(cnUSL));
     EXPECT_EQ(field.USL(), 1.235) << "the shown text written back loses them";
 }
 
 TEST_F(cFieldTest, TextColumnsAreStoredUnchanged) {
-    for (const std::int32_t column : {8, 21, 27, 28, 29, 30, 31, 32, 33, 34}) {
+    for (const std::int32_t column : {cnVariableName, cnXRef, cnCategory, cnUnits, cnRules, cnPopup,
+                                      cnInputFile, cnOutputFile, cnHelpFile, cnCalculation}) {
         for (const char* const text : {" a,B.c ", "", "\u00E4\u00DF", "1,5", "C"}) {
             Write(column, text);
             EXPECT_EQ(Read(column), text) << column;
@@ -698,7 +733,7 @@ TEST_F(cFieldTest, TextColumnsAreStoredUnchanged) {
 }
 
 TEST_F(cFieldTest, FourColumnsAreStoredInUpperCase) {
-    for (const std::int32_t column : {18, 22, 26, 35}) {
+    for (const std::int32_t column : {cnType, cnReportType, cnRequired, cnUCase}) {
         Write(column, " vt1 ");
         EXPECT_EQ(Read(column), " VT1 ") << column;
         Write(column, "\u00E4\u00DF\u00B5y");
@@ -722,8 +757,8 @@ TEST_F(cFieldTest, MethodColumns) {
     for (const Case& c : cases) {
         field.SetLimitMethod(77);
         field.SetTargetMethod(77);
-        Write(23, c.text);
-        Write(24, c.text);
+        Write(cnLimitMethod, c.text);
+        Write(cnTargetMethod, c.text);
         EXPECT_EQ(field.LimitMethod(), c.limit) << c.text;
         EXPECT_EQ(field.TargetMethod(), c.target) << c.text;
     }
@@ -733,8 +768,8 @@ TEST_F(cFieldTest, WhatEveryCellShowsCanBeWrittenBack) {
     FillColumns(field);
     for (const char separator : {'.', ','}) {
         desk.locale.separator = separator;
-        for (std::int32_t column = 7; column <= 35; ++column) {
-            if (column == 15) {
+        for (std::int32_t column = FirstVariableColumn; column <= ColumnCount; ++column) {
+            if (column == cnLCL) {
                 continue;  // a limit of no kind shows nothing, and comes back as blank
             }
             const Text shown = Read(column);

@@ -1,5 +1,6 @@
 #include <QProgressBar>
 
+#include "model/Columns.h"
 #include "qt/WindowFixture.h"
 
 namespace kd {
@@ -39,9 +40,9 @@ protected:
         return numbers;
     }
     const std::vector<int> plain = Numbers({3, 4, 5}, 7, 20);
-    const std::vector<int> all = Numbers({3, 4, 5}, 7, 35);
+    const std::vector<int> all = Numbers({cnFilename, cnTitle, cnViewName}, FirstVariableColumn, ColumnCount);
     const std::vector<int> withoutPaths = Numbers({}, 7, 20);
-    const std::vector<int> allWithoutPaths = Numbers({}, 7, 35);
+    const std::vector<int> allWithoutPaths = Numbers({}, FirstVariableColumn, ColumnCount);
     void SetFilter(ColumnNumber number) {
         Modals modals;
         modals.Then("frmAutoFilter", [](QWidget& dialog) {

@@ -1,0 +1,178 @@
+#include "model/FieldTexts.h"
+
+#include <array>
+#include <span>
+
+#include "base/Numbers.h"
+#include "model/Decimals.h"
+#include "model/PropertyTable.h"
+
+namespace kd {
+
+namespace {
+
+using namespace modKDLimitDesk;
+
+void Localise(const Locale* locale, Text& text, std::size_t from) {
+    if (locale == nullptr) {
+        return;
+    }
+    const char separator = LocaleDecimalSeparator(*locale);
+    if (separator == '.') {
+        return;
+    }
+    for (std::size_t at = from; at < text.size(); ++at) {
+        if (text[at] == '.') {
+            text[at] = separator;
+        }
+    }
+}
+
+void FormatLimit(const cField& field, int index, bool withF, const Locale* localised, Text& text) {
+    if (!IsNumericType(field.FieldType())) {
+        return;
+    }
+    const Text& letters = field.LimitFlag(index);
+    const char flag = letters.size() == 1 ? letters.front() : '\0';
+    if (flag == 'C' || flag == 'B') {
+        text += flag;
+        return;
+    }
+    if (flag != 'F') {
+        return;
+    }
+    // A limit shows one decimal more than its variable.
+    const int behindPoint = field.Decimals() + 1;
+    const int width = field.Length() + (behindPoint <= 1 ? 2 : 1);
+    if (field.Length() < 0 || behindPoint >= width) {
+        throw cError(errInvalidArgument, "cField.FormatLimit");
+    }
+    if (withF) {
+        text += 'F';
+    }
+    const std::size_t from = text.size();
+    AppendIntoMask(field.Limit(index), width, behindPoint, text);
+    Localise(localised, text, from);
+}
+
+void FormatBound(const cField& field, double value, const Locale* localised, Text& text) {
+    if (!IsNumericType(field.FieldType())) {
+        return;
+    }
+    const bool hasPoint = field.Decimals() > 0;
+    if (field.Length() < 0 || (hasPoint && field.Decimals() >= field.Length())) {
+        throw cError(errInvalidArgument, "cField.FormatBound");
+    }
+    const std::size_t from = text.size();
+    AppendIntoMask(value, field.Length(), hasPoint ? field.Decimals() : -1, text);
+    Localise(localised, text, from);
+}
+
+void FormatMethod(const cField& field, std::int32_t number, std::span<const std::string_view> words,
+                  std::int32_t mode, Text& text) {
+    if (!IsNumericType(field.FieldType())) {
+        return;
+    }
+    if (mode == vmFile) {
+        AppendDigits(number, text);
+    } else if (number >= 0 && static_cast<std::size_t>(number) < words.size()) {
+        text += words[static_cast<std::size_t>(number)];
+    }
+}
+
+void StoreMethod(cField& field, std::size_t slot, std::span<const std::string_view> words,
+                 std::string_view text) {
+    for (std::size_t number = 0; number < words.size(); ++number) {
+        if (EqualsNoCaseAscii(words[number], text)) {
+            field.SetLongAt(slot, static_cast<std::int32_t>(number));
+        }
+    }
+}
+
+void StoreLimit(cField& field, int index, std::string_view text, const Locale& locale) {
+    // An emptied limit is no limit.
+    const Text upper = text.empty() ? "B" : UpperAscii(text);
+    if (upper == "C" || upper == "B") {
+        field.SetLimitFlag(index, upper);
+        field.SetLimit(index, 0);
+        return;
+    }
+    // The flag goes first: a number that cannot be read leaves the old one behind a fixed limit.
+    field.SetLimitFlag(index, "F");
+    field.SetLimit(index, cField::ParseGridDouble(text, locale));
+}
+
+}  // namespace
+
+void AppendProperty(const cField& field, const Property& property, std::int32_t mode, const Locale& locale,
+                    Text& text) {
+    const Locale* const localised = mode == vmGrid ? &locale : nullptr;
+    switch (property.kind) {
+        case vkView:
+            return;
+        case vkText:
+        case vkCapitals:
+            text += field.TextAt(property.slot);
+            return;
+        case vkShort:
+            AppendDigits(field.ShortAt(property.slot), text);
+            return;
+        case vkLong:
+            AppendDigits(field.LongAt(property.slot), text);
+            return;
+        case vkBound:
+            FormatBound(field, field.BoundAt(property.slot), localised, text);
+            return;
+        case vkLimit:
+            FormatLimit(field, property.slot, mode == vmFile, localised, text);
+            return;
+        case vkLimitMethod:
+            FormatMethod(field, field.LongAt(property.slot), LimitMethodWords, mode, text);
+            return;
+        case vkTargetMethod:
+            FormatMethod(field, field.LongAt(property.slot), TargetMethodWords, mode, text);
+            return;
+        case vkRules:
+            text += field.Rules();
+            return;
+        case vkRelation:
+            text += field.Relation();
+            return;
+    }
+}
+
+void StoreCellText(cField& field, const Property& property, std::string_view text, const Locale& locale) {
+    switch (property.kind) {
+        case vkText:
+            field.SetTextAt(property.slot, Text(text));
+            return;
+        case vkCapitals:
+            field.SetTextAt(property.slot, locale.CodePage().Upper(text));
+            return;
+        case vkShort:
+            field.SetShortAt(property.slot, ToInt16(ToDouble(NormalizeDecimalText(text, locale),
+                                                             LocaleDecimalSeparator(locale))));
+            return;
+        case vkBound:
+            field.SetBoundAt(property.slot, cField::ParseGridDouble(text, locale));
+            return;
+        case vkLimit:
+            StoreLimit(field, property.slot, text, locale);
+            return;
+        case vkLimitMethod:
+            StoreMethod(field, property.slot, LimitMethodWords, text);
+            return;
+        case vkTargetMethod:
+            StoreMethod(field, property.slot, TargetMethodWords, text);
+            return;
+        case vkRules:
+            field.SetRules(Text(text));
+            return;
+        case vkView:
+        case vkLong:
+        case vkRelation:
+            return;
+    }
+}
+
+}  // namespace kd

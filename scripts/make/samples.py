@@ -11,6 +11,7 @@ its revision. Bounds that a table leaves empty are written as a load would deriv
 import argparse
 import csv
 import pathlib
+import re
 import sys
 from decimal import ROUND_HALF_UP, Decimal
 
@@ -22,24 +23,39 @@ NO_RELATION = ",".join(["000"] * 12)
 LIMITS = ["USL", "UCL", "UWL", "TGT", "LWL", "LCL", "LSL"]
 NUMERIC_TYPES = "NARC"
 
-# What a variable holds where its table says nothing.
+# What a variable holds where its table says nothing; any other property is empty.
 DEFAULTS = {
-    "RAWFIELD": "0", "PIVOTFIELD": "0", "STATISTIC": "0", "XREF": "", "REQUIRED": "N", "UCASE": "N",
-    "REPORTTYPE": "V", "LIMITMETHOD": "0", "TARGETMETHOD": "0", "INPUT": "", "OUTPUT": "", "#AVG": "0",
-    "RANGE": "0", "COMPDATA": "0", "KEYID": "0", "LOOKUP": "0", "HELPFILE": "", "RELATION": NO_RELATION,
+    "RAWFIELD": "0", "PIVOTFIELD": "0", "STATISTIC": "0", "REQUIRED": "N", "UCASE": "N",
+    "REPORTTYPE": "V", "LIMITMETHOD": "0", "TARGETMETHOD": "0", "#AVG": "0",
+    "RANGE": "0", "COMPDATA": "0", "KEYID": "0", "LOOKUP": "0", "RELATION": NO_RELATION,
 }
 
-LIMIT_KEYS = ["REPORTTYPE", "LIMITMETHOD", "TARGETMETHOD", "MAX", *LIMITS, "MIN", "RULES", "INPUT", "OUTPUT"]
-KEYS_OF_TYPE = {
-    "N": ["DECIMALS", "SAMPLE", "REQUIRED", *LIMIT_KEYS, "UNITS", "CATEGORY", "HELPFILE", "RELATION"],
-    "A": ["DECIMALS", "SAMPLE", "REQUIRED", *LIMIT_KEYS, "#AVG", "UNITS", "CATEGORY", "HELPFILE", "RELATION"],
-    "R": ["DECIMALS", "SAMPLE", *LIMIT_KEYS, "RANGE", "UNITS", "CATEGORY", "HELPFILE", "RELATION"],
-    "C": ["DECIMALS", "SAMPLE", *LIMIT_KEYS, "UNITS", "CATEGORY", "HELPFILE", "CALC", "RELATION"],
-    "T": ["SAMPLE", "UCASE", "REQUIRED", "INPUT", "OUTPUT", "UNITS", "CATEGORY", "HELPFILE"],
-    "P": ["SAMPLE", "REQUIRED", "UCASE", "INPUT", "OUTPUT", "POPUP", "COMPDATA", "KEYID", "UNITS", "CATEGORY",
-          "HELPFILE"],
-    "L": ["SAMPLE", "UCASE", "OUTPUT", "POPUP", "COMPDATA", "KEYID", "LOOKUP", "UNITS", "CATEGORY", "HELPFILE"],
-}
+ROW = re.compile(r'^    \{\w+, +"[^"]*",[^"]*"([^"]*)", +"([^"]*)"(?:, "([^"]*)")?\},$', re.MULTILINE)
+
+
+def read_properties():
+    """Key, types that write it, and types that write it one line later, of each row of the table of properties."""
+    table = (ROOT / "src" / "model" / "PropertyTable.h").read_text(encoding="utf-8")
+    rows = ROW.findall(table[table.index("PropertyTable ="):])
+    if len(rows) < len(LIMITS):
+        raise ValueError("the table of properties cannot be read: is its layout another?")
+    return rows
+
+
+PROPERTIES = read_properties()
+
+
+def keys_of(variable_type, is_view):
+    """Keys of a block in the order of its lines."""
+    wanted = {"*", variable_type} | ({"V"} if is_view else set())
+    keys, late = [], None
+    for key, types, types_later in PROPERTIES:
+        if wanted & set(types):
+            keys.append(key)
+        if late:
+            keys.append(late)
+        late = key if variable_type in types_later else None
+    return keys
 
 
 def key_line(key, value):
@@ -100,11 +116,8 @@ def values_of(row):
 
 def block(row):
     values = values_of(row)
-    keys = ["NAME"]
-    if int(row["view_no"]) >= 1:
-        keys += ["RAWFIELD", "PIVOTFIELD", "STATISTIC"]
-    keys += ["XREF", "TYPE", "LENGTH", *KEYS_OF_TYPE[row["type"]]]
-    return ["[FIELD]"] + [key_line(key, values[key]) for key in keys]
+    keys = keys_of(row["type"], int(row["view_no"]) >= 1)
+    return ["[FIELD]"] + [key_line(key, values.get(key, "")) for key in keys]
 
 
 def rules_section(rules):

@@ -14,6 +14,7 @@
 #include "fakes/TestDesk.h"
 #include "help/ShowHelpTopic.h"
 #include "lifecycle/frmKDLimitDesk.h"
+#include "model/PropertyTable.h"
 
 namespace kd {
 namespace {
@@ -137,6 +138,18 @@ TEST(HelpPages, EveryEntryOfTheMenusHasItsHeading) {
         }
     }
     EXPECT_GT(entries, 10U);
+}
+
+TEST(HelpPages, EveryColumnOfTheVariableSaysWhatMayStandInIt) {
+    const std::string html = TextOf(HelpFolder / "commands.html");
+    const auto begin = html.find("id=\"columns\"");
+    ASSERT_NE(begin, std::string::npos);
+    const std::string told = html.substr(begin, html.find("id=\"editing\"", begin) - begin);
+    for (std::int32_t column = FirstVariableColumn; column <= ColumnCount; ++column) {
+        EXPECT_TRUE(
+            std::regex_search(told, std::regex("[> ]" + std::string(PropertyOf(column).title) + "[,<]")))
+            << PropertyOf(column).title;
+    }
 }
 
 TEST(HelpPages, EveryMessageOfTheCommandsIsExplained) {

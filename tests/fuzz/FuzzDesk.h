@@ -7,6 +7,7 @@
 #include "fuzz/FuzzTargets.h"
 #include "grid/ColumnCatalogue.h"
 #include "grid/Desk.h"
+#include "model/Columns.h"
 #include "model/Globals.h"
 #include "model/modKDLimitDesk.h"
 
@@ -29,6 +30,11 @@ public:
     std::int32_t ScreenWidth() const override { return 100; }
     std::int32_t ScreenHeight() const override { return 100; }
 };
+
+/// A column of the variable for each byte.
+inline std::int32_t ColumnFor(std::int32_t byte) {
+    return FirstVariableColumn + byte % (ColumnCount - FirstVariableColumn + 1);
+}
 
 /// Everything in memory, with one application of one view whose file is the input.
 struct FuzzDesk {
@@ -59,7 +65,7 @@ struct FuzzDesk {
         Promise(g.gFields->Count() == g.gSavedFields->Count(), "each variable has its twin");
         for (std::int32_t row = 1; row < desk.Grid.Rows(); ++row) {
             const std::int32_t index = desk.Grid.RowData(row);
-            for (std::int32_t column = 7; column <= g.gLabels->Count(); ++column) {
+            for (std::int32_t column = FirstVariableColumn; column <= ColumnCount; ++column) {
                 const Text text = g.gFields->Ref(index).ValueText(column, vmGrid, locale);
                 Promise(desk.Grid.TextMatrix(row, column - 1) == text, "a cell shows its record's value");
             }

@@ -8,16 +8,10 @@
 
 #include "base/Numbers.h"
 #include "grid/ColumnCatalogue.h"
+#include "model/PropertyTable.h"
 #include "model/modKDLimitDesk.h"
 
 namespace kd {
-
-namespace {
-
-constexpr std::int32_t RulesColumn = 29;
-constexpr std::int32_t UpperCaseColumns[] = {18, 22, 26, 35};
-
-}  // namespace
 
 WalkWatch::WalkWatch(std::string folder, std::function<void(const std::string&)> fail)
     : m_folder(std::move(folder)), m_fail(std::move(fail)) {}
@@ -77,7 +71,7 @@ bool WalkWatch::CheckCell(std::int32_t row, std::int32_t screenCol, std::vector<
                Text(grid.TextMatrix(row, screenCol)));
         return false;
     };
-    if (column < 7) {
+    if (column < FirstVariableColumn) {
         return !mark || fail("a mark where nothing can change");
     }
     const Text text = field.ValueText(column, vmGrid, g.platform.locale);
@@ -98,13 +92,12 @@ bool WalkWatch::MayStandUnmarked(std::int32_t row, std::int32_t column, const Te
     if (text == saved) {
         return true;
     }
-    if (column == RulesColumn) {
+    if (column == cnRules) {
         // The baseline has the file's letters, the grid the catalogue's until somebody writes there.
         return text == m_rules[static_cast<std::size_t>(row)];
     }
     // What is written back is written in capitals.
-    return std::find(std::begin(UpperCaseColumns), std::end(UpperCaseColumns), column) !=
-               std::end(UpperCaseColumns) &&
+    return PropertyOf(column).kind == vkCapitals &&
            m_program->Data().platform.locale.CodePage().Upper(saved) == text;
 }
 

@@ -18,6 +18,7 @@
 #include <array>
 #include <utility>
 
+#include "model/Columns.h"
 #include "model/modKDLimitDesk.h"
 #include "qt/services/QtText.h"
 
@@ -348,7 +349,7 @@ QString Walker::SomethingToType() {
                                                        "AB",    "B\xE4", "C",   "99999999"};
     const bool known = grid.Rows() > 1 && grid.Col() >= 0 && grid.Col() < grid.Cols();
     const std::int32_t column = known ? grid.ColData(grid.Col()) : 0;
-    if (column >= 10 && column <= 16 && !OneIn(4)) {
+    if (LimitOf(column) != NoLimit && !OneIn(4)) {
         return QLatin1String(Texts[static_cast<std::size_t>(Below(4))]);
     }
     if (known && OneIn(2)) {

@@ -1,6 +1,7 @@
 #include "edit/RestoreCutCopyPaste.h"
 #include "fuzz/FuzzDesk.h"
 #include "grid/CellGate.h"
+#include "model/Columns.h"
 
 namespace kd::fuzz {
 
@@ -38,7 +39,7 @@ void Cell(std::string_view input) {
     Promise(t.Load(), "the variables load");
     const auto rows = static_cast<unsigned>(t.desk.Grid.Rows() - 1);
     const auto row = static_cast<std::int32_t>(1 + static_cast<unsigned char>(input[0]) % rows);
-    const auto column = static_cast<std::int32_t>(7 + static_cast<unsigned char>(input[1]) % 29);
+    const auto column = ColumnFor(static_cast<unsigned char>(input[1]));
     const Text text = t.locale.CodePage().Decode(input.substr(2));
     if (!IsCellValueValid(t.desk, row, column - 1, text)) {
         return;
@@ -51,7 +52,7 @@ void Cell(std::string_view input) {
     CheckMarks(t);
     // Type, length and decimals are the one thing that other cells of the row hang on; nobody edits them
     // here.
-    if (column < 18 || column > 20) {
+    if (column < cnType || column > cnDecimals) {
         t.CheckGrid();
     }
     const auto shown = [&] { return Text(t.desk.Grid.TextMatrix(row, column - 1)); };
@@ -73,8 +74,7 @@ void Clipboard(std::string_view input) {
     Promise(t.Load(), "the variables load");
     const auto rows = static_cast<unsigned>(t.desk.Grid.Rows() - 1);
     const auto place = static_cast<unsigned char>(input.front());
-    t.desk.Grid.Select(static_cast<std::int32_t>(1 + place % rows),
-                       static_cast<std::int32_t>(6 + place % 29));
+    t.desk.Grid.Select(static_cast<std::int32_t>(1 + place % rows), ColumnFor(place) - 1);
     t.suite.clipboard = t.locale.CodePage().Decode(input.substr(1));
     try {
         Paste(t.desk);

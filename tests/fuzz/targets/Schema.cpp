@@ -6,44 +6,25 @@
 #include "base/Numbers.h"
 #include "fuzz/FuzzDesk.h"
 #include "grid/CellGate.h"
+#include "model/PropertyTable.h"
 
 namespace kd::fuzz {
 
 namespace {
 
-/// The columns that a file keeps of a variable, by its type; the others are lost at a save.
-std::vector<std::int32_t> KeptColumns(std::string_view type) {
-    if (type.size() != 1) {
-        return {};
-    }
-    constexpr std::int32_t Numeric[] = {9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20,
-                                        21, 22, 23, 24, 25, 27, 28, 29, 31, 32, 33};
-    std::vector<std::int32_t> columns(std::begin(Numeric), std::end(Numeric));
-    switch (type.front()) {
-        case 'N':
-        case 'A':
-            columns.push_back(26);
-            return columns;
-        case 'R':
-            return columns;
-        case 'C':
-            columns.push_back(34);
-            return columns;
-        case 'T':
-            return {18, 19, 21, 25, 26, 27, 28, 31, 32, 33, 35};
-        case 'P':
-            return {18, 19, 21, 25, 26, 27, 28, 30, 31, 32, 33, 35};
-        case 'L':
-            return {18, 19, 21, 25, 27, 28, 30, 32, 33, 35};
-        default:
-            return {18, 19, 21};
-    }
+/// Whether a file keeps a column of a variable of this type; the others are lost at a save.
+bool IsKept(const Property& property, std::string_view type) {
+    const char letter = type.size() == 1 ? type.front() : ' ';
+    const auto has = [&property](char c) {
+        return property.types.find(c) != Text::npos || property.typesOneLater.find(c) != Text::npos;
+    };
+    return has('*') || (letter != 'V' && has(letter));
 }
 
 /// Bounds that are both written as 0, such as large ones that their mask cuts, are derived anew by a load.
 bool AreBoundsDerived(const FuzzDesk& t, const cField& field) {
-    return NumberAtFront(field.ValueText(9, vmFile, t.locale)) == 0 &&
-           NumberAtFront(field.ValueText(17, vmFile, t.locale)) == 0;
+    return NumberAtFront(field.ValueText(cnMax, vmFile, t.locale)) == 0 &&
+           NumberAtFront(field.ValueText(cnMin, vmFile, t.locale)) == 0;
 }
 
 struct KeptValue {
@@ -54,9 +35,11 @@ struct KeptValue {
 };
 
 std::vector<KeptValue> KeptValues(const FuzzDesk& t, const cField& field, bool withBounds, bool withRules) {
-    std::vector<KeptValue> values{{8, field.Name()}};
-    for (const std::int32_t column : KeptColumns(field.FieldType())) {
-        if ((withBounds || (column != 9 && column != 17)) && (withRules || column != 29)) {
+    std::vector<KeptValue> values;
+    for (std::int32_t column = FirstVariableColumn; column <= ColumnCount; ++column) {
+        const Property& property = PropertyOf(column);
+        if (IsKept(property, field.FieldType()) && (withBounds || property.kind != vkBound) &&
+            (withRules || property.kind != vkRules)) {
             values.push_back({column, field.ValueText(column, vmGrid, t.locale)});
         }
     }
@@ -67,7 +50,9 @@ std::vector<KeptValue> KeptValues(const FuzzDesk& t, const cField& field, bool w
 /// line; a number without the zeros that are left in front where its mask has cut it.
 std::vector<KeptValue> AsRead(std::vector<KeptValue> values) {
     for (auto& [column, text] : values) {
-        const bool number = column <= 17 && column != 8 && !text.empty() && text != "C" && text != "B";
+        const ValueKind kind = PropertyOf(column).kind;
+        const bool number =
+            (kind == vkBound || kind == vkLimit) && !text.empty() && text != "C" && text != "B";
         std::replace_if(
             text.begin(), text.end(), [](char c) { return c == '\t' || c == '\n'; }, ' ');
         text = number ? PlainText(NumberAtFront(text)) : Text(Trim(text));
@@ -105,7 +90,7 @@ void Edit(FuzzDesk& t, std::string_view& input) {
     };
     for (std::int32_t edits = take() % 4; edits > 0; --edits) {
         const std::int32_t row = 1 + take() % std::max(t.desk.Grid.Rows() - 1, 1);
-        const std::int32_t column = 7 + take() % 29;
+        const std::int32_t column = ColumnFor(take());
         const auto length = static_cast<std::size_t>(take()) % 16;
         Text text = t.locale.CodePage().Decode(input.substr(0, length));
         std::erase(text, '\r');  // neither the keyboard nor the clipboard brings one into a cell

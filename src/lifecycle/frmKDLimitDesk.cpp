@@ -123,8 +123,8 @@ void frmKDLimitDesk::PutBack() {
     m_desk.ProgressBar1.SetValue(0);
 }
 
-Bounds frmKDLimitDesk::Centred(std::int32_t screenWidth, std::int32_t screenHeight, std::int32_t width,
-                               std::int32_t height) {
+Area frmKDLimitDesk::Centred(std::int32_t screenWidth, std::int32_t screenHeight, std::int32_t width,
+                             std::int32_t height) {
     return {(screenWidth - width) / 2, (screenHeight - height) / 2, width, height};
 }
 
@@ -227,7 +227,7 @@ bool frmKDLimitDesk::Form_QueryUnload() {
                BoxIcon::Question, BoxButtons::YesNo, "KD LimitDesk") == BoxAnswer::Yes;
 }
 
-frmKDLimitDesk::Layout frmKDLimitDesk::Form_Resize(const Bounds& inner, std::int32_t gridTop,
+frmKDLimitDesk::Layout frmKDLimitDesk::Form_Resize(const Area& inner, std::int32_t gridTop,
                                                    std::int32_t statusBarHeight,
                                                    std::int32_t progressBarHeight, std::int32_t pixel) {
     const std::int32_t margin = 4 * pixel;

@@ -13,13 +13,13 @@
 namespace kd {
 
 /// Where something stands in a window, in pixels.
-struct Bounds {
+struct Area {
     std::int32_t left = 0;
     std::int32_t top = 0;
     std::int32_t width = 0;
     std::int32_t height = 0;
 
-    bool operator==(const Bounds&) const = default;
+    bool operator==(const Area&) const = default;
 };
 
 class GridEvents;
@@ -42,18 +42,18 @@ public:
     /// Lays out progress bar and grid; `inner` is the window's inner area below the menu bar, `gridTop` the
     /// grid's top in it, `pixel` the size of a pixel in the form's units.
     struct Layout {
-        Bounds progressBar;
-        Bounds grid;
+        Area progressBar;
+        Area grid;
     };
-    static Layout Form_Resize(const Bounds& inner, std::int32_t gridTop, std::int32_t statusBarHeight,
+    static Layout Form_Resize(const Area& inner, std::int32_t gridTop, std::int32_t statusBarHeight,
                               std::int32_t progressBarHeight, std::int32_t pixel = 1);
 
     /// Rebuilds everything from the files.
     void LoadAndShowApplications();
 
     /// Position that centres a window of that size on the screen.
-    static Bounds Centred(std::int32_t screenWidth, std::int32_t screenHeight, std::int32_t width,
-                          std::int32_t height);
+    static Area Centred(std::int32_t screenWidth, std::int32_t screenHeight, std::int32_t width,
+                        std::int32_t height);
     bool Maximised() const noexcept { return m_maximised; }
 
     Desk& Controls() noexcept { return m_desk; }

@@ -73,8 +73,8 @@ struct RunningDesk : StartDesk {
 };
 
 TEST(frmKDLimitDeskTest, TheWindowIsCentredWithTruncatedHalves) {
-    EXPECT_EQ(frmKDLimitDesk::Centred(1920, 1080, 801, 601), (Bounds{559, 239, 801, 601}));
-    EXPECT_EQ(frmKDLimitDesk::Centred(100, 100, 201, 100), (Bounds{-50, 0, 201, 100}));
+    EXPECT_EQ(frmKDLimitDesk::Centred(1920, 1080, 801, 601), (Area{559, 239, 801, 601}));
+    EXPECT_EQ(frmKDLimitDesk::Centred(100, 100, 201, 100), (Area{-50, 0, 201, 100}));
 }
 
 TEST(frmKDLimitDeskTest, TheCaptionHasThePlainVersion) {
@@ -478,11 +478,11 @@ TEST(frmKDLimitDeskTest, CloseInTheFileMenuUnloadsTheWindow) {
 
 TEST(frmKDLimitDeskTest, ProgressBarAndGridAreLaidOut) {
     const auto layout = frmKDLimitDesk::Form_Resize({0, 0, 800, 600}, 2, 24, 10);
-    EXPECT_EQ(layout.progressBar, (Bounds{0, 566, 800, 10}));
-    EXPECT_EQ(layout.grid, (Bounds{4, 2, 792, 564}));
+    EXPECT_EQ(layout.progressBar, (Area{0, 566, 800, 10}));
+    EXPECT_EQ(layout.grid, (Area{4, 2, 792, 564}));
     const auto scaled = frmKDLimitDesk::Form_Resize({10, 0, 8000, 6000}, 20, 240, 100, 15);
-    EXPECT_EQ(scaled.progressBar, (Bounds{0, 5660, 8000, 100}));
-    EXPECT_EQ(scaled.grid, (Bounds{70, 20, 7880, 5640}));
+    EXPECT_EQ(scaled.progressBar, (Area{0, 5660, 8000, 100}));
+    EXPECT_EQ(scaled.grid, (Area{70, 20, 7880, 5640}));
 }
 
 TEST(frmKDLimitDeskTest, ALaterManageApplicationsReplacesAllThatWasLoaded) {

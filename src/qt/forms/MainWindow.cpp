@@ -77,7 +77,7 @@ void MainWindow::PlaceRestored() {
     const QRect room = screen()->availableGeometry();
     const QSize wanted(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 48);
     const QSize size = wanted.boundedTo(room.size() * 9 / 10);
-    const Bounds at = frmKDLimitDesk::Centred(room.width(), room.height(), size.width(), size.height());
+    const Area at = frmKDLimitDesk::Centred(room.width(), room.height(), size.width(), size.height());
     setGeometry(room.left() + at.left, room.top() + at.top, size.width(), size.height());
 }
 
@@ -95,10 +95,10 @@ void MainWindow::ShowForm() {
 void MainWindow::LayOut() {
     const QRect inner = centralWidget()->rect();
     const int statusHeight = statusBar()->height();
-    const Bounds whole{0, 0, inner.width(), inner.height() + statusHeight};
+    const Area whole{0, 0, inner.width(), inner.height() + statusHeight};
     const auto layout = frmKDLimitDesk::Form_Resize(whole, GridTop, statusHeight, m_progress->height());
-    const auto rect = [](const Bounds& bounds) {
-        return QRect(bounds.left, bounds.top, std::max(bounds.width, 0), std::max(bounds.height, 0));
+    const auto rect = [](const Area& area) {
+        return QRect(area.left, area.top, std::max(area.width, 0), std::max(area.height, 0));
     };
     m_progress->setGeometry(rect(layout.progressBar));
     m_grid->setGeometry(rect(layout.grid));

@@ -34,7 +34,6 @@ frmApplicationAdmin::frmApplicationAdmin(Globals& g) : Form("frmApplicationAdmin
     cmdHelp.SetCaption("Help");
     cmdOk.SetCaption("Ok");
     cmdCancel.SetCaption("Cancel");
-    Grid.SetFixedRows(1);
     Grid.SetRows(1);
     Grid.SetCols(1);
 

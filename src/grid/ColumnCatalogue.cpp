@@ -20,12 +20,9 @@ const cLabel& LabelOf(const Desk& desk, std::int32_t screenCol) {
 void SetupGridColumns(Desk& desk) {
     VSFlexGrid& grid = desk.Grid;
     const std::int32_t count = desk.g.gLabels->Count();
-    grid.SetFixedCols(0);
-    grid.SetFixedRows(1);
     grid.SetRows(1);
     grid.SetCols(0);
     grid.SetCols(count);
-    grid.SetFrozenCols(0);
     for (std::int32_t number = 1; number <= count; ++number) {
         const std::int32_t screenCol = number - 1;  // a column begins at its number's place
         const cLabel& label = desk.g.gLabels->Ref(number);

@@ -30,7 +30,6 @@ frmKDLimitDesk::frmKDLimitDesk(Globals& g)
       m_desk(g),
       m_gridEvents(std::make_unique<GridEvents>(m_desk)),
       m_about(g) {
-    m_desk.Grid.SetFixedRows(1);
     m_desk.Grid.SetRows(1);
     m_desk.mnuShowPaths.SetChecked(false);
     m_desk.mnuShowOnlyNumericVariables.SetChecked(false);

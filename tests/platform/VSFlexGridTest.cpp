@@ -212,8 +212,6 @@ TEST_F(VSFlexGridTest, RowsAndColumnsKeepTheirNumbers) {
     grid.SetColWidth(1, 120);
     grid.SetColAlignment(1, caRightCenter);
     grid.SetCellPicture(1, HeaderPicture::FilterOn);
-    grid.SetFixedRows(1);
-    grid.SetFixedCols(0);
     EXPECT_EQ(grid.RowData(2), -5);
     EXPECT_EQ(grid.RowData(1), 10);
     EXPECT_EQ(grid.ColData(1), 35);
@@ -223,8 +221,6 @@ TEST_F(VSFlexGridTest, RowsAndColumnsKeepTheirNumbers) {
     EXPECT_EQ(grid.ColAlignment(0), caLeftCenter);
     EXPECT_EQ(grid.CellPicture(1), HeaderPicture::FilterOn);
     EXPECT_EQ(grid.CellPicture(0), HeaderPicture::None);
-    EXPECT_EQ(grid.FixedRows(), 1);
-    EXPECT_EQ(grid.FixedCols(), 0);
 }
 
 TEST_F(VSFlexGridTest, ColoursBelongToTheirCell) {

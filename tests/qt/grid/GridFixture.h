@@ -24,7 +24,6 @@ protected:
     void Make(std::int32_t rows, std::int32_t cols, GridWidget::Manner manner = GridWidget::Manner::Cells) {
         grid.SetCols(cols);
         grid.SetRows(rows + 1);
-        grid.SetFixedRows(1);
         for (std::int32_t row = 0; row <= rows; ++row) {
             for (std::int32_t col = 0; col < cols; ++col) {
                 grid.SetTextMatrix(row, col,

@@ -37,14 +37,6 @@
 /// lets it be.
 namespace kd {
 
-/// A cell of the grid.
-struct GridCell {
-    std::int32_t row;        // from 1 below the header row
-    std::int32_t screenCol;  // from 0
-
-    bool operator==(const GridCell&) const = default;
-};
-
 /// Whether the bounds and the fixed limits of all numeric variables are in order, from Maximum down to
 /// Minimum; rows that are hidden count too.
 /// @returns the first cell that is not; nothing when all are.

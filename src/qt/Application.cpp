@@ -19,6 +19,7 @@
 #include "qt/forms/CommitDialog.h"
 #include "qt/forms/FillDialog.h"
 #include "qt/forms/ReplaceDialog.h"
+#include "qt/grid/GridAccessible.h"
 #include "qt/services/QtText.h"
 
 // Outside the namespace: the resources' own function is global.
@@ -118,6 +119,7 @@ Application::Application(ApplicationPlaces places)
       m_platform{m_files, m_toolkit, m_locale, m_clock, m_environment, m_shell, m_fileDialog, m_suite},
       m_globals(m_platform) {
     InitResources();
+    InstallGridAccessibility();
     QApplication::setWindowIcon(ProgramIcon());
     m_toolkit.Register<frmCommit, CommitDialog>();
     m_toolkit.Register<frmApplicationAdmin, AdminDialog>();

@@ -30,7 +30,7 @@ AdminDialog::AdminDialog(frmApplicationAdmin& form, EventEdge& edge, QWidget* pa
     : FormDialog(form, edge, parent) {
     auto* const label = new QLabel(this);
     auto* const filter = new ComboBoxView(this);
-    auto* const grid = new GridWidget(form.Grid, this, GridWidget::Manner::ListBox);
+    auto* const grid = new GridWidget(form.Grid, this, std::make_unique<ListManner>(form.Grid));
     const auto button = [&](Button& control, QChar mnemonic = {}) {
         auto* const made = new QPushButton(this);
         new ButtonBinder(control, *made, edge, mnemonic);

@@ -29,7 +29,7 @@ public:
         widths.SetFont(option.font, m_view.viewport());
         double widest = 0;
         for (const ListBox::Entry& entry : m_control.Entries()) {
-            if (widths.Bound(entry.text) > widest) {
+            if (widths.AtMost(entry.text) > widest) {
                 widest = std::max(widest, widths.Exact(entry.text));
             }
         }

@@ -116,13 +116,7 @@ QAccessible::State GridCellAccessible::state() const {
 }
 
 bool GridCellAccessible::isSelected() const {
-    if (!isValid() || m_row == 0) {
-        return false;
-    }
-    if (m_widget->GetManner() == GridWidget::Manner::ListBox) {
-        return Grid().IsSelected(m_row);
-    }
-    return Grid().Row() > 0 && Grid().GetSelection().Contains(m_row, m_screenCol);
+    return isValid() && m_row > 0 && m_widget->Manner().IsSelected({m_row, m_screenCol});
 }
 
 QList<QAccessibleInterface*> GridCellAccessible::columnHeaderCells() const {
@@ -158,7 +152,7 @@ public:
     QAccessibleInterface* cellAt(int row, int column) const override {
         return row < 0 || column < 0 || column >= Grid().Cols() ? nullptr : CellOf(row + 1, column);
     }
-    int selectedCellCount() const override;
+    int selectedCellCount() const override { return Manner().SelectedCount(); }
     QList<QAccessibleInterface*> selectedCells() const override;
     QString columnDescription(int column) const override {
         return column >= 0 && column < Grid().Cols() && Grid().Rows() > 0 ? ToQt(Grid().TextMatrix(0, column))
@@ -166,23 +160,22 @@ public:
     }
     QString rowDescription(int /*row*/) const override { return {}; }
     int selectedColumnCount() const override { return static_cast<int>(selectedColumns().size()); }
-    int selectedRowCount() const override;
+    int selectedRowCount() const override { return static_cast<int>(Manner().SelectedRows().size()); }
     int columnCount() const override { return Grid().Cols(); }
     int rowCount() const override { return std::max(Grid().Rows() - 1, 0); }
     QList<int> selectedColumns() const override;
     QList<int> selectedRows() const override;
-    bool isColumnSelected(int column) const override;
-    bool isRowSelected(int row) const override;
-    bool selectRow(int row) override;
-    bool selectColumn(int column) override;
-    bool unselectRow(int row) override;
+    bool isColumnSelected(int column) const override { return Manner().IsColSelected(column); }
+    bool isRowSelected(int row) const override { return Manner().IsRowSelected(row + 1); }
+    bool selectRow(int row) override { return m_widget.Manner().SelectRow(row + 1); }
+    bool selectColumn(int column) override { return m_widget.Manner().SelectCol(column); }
+    bool unselectRow(int row) override { return m_widget.Manner().UnselectRow(row + 1); }
     bool unselectColumn(int /*column*/) override { return false; }
     void modelChange(QAccessibleTableModelChangeEvent* /*event*/) override { Forget(); }
 
 private:
     VSFlexGrid& Grid() const { return m_widget.Grid(); }
-    bool IsList() const { return m_widget.GetManner() == GridWidget::Manner::ListBox; }
-    bool HasSelection() const { return Grid().Row() > 0; }
+    const GridManner& Manner() const { return m_widget.Manner(); }
     QAccessibleInterface* CellOf(std::int32_t row, std::int32_t screenCol) const;
     void Forget();
 
@@ -229,75 +222,33 @@ QAccessibleInterface* GridAccessible::childAt(int x, int y) const {
     if (!m_widget.viewport()->rect().contains(position)) {
         return nullptr;
     }
-    return CellOf(m_widget.Layout().RowAt(position.y()), m_widget.Layout().ColAt(position.x()));
+    const GridCell cell = m_widget.Layout().CellAt(position);
+    return CellOf(cell.row, cell.screenCol);
 }
 
 QAccessibleInterface* GridAccessible::focusChild() const {
-    return HasSelection() && m_widget.hasFocus() ? CellOf(Grid().Row(), Grid().Col())
-                                                 : QAccessibleWidget::focusChild();
-}
-
-int GridAccessible::selectedCellCount() const {
-    if (IsList()) {
-        return selectedRowCount() * Grid().Cols();
-    }
-    const GridSelection cells = Grid().GetSelection();
-    return HasSelection() ? (cells.lastRow - cells.firstRow + 1) * (cells.lastCol - cells.firstCol + 1) : 0;
+    return Grid().Row() > 0 && m_widget.hasFocus() ? CellOf(Grid().Row(), Grid().Col())
+                                                   : QAccessibleWidget::focusChild();
 }
 
 QList<QAccessibleInterface*> GridAccessible::selectedCells() const {
+    const GridLayout& layout = m_widget.Layout();
+    const auto& visible = Grid().VisibleRows();
+    const auto top = static_cast<std::size_t>(layout.TopIndex());
+    const auto bottom = std::min(top + static_cast<std::size_t>(layout.ShownRows()), visible.size());
+    const bool inSight = top < bottom;
     QList<QAccessibleInterface*> told;
-    if (IsList()) {
-        for (const int row : selectedRows()) {
-            told.append(CellOf(row + 1, 0));
-        }
-        return told;
-    }
-    if (!HasSelection()) {
-        return told;
-    }
-    GridSelection cells = Grid().GetSelection();
-    if (selectedCellCount() > MostToldCells) {
-        const auto& visible = Grid().VisibleRows();
-        const auto top = static_cast<std::size_t>(m_widget.Layout().TopIndex());
-        if (top >= visible.size()) {
-            return told;
-        }
-        const auto bottom =
-            std::min(top + static_cast<std::size_t>(m_widget.Layout().ShownRows()), visible.size()) - 1;
-        cells.firstRow = std::max(cells.firstRow, visible[top]);
-        cells.lastRow = std::min(cells.lastRow, visible[bottom]);
-    }
-    for (std::int32_t row = cells.firstRow; row <= cells.lastRow && told.size() < MostToldCells; ++row) {
-        for (std::int32_t screenCol = cells.firstCol; screenCol <= cells.lastCol; ++screenCol) {
-            told.append(CellOf(row, screenCol));
-        }
+    for (const GridCell cell : Manner().SelectedCells(MostToldCells, inSight ? visible[top] : 0,
+                                                      inSight ? visible[bottom - 1] : -1)) {
+        told.append(CellOf(cell.row, cell.screenCol));
     }
     return told;
 }
 
-int GridAccessible::selectedRowCount() const {
-    if (IsList()) {
-        return static_cast<int>(selectedRows().size());
-    }
-    const GridSelection cells = Grid().GetSelection();
-    return isRowSelected(cells.firstRow - 1) ? cells.lastRow - cells.firstRow + 1 : 0;
-}
-
 QList<int> GridAccessible::selectedRows() const {
     QList<int> rows;
-    if (IsList()) {
-        for (int row = 0; row < rowCount(); ++row) {
-            if (isRowSelected(row)) {
-                rows.append(row);
-            }
-        }
-        return rows;
-    }
-    const GridSelection cells = Grid().GetSelection();
-    const int count = selectedRowCount();
-    for (int row = 0; row < count; ++row) {
-        rows.append(cells.firstRow - 1 + row);
+    for (const std::int32_t row : Manner().SelectedRows()) {
+        rows.append(row - 1);
     }
     return rows;
 }
@@ -310,60 +261,6 @@ QList<int> GridAccessible::selectedColumns() const {
         }
     }
     return columns;
-}
-
-bool GridAccessible::isColumnSelected(int column) const {
-    const GridSelection cells = Grid().GetSelection();
-    return !IsList() && HasSelection() && rowCount() > 0 && cells.firstRow == 1 &&
-           cells.lastRow == rowCount() && column >= cells.firstCol && column <= cells.lastCol;
-}
-
-bool GridAccessible::isRowSelected(int row) const {
-    if (row < 0 || row >= rowCount()) {
-        return false;
-    }
-    if (IsList()) {
-        return Grid().IsSelected(row + 1);
-    }
-    const GridSelection cells = Grid().GetSelection();
-    return HasSelection() && cells.firstCol == 0 && cells.lastCol == columnCount() - 1 &&
-           row + 1 >= cells.firstRow && row + 1 <= cells.lastRow;
-}
-
-bool GridAccessible::selectRow(int row) {
-    if (row < 0 || row >= rowCount() || columnCount() == 0) {
-        return false;
-    }
-    if (IsList()) {
-        Grid().SetIsSelected(row + 1, true);
-        return true;
-    }
-    Grid().Select(row + 1, 0);
-    if (Grid().Row() != row + 1) {
-        return false;  // an open editor refused its text
-    }
-    Grid().ExtendSelection(row + 1, columnCount() - 1);
-    return true;
-}
-
-bool GridAccessible::selectColumn(int column) {
-    if (IsList() || column < 0 || column >= columnCount() || rowCount() == 0) {
-        return false;
-    }
-    Grid().Select(1, column);
-    if (Grid().Row() != 1 || Grid().Col() != column) {
-        return false;
-    }
-    Grid().ExtendSelection(rowCount(), column);
-    return true;
-}
-
-bool GridAccessible::unselectRow(int row) {
-    if (!IsList() || row < 0 || row >= rowCount()) {
-        return false;
-    }
-    Grid().SetIsSelected(row + 1, false);
-    return true;
 }
 
 QAccessibleInterface* MakeGridAccessible(const QString& /*className*/, QObject* object) {
@@ -379,27 +276,6 @@ void InstallGridAccessibility() {
         return true;
     }();
     (void)installed;  // only its making counts
-}
-
-void GridWidget::TellCurrentCell() {
-    if (!QAccessible::isActive()) {
-        return;
-    }
-    QAccessibleEvent selection(this, QAccessible::Selection);
-    QAccessible::updateAccessibility(&selection);
-    if (hasFocus() && m_grid.Row() > 0 && m_grid.Row() < m_grid.Rows()) {
-        QAccessibleEvent focus(this, QAccessible::Focus);
-        focus.setChild(m_grid.Row() * m_grid.Cols() + m_grid.Col());
-        QAccessible::updateAccessibility(&focus);
-    }
-}
-
-void GridWidget::TellNewTable() {
-    if (!QAccessible::isActive()) {
-        return;
-    }
-    QAccessibleTableModelChangeEvent reset(this, QAccessibleTableModelChangeEvent::ModelReset);
-    QAccessible::updateAccessibility(&reset);
 }
 
 }  // namespace kd

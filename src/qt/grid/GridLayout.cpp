@@ -40,11 +40,6 @@ int GridLayout::ShownRows() const noexcept {
     return (height + m_sizes.rowHeight - 1) / m_sizes.rowHeight;
 }
 
-int GridLayout::IndexOf(std::int32_t row) const {
-    const auto& visible = m_grid.VisibleRows();
-    return static_cast<int>(std::lower_bound(visible.begin(), visible.end(), row) - visible.begin());
-}
-
 const GridLayout::Column* GridLayout::Find(std::int32_t screenCol) const noexcept {
     const auto found =
         std::lower_bound(m_columns.begin(), m_columns.end(), screenCol,
@@ -61,11 +56,11 @@ QRect GridLayout::CellRect(std::int32_t row, std::int32_t screenCol) const {
         return {LeftOf(*column), 0, column->width, m_sizes.headerHeight};
     }
     const auto& visible = m_grid.VisibleRows();
-    const int index = IndexOf(row);
-    if (index >= static_cast<int>(visible.size()) || visible[static_cast<std::size_t>(index)] != row) {
+    const std::size_t index = m_grid.VisibleIndexOf(row);
+    if (index >= visible.size() || visible[index] != row) {
         return {};
     }
-    const int top = m_sizes.headerHeight + (index - m_topIndex) * m_sizes.rowHeight;
+    const int top = m_sizes.headerHeight + (static_cast<int>(index) - m_topIndex) * m_sizes.rowHeight;
     return {LeftOf(*column), top, column->width, m_sizes.rowHeight};
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPoint>
 #include <QRect>
 #include <QSize>
 #include <cstdint>
@@ -52,9 +53,6 @@ public:
     /// The same, those counted in that are cut off at the bottom.
     int ShownRows() const noexcept;
 
-    /// Index of a row in the visible rows, or of the next visible one behind a hidden row; the number of
-    /// visible rows when there is none.
-    int IndexOf(std::int32_t row) const;
     /// Left edge of a column as it is scrolled now.
     int LeftOf(const Column& column) const noexcept {
         return column.frozen ? column.left : column.left - m_offset;
@@ -68,6 +66,8 @@ public:
     /// What is seen of a cell.
     QRect ShownRect(std::int32_t row, std::int32_t screenCol) const;
 
+    /// The cell there: row 0 for the header, -1 below the last row or beside the columns.
+    GridCell CellAt(QPoint place) const { return {RowAt(place.y()), ColAt(place.x())}; }
     /// 0 for the header, -1 below the last row.
     std::int32_t RowAt(int y) const;
     /// -1 beside the columns.

@@ -71,7 +71,7 @@ double TextWidths::AdvanceOf(char32_t character) const {
     return advance;
 }
 
-double TextWidths::Bound(std::string_view text) const {
+double TextWidths::AtMost(std::string_view text) const {
     double sum = 0;
     for (std::size_t at = 0; at < text.size();) {
         const auto byte = static_cast<unsigned char>(text[at]);
@@ -91,7 +91,7 @@ double TextWidths::Exact(std::string_view text) const {
 
 QString TextWidths::Fitted(std::string_view text, double width) const {
     QString shown = ShownText(text);
-    return Bound(text) <= width ? shown : m_metrics.elidedText(shown, Qt::ElideRight, width);
+    return AtMost(text) <= width ? shown : m_metrics.elidedText(shown, Qt::ElideRight, width);
 }
 
 }  // namespace kd

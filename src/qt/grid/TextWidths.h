@@ -31,7 +31,7 @@ public:
     const QFontMetricsF& Metrics() const noexcept { return m_metrics; }
 
     /// Never below Exact. Infinity for a text whose characters shape each other.
-    double Bound(std::string_view text) const;
+    double AtMost(std::string_view text) const;
     /// The width that the text takes on the screen.
     double Exact(std::string_view text) const;
     /// The same of a text as it is drawn.

@@ -175,7 +175,7 @@ TEST_F(ColumnFilterTest, BlankIsTickedAloneAndItsRowComesBack) {
     Choose("mnuView", "mnuShowAll");
     Keep(cnUnits, {"(Blank)"});
     EXPECT_EQ(ShownRows(), Rows{2});
-    EXPECT_EQ(TipOf(cnUnits), GridWidget::ToolTipMarkup(" Equals \"\" "));
+    EXPECT_EQ(TipOf(cnUnits), GridMouse::ToolTipMarkup(" Equals \"\" "));
     Filter(cnUnits, [](QWidget& dialog) {
         EXPECT_EQ(Ticked(dialog, "lstAutoFilter"), QStringList{"(Blank)"});
         dialog.close();
@@ -185,12 +185,12 @@ TEST_F(ColumnFilterTest, BlankIsTickedAloneAndItsRowComesBack) {
 
 TEST_F(ColumnFilterTest, ToolTipOfAHeaderTellsWhatIsFiltered) {
     LoadThree();
-    EXPECT_EQ(TipOf(cnVariableName), GridWidget::ToolTipMarkup(" Click to Filter Column "));
+    EXPECT_EQ(TipOf(cnVariableName), GridMouse::ToolTipMarkup(" Click to Filter Column "));
     Keep(cnVariableName, {"Fat", "Sugar"});
-    EXPECT_EQ(TipOf(cnUSL), GridWidget::ToolTipMarkup(" (Showing All) "));
-    EXPECT_EQ(TipOf(cnVariableName), GridWidget::ToolTipMarkup(" Equals \"Fat, Sugar\" "));
+    EXPECT_EQ(TipOf(cnUSL), GridMouse::ToolTipMarkup(" (Showing All) "));
+    EXPECT_EQ(TipOf(cnVariableName), GridMouse::ToolTipMarkup(" Equals \"Fat, Sugar\" "));
     Choose("mnuOptions", "mnuClearFilters");
-    EXPECT_EQ(TipOf(cnUSL), GridWidget::ToolTipMarkup(" Click to Filter Column "));
+    EXPECT_EQ(TipOf(cnUSL), GridMouse::ToolTipMarkup(" Click to Filter Column "));
 }
 
 TEST_F(ColumnFilterTest, CancelEscAndFrameChangeNothing) {

@@ -21,7 +21,7 @@ namespace kd {
 class GridFixture : public testing::Test {
 protected:
     /// Rows below the header, columns; cell texts are "r" row "c" column.
-    void Make(std::int32_t rows, std::int32_t cols, GridWidget::Manner manner = GridWidget::Manner::Cells) {
+    void Make(std::int32_t rows, std::int32_t cols, std::unique_ptr<GridManner> manner = nullptr) {
         grid.SetCols(cols);
         grid.SetRows(rows + 1);
         for (std::int32_t row = 0; row <= rows; ++row) {
@@ -37,7 +37,7 @@ protected:
         top = std::make_unique<QWidget>();
         other = new QLineEdit(top.get());
         other->setGeometry(0, 320, 100, 24);
-        widget = new GridWidget(grid, top.get(), manner);
+        widget = new GridWidget(grid, top.get(), std::move(manner));
         widget->setGeometry(0, 0, 400, 300);
         top->resize(400, 350);
         top->show();

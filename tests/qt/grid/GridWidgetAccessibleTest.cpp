@@ -133,7 +133,7 @@ TEST_F(GridWidgetAccessibleTest, RowsAndColumnsCanBeSelected) {
 }
 
 TEST_F(GridWidgetAccessibleTest, AListTellsItsSelectedRows) {
-    Make(5, 1, GridWidget::Manner::ListBox);
+    Make(5, 1, std::make_unique<ListManner>(grid));
     EXPECT_TRUE(Table()->selectRow(1));
     EXPECT_TRUE(Table()->selectRow(3));
     EXPECT_EQ(Table()->selectedRows(), (QList<int>{1, 3}));

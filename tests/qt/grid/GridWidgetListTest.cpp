@@ -5,7 +5,7 @@ namespace {
 
 class GridWidgetListTest : public GridFixture {
 protected:
-    void MakeList(std::int32_t rows = 8) { Make(rows, 1, GridWidget::Manner::ListBox); }
+    void MakeList(std::int32_t rows = 8) { Make(rows, 1, std::make_unique<ListManner>(grid)); }
     Cell Selected() const {
         Cell rows;
         for (std::int32_t row = 1; row < grid.Rows(); ++row) {

@@ -256,19 +256,19 @@ TEST_F(GridWidgetMouseTest, TheGridsToolTipIsShownAndGoesWithItsText) {
     grid.SetToolTipText(" Click to Filter Column ");
     EXPECT_EQ(rest(), QString("<p style=\"white-space:pre-wrap\"> Click to Filter Column </p>"));
     grid.SetToolTipText(" Equals \"<i>\" ");
-    EXPECT_EQ(QToolTip::text(), GridWidget::ToolTipMarkup(" Equals \"<i>\" "));
+    EXPECT_EQ(QToolTip::text(), GridMouse::ToolTipMarkup(" Equals \"<i>\" "));
     grid.SetToolTipText("");
     EXPECT_EQ(rest(), QString("none"));
 }
 
 TEST_F(GridWidgetMouseTest, ToolTipIsTheTextAsTypedCutAfterAThousandCharacters) {
-    EXPECT_EQ(GridWidget::ToolTipMarkup(""), QString());
+    EXPECT_EQ(GridMouse::ToolTipMarkup(""), QString());
     EXPECT_EQ(
-        GridWidget::ToolTipMarkup(" Equals \"<b>x</b> & y\" "),
+        GridMouse::ToolTipMarkup(" Equals \"<b>x</b> & y\" "),
         QString("<p style=\"white-space:pre-wrap\"> Equals &quot;&lt;b&gt;x&lt;/b&gt; &amp; y&quot; </p>"));
-    const QString exact = GridWidget::ToolTipMarkup(std::string(1000, 'x'));
+    const QString exact = GridMouse::ToolTipMarkup(std::string(1000, 'x'));
     EXPECT_FALSE(exact.contains(QChar(0x2026)));
-    const QString cut = GridWidget::ToolTipMarkup(std::string(1001, '<'));
+    const QString cut = GridMouse::ToolTipMarkup(std::string(1001, '<'));
     EXPECT_EQ(cut.count("&lt;"), 1000);
     EXPECT_TRUE(cut.contains(QString("&lt;") + QChar(0x2026)));
 }

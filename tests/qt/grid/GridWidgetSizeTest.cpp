@@ -104,18 +104,18 @@ TEST_F(GridWidgetSizeTest, LettersAreNotJoined) {
     TextWidths widths;
     widths.SetFont(widget->font(), widget->viewport());
     for (const char* text : {"ff", "fi", "ffi", "fl", "ffl", "fj", "Th", "tt"}) {
-        EXPECT_EQ(widths.Exact(text), widths.Bound(text)) << text;
+        EXPECT_EQ(widths.Exact(text), widths.AtMost(text)) << text;
     }
 }
 
-TEST_F(GridWidgetSizeTest, TheBoundIsNeverBelowTheExactWidth) {
+TEST_F(GridWidgetSizeTest, TheSumOfCharactersIsNeverBelowTheExactWidth) {
     Make(1, 1);
     TextWidths widths;
     widths.SetFont(widget->font(), widget->viewport());
     for (const char* text : {"", " ", "AVAVA", "Tofu", "office", "fluffy fjord", "a\tb", "line\r\nbreak",
                              "1.2345E+10", "\xC3\x84\xC3\x96", "\xD0\x96\xD0\xB8", "\xE0\xB8\x81\xE0\xB8\xB3",
                              "\xD8\xA7\xD9\x84", "e\xCC\x81", "\xF0\x9F\x98\x80"}) {
-        EXPECT_GE(widths.Bound(text), widths.Exact(text)) << text;
+        EXPECT_GE(widths.AtMost(text), widths.Exact(text)) << text;
     }
 }
 

@@ -1,0 +1,33 @@
+#include "qt/grid/GridTelling.h"
+
+#include <QAccessible>
+#include <QWidget>
+
+namespace kd {
+
+void GridTelling::CurrentCell() {
+    if (!QAccessible::isActive()) {
+        return;
+    }
+    QAccessibleEvent selection(&m_widget, QAccessible::Selection);
+    QAccessible::updateAccessibility(&selection);
+    if (m_widget.hasFocus() && m_grid.Row() > 0 && m_grid.Row() < m_grid.Rows()) {
+        QAccessibleEvent focus(&m_widget, QAccessible::Focus);
+        focus.setChild(m_grid.Row() * m_grid.Cols() + m_grid.Col());
+        QAccessible::updateAccessibility(&focus);
+    }
+}
+
+void GridTelling::Table() {
+    if (m_rows == m_grid.Rows() && m_cols == m_grid.Cols()) {
+        return;
+    }
+    m_rows = m_grid.Rows();
+    m_cols = m_grid.Cols();
+    if (QAccessible::isActive()) {
+        QAccessibleTableModelChangeEvent reset(&m_widget, QAccessibleTableModelChangeEvent::ModelReset);
+        QAccessible::updateAccessibility(&reset);
+    }
+}
+
+}  // namespace kd

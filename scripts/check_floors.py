@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Checks who includes whom: a room of src uses only the rooms that its line below names, and the core is the standard
-library alone.
+library alone. No two sources include each other, neither directly nor around others.
 
 Prints each fault, and ends with 1 if there is one.
 """
@@ -73,6 +73,29 @@ def faults_of(path):
             yield place
 
 
+def circles(files):
+    """Sources that include each other, a header and its source being one."""
+    uses = {}
+    for path in files:
+        unit = path.relative_to(SRC).with_suffix("").as_posix()
+        used = {name.rpartition(".")[0] for _, quote, name in includes_of(path) if quote == '"'}
+        uses.setdefault(unit, set()).update(used - {unit})
+    done, road = set(), []
+
+    def visit(unit):
+        if unit in road:
+            yield " -> ".join(road[road.index(unit):] + [unit])
+        elif unit not in done and unit in uses:
+            road.append(unit)
+            for used in sorted(uses[unit]):
+                yield from visit(used)
+            road.pop()
+            done.add(unit)
+
+    for unit in sorted(uses):
+        yield from visit(unit)
+
+
 def main():
     files = [path for path in sorted(SRC.rglob("*")) if path.suffix in (".h", ".cpp")]
     rooms = {room_of(path.relative_to(SRC).as_posix()) for path in files}
@@ -80,7 +103,8 @@ def main():
     for path in files:
         if room_of(path.relative_to(SRC).as_posix()) in USES:
             faults += faults_of(path)
-    print("\n".join(faults) if faults else f"{len(files)} files, every include leads down")
+    faults += [f"a circle: {circle}" for circle in circles(files)]
+    print("\n".join(faults) if faults else f"{len(files)} files, every include leads down, and none in a circle")
     return 1 if faults else 0
 
 

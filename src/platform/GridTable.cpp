@@ -89,6 +89,7 @@ void GridTable::SetRowHidden(std::int32_t row, bool hidden) {
     if (present != hidden) {
         present = hidden;
         m_visible.reset();
+        CellsHide();
         LayoutDiffers();
     }
 }
@@ -97,6 +98,7 @@ void GridTable::SetColHidden(std::int32_t screenCol, bool hidden) {
     bool& present = ColOf(screenCol).hidden;
     if (present != hidden) {
         present = hidden;
+        CellsHide();
         LayoutDiffers();
     }
 }

@@ -90,6 +90,8 @@ protected:
     virtual void CellsLeave(std::int32_t first) = 0;
     /// There are other rows or columns now; the screen has not been told yet.
     virtual void SizeDiffers() = 0;
+    /// A row or a column has been hidden or shown; the screen has not been told yet.
+    virtual void CellsHide() = 0;
 
 private:
     struct GridRow {

@@ -10,6 +10,12 @@ void VSFlexGrid::CellsLeave(std::int32_t first) {
     }
 }
 
+void VSFlexGrid::CellsHide() {
+    if (m_editing && (RowHidden(Row()) || ColHidden(Col()))) {
+        CancelEdit();
+    }
+}
+
 void VSFlexGrid::CurrentCellMoved() {
     if (RowColChange) {
         RowColChange();

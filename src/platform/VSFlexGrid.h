@@ -52,11 +52,15 @@ public:
     /// The one way out that keeps the text: ValidateEdit; then the text goes to the cell, the editor closes
     /// and AfterEdit runs. False when the text was refused: the editor stays open. True without an editor.
     bool FinishEdit();
-    /// Closes the editor with neither validation nor AfterEdit.
+    /// Closes the editor with neither validation nor AfterEdit. The same happens when the cell's row or
+    /// column goes or is hidden.
     void CancelEdit();
 
 private:
     void CellsLeave(std::int32_t first) override;
+    /// An editor that goes out of sight with its cell would keep a text that nobody sees: what could stand
+    /// was taken, and a refusal told, by what hides the cell.
+    void CellsHide() override;
     bool LeaveCell() override { return FinishEdit(); }
     void CurrentCellMoved() override;
 

@@ -96,6 +96,21 @@ TEST_F(ViewModesEditor, ViewTakesAnAcceptedTextFromTheEditor) {
     EXPECT_EQ(Cell(1, cnUSL), "2.5");
 }
 
+TEST_F(ViewModesEditor, ARowThatIsHiddenUnderARefusedTextLeavesTheEditorToldOnce) {
+    Open("x", false);
+    g.gFields->Ref(1).SetFieldType("T");
+    desk.mnuShowOnlyNumericVariables.SetChecked(false);
+    const Text before = Cell(1, cnUSL);
+    mnuView_Click(desk);
+    ASSERT_TRUE(desk.Grid.EditWindow());
+    mnuShowOnlyNumericVariables_Click(desk);
+    ASSERT_TRUE(desk.Grid.RowHidden(1));
+    EXPECT_FALSE(desk.Grid.EditWindow());
+    EXPECT_EQ(Cell(1, cnUSL), before);
+    EXPECT_EQ(validated, 1);
+    EXPECT_EQ(desk.Grid.BackColor(1, Position(cnUSL)), 0U);
+}
+
 TEST_F(ViewModesEditor, RefusedTextStaysInTheEditorWhenAMenuOpens) {
     Open("x", false);
     mnuView_Click(desk);

@@ -705,6 +705,28 @@ TEST_F(VSFlexGridEditorTest, EditorGoesWithItsRow) {
     }
 }
 
+TEST_F(VSFlexGridEditorTest, EditorIsLeftWithTheOldTextWhenItsRowOrColumnIsHidden) {
+    const Text before(grid.TextMatrix(2, 1));
+    for (const bool byRow : {true, false}) {
+        ASSERT_TRUE(grid.StartEdit());
+        grid.SetEditText("not seen any more");
+        grid.SetRowHidden(1, byRow);
+        grid.SetColHidden(2, byRow);
+        EXPECT_TRUE(grid.EditWindow()) << "other cells are no concern of it";
+        events.clear();
+        if (byRow) {
+            grid.SetRowHidden(2, true);
+        } else {
+            grid.SetColHidden(1, true);
+        }
+        EXPECT_FALSE(grid.EditWindow());
+        EXPECT_EQ(grid.TextMatrix(2, 1), before);
+        EXPECT_TRUE(events.empty()) << "neither judged nor taken";
+        grid.SetRowHidden(2, false);
+        grid.SetColHidden(1, false);
+    }
+}
+
 TEST_F(VSFlexGridEditorTest, EmptyGridOpensNoEditor) {
     grid.SetRows(0);
     EXPECT_FALSE(grid.StartEdit());

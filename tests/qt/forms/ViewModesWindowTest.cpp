@@ -213,6 +213,31 @@ TEST_F(ViewModesWindowTest, RefusedTextStaysAndTheMenuOpens) {
     desk.Grid.SetEditText(Cell(1, cnUSL));
 }
 
+TEST_F(ViewModesWindowTest, ARowThatIsHiddenLeavesItsRefusedTextToldOnce) {
+    LoadFour();
+    ShowNumeric();
+    ClickCell(2, cnVariableName);
+    Type("abc");
+    desk.Grid.ValidateEdit = [this](std::int32_t, std::int32_t, bool& cancel) {
+        screen.toolkit.Say("refused");
+        cancel = true;
+    };
+    const Text before = Cell(2, cnVariableName);
+    {
+        Modals modals;
+        modals.ThenBox("refused", QMessageBox::NoIcon);
+        QMenu& menu = Open("mnuView");
+        Activate();
+        QTest::mouseClick(
+            &menu, Qt::LeftButton, {},
+            menu.actionGeometry(&Find<QAction>(window, "mnuShowOnlyNumericVariables")).center());
+    }
+    EXPECT_TRUE(desk.Grid.RowHidden(2));
+    EXPECT_FALSE(desk.Grid.EditWindow());
+    EXPECT_FALSE(Widget().findChild<QLineEdit*>("CellEditor")->isVisible());
+    EXPECT_EQ(Cell(2, cnVariableName), before);
+}
+
 // --- panels -----------------------------------------------------------------------------------------------
 
 TEST_F(ViewModesWindowTest, PanelOneTellsThePathAndEmptyBracketsForAViewWithoutAName) {

@@ -31,19 +31,37 @@ bool GridKeyboard::GridKey(const QKeyEvent& event) {
 
 /// Keys that act on a place of the screen.
 bool GridKeyboard::WidgetKey(const QKeyEvent& event) {
-    const bool alt = event.modifiers().testFlag(Qt::AltModifier);
     if (m_parts.manner.WholeRows()) {
         return false;
     }
-    if (event.key() == Qt::Key_Down && alt) {
-        PressHeader();
-        return true;
+    if (event.modifiers().testFlag(Qt::AltModifier)) {
+        return ColumnKey(event.key());
     }
-    if (event.key() == Qt::Key_F10 && !alt && event.modifiers().testFlag(Qt::ShiftModifier)) {
+    if (event.key() == Qt::Key_F10 && event.modifiers().testFlag(Qt::ShiftModifier)) {
         OpenMenu();
         return true;
     }
     return false;
+}
+
+/// Keys of the current column's header, with Alt: the arrows with Ctrl or Shift belong to the selection.
+bool GridKeyboard::ColumnKey(int key) {
+    switch (key) {
+        case Qt::Key_Down:
+            PressHeader();
+            return true;
+        case Qt::Key_Right:
+            m_dividers.Widen(1);
+            return true;
+        case Qt::Key_Left:
+            m_dividers.Widen(-1);
+            return true;
+        case Qt::Key_Up:
+            m_dividers.Fit();
+            return true;
+        default:
+            return false;
+    }
 }
 
 bool GridKeyboard::Type(const QKeyEvent& event) {

@@ -3,6 +3,7 @@
 #include <QPoint>
 #include <optional>
 
+#include "qt/grid/ColumnDividers.h"
 #include "qt/grid/GridEditing.h"
 
 class QInputMethodEvent;
@@ -11,10 +12,11 @@ class QKeyEvent;
 namespace kd {
 
 /// The keyboard side of a grid's widget: hands keys to the grid's KeyDown and to its manner, opens the editor
-/// for what is typed, and presses header and cell for those who have no mouse.
+/// for what is typed, and does with header, cell and divider what others do with the mouse.
 class GridKeyboard {
 public:
-    GridKeyboard(const GridParts& parts, GridEditing& editing) : m_parts(parts), m_editing(editing) {}
+    GridKeyboard(const GridParts& parts, GridEditing& editing, ColumnDividers& dividers)
+        : m_parts(parts), m_editing(editing), m_dividers(dividers) {}
     GridKeyboard(const GridKeyboard&) = delete;
     GridKeyboard& operator=(const GridKeyboard&) = delete;
 
@@ -32,6 +34,7 @@ public:
 private:
     bool GridKey(const QKeyEvent& event);
     bool WidgetKey(const QKeyEvent& event);
+    bool ColumnKey(int key);
     bool Type(const QKeyEvent& event);
     void OpenMenu();
     void PressHeader();
@@ -39,6 +42,7 @@ private:
 
     GridParts m_parts;
     GridEditing& m_editing;
+    ColumnDividers& m_dividers;
     std::optional<QPoint> m_menuPlace;  // while the menu key is at work
 };
 

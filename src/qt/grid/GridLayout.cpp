@@ -103,4 +103,18 @@ std::int32_t GridLayout::ColAt(int x) const noexcept {
     return -1;
 }
 
+std::int32_t GridLayout::DividerAt(QPoint place, int grip) const noexcept {
+    if (place.y() < 0 || place.y() >= m_sizes.headerHeight || m_grid.Rows() == 0) {
+        return -1;
+    }
+    for (const Column& column : m_columns) {
+        const int edge = LeftOf(column) + column.width;
+        const bool seen = column.frozen || edge > m_frozenWidth;
+        if (seen && place.x() >= edge - grip && place.x() < edge + grip) {
+            return column.screenCol;
+        }
+    }
+    return -1;
+}
+
 }  // namespace kd

@@ -72,6 +72,9 @@ public:
     std::int32_t RowAt(int y) const;
     /// -1 beside the columns.
     std::int32_t ColAt(int x) const noexcept;
+    /// The column whose right edge is within `grip` pixels to either side, in the header row; -1 for none. An
+    /// edge that has been scrolled below the frozen columns counts no more.
+    std::int32_t DividerAt(QPoint place, int grip) const noexcept;
 
 private:
     const VSFlexGrid& m_grid;

@@ -40,6 +40,18 @@ bool GridMouse::Take(QEvent& event) {
     // The types of the events say which classes they are of.
     switch (event.type()) {
         case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseMove:
+            if (TakeDivider(static_cast<QMouseEvent&>(event))) {
+                return true;
+            }
+            break;
+        default:
+            break;
+    }
+    switch (event.type()) {
+        case QEvent::MouseButtonPress:
             Press(static_cast<QMouseEvent&>(event));
             return true;
         case QEvent::MouseButtonDblClick:
@@ -66,6 +78,21 @@ bool GridMouse::Take(QEvent& event) {
 GridPointer GridMouse::PointerAt(QPoint position, Qt::KeyboardModifiers modifiers) const {
     const QPoint corner = position + m_parts.area.viewport()->pos();
     return {m_parts.scroll.Layout().CellAt(position), corner.x(), corner.y(), ShiftOf(modifiers)};
+}
+
+bool GridMouse::TakeDivider(const QMouseEvent& event) {
+    if (m_parts.presses.Dragging() || !m_dividers.Take(event)) {
+        return false;
+    }
+    if (event.type() == QEvent::MouseMove) {
+        // Over no cell: the header's hint would promise what a press does not do here.
+        m_parts.edge.Run([&] {
+            GridPointer pointer = PointerAt(event.position().toPoint(), event.modifiers());
+            pointer.cell = {};
+            m_parts.presses.Move(pointer);
+        });
+    }
+    return true;
 }
 
 void GridMouse::Press(const QMouseEvent& event) {

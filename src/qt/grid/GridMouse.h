@@ -4,7 +4,7 @@
 #include <QObject>
 #include <QPoint>
 
-#include "qt/grid/GridParts.h"
+#include "qt/grid/ColumnDividers.h"
 
 class QMouseEvent;
 class QWheelEvent;
@@ -16,7 +16,7 @@ namespace kd {
 class GridMouse : public QObject {
     Q_OBJECT
 public:
-    explicit GridMouse(const GridParts& parts) : m_parts(parts) {}
+    GridMouse(const GridParts& parts, ColumnDividers& dividers) : m_parts(parts), m_dividers(dividers) {}
 
     /// An event of the viewport. Returns whether that was all of it.
     bool Take(QEvent& event);
@@ -31,6 +31,8 @@ protected:
 
 private:
     GridPointer PointerAt(QPoint position, Qt::KeyboardModifiers modifiers) const;
+    /// Returns whether the event was a divider's.
+    bool TakeDivider(const QMouseEvent& event);
     void Press(const QMouseEvent& event);
     void DoublePress(const QMouseEvent& event);
     void Release(const QMouseEvent& event);
@@ -41,6 +43,7 @@ private:
     bool ShowToolTip(QEvent& event);
 
     GridParts m_parts;
+    ColumnDividers& m_dividers;
     QPoint m_dragPosition;
     QBasicTimer m_dragTimer;  // scrolls on while the pointer rests beyond an edge
 };

@@ -28,7 +28,7 @@ void GridScroll::MeasureFont() {
     GridLayout::Sizes sizes;
     sizes.rowHeight = static_cast<int>(std::ceil(metrics.height())) + RowMargin;
     sizes.headerHeight = std::max(sizes.rowHeight + HeaderExtra, FunnelSize + 4);
-    sizes.defaultColWidth = static_cast<int>(std::ceil(metrics.averageCharWidth() * 10));
+    sizes.defaultColWidth = static_cast<int>(std::ceil(metrics.averageCharWidth() * DefaultColChars));
     m_layout.SetSizes(sizes);
     m_layoutStale = true;
 }
@@ -36,7 +36,7 @@ void GridScroll::MeasureFont() {
 void GridScroll::MeasureAnew() {
     MeasureFont();
     if (m_sizedFirst <= m_sizedLast && m_sizedLast < m_grid.Cols()) {
-        AutoSize(m_sizedFirst, m_sizedLast);
+        FitColumns(m_sizedFirst, m_sizedLast);
     }
     Queue();
 }
@@ -49,10 +49,27 @@ void GridScroll::AutoSize(std::int32_t first, std::int32_t last) {
     }
     m_sizedFirst = first;
     m_sizedLast = last;
+    m_byHand.clear();
+    FitColumns(first, last);
+}
+
+void GridScroll::FitColumns(std::int32_t first, std::int32_t last) {
     const std::vector<int> widths = ColumnWidths(m_grid, m_widths, first, last);
     for (std::int32_t screenCol = first; screenCol <= last; ++screenCol) {
-        m_grid.SetColWidth(screenCol, widths[static_cast<std::size_t>(screenCol - first)]);
+        if (m_byHand.count(screenCol) == 0) {
+            m_grid.SetColWidth(screenCol, widths[static_cast<std::size_t>(screenCol - first)]);
+        }
     }
+}
+
+void GridScroll::SizeColumn(std::int32_t screenCol, int pixels) {
+    m_byHand.insert(screenCol);
+    m_grid.SetColWidth(screenCol, pixels);
+}
+
+void GridScroll::FitColumn(std::int32_t screenCol) {
+    m_byHand.erase(screenCol);
+    FitColumns(screenCol, screenCol);
 }
 
 void GridScroll::BuildLayout() const {

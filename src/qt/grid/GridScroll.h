@@ -2,6 +2,7 @@
 
 #include <QAbstractScrollArea>
 #include <functional>
+#include <set>
 
 #include "platform/GridManner.h"
 #include "qt/grid/GridLayout.h"
@@ -29,6 +30,10 @@ public:
     /// sized again.
     void MeasureAnew();
     void AutoSize(std::int32_t first, std::int32_t last);
+    /// A width that the user gave the column: it stays, whatever the font, until AutoSize or FitColumn.
+    void SizeColumn(std::int32_t screenCol, int pixels);
+    /// Fits one column to its texts.
+    void FitColumn(std::int32_t screenCol);
 
     /// The grid has other rows, columns or widths: one relayout follows when the events are through.
     void LayoutChanged();
@@ -43,6 +48,7 @@ public:
     void SetTopRow(std::int32_t row);
 
 private:
+    void FitColumns(std::int32_t first, std::int32_t last);
     void BuildLayout() const;
     void Queue();
     void Relayout();
@@ -60,6 +66,7 @@ private:
     std::int32_t m_topRow = 0;      // stays the first one below the header when rows are hidden
     std::int32_t m_sizedFirst = 0;  // the columns that AutoSize was last asked for
     std::int32_t m_sizedLast = -1;
+    std::set<std::int32_t> m_byHand;  // the columns that the user has sized since
 };
 
 }  // namespace kd

@@ -67,6 +67,7 @@ private:
     GridEdge m_edge;
     GridScroll m_scroll;
     GridPainter m_painter;
+    ColumnDividers m_dividers;
     GridMouse m_mouse;  // ahead of the editor, whose making is an event of the viewport
     GridEditing m_editing;
     GridKeyboard m_keyboard;

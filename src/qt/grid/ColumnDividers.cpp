@@ -1,0 +1,119 @@
+#include "qt/grid/ColumnDividers.h"
+
+#include <QMouseEvent>
+#include <algorithm>
+
+#include "qt/grid/GridMetrics.h"
+
+namespace kd {
+
+namespace {
+
+/// Pixels to each side of a column's right edge that take the divider, on a screen of 96 dots an inch.
+constexpr int Grip = 3;
+constexpr int UsualDots = 96;
+
+}  // namespace
+
+std::int32_t ColumnDividers::DividerAt(QPoint position) const {
+    if (m_parts.manner.WholeRows()) {
+        return -1;
+    }
+    const int dots = m_parts.area.logicalDpiX();
+    return m_parts.scroll.Layout().DividerAt(position, std::max(Grip, Grip * dots / UsualDots));
+}
+
+bool ColumnDividers::Take(const QMouseEvent& event) {
+    switch (event.type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+            return Press(event);
+        case QEvent::MouseMove:
+            return Move(event);
+        case QEvent::MouseButtonRelease: {
+            const bool ends = m_drag.has_value() && event.button() == Qt::LeftButton;
+            if (ends) {
+                m_drag.reset();
+            }
+            return ends;
+        }
+        default:
+            return false;
+    }
+}
+
+bool ColumnDividers::Press(const QMouseEvent& event) {
+    m_drag.reset();
+    const QPoint position = event.position().toPoint();
+    const std::int32_t screenCol = DividerAt(position);
+    if (screenCol < 0) {
+        return false;
+    }
+    if (event.button() == Qt::LeftButton) {
+        if (event.type() == QEvent::MouseButtonDblClick) {
+            m_parts.scroll.FitColumn(screenCol);
+        } else {
+            m_drag = {screenCol, position.x(), m_parts.scroll.Layout().Find(screenCol)->width};
+        }
+    }
+    return true;
+}
+
+bool ColumnDividers::Move(const QMouseEvent& event) {
+    const QPoint position = event.position().toPoint();
+    if (m_drag && event.buttons().testFlag(Qt::LeftButton)) {
+        DragTo(position.x());
+        return true;
+    }
+    m_drag.reset();  // the button was let go where nobody heard of it
+    const bool over = event.buttons() == Qt::NoButton && DividerAt(position) >= 0;
+    ShowPointer(over);
+    return over;
+}
+
+void ColumnDividers::DragTo(int x) {
+    if (m_parts.scroll.Layout().Find(m_drag->screenCol) != nullptr) {
+        SetWidth(m_drag->screenCol, m_drag->width + x - m_drag->from);
+    } else {
+        m_drag.reset();  // the column has gone meanwhile
+    }
+}
+
+void ColumnDividers::ShowPointer(bool over) {
+    if (m_over == over) {
+        return;
+    }
+    m_over = over;
+    if (over) {
+        m_parts.area.viewport()->setCursor(Qt::SplitHCursor);
+    } else {
+        m_parts.area.viewport()->unsetCursor();
+    }
+}
+
+void ColumnDividers::SetWidth(std::int32_t screenCol, int pixels) {
+    m_parts.scroll.SizeColumn(screenCol, std::max(pixels, LeastColWidth));
+}
+
+const GridLayout::Column* ColumnDividers::CurrentColumn() const {
+    return m_parts.manner.WholeRows() ? nullptr : m_parts.scroll.Layout().Find(m_parts.grid.Col());
+}
+
+void ColumnDividers::Widen(int characters) {
+    if (const GridLayout::Column* const column = CurrentColumn()) {
+        const std::int32_t screenCol = column->screenCol;
+        const int character = m_parts.scroll.Layout().GetSizes().defaultColWidth / DefaultColChars;
+        SetWidth(screenCol, column->width + characters * character);
+        m_parts.scroll.ShowCell(m_parts.grid.Row(), screenCol);
+    }
+}
+
+void ColumnDividers::Fit() {
+    if (const GridLayout::Column* const column = CurrentColumn()) {
+        const std::int32_t screenCol = column->screenCol;
+        m_parts.scroll.FitColumn(screenCol);
+        m_parts.scroll.ShowCell(m_parts.grid.Row(), screenCol);
+    }
+}
+
+}  // namespace kd

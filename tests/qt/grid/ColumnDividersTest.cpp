@@ -1,0 +1,209 @@
+#include "qt/grid/GridFixture.h"
+
+namespace kd {
+namespace {
+
+class ColumnDividersTest : public GridFixture {
+protected:
+    /// In the header row, `beside` pixels behind a column's right edge.
+    QPoint Edge(std::int32_t col, int beside = 0) const {
+        const QRect header = widget->Layout().CellRect(0, col);
+        return {header.left() + header.width() + beside, header.center().y()};
+    }
+    void Drag(QPoint from, int by) const {
+        QTest::mousePress(Port(), Qt::LeftButton, {}, from);
+        Move(from + QPoint(by, 0), Qt::LeftButton);
+        QTest::mouseRelease(Port(), Qt::LeftButton, {}, from + QPoint(by, 0));
+    }
+    int Fitting(std::int32_t col) {
+        VSFlexGrid& g = grid;
+        g.AutoSize(col, col);
+        const int width = g.ColWidth(col);
+        g.SetColWidth(col, ColumnWidth);
+        return width;
+    }
+};
+
+TEST_F(ColumnDividersTest, ThreePixelsToEachSideOfAnEdgeDragTheWidth) {
+    Make(5, 4);
+    for (const int beside : {-3, 0, 2}) {
+        grid.SetColWidth(1, ColumnWidth);
+        Drag(Edge(1, beside), 25);
+        EXPECT_EQ(grid.ColWidth(1), ColumnWidth + 25) << beside;
+        EXPECT_EQ(grid.ColWidth(2), ColumnWidth) << beside;
+    }
+}
+
+TEST_F(ColumnDividersTest, TheWidthFollowsThePointer) {
+    Make(5, 4);
+    QTest::mousePress(Port(), Qt::LeftButton, {}, Edge(1));
+    const QPoint from = Edge(1);
+    for (const int by : {5, 40, -20}) {
+        Move(from + QPoint(by, 0), Qt::LeftButton);
+        EXPECT_EQ(grid.ColWidth(1), ColumnWidth + by);
+    }
+    Move(from + QPoint(60, 0));  // the button was let go elsewhere
+    Move(from + QPoint(70, 0), Qt::LeftButton);
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth - 20);
+}
+
+TEST_F(ColumnDividersTest, APressThereIsNoPressOfTheHeader) {
+    Make(5, 4);
+    ListenToMouse();
+    grid.Select(2, 3);
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
+        QTest::mouseClick(Port(), button, {}, Edge(1, -3));
+        QTest::mouseDClick(Port(), button, {}, Edge(1, 2));
+    }
+    EXPECT_EQ(history, History{});
+    EXPECT_EQ(Current(), (Cell{2, 3}));
+}
+
+TEST_F(ColumnDividersTest, BesideTheDividerTheHeaderIsPressed) {
+    Make(5, 4);
+    ListenToMouse();
+    cancelPress = true;
+    QTest::mouseClick(Port(), Qt::LeftButton, {}, Edge(1, -4));
+    QTest::mouseClick(Port(), Qt::LeftButton, {}, Edge(1, 3));
+    EXPECT_EQ(history, (History{"Before 1 0 at 0,1", "Before 1 0 at 0,2"}));
+}
+
+TEST_F(ColumnDividersTest, BelowTheHeaderTheCellIsPressed) {
+    Make(5, 4);
+    const QRect cell = widget->Layout().CellRect(3, 1);
+    QTest::mouseClick(Port(), Qt::LeftButton, {}, QPoint(cell.right(), cell.center().y()));
+    EXPECT_EQ(Current(), (Cell{3, 1}));
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth);
+}
+
+TEST_F(ColumnDividersTest, ADoubleClickFitsTheColumnToItsTexts) {
+    Make(5, 4);
+    grid.SetTextMatrix(4, 1, "a text that is wider than its column");
+    grid.SetRowHidden(4, true);
+    const int fitting = Fitting(1);
+    ASSERT_GT(fitting, ColumnWidth);
+    QApplication::processEvents();
+    QTest::mouseDClick(Port(), Qt::LeftButton, {}, Edge(1));
+    EXPECT_EQ(grid.ColWidth(1), fitting);
+    EXPECT_EQ(grid.ColWidth(2), ColumnWidth);
+}
+
+TEST_F(ColumnDividersTest, FrozenColumnsHaveDividersAndCoverThoseScrolledBelowThem) {
+    Make(5, 8);
+    grid.SetFrozenCols(2);
+    QApplication::processEvents();
+    Drag(Edge(1), 15);
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth + 15);
+    QApplication::processEvents();
+    widget->horizontalScrollBar()->setValue(ColumnWidth + 50);
+    ASSERT_LT(Edge(2).x(), widget->Layout().FrozenWidth());
+    Drag({Edge(2).x(), 5}, 15);
+    EXPECT_EQ(grid.ColWidth(2), ColumnWidth);
+    Drag(Edge(3), 15);
+    EXPECT_EQ(grid.ColWidth(3), ColumnWidth + 15);
+}
+
+TEST_F(ColumnDividersTest, NoColumnBecomesTooNarrowToBeTakenAgain) {
+    Make(5, 4);
+    Drag(Edge(1), -200);
+    EXPECT_EQ(grid.ColWidth(1), 16);
+    QApplication::processEvents();
+    Drag(Edge(1), 30);
+    EXPECT_EQ(grid.ColWidth(1), 46);
+}
+
+TEST_F(ColumnDividersTest, ThePointerSplitsOverADivider) {
+    Make(5, 4);
+    Move(Edge(1));
+    EXPECT_EQ(Port()->cursor().shape(), Qt::SplitHCursor);
+    Move(Middle(0, 1));
+    EXPECT_EQ(Port()->cursor().shape(), Qt::ArrowCursor);
+    Move(Edge(1) + QPoint(0, widget->Layout().GetSizes().headerHeight));
+    EXPECT_EQ(Port()->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(ColumnDividersTest, OverADividerThePointerIsOverNoCell) {
+    Make(5, 4);
+    std::vector<std::int32_t> rows;
+    grid.MouseMove = [&](MouseButton, int, int, int) { rows.push_back(grid.MouseRow()); };
+    Move(Middle(0, 1));
+    Move(Edge(1));
+    EXPECT_EQ(rows, (std::vector<std::int32_t>{0, -1}));
+}
+
+TEST_F(ColumnDividersTest, ADragOfTheSelectionPassesOverDividers) {
+    Make(5, 4);
+    QTest::mousePress(Port(), Qt::LeftButton, {}, Middle(2, 0));
+    Move(Edge(1), Qt::LeftButton);
+    Move(Middle(3, 2), Qt::LeftButton);
+    EXPECT_EQ(Selection(), (Cell{2, 0, 3, 2}));
+    EXPECT_NE(Port()->cursor().shape(), Qt::SplitHCursor);
+}
+
+TEST_F(ColumnDividersTest, AnOpenEditorStaysAndFollowsItsColumn) {
+    Make(5, 4);
+    grid.Select(2, 1);
+    Type("x");
+    QTest::mouseClick(Port(), Qt::LeftButton, {}, Edge(0));
+    QApplication::processEvents();
+    ASSERT_TRUE(grid.EditWindow());
+    Drag(Edge(0), 30);
+    QApplication::processEvents();
+    EXPECT_TRUE(grid.EditWindow());
+    EXPECT_EQ(Editor()->geometry().left(), ColumnWidth + 30);
+    EXPECT_EQ(QApplication::focusWidget(), Editor());
+}
+
+TEST_F(ColumnDividersTest, AltAndArrowsSizeTheCurrentColumn) {
+    Make(5, 4);
+    const int fitting = Fitting(1);
+    grid.Select(2, 1);
+    Press(Qt::Key_Right, Qt::AltModifier);
+    Press(Qt::Key_Right, Qt::AltModifier);
+    const int wider = grid.ColWidth(1);
+    EXPECT_GT(wider, ColumnWidth);
+    Press(Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(grid.ColWidth(1), (wider + ColumnWidth) / 2);
+    Press(Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(grid.ColWidth(1), fitting);
+    EXPECT_EQ(grid.ColWidth(2), ColumnWidth);
+    EXPECT_EQ(Selection(), (Cell{2, 1, 2, 1}));
+}
+
+TEST_F(ColumnDividersTest, NoColumnIsSizedByKeyWhereNoneIsInSight) {
+    Make(5, 2);
+    grid.Select(2, 1);
+    grid.SetColHidden(1, true);
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Left, Qt::Key_Up}) {
+        Press(key, Qt::AltModifier);
+    }
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth);
+    EXPECT_EQ(grid.ColWidth(0), ColumnWidth);
+}
+
+TEST_F(ColumnDividersTest, AWidthByHandOutlivesAChangeOfTheFontUntilAllColumnsAreSizedAnew) {
+    Make(5, 4);
+    grid.AutoSize(0, 3);
+    const int fitting = grid.ColWidth(1);
+    QApplication::processEvents();
+    Drag(Edge(1), 40);
+    QFont larger = widget->font();
+    larger.setPointSize(larger.pointSize() * 2);
+    widget->setFont(larger);
+    EXPECT_EQ(grid.ColWidth(1), fitting + 40);
+    EXPECT_GT(grid.ColWidth(2), fitting);
+    grid.AutoSize(0, 3);
+    EXPECT_EQ(grid.ColWidth(1), grid.ColWidth(2));
+}
+
+TEST_F(ColumnDividersTest, AListHasNone) {
+    Make(5, 1, std::make_unique<ListManner>(grid));
+    const int width = widget->Layout().CellRect(0, 0).width();
+    Drag(Edge(0, -2), -50);
+    Press(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(widget->Layout().CellRect(0, 0).width(), width);
+    EXPECT_NE(Port()->cursor().shape(), Qt::SplitHCursor);
+}
+
+}  // namespace
+}  // namespace kd

@@ -20,6 +20,7 @@
 
 #include "model/Columns.h"
 #include "model/modKDLimitDesk.h"
+#include "qt/grid/GridMetrics.h"
 #include "qt/services/QtText.h"
 
 namespace kd {
@@ -315,6 +316,35 @@ void Walker::ClickAHeader() {
     QTest::mouseClick(&cells, Qt::LeftButton, {}, QPoint(Below(std::max(cells.width(), 1)), 5));
 }
 
+void Walker::DragADivider() {
+    GridWidget& grid = Grid();
+    QWidget& cells = *grid.viewport();
+    const auto& columns = grid.Layout().Columns();
+    if (columns.empty()) {
+        return;
+    }
+    const GridLayout::Column column =
+        columns[static_cast<std::size_t>(Below(static_cast<int>(columns.size())))];
+    const QPoint edge(grid.Layout().LeftOf(column) + column.width - 1, 5);
+    if (grid.Layout().DividerAt(edge, 6) != column.screenCol || !cells.rect().contains(edge)) {
+        return;  // scrolled out of sight
+    }
+    Did("divider");
+    const int by = Below(200) - 100;
+    QTest::mousePress(&cells, Qt::LeftButton, {}, edge);
+    QMouseEvent move(QEvent::MouseMove, edge + QPoint(by, 0), cells.mapToGlobal(edge + QPoint(by, 0)),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&cells, &move);
+    QTest::mouseRelease(&cells, Qt::LeftButton, {}, edge + QPoint(by, 0));
+    ++m_counts["dividers dragged"];
+    if (grid.Grid().ColWidth(column.screenCol) != std::max(column.width + by, LeastColWidth)) {
+        Fail("a column has another width than it was dragged to");
+    }
+    if (QApplication::activeModalWidget() != nullptr) {
+        Fail("a window has come up over a divider that was dragged");
+    }
+}
+
 void Walker::PressSomeKey() {
     QWidget* const focus = QApplication::focusWidget();
     if (focus == nullptr) {
@@ -332,7 +362,7 @@ void Walker::PressSomeKey() {
         modifiers = Qt::ControlModifier;
     } else if (OneIn(4)) {
         modifiers = Qt::ShiftModifier;
-    } else if (key == Qt::Key_Down && OneIn(3)) {
+    } else if (key >= Qt::Key_Left && key <= Qt::Key_Down && OneIn(3)) {
         modifiers = Qt::AltModifier;
     }
     Did("key " + std::to_string(key) + " to " + NameOf(*focus));
@@ -538,6 +568,8 @@ void Walker::ActOnWindow() {
         window.close();
     } else if (OneIn(20)) {
         ClickAHeader();
+    } else if (OneIn(40)) {
+        DragADivider();
     } else if (OneIn(8)) {
         auto* const bar = window.findChild<QMenuBar*>();
         const QList<QAction*> menus = bar->actions();

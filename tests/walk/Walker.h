@@ -63,6 +63,7 @@ private:
     void ActOnGrid();
     void ClickSomewhere(QWidget& widget);
     void ClickAHeader();
+    void DragADivider();
     void PressSomeKey();
     void TypeSomething();
     QString SomethingToType();

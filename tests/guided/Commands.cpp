@@ -22,12 +22,27 @@ struct Noted {
     Text usl;
     Text lsl;
     std::int32_t row = 0;
+    std::int32_t width = 0;
 };
 
 class Trial {
 public:
     Trial(Guide& guide, Application& program, const LimitChange& variable)
         : m_guide(guide), m_program(program), m_variable(variable) {}
+
+    void SizeAColumn() {
+        Idle("drag the divider of the variable names", [this] {
+            m_noted->width = Grid().ColWidth(ColName);
+            m_guide.DragDivider(ColName, -60);
+        });
+        m_guide.Check("the column has become narrower, and no filter has come up", [this] {
+            return Grid().ColWidth(ColName) == m_noted->width - 60 &&
+                   QApplication::activeModalWidget() == nullptr;
+        });
+        Idle("", [this] { m_guide.DoubleClickDivider(ColName); });
+        m_guide.Check("fitted to its texts again",
+                      [this] { return Grid().ColWidth(ColName) == m_noted->width; });
+    }
 
     void Filter() {
         Idle("filter the variable names", [this] { m_guide.PressHeader(ColName); });
@@ -171,6 +186,7 @@ private:
 void TryCommands(Guide& guide, Application& program, const LimitChange& variable) {
     // The steps run later: they keep the trial alive.
     const auto trial = std::make_shared<Trial>(guide, program, variable);
+    trial->SizeAColumn();
     trial->Filter();
     trial->PopUp();
     trial->FillAndRestore();

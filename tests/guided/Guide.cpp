@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
@@ -161,6 +162,29 @@ void Guide::PressHeader(std::int32_t screenCol) const {
     QApplication::processEvents();
     QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {},
                       Grid().Layout().ShownRect(0, screenCol).center());
+}
+
+QPoint Guide::DividerOf(std::int32_t screenCol) const {
+    Grid().ShowCell(0, screenCol);
+    QApplication::processEvents();
+    const QRect header = Grid().Layout().ShownRect(0, screenCol);
+    return {header.right(), header.center().y()};
+}
+
+void Guide::DragDivider(std::int32_t screenCol, int by) const {
+    QWidget* const cells = Grid().viewport();
+    const QPoint from = DividerOf(screenCol);
+    const QPoint to = from + QPoint(by, 0);
+    QTest::mousePress(cells, Qt::LeftButton, {}, from);
+    // With the button down, which a simulated move would leave to the real mouse.
+    QMouseEvent move(QEvent::MouseMove, to, cells->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(cells, &move);
+    QTest::mouseRelease(cells, Qt::LeftButton, {}, to);
+}
+
+void Guide::DoubleClickDivider(std::int32_t screenCol) const {
+    QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, DividerOf(screenCol));
 }
 
 void Guide::ClickEntry(QWidget& window, const char* list, const std::string& text) {

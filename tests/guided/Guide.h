@@ -58,6 +58,9 @@ public:
     void ClickCell(std::int32_t row, std::int32_t screenCol, Qt::MouseButton button = Qt::LeftButton) const;
     /// Presses the header of a column.
     void PressHeader(std::int32_t screenCol) const;
+    /// Drags the divider at the right of a column's header by that many pixels.
+    void DragDivider(std::int32_t screenCol, int by) const;
+    void DoubleClickDivider(std::int32_t screenCol) const;
     /// Clicks the entry of a list that has this text.
     void ClickEntry(QWidget& window, const char* list, const std::string& text);
     /// Whether the main window waits for the user, with no modal window or menu open.
@@ -75,6 +78,8 @@ private:
 
     void Tick();
     void KeepActive() const;
+    /// In the viewport, with the column in sight.
+    QPoint DividerOf(std::int32_t screenCol) const;
     /// The whole screen, once nothing on it moves.
     QImage ScreenAtRest();
 

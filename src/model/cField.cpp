@@ -106,7 +106,7 @@ double cField::Limit(int index) const noexcept {
     return m_data->limits[static_cast<std::size_t>(index)].value;
 }
 
-void cField::SetLimitFlag(int index, Text value) {
+void cField::SetLimitFlag(int index, const Text& value) {
     const auto at = static_cast<std::size_t>(index);
     if (*m_data->limits[at].flag != value) {
         Edit().limits[at].flag = SharedFlag(value);

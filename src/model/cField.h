@@ -102,31 +102,31 @@ public:
     double Maximum() const noexcept { return BoundAt(bsMaximum); }
     void SetMaximum(double value) { SetBoundAt(bsMaximum, value); }
     const Text& USLflag() const noexcept { return LimitFlag(0); }
-    void SetUSLflag(Text value) { SetLimitFlag(0, std::move(value)); }
+    void SetUSLflag(const Text& value) { SetLimitFlag(0, value); }
     double USL() const noexcept { return Limit(0); }
     void SetUSL(double value) { SetLimit(0, value); }
     const Text& UCLflag() const noexcept { return LimitFlag(1); }
-    void SetUCLflag(Text value) { SetLimitFlag(1, std::move(value)); }
+    void SetUCLflag(const Text& value) { SetLimitFlag(1, value); }
     double UCL() const noexcept { return Limit(1); }
     void SetUCL(double value) { SetLimit(1, value); }
     const Text& UWLflag() const noexcept { return LimitFlag(2); }
-    void SetUWLflag(Text value) { SetLimitFlag(2, std::move(value)); }
+    void SetUWLflag(const Text& value) { SetLimitFlag(2, value); }
     double UWL() const noexcept { return Limit(2); }
     void SetUWL(double value) { SetLimit(2, value); }
     const Text& TGTflag() const noexcept { return LimitFlag(3); }
-    void SetTGTflag(Text value) { SetLimitFlag(3, std::move(value)); }
+    void SetTGTflag(const Text& value) { SetLimitFlag(3, value); }
     double TGT() const noexcept { return Limit(3); }
     void SetTGT(double value) { SetLimit(3, value); }
     const Text& LWLflag() const noexcept { return LimitFlag(4); }
-    void SetLWLflag(Text value) { SetLimitFlag(4, std::move(value)); }
+    void SetLWLflag(const Text& value) { SetLimitFlag(4, value); }
     double LWL() const noexcept { return Limit(4); }
     void SetLWL(double value) { SetLimit(4, value); }
     const Text& LCLflag() const noexcept { return LimitFlag(5); }
-    void SetLCLflag(Text value) { SetLimitFlag(5, std::move(value)); }
+    void SetLCLflag(const Text& value) { SetLimitFlag(5, value); }
     double LCL() const noexcept { return Limit(5); }
     void SetLCL(double value) { SetLimit(5, value); }
     const Text& LSLflag() const noexcept { return LimitFlag(6); }
-    void SetLSLflag(Text value) { SetLimitFlag(6, std::move(value)); }
+    void SetLSLflag(const Text& value) { SetLimitFlag(6, value); }
     double LSL() const noexcept { return Limit(6); }
     void SetLSL(double value) { SetLimit(6, value); }
     /// Smallest value allowed.
@@ -175,7 +175,7 @@ public:
     /// The pairs of the limits by index.
     const Text& LimitFlag(int index) const noexcept;
     double Limit(int index) const noexcept;
-    void SetLimitFlag(int index, Text value);
+    void SetLimitFlag(int index, const Text& value);
     void SetLimit(int index, double value);
 
     /// The plain pairs by their slot, see FieldSlots.h and FieldData.h.

@@ -145,6 +145,20 @@ TEST_F(AdminDialogTest, RecentCriteriaAreOfferedAndChosen) {
     });
 }
 
+TEST_F(AdminDialogTest, TheListOfCriteriaOpensOnNoEntryAndLeavesTheText) {
+    desk.g.gRecents->Add("cheese");
+    Show([&](QWidget& window) {
+        auto& combo = Find<ComboBoxView>(window, "cboFilter");
+        combo.setFocus();
+        Type("mi");
+        combo.showPopup();
+        EXPECT_EQ(combo.currentIndex(), -1);
+        EXPECT_EQ(combo.currentText(), "mi");
+        combo.hidePopup();
+        window.close();
+    });
+}
+
 TEST_F(AdminDialogTest, AddedFilesAreListedAndDuplicatesTold) {
     desk.fileDialog.answer = std::vector<Text>{"/data", "new.kdt", "MILK.kdt"};
     QString text;

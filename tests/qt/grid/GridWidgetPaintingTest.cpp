@@ -140,6 +140,35 @@ TEST_F(GridWidgetPaintingTest, TextStandsWhereTheColumnsAlignmentPutsIt) {
     EXPECT_EQ(inked(caRightCenter), (std::vector<bool>{false, false, true}));
 }
 
+TEST_F(GridWidgetPaintingTest, TheHeadersTextStandsAsItsColumnsCellsDo) {
+    Make(1, 2);
+    UsePalette(false);
+    grid.SetColWidth(1, 200);
+    grid.SetTextMatrix(0, 1, "HHH");
+    const auto firstInk = [&](CellAlignment alignment) {
+        grid.SetColAlignment(1, alignment);
+        QApplication::processEvents();
+        const QRect cell = widget->Layout().CellRect(0, 1);
+        const QImage picture = Picture();
+        const QRgb ground = picture.pixel(cell.left() + 1, cell.top() + 2);
+        for (int x = cell.left() + 1; x < cell.right(); ++x) {
+            for (int y = cell.top() + 2; y < cell.bottom() - 2; ++y) {
+                if (picture.pixel(x, y) != ground) {
+                    return x - cell.left();
+                }
+            }
+        }
+        return 0;
+    };
+    const int left = firstInk(caLeftCenter);
+    const int centre = firstInk(caCenterCenter);
+    const int right = firstInk(caRightCenter);
+    EXPECT_GT(left, 0);
+    EXPECT_LT(left, 20);
+    EXPECT_GT(centre, left + 40);
+    EXPECT_GT(right, centre + 40);
+}
+
 TEST_F(GridWidgetPaintingTest, TextWiderThanItsCellEndsInAnEllipsis) {
     Make(1, 1);
     TextWidths widths;

@@ -102,6 +102,22 @@ TEST_F(GridWidgetScrollTest, CellPlaceCountsFromTheGridsCorner) {
     EXPECT_EQ(grid.CellHeight(), widget->Layout().GetSizes().rowHeight);
 }
 
+TEST_F(GridWidgetScrollTest, ACellThatIsScrolledInPartBeginsWhereItsSightDoes) {
+    Make(10, 12);
+    widget->horizontalScrollBar()->setValue(ColumnWidth + 30);
+    grid.Select(0, 1);  // the header, which is not brought into sight
+    EXPECT_EQ(grid.CellLeft(), Port()->x());
+    grid.Select(0, 2);
+    EXPECT_EQ(grid.CellLeft(), Port()->x() + ColumnWidth - 30);
+    grid.SetFrozenCols(1);
+    QApplication::processEvents();
+    widget->horizontalScrollBar()->setValue(30);
+    grid.Select(0, 1);
+    EXPECT_EQ(grid.CellLeft(), Port()->x() + ColumnWidth) << "behind the frozen column";
+    grid.Select(0, 0);
+    EXPECT_EQ(grid.CellLeft(), Port()->x());
+}
+
 TEST_F(GridWidgetScrollTest, RedrawOffLeavesThePictureAndOnAgainCatchesUp) {
     Make(100, 3);
     grid.SetRedraw(false);

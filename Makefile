@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 CMAKE_BUILD = cmake --build build/$(1) --parallel $(JOBS)
 
 .PHONY: help run test torture core bench package package-test accessibility-test windows windows-test windows-core-test \
-        spreadsheet-test mutants release-check format tidy check hooks figures samples clean
+        spreadsheet-test mutants coverage release-check format tidy check hooks figures samples clean
 
 help:
 	@echo "make run      the program on a copy of the samples (a guided run where there is no display)"
@@ -18,6 +18,7 @@ help:
 	@echo "make windows-core-test  the core's tests under wine, without Qt"
 	@echo "make spreadsheet-test  cells to and from LibreOffice Calc"
 	@echo "make mutants  plants faults in the sources that the tests must notice (FOLDER, SEED, COUNT)"
+	@echo "make coverage  which lines and branches of the sources the tests run"
 	@echo "make release-check  all of the above, in a clean clone"
 	@echo "make torture  the long part of the reliability tests, under the sanitizers (hours)"
 	@echo "make format   lays the sources out with clang-format"
@@ -76,6 +77,14 @@ spreadsheet-test:
 mutants:
 	@scripts/setup.sh build mutants
 	@JOBS=$(JOBS) /usr/bin/python3 scripts/mutants.py
+
+coverage:
+	@scripts/setup.sh build coverage
+	cmake --preset coverage
+	$(call CMAKE_BUILD,coverage)
+	find build/coverage -name '*.gcda' -delete
+	ctest --preset coverage --parallel $(JOBS)
+	@JOBS=$(JOBS) scripts/coverage.py
 
 release-check:
 	@scripts/release_check.sh

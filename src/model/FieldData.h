@@ -6,7 +6,6 @@
 
 #include "base/Text.h"
 #include "model/FieldSlots.h"
-#include "model/cField.h"
 
 /// What a variable keeps. Only cField.cpp and PropertyTable.h go by it, so that a new property leaves
 /// everybody else as it is.

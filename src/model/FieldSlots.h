@@ -5,6 +5,9 @@
 /// Where a variable keeps its plain properties: a slot for each, counted from 0 within its width.
 namespace kd {
 
+/// The seven limits, from top to bottom: USL, UCL, UWL, TGT, LWL, LCL, LSL; indexes count from 0.
+inline constexpr int LimitCount = 7;
+
 /// Texts that have a pair of accessors.
 enum TextSlot : std::uint8_t {
     tsFieldType,  // first, beside what a check of the limits reads

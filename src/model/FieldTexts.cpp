@@ -175,4 +175,24 @@ void StoreCellText(cField& field, const Property& property, std::string_view tex
     }
 }
 
+// The two doors to the texts stand here, since a record as such knows nothing of them.
+
+void cField::AppendValue(std::int32_t column, std::int32_t mode, const Locale& locale,
+                         std::string& text) const {
+    if (IsVariableColumn(column) && (mode == vmFile || mode == vmRaw || mode == vmGrid)) {
+        AppendProperty(*this, PropertyOf(column), mode, locale, text);
+    }
+}
+
+void cField::SetValue(std::int32_t column, std::int32_t mode, std::string_view text,
+                      const Platform& platform) {
+    if (mode != vmGrid) {
+        platform.toolkit.Say("Not supported!");
+        return;
+    }
+    if (IsVariableColumn(column)) {
+        StoreCellText(*this, PropertyOf(column), text, platform.locale);
+    }
+}
+
 }  // namespace kd

@@ -6,7 +6,6 @@
 #include "base/Numbers.h"
 #include "model/Decimals.h"
 #include "model/FieldData.h"
-#include "model/FieldTexts.h"
 #include "model/PropertyTable.h"
 
 namespace kd {
@@ -146,24 +145,6 @@ Text cField::ValueText(std::int32_t column, std::int32_t mode, const Locale& loc
     Text text;
     AppendValue(column, mode, locale, text);
     return text;
-}
-
-void cField::AppendValue(std::int32_t column, std::int32_t mode, const Locale& locale,
-                         std::string& text) const {
-    if (IsVariableColumn(column) && (mode == vmFile || mode == vmRaw || mode == vmGrid)) {
-        AppendProperty(*this, PropertyOf(column), mode, locale, text);
-    }
-}
-
-void cField::SetValue(std::int32_t column, std::int32_t mode, std::string_view text,
-                      const Platform& platform) {
-    if (mode != vmGrid) {
-        platform.toolkit.Say("Not supported!");
-        return;
-    }
-    if (IsVariableColumn(column)) {
-        StoreCellText(*this, PropertyOf(column), text, platform.locale);
-    }
 }
 
 double cField::ParseGridDouble(std::string_view text, const Locale& locale) {

@@ -20,9 +20,6 @@ enum ValueMode : std::int32_t {
     vmGrid = 1,   // the text of a grid cell: the locale's separator, no "F", methods as words
 };
 
-/// The seven limits, from top to bottom: USL, UCL, UWL, TGT, LWL, LCL, LSL; indexes count from 0.
-inline constexpr int LimitCount = 7;
-
 /// Words of the methods, by their number from 0.
 inline constexpr std::array<std::string_view, 6> LimitMethodWords{
     "Population", "MrEstimate", "LowVariation", "HighVariation", "LowAverage", "HighAverage"};

@@ -2,17 +2,14 @@
 
 #include <QApplication>
 #include <QCursor>
-#include <QGridLayout>
-#include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
 #include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <stdexcept>
 #include <vector>
 
 #include "base/Scope.h"
+#include "qt/services/BoxText.h"
 #include "qt/services/MenuBinder.h"
 #include "qt/services/QtText.h"
 
@@ -37,30 +34,6 @@ QMessageBox::Icon QtIcon(BoxIcon icon) {
             break;
     }
     return QMessageBox::NoIcon;
-}
-
-/// A text longer than the screen is high gets a scroll bar, so that the buttons stay in reach.
-void KeepOnScreen(QMessageBox& box, const QSize& screen) {
-    auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-    auto* const grid = qobject_cast<QGridLayout*>(box.layout());
-    if (label == nullptr || grid == nullptr || label->sizeHint().height() <= screen.height() * 6 / 10) {
-        return;
-    }
-    int row = 0;
-    int column = 0;
-    int rows = 0;
-    int columns = 0;
-    grid->getItemPosition(grid->indexOf(label), &row, &column, &rows, &columns);
-    grid->removeWidget(label);
-    auto* const scroll = new QScrollArea(&box);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    const QSize whole = label->sizeHint();
-    scroll->setWidget(label);
-    const int barWidth = scroll->verticalScrollBar()->sizeHint().width();
-    scroll->setMinimumSize(std::min(whole.width() + 2 * barWidth, screen.width() * 6 / 10),
-                           screen.height() * 6 / 10);
-    grid->addWidget(scroll, row, column, rows, columns);
 }
 
 }  // namespace
@@ -118,7 +91,7 @@ BoxAnswer QtToolkit::MessageBox(std::string_view text, BoxIcon icon, BoxButtons 
         box.setDefaultButton(QMessageBox::Ok);
         box.setEscapeButton(QMessageBox::Ok);
     }
-    KeepOnScreen(box, ScreenSize());
+    SettleBoxText(box, ScreenSize());
     const int answer = box.exec();
     if (buttons == BoxButtons::Ok) {
         return BoxAnswer::Ok;

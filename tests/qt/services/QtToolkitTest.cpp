@@ -3,7 +3,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QScreen>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "qt/Screen.h"
@@ -118,18 +117,6 @@ TEST_F(QtToolkitTest, QuestionIsAnsweredByMouseKeyboardAndFrame) {
         EXPECT_EQ(Box("Quit?", BoxIcon::Question, BoxButtons::YesNo, "KD LimitDesk", c.user).answer, c.answer)
             << c.label;
     }
-}
-
-TEST_F(QtToolkitTest, BoxWithHundredsOfLinesKeepsItsButtonsOnTheScreen) {
-    Text lines;
-    for (int i = 0; i < 400; ++i) {
-        lines += "/home/anna/applications/file" + std::to_string(i) + ".kdt\r\n";
-    }
-    (void)Box(lines, BoxIcon::Exclamation, BoxButtons::Ok, "Duplicate Files", [](QMessageBox& box) {
-        EXPECT_LE(box.height(), QGuiApplication::primaryScreen()->availableGeometry().height());
-        EXPECT_NE(box.findChild<QScrollArea*>(), nullptr);
-        PressOk(box);
-    });
 }
 
 TEST_F(QtToolkitTest, HourglassIsNeverNestedAndLaidAsideForABox) {

@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 CMAKE_BUILD = cmake --build build/$(1) --parallel $(JOBS)
 
 .PHONY: help run test torture core bench package package-test accessibility-test windows windows-test windows-core-test \
-        spreadsheet-test mutants coverage release-check format tidy check hooks figures samples clean
+        spreadsheet-test wayland-test mutants coverage release-check format tidy check hooks figures samples clean
 
 help:
 	@echo "make run      the program on a copy of the samples (a guided run where there is no display)"
@@ -17,6 +17,7 @@ help:
 	@echo "make windows-test  tests, guided run and installer under wine"
 	@echo "make windows-core-test  the core's tests under wine, without Qt"
 	@echo "make spreadsheet-test  cells to and from LibreOffice Calc"
+	@echo "make wayland-test  guided run under a Wayland compositor, natively and by X11"
 	@echo "make mutants  plants faults in the sources that the tests must notice (FOLDER, SEED, COUNT)"
 	@echo "make coverage  which lines and branches of the sources the tests run"
 	@echo "make release-check  all of the above, in a clean clone"
@@ -73,6 +74,9 @@ windows-core-test:
 
 spreadsheet-test:
 	@JOBS=$(JOBS) scripts/trials/spreadsheet.sh
+
+wayland-test:
+	@JOBS=$(JOBS) scripts/trials/wayland.sh
 
 mutants:
 	@scripts/setup.sh build mutants

@@ -23,6 +23,7 @@ check env -u DISPLAY -u WAYLAND_DISPLAY make run
 check make package-test
 check make accessibility-test
 check make spreadsheet-test
+check make wayland-test
 check make windows
 check make windows-test
 check make bench

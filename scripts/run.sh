@@ -5,27 +5,9 @@
 set -u
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 source scripts/display.sh
+source scripts/scratch.sh
 build=$PWD/build/release
 scratch=$PWD/build/run
-
-# The scratch folder: the program with what lies beside it, the samples, and the list that a first start shows.
-make_scratch() {
-    rm -rf "$scratch" && mkdir -p "$scratch/bin" "$scratch/samples" "$scratch/config" "$scratch/pictures" || return 1
-    cp samples/*.kdt samples/*.kdt6 samples/*.V* "$scratch/samples/" || return 1
-    cp "$build/bin/KDLimitDesk" "$build/bin/Rules.ini" "$scratch/bin/" || return 1
-    [ ! -d "$build/bin/help" ] || cp -r "$build/bin/help" "$scratch/bin/" || return 1
-    application_list >"$scratch/bin/KDLimitDesk.ini"
-}
-
-application_list() {
-    local template
-    # Told apart by its mark: a path may hold characters that a single-byte code page lacks.
-    case "$scratch" in *[!\ -~]*) printf '\xef\xbb\xbf' ;; esac
-    printf '[KDLIMITDESK]\r\n\r\n[RECENTS]\r\n\r\n[FILES]\r\n'
-    for template in "$scratch"/samples/*.kdt "$scratch"/samples/*.kdt6; do
-        printf '   File   = %s\r\n' "$template"
-    done
-}
 
 jobs=(build)
 targets=(KDLimitDesk)
@@ -33,7 +15,7 @@ have_display || { jobs+=(display) && targets+=(guided_run); }
 scripts/setup.sh "${jobs[@]}" || exit 1
 cmake --preset release &&
     cmake --build build/release --parallel "${JOBS:-$(nproc)}" --target "${targets[@]}" || exit 1
-make_scratch || { echo "run: could not lay out $scratch" >&2; exit 1; }
+make_scratch "$scratch" "$build" || { echo "run: could not lay out $scratch" >&2; exit 1; }
 export XDG_CONFIG_HOME=$scratch/config
 
 if have_display; then

@@ -2,10 +2,13 @@
 
 #include "qt/Application.h"
 #include "qt/services/DeskStyle.h"
+#include "qt/services/WindowSystem.h"
 
 int main(int argc, char** argv) {
     kd::DeskStyle::AskForDarkColours();
+    kd::WindowSystem::PreferX11();
     const QApplication loop(argc, argv);
+    kd::WindowSystem::ForgetChoice();
     kd::DeskStyle::Settle();
     QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
     QApplication::setDesktopFileName(QStringLiteral("com.example.kdlimitdesk"));

@@ -9,6 +9,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
@@ -26,6 +27,10 @@ namespace {
 /// it.
 constexpr int PatienceMs = 120000;
 constexpr int TickMs = 10;
+
+/// For so many ticks on end a step's condition must hold: a compositor tells a window late, and more than
+/// once, that it has the keyboard again, and whoever has opened a menu meanwhile loses it.
+constexpr int SettledTicks = 10;
 
 /// Two grabs of the screen so far apart that are alike show a screen on which no mark fades in any more. A
 /// cursor that blinks ends the wait all the same.
@@ -83,9 +88,14 @@ void Guide::KeepActive() const {
 
 void Guide::Tick() {
     KeepActive();
-    if (m_failed || m_begins || m_steps.empty() || !m_steps.front().ready()) {
+    if (m_failed || m_begins || m_steps.empty()) {
         return;
     }
+    m_settled = m_steps.front().ready() ? m_settled + 1 : 0;
+    if (m_settled < SettledTicks) {
+        return;
+    }
+    m_settled = 0;
     m_patience.start(PatienceMs);
     // Queued, since a timer does not fire again while its own handler runs: the step may open a modal window
     // and come back only when that has gone, and the next steps run meanwhile.
@@ -137,14 +147,21 @@ void Guide::Press(QWidget& window, const char* control) {
     QTest::mouseClick(widget, Qt::LeftButton, {}, marked ? QPoint(8, widget->height() / 2) : QPoint());
 }
 
-void Guide::Keys(const std::string& text) {
+QWidget* Guide::Focused() const {
+    // A window that had lost the keyboard has it again only when the desktop says so.
+    (void)QTest::qWaitFor([] { return QApplication::focusWidget() != nullptr; }, PatienceMs);
+    QWidget* const focus = QApplication::focusWidget();
+    return focus != nullptr ? focus : &m_program.Window();
+}
+
+void Guide::Keys(const std::string& text) const {
     for (const QChar c : QString::fromStdString(text)) {
-        QTest::keyClick(QApplication::focusWidget(), c.toLatin1());  // the focus moves when an editor opens
+        QTest::keyClick(Focused(), c.toLatin1());  // the focus moves when an editor opens
     }
 }
 
-void Guide::Key(Qt::Key key) {
-    QTest::keyClick(QApplication::focusWidget(), key);
+void Guide::Key(Qt::Key key, Qt::KeyboardModifiers modifiers) const {
+    QTest::keyClick(Focused(), key, modifiers);
 }
 
 GridWidget& Guide::Grid() const {
@@ -225,6 +242,11 @@ void Guide::SavePicture(const char* name) {
         return;
     }
     const QString path = QDir(m_pictures).filePath(QLatin1String(name) + QStringLiteral(".png"));
+    if (!m_camera.isEmpty()) {
+        QTest::qWait(RestMs);
+        m_failed = QProcess::execute(m_camera.first(), m_camera.mid(1) + QStringList(path)) != 0 || m_failed;
+        return;
+    }
     QImage screen = ScreenAtRest();
     if (const QWidget* const window = QApplication::activeWindow()) {
         screen.setText(QStringLiteral("window"), PlaceOn(*QApplication::primaryScreen(), *window));
@@ -296,7 +318,7 @@ void Guide::Choose(const char* menu, const char* entry, const char* picture) {
         [this, entry, picture] {
             SavePicture(picture);
             auto* const popup = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            for (QAction* action : popup->actions()) {
+            for (QAction* action : popup != nullptr ? popup->actions() : QList<QAction*>()) {
                 if (action->objectName() == QLatin1String(entry)) {
                     if (!action->isEnabled()) {
                         break;

@@ -3,11 +3,13 @@
 #include <QImage>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 #include <QWidget>
 #include <deque>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "qt/Application.h"
 #include "qt/grid/GridWidget.h"
@@ -21,6 +23,10 @@ class Guide {
 public:
     /// Pictures of the screen go to `pictures`; none are taken when it is empty. `tell` hears of each step.
     Guide(Application& program, QString pictures, std::function<void(const std::string&)> tell);
+
+    /// Pictures are taken by this program, which is given the path behind these words, where the toolkit may
+    /// not look at the screen itself.
+    void TakePicturesWith(QStringList camera) { m_camera = std::move(camera); }
 
     /// Adds a step.
     void Then(std::string title, std::function<bool()> ready, std::function<void()> act);
@@ -53,8 +59,9 @@ public:
     /// The modal window on top, if it has that name and is there to be used.
     static QWidget* Modal(const char* name);
     static void Press(QWidget& window, const char* control);
-    static void Keys(const std::string& text);
-    static void Key(Qt::Key key);
+    /// Keys go to whatever has the keyboard.
+    void Keys(const std::string& text) const;
+    void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
     void ClickCell(std::int32_t row, std::int32_t screenCol, Qt::MouseButton button = Qt::LeftButton) const;
     /// Presses the header of a column.
     void PressHeader(std::int32_t screenCol) const;
@@ -80,15 +87,18 @@ private:
     void KeepActive() const;
     /// In the viewport, with the column in sight.
     QPoint DividerOf(std::int32_t screenCol) const;
+    QWidget* Focused() const;
     /// The whole screen, once nothing on it moves.
     QImage ScreenAtRest();
 
     Application& m_program;
     QString m_pictures;
+    QStringList m_camera;
     std::function<void(const std::string&)> m_tell;
     std::deque<OneStep> m_steps;
     QTimer m_timer;
     QTimer m_patience;
+    int m_settled = 0;      // ticks on end for which the next step's condition has held
     bool m_begins = false;  // a step is queued and has not begun
     // Steps under way: a command gives the message loop its turn while it works, and the next step must not
     // run then, unless it is the answer to a window that the command has opened.

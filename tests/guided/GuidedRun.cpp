@@ -1,5 +1,5 @@
 // The main job on the sample applications, by simulated mouse and keyboard through the real program:
-//     guided_run --samples DIR --pictures DIR [--dark]
+//     guided_run --samples DIR --pictures DIR [--camera "PROGRAM ARGUMENTS"] [--dark]
 // DIR/../bin holds the program's data and the list of applications. Exits with 0 only if the files on the
 // disk are as they must be.
 
@@ -15,6 +15,7 @@
 #include "qt/Application.h"
 #include "qt/services/DeskStyle.h"
 #include "qt/services/QtText.h"
+#include "qt/services/WindowSystem.h"
 
 namespace {
 
@@ -66,7 +67,9 @@ int main(int argc, char** argv) {
     // elsewhere.)
     qputenv("LC_ALL", "C.UTF-8");
     DeskStyle::AskForDarkColours();
+    WindowSystem::PreferX11();
     const QApplication loop(argc, argv);
+    WindowSystem::ForgetChoice();
     DeskStyle::Settle();
     QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
     QApplication::setQuitOnLastWindowClosed(false);
@@ -75,6 +78,10 @@ int main(int argc, char** argv) {
         {QStringLiteral("samples"), QStringLiteral("Folder of the applications."), QStringLiteral("DIR")});
     options.addOption(
         {QStringLiteral("pictures"), QStringLiteral("Folder for the pictures."), QStringLiteral("DIR")});
+    options.addOption(
+        {QStringLiteral("camera"),
+         QStringLiteral("Takes the pictures where the program may not: gets a path behind its arguments."),
+         QStringLiteral("COMMAND")});
     options.addOption({QStringLiteral("dark"), QStringLiteral("In the colours of a dark desktop.")});
     options.process(loop);
     if (options.isSet(QStringLiteral("dark"))) {
@@ -82,7 +89,7 @@ int main(int argc, char** argv) {
     }
     const QString samples = options.value(QStringLiteral("samples"));
     if (samples.isEmpty()) {
-        std::fprintf(stderr, "guided_run --samples DIR [--pictures DIR] [--dark]\n");
+        std::fprintf(stderr, "guided_run --samples DIR [--pictures DIR] [--camera COMMAND] [--dark]\n");
         return 2;
     }
     ProvideUserName();
@@ -95,6 +102,9 @@ int main(int argc, char** argv) {
     };
     Application program(PlacesBeside(samples));
     Guide guide(program, options.value(QStringLiteral("pictures")), Print);
+    guide.TakePicturesWith(
+        options.value(QStringLiteral("camera")).split(QLatin1Char(' '), Qt::SkipEmptyParts));
+    Print("on " + QGuiApplication::platformName().toStdString());
     LoadAll(guide, program);
     TryCommands(guide, program, changes.front());
     DoMainJob(guide, program, changes);

@@ -103,7 +103,7 @@ void DoMainJob(Guide& guide, Application& program, std::vector<LimitChange>& cha
                            QApplication::activeModalWidget() == nullptr &&
                            QApplication::focusWidget() != nullptr;
                 },
-                [] { Guide::Key(Qt::Key_Escape); });
+                [&guide] { guide.Key(Qt::Key_Escape); });
             first = false;
         }
         if (!change.wrongUsl.empty()) {

@@ -36,6 +36,7 @@ constexpr int SettledTicks = 10;
 /// cursor that blinks ends the wait all the same.
 constexpr int RestMs = 100;
 constexpr int MostGrabs = 8;
+constexpr int CameraMs = 500;
 
 /// Where a window stands in a picture of the screen, as ImageMagick writes it: width x height + left + top.
 QString PlaceOn(const QScreen& screen, const QWidget& window) {
@@ -243,7 +244,7 @@ void Guide::SavePicture(const char* name) {
     }
     const QString path = QDir(m_pictures).filePath(QLatin1String(name) + QStringLiteral(".png"));
     if (!m_camera.isEmpty()) {
-        QTest::qWait(RestMs);
+        QTest::qWait(CameraMs);  // the compositor paints later than the program
         m_failed = QProcess::execute(m_camera.first(), m_camera.mid(1) + QStringList(path)) != 0 || m_failed;
         return;
     }

@@ -32,17 +32,9 @@ void GridTable::SetCols(std::int32_t cols) {
     }
     CellsLeave(0);
     m_texts.SetCols(cols);
-    m_columns.assign(static_cast<std::size_t>(cols), {});
-    m_frozenCols = std::min(m_frozenCols, cols);
+    m_pictures.assign(static_cast<std::size_t>(cols), HeaderPicture::None);
+    ResetColumns(cols);
     SizeDiffers();
-    LayoutDiffers();
-}
-
-void GridTable::SetFrozenCols(std::int32_t cols) {
-    if (cols < 0 || cols > Cols()) {
-        throw cError(errInvalidArgument, "VSFlexGrid.FrozenCols");
-    }
-    m_frozenCols = cols;
     LayoutDiffers();
 }
 
@@ -72,13 +64,8 @@ void GridTable::SetBackColor(std::int32_t row, std::int32_t screenCol, BackColou
     }
 }
 
-void GridTable::SetColAlignment(std::int32_t screenCol, CellAlignment alignment) {
-    ColOf(screenCol).alignment = alignment;
-    LayoutDiffers();
-}
-
 void GridTable::SetCellPicture(std::int32_t screenCol, HeaderPicture picture) {
-    ColOf(screenCol).picture = picture;
+    m_pictures[m_texts.ColIndex(screenCol)] = picture;
     if (Rows() > 0) {
         CellDiffers(0, screenCol);
     }
@@ -92,20 +79,6 @@ void GridTable::SetRowHidden(std::int32_t row, bool hidden) {
         CellsHide();
         LayoutDiffers();
     }
-}
-
-void GridTable::SetColHidden(std::int32_t screenCol, bool hidden) {
-    bool& present = ColOf(screenCol).hidden;
-    if (present != hidden) {
-        present = hidden;
-        CellsHide();
-        LayoutDiffers();
-    }
-}
-
-void GridTable::SetColWidth(std::int32_t screenCol, std::int32_t pixels) {
-    ColOf(screenCol).width = pixels;
-    LayoutDiffers();
 }
 
 void GridTable::SetIsSelected(std::int32_t row, bool selected) {
@@ -142,17 +115,6 @@ std::int32_t GridTable::VisibleRowFrom(std::int32_t row, std::int32_t step) cons
         row += step;
     }
     return 0;
-}
-
-std::int32_t GridTable::VisibleColFrom(std::int32_t screenCol, std::int32_t step) const {
-    screenCol = step > 0 ? std::max(screenCol, 0) : std::min(screenCol, Cols() - 1);
-    while (screenCol >= 0 && screenCol < Cols()) {
-        if (!m_columns[static_cast<std::size_t>(screenCol)].hidden) {
-            return screenCol;
-        }
-        screenCol += step;
-    }
-    return -1;
 }
 
 }  // namespace kd

@@ -28,8 +28,7 @@ void RefreshGridRow(Desk& desk, std::int32_t row) {
             texts.EndCell();
         }
     } catch (...) {
-        // What can be shown says which variable it is.
-        texts.DropOpenCell();
+        // What can be shown says which variable it is. A value is appended whole or not at all.
         while (texts.Ends().size() < static_cast<std::size_t>(ColumnCount)) {
             texts.Add({});
         }

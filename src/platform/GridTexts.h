@@ -34,9 +34,6 @@ public:
     std::string& Bytes() noexcept { return m_bytes; }
     void EndCell() { m_ends.push_back(static_cast<std::uint32_t>(m_bytes.size())); }
 
-    /// Takes back what was appended to a cell that has not been ended.
-    void DropOpenCell() { m_bytes.resize(m_ends.empty() ? 0 : m_ends.back()); }
-
     const std::string& Bytes() const noexcept { return m_bytes; }
     const std::vector<std::uint32_t>& Ends() const noexcept { return m_ends; }
 

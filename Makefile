@@ -10,6 +10,8 @@ help:
 	@echo "make test     all tests"
 	@echo "make core     the core and its tests, without Qt"
 	@echo "make bench    the benchmark at the limit of 32,767 variables"
+	@echo "make counts   the instructions of the main jobs, which must not rise by more than 3 %"
+	@echo "make keep-counts  keeps what is counted now"
 	@echo "make package  a Debian package of the program in build/packages"
 	@echo "make package-test  installs that package, does the main job in it, removes it"
 	@echo "make accessibility-test  the program at the limit as a screen reader sees it"
@@ -50,9 +52,20 @@ core:
 	ctest --preset core --parallel $(JOBS)
 
 bench:
-	@scripts/setup.sh build
+	@scripts/setup.sh build counts
 	cmake --preset release
 	$(call CMAKE_BUILD,release) --target bench
+
+.PHONY: counts keep-counts
+counts:
+	@scripts/setup.sh build counts
+	cmake --preset counts
+	$(call CMAKE_BUILD,counts) --target instructions
+
+keep-counts:
+	@scripts/setup.sh build counts
+	cmake --preset counts
+	$(call CMAKE_BUILD,counts) --target keep-instructions
 
 package:
 	@JOBS=$(JOBS) scripts/package.sh

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace kd::bench {
 
@@ -11,11 +12,20 @@ namespace fs = std::filesystem;
 
 BoxAnswer SilentToolkit::MessageBox(std::string_view text, BoxIcon /*icon*/, BoxButtons /*buttons*/,
                                     std::string_view /*title*/) {
-    throw std::runtime_error("unforeseen box: " + Text(text));
+    if (box.empty() || text != box) {
+        throw std::runtime_error("unforeseen box: " + Text(text));
+    }
+    box.clear();
+    return BoxAnswer::Ok;
 }
 
 void SilentToolkit::ShowModal(Form& form) {
-    throw std::runtime_error("unforeseen dialog: " + form.Name());
+    if (!user) {
+        throw std::runtime_error("unforeseen dialog: " + form.Name());
+    }
+    form.MarkShown();
+    std::exchange(user, nullptr)(form);
+    Expect(!form.Shown(), form.Name() + " is hidden");
 }
 
 std::vector<std::string> AllFiles(const std::string& folder) {
@@ -34,6 +44,16 @@ std::vector<std::string> Templates(const std::vector<std::string>& files) {
     std::copy_if(files.begin(), files.end(), std::back_inserter(templates),
                  [](const std::string& path) { return path.ends_with(".kdt") || path.ends_with(".kdt6"); });
     return templates;
+}
+
+void MakeAllNumeric(Globals& g) {
+    for (std::int32_t index = 1; index <= g.gFields->Count(); ++index) {
+        for (cField* field : {&g.gFields->Ref(index), &g.gSavedFields->Ref(index)}) {
+            field->SetFieldType("N");
+            field->SetLength(8);
+            field->SetDecimals(2);
+        }
+    }
 }
 
 void Expect(bool holds, const std::string& words) {

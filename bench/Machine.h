@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,12 +14,19 @@
 
 namespace kd::bench {
 
-/// Nobody sits before it: a box is a failure, passes of the message loop do nothing.
+/// Nobody sits before it: a box or a dialog that is not foreseen is a failure, passes of the message loop do
+/// nothing.
 class SilentToolkit : public Toolkit {
 public:
-    /// @throws std::runtime_error always: no job of the benchmark has anything to say.
+    /// What the user does in the next dialog, which is then hidden; empty again behind it.
+    std::function<void(Form&)> user;
+    /// The text of the next box; empty again behind it, and when no job has anything to say.
+    std::string box;
+
+    /// @throws std::runtime_error when the box has another text.
     BoxAnswer MessageBox(std::string_view text, BoxIcon icon, BoxButtons buttons,
                          std::string_view title) override;
+    /// @throws std::runtime_error when there is no user.
     void ShowModal(Form& form) override;
     void ShowModeless(Form& /*form*/) override {}
     void ShowPopupMenu(MenuItem& /*menu*/) override {}
@@ -31,6 +40,17 @@ private:
     Pointer m_pointer = Pointer::Default;
 };
 
+/// A clipboard of the program's own.
+class OwnClipboard : public KDClipboard {
+public:
+    explicit OwnClipboard(Text& text) : m_text(text) {}
+    Text GetText() override { return m_text; }
+    void SetText(std::string_view text) override { m_text = text; }
+
+private:
+    Text& m_text;
+};
+
 /// The machine under the benchmark: the operating system's files and the standalone suite, with a locale that
 /// is the same everywhere.
 struct Machine {
@@ -41,7 +61,12 @@ struct Machine {
     SystemEnvironment environment;
     FakeShell shell;
     FakeFileDialog fileDialog;
-    StandaloneSuite suite{{"", "", "", KD_SOURCE_DIR "/samples"}, files, locale, clock, {}};
+    Text clipboard;
+    StandaloneSuite suite{{"", "", "", KD_SOURCE_DIR "/samples"},
+                          files,
+                          locale,
+                          clock,
+                          {[this] { return std::make_unique<OwnClipboard>(clipboard); }, {}}};
     Platform platform{files, toolkit, locale, clock, environment, shell, fileDialog, suite};
     Globals g{platform};
 };
@@ -52,6 +77,9 @@ std::vector<std::string> Templates(const std::vector<std::string>& files);
 
 /// Variables of each file of the corpus.
 inline constexpr std::int32_t VariablesPerFile = 18;
+
+/// Gives every loaded variable a number's type, since a calculation needs a number in each row.
+void MakeAllNumeric(Globals& g);
 
 /// A figure counts only when what it measured has done its work.
 /// @throws std::runtime_error with these words when `holds` is false.

@@ -116,7 +116,7 @@ public:
     }
 
     void Edits() {
-        MakeAllNumeric();
+        MakeAllNumeric(m_driver.Program().Data());
         m_driver.SelectColumn(UclCol);
         Edit("fill constant", "mnuEditFill", [](QWidget& dialog) {
             Type(dialog, "txtConstant", "12.5");
@@ -177,18 +177,6 @@ private:
         Meter meter;
         m_driver.Choose("mnuEdit", entry);
         Report(figure, meter.Stop());
-    }
-
-    /// Calculations need a number in every row.
-    void MakeAllNumeric() {
-        Globals& g = m_driver.Program().Data();
-        for (std::int32_t index = 1; index <= m_rows; ++index) {
-            for (cField* field : {&g.gFields->Ref(index), &g.gSavedFields->Ref(index)}) {
-                field->SetFieldType("N");
-                field->SetLength(8);
-                field->SetDecimals(2);
-            }
-        }
     }
 
     void ExpectColumn(std::int32_t col, std::string_view start) {

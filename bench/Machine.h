@@ -77,6 +77,8 @@ std::vector<std::string> Templates(const std::vector<std::string>& files);
 
 /// Variables of each file of the corpus.
 inline constexpr std::int32_t VariablesPerFile = 18;
+/// Files of each application of the corpus, its template among them, which follow one another in gFiles.
+inline constexpr std::int32_t ViewsAnApplication = 6;
 
 /// Gives every loaded variable a number's type, since a calculation needs a number in each row.
 void MakeAllNumeric(Globals& g);

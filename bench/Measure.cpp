@@ -1,5 +1,6 @@
 #include "Measure.h"
 
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <sstream>
 #include <stdexcept>
 
@@ -47,6 +49,16 @@ double MsSince(std::chrono::steady_clock::time_point begin) {
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
 }
 
+/// Flushes and calls that name a file so far; 0 unless the disk is a slow one.
+void CountCalls(long& flushes, long& names) {
+    using Counts = void(long*, long*);
+    static auto* const counts = reinterpret_cast<Counts*>(dlsym(RTLD_DEFAULT, "KdSlowCounts"));
+    flushes = names = 0;
+    if (counts != nullptr) {
+        counts(&flushes, &names);
+    }
+}
+
 std::vector<char*> Pointers(const std::vector<std::string>& words) {
     std::vector<char*> pointers;
     for (const std::string& word : words) {
@@ -57,14 +69,19 @@ std::vector<char*> Pointers(const std::vector<std::string>& words) {
 }
 
 /// Starts a program whose descriptor `as` is `output`.
-pid_t Start(const char* program, const std::vector<std::string>& words, int output, int as) {
+pid_t Start(const char* program, const std::vector<std::string>& words, int output, int as,
+            const std::vector<std::string>& environment = {}) {
     auto pointers = Pointers(words);
+    const auto additions = Pointers(environment);
     const pid_t child = fork();
     if (child < 0) {
         throw std::runtime_error("no process");
     }
     if (child == 0) {
         (void)dup2(output, as);
+        for (char* addition : additions) {
+            (void)(addition != nullptr && putenv(addition));
+        }
         (void)execvp(program, pointers.data());
         _exit(127);
     }
@@ -93,7 +110,7 @@ Costs Parsed(const std::string& reports) {
     std::string figure;
     while (std::getline(lines, figure, '\t')) {
         Cost cost;
-        lines >> cost.cpuMs >> cost.wallMs >> cost.peakMiB;
+        lines >> cost.cpuMs >> cost.wallMs >> cost.peakMiB >> cost.flushes >> cost.names;
         (void)lines.get();  // the line's end
         costs[figure] = cost;
     }
@@ -103,16 +120,25 @@ Costs Parsed(const std::string& reports) {
 }  // namespace
 
 Cost Meter::SinceStart() {
-    return {CpuMsOfSelf(), 0, PeakMiBOfSelf()};
+    Cost cost;
+    cost.cpuMs = CpuMsOfSelf();
+    cost.peakMiB = PeakMiBOfSelf();
+    return cost;
 }
 
 void Meter::Pause() {
     m_sum.cpuMs += CpuMsOfSelf() - m_cpuMs;
     m_sum.wallMs += MsSince(m_time);
     m_sum.peakMiB = PeakMiBOfSelf();
+    long flushes = 0;
+    long names = 0;
+    CountCalls(flushes, names);
+    m_sum.flushes += static_cast<double>(flushes - m_flushes);
+    m_sum.names += static_cast<double>(names - m_names);
 }
 
 void Meter::Resume() {
+    CountCalls(m_flushes, m_names);
     m_time = std::chrono::steady_clock::now();
     m_cpuMs = CpuMsOfSelf();
 }
@@ -123,8 +149,8 @@ Cost Meter::Stop() {
 }
 
 void Report(const std::string& figure, const Cost& cost) {
-    if (dprintf(ReportFile, "%s\t%.3f %.3f %.2f\n", figure.c_str(), cost.cpuMs, cost.wallMs, cost.peakMiB) <
-        0) {
+    if (dprintf(ReportFile, "%s\t%.3f %.3f %.2f %.0f %.0f\n", figure.c_str(), cost.cpuMs, cost.wallMs,
+                cost.peakMiB, cost.flushes, cost.names) < 0) {
         throw std::runtime_error("no one takes the figure " + figure);
     }
 }
@@ -134,12 +160,15 @@ Cost RunCommand(const std::vector<std::string>& words) {
     const auto begin = std::chrono::steady_clock::now();
     rusage usage{};
     WaitFor(Start(words.front().c_str(), words, sink, STDOUT_FILENO), words.front(), usage);
-    const Cost cost{CpuMs(usage), MsSince(begin), PeakMiB(usage)};
+    Cost cost;
+    cost.cpuMs = CpuMs(usage);
+    cost.wallMs = MsSince(begin);
+    cost.peakMiB = PeakMiB(usage);
     (void)close(sink);
     return cost;
 }
 
-Costs RunSelf(const std::vector<std::string>& arguments) {
+Costs RunSelf(const std::vector<std::string>& arguments, const std::vector<std::string>& environment) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) {
         throw std::runtime_error("no pipe");
@@ -151,7 +180,7 @@ Costs RunSelf(const std::vector<std::string>& arguments) {
     (void)std::fflush(nullptr);  // or the child would print what waits once more
     std::vector<std::string> words{"kd_bench"};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    const pid_t child = Start("/proc/self/exe", words, ends[1], ReportFile);
+    const pid_t child = Start("/proc/self/exe", words, ends[1], ReportFile, environment);
     (void)close(ends[1]);
     const std::string reports = ReadToEnd(ends[0]);
     (void)close(ends[0]);
@@ -183,7 +212,8 @@ Cost Medians::Of(const std::string& figure) const {
         std::sort(values.begin(), values.end());
         return values[values.size() / 2];
     };
-    return {middle(&Cost::cpuMs), middle(&Cost::wallMs), middle(&Cost::peakMiB)};
+    return {middle(&Cost::cpuMs), middle(&Cost::wallMs), middle(&Cost::peakMiB), middle(&Cost::flushes),
+            middle(&Cost::names)};
 }
 
 }  // namespace kd::bench

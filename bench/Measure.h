@@ -14,6 +14,8 @@ struct Cost {
     double cpuMs = 0;    // user and system time, of child processes too
     double wallMs = 0;   // on the clock
     double peakMiB = 0;  // largest resident size of the process up to the end of the work
+    double flushes = 0;  // calls that wait for the disk, and
+    double names = 0;    // calls that name a file; both are counted on a slow disk only (bench/SlowDisk.cpp)
 };
 
 /// Costs of one run by their figures' names.
@@ -35,6 +37,8 @@ public:
 private:
     Cost m_sum;
     double m_cpuMs = 0;
+    long m_flushes = 0;
+    long m_names = 0;
     std::chrono::steady_clock::time_point m_time;
 };
 
@@ -45,9 +49,10 @@ void Report(const std::string& figure, const Cost& cost);
 /// @throws std::runtime_error when it fails.
 Cost RunCommand(const std::vector<std::string>& words);
 
-/// Runs this program with other arguments, in a process of its own, and takes what it reports.
+/// Runs this program with other arguments, in a process of its own, and takes what it reports. `environment`
+/// is added to its environment, each as "NAME=value".
 /// @throws std::runtime_error when it fails.
-Costs RunSelf(const std::vector<std::string>& arguments);
+Costs RunSelf(const std::vector<std::string>& arguments, const std::vector<std::string>& environment = {});
 
 /// Medians of several runs, each part of a cost by itself.
 class Medians {

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 
 #include "Driver.h"
 #include "Machine.h"
@@ -32,7 +33,8 @@ void StartAndLoad(Driver& driver, std::size_t files, Cost& start, Cost& load) {
     driver.When("frmApplicationAdmin", [&](QWidget& dialog) {
         start = Meter::SinceStart();
         auto* const list = dialog.findChild<GridWidget*>();
-        Expect(list != nullptr && list->Grid().Rows() == static_cast<std::int32_t>(files / 6 + 1),
+        Expect(list != nullptr &&
+                   list->Grid().Rows() == static_cast<std::int32_t>(files / ViewsAnApplication + 1),
                "all applications are listed");
         meter = Meter();
         Guide::Press(dialog, "cmdOk");
@@ -207,10 +209,11 @@ std::size_t Occurrences(const std::string& text, const std::string& word) {
     return count;
 }
 
-/// Changes the first variable of the first `views` views, and commits them.
-void CommitViews(Driver& driver, const char* figure, std::int32_t views, const char* text) {
+/// Changes the first variable of these views, and commits them.
+void CommitViews(Driver& driver, const char* figure, const std::vector<std::int32_t>& views,
+                 const char* text) {
     Desk& desk = driver.Program().Form().Controls();
-    for (std::int32_t view = 1; view <= views; ++view) {
+    for (const std::int32_t view : views) {
         SetCellValue(desk, driver.Program().Data().gFiles->Ref(view).BegFieldPtr(), UnitsCol, text);
     }
     Driver::Settle();
@@ -219,11 +222,27 @@ void CommitViews(Driver& driver, const char* figure, std::int32_t views, const c
     driver.When("MessageBox", [&](QWidget& window) {
         Report(figure, meter.Stop());
         auto& box = dynamic_cast<QMessageBox&>(window);
-        Expect(box.text().toStdString() == std::to_string(views) + " File(s) have been modified.",
+        Expect(box.text().toStdString() == std::to_string(views.size()) + " File(s) have been modified.",
                "the box tells so: " + box.text().toStdString());
         box.accept();
     });
     driver.Choose("mnuFile", "mnuCommit");
+}
+
+std::vector<std::int32_t> Every(std::int32_t first, std::int32_t last, std::int32_t step) {
+    std::vector<std::int32_t> views;
+    for (std::int32_t view = first; view <= last; view += step) {
+        views.push_back(view);
+    }
+    return views;
+}
+
+std::size_t ApplicationsOf(const std::vector<std::int32_t>& views) {
+    std::set<std::int32_t> applications;
+    for (const std::int32_t view : views) {
+        applications.insert((view - 1) / ViewsAnApplication);
+    }
+    return applications.size();
 }
 
 /// Every view that was changed has the text, and every record of it is in the change files.
@@ -277,10 +296,18 @@ void RunCommit(const std::string& folder, const std::string& scratch) {
     Cost start;
     Cost load;
     StartAndLoad(driver, files, start, load);
-    CommitViews(driver, "commit all", static_cast<std::int32_t>(files), "unit-of-all");
-    ExpectCommitted(copy, files, files, "unit-of-all");
-    CommitViews(driver, "commit one", 1, "unit-of-one");
-    ExpectCommitted(copy, files + 6, 1, "unit-of-one");
+    Report("load of the copy", load);
+    const auto views = static_cast<std::int32_t>(files);
+    std::size_t archived = 0;
+    const auto commit = [&](const char* figure, const std::vector<std::int32_t>& picked, const char* text) {
+        CommitViews(driver, figure, picked, text);
+        archived += static_cast<std::size_t>(ViewsAnApplication) * ApplicationsOf(picked);
+        ExpectCommitted(copy, archived, picked.size(), text);
+    };
+    commit("commit all", Every(1, views, 1), "unit-of-all");
+    commit("commit one", {1}, "unit-of-one");
+    commit("commit one each", Every(1, views, ViewsAnApplication), "unit-of-each");
+    commit("commit six", {1, 2, 7, 8, 13, 14}, "unit-of-six");
 }
 
 }  // namespace kd::bench

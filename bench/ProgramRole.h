@@ -8,7 +8,8 @@ namespace kd::bench {
 
 /// "start", "load", the view modes, "filter", "clear filters", "scroll", "validate", and the edit commands.
 void RunProgram(const std::string& folder, const std::string& scratch);
-/// "commit all" and "commit one", on a copy of the folder below `scratch`.
+/// On a copy of the folder below `scratch`: "load of the copy", "commit all" (each view), "commit one" (a
+/// view), "commit one each" (a view of each application), "commit six" (six views of three applications).
 void RunCommit(const std::string& folder, const std::string& scratch);
 
 }  // namespace kd::bench

@@ -1,5 +1,6 @@
 // Times the program over folders of applications (bench/make_corpus.py makes them), the largest first:
 //     kd_bench [--runs N] FOLDER...
+//     kd_bench --slow FOLDER             the times on slow disks alone
 // Each figure is the median of the runs, and each run a process of its own; floors and figures take turns, so
 // that both meet the same moods of the machine.
 #include <cstdio>
@@ -12,6 +13,7 @@
 #include "Floors.h"
 #include "Machine.h"
 #include "ProgramRole.h"
+#include "SlowTable.h"
 #include "Table.h"
 
 namespace kd::bench {
@@ -46,15 +48,27 @@ void RunOnce(const std::string& folder, const std::string& scratch, Medians& med
     }
 }
 
+/// An empty folder beside the applications.
+std::string ScratchFor(const std::string& folder) {
+    const std::string scratch = fs::absolute(folder).string() + ".scratch";
+    fs::remove_all(scratch);
+    fs::create_directories(scratch);
+    return scratch;
+}
+
+void RunSlow(const std::string& folder) {
+    const std::string scratch = ScratchFor(folder);
+    PrintSlowTable(fs::absolute(folder).string(), scratch);
+    fs::remove_all(scratch);
+}
+
 int Run(int runs, const Words& folders) {
     std::vector<Size> sizes;
     for (const std::string& folder : folders) {
         sizes.push_back({AllFiles(folder).size(), {}});
         Expect(sizes.back().files > 0, "there are applications in " + folder);
     }
-    const std::string scratch = fs::absolute(folders.front()).string() + ".scratch";
-    fs::remove_all(scratch);
-    fs::create_directories(scratch);
+    const std::string scratch = ScratchFor(folders.front());
     for (int run = 1; run <= runs; ++run) {
         for (std::size_t at = 0; at < sizes.size(); ++at) {
             std::fprintf(stderr, "run %d of %d: %zu files\n", run, runs, sizes[at].files);
@@ -73,6 +87,8 @@ int Run(int runs, const Words& folders) {
     std::printf("%zu files, %.0f variables; CPU is user and system time; medians of %d runs\n\n",
                 sizes.front().files, sizes.front().Variables(), runs);
     PrintTables(sizes);
+    std::printf("\n");
+    PrintSlowTable(fs::absolute(folders.front()).string(), scratch);
     fs::remove_all(scratch);
     return 0;
 }
@@ -82,13 +98,17 @@ int Main(Words words) {
         RunRole(words[1], words[2], words[3]);
         return 0;
     }
+    if (words.size() == 2 && words.front() == "--slow") {
+        RunSlow(words[1]);
+        return 0;
+    }
     int runs = 5;
     if (words.size() >= 2 && words.front() == "--runs") {
         runs = std::stoi(words[1]);
         words.erase(words.begin(), words.begin() + 2);
     }
     if (words.empty() || runs < 1) {
-        throw std::runtime_error("usage: kd_bench [--runs N] FOLDER...");
+        throw std::runtime_error("usage: kd_bench [--runs N] FOLDER... | --slow FOLDER");
     }
     return Run(runs, words);
 }

@@ -92,6 +92,7 @@ private:
         } catch (const cError& error) {
             throw error.WithPath(schemaPath);
         }
+        m_g.platform.toolkit.KeepAlive();  // an application may have thousands of views
     }
 
     void FinishVariables(const cFile& file) {

@@ -184,6 +184,7 @@ std::vector<Text> GetColumnValues(const Desk& desk, std::int32_t screenCol) {
             listed.emplace(UpperCell(desk, row, screenCol, buffer)).second) {
             values.emplace_back(desk.Grid.TextMatrix(row, screenCol));
         }
+        desk.g.platform.toolkit.KeepAlive();
     }
     return values;
 }

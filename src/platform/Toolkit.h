@@ -109,6 +109,9 @@ public:
     /// The pass that a long job gives for each unit of its work. A screen may leave one out that comes right
     /// behind another: it cannot show more pictures than that.
     virtual void ProcessEventsInJob() { ProcessEvents(); }
+    /// Asked for in the middle of a unit of work, as often as one likes: a screen gives a pass only when the
+    /// last one was so long ago that the desktop might take the window for a dead one.
+    virtual void KeepAlive() {}
 
     virtual Pointer MousePointer() const = 0;
     virtual void SetMousePointer(Pointer pointer) = 0;

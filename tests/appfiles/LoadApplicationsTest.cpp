@@ -206,6 +206,18 @@ TEST(LoadApplicationsTest, OnlyThePassAfterTheLastApplicationMayNeverBeLeftOut) 
     EXPECT_EQ(passes.seen, (std::vector<Text>{"in job", "in job", "always"}));
 }
 
+TEST(LoadApplicationsTest, TheWindowIsKeptAliveAfterEachViewWhoseRowsAreThere) {
+    LoadedDesk t;
+    t.Put(anApplication("/a.kdt").Field(aField()).View("V", 1).View("W", 2));
+    std::vector<Text> seen;
+    t.toolkit.onKeepAlive = [&] {
+        seen.push_back(Digits(t.g.gFiles->Count()) + "|" + Digits(t.g.gFields->Count()) + "|" +
+                       Digits(t.desk.Grid.Rows()));
+    };
+    t.Load();
+    EXPECT_EQ(seen, (std::vector<Text>{"1|1|2", "2|1|2", "3|1|2"}));
+}
+
 TEST(LoadApplicationsTest, ThePathStandsInTheStatusBeforeItsApplicationIsOpenedAlsoIfItFailsTo) {
     LoadedDesk t;
     t.g.gMasterFiles->Add("/broken.kdt", true);

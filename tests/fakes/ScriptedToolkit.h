@@ -55,6 +55,8 @@ public:
     std::vector<std::string> log;
     /// Runs inside each pass of the message loop.
     std::function<void()> onProcessEvents;
+    /// Runs each time that a job asks to be kept alive.
+    std::function<void()> onKeepAlive;
     std::int32_t screenWidth = 1920;
     std::int32_t screenHeight = 1080;
 
@@ -108,6 +110,11 @@ public:
         log.emplace_back("events");
         if (onProcessEvents) {
             onProcessEvents();
+        }
+    }
+    void KeepAlive() override {
+        if (onKeepAlive) {
+            onKeepAlive();
         }
     }
     Pointer MousePointer() const override { return m_pointer; }

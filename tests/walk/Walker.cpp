@@ -94,7 +94,9 @@ void Walker::CountCommands() {
         };
     }
     d.mnuCommit.Click = [this, handler = d.mnuCommit.Click] {
+        m_committing = true;
         handler();
+        m_committing = false;
         m_watch.BaselineMoves();
     };
     d.mnuApplications.Click = [this, handler = d.mnuApplications.Click] {
@@ -176,8 +178,8 @@ void Walker::Act() {
 /// In the middle of a job the message loop keeps clicks and keys until the job is over; a request to close
 /// comes through at once.
 void Walker::ActInJob() {
-    const std::string job = m_loading ? "a load" : "a filter's work";
-    if (m_loading) {
+    const std::string job = m_loading ? "a load" : m_committing ? "a commit" : "a filter's work";
+    if (m_loading || m_committing) {
         m_watch.BaselineMoves();
     }
     m_watch.LookInJob();

@@ -82,6 +82,7 @@ private:
     QPointer<QWidget> m_noticed;
     bool m_pending = false;
     bool m_loading = false;
+    bool m_committing = false;
     int m_left = 0;
     int m_sent = 0;
     int m_total = 0;

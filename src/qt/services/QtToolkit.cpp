@@ -19,6 +19,9 @@ namespace {
 
 /// A screen shows some sixty pictures a second.
 constexpr std::chrono::milliseconds BetweenPasses(16);
+/// A desktop expects an answer within seconds, an eye that something moves within a quarter of one. What
+/// comes between two questions may itself take a while, as a flush of the disk does.
+constexpr std::chrono::milliseconds LongestSilence(50);
 
 QMessageBox::Icon QtIcon(BoxIcon icon) {
     switch (icon) {
@@ -151,6 +154,12 @@ void QtToolkit::ProcessEvents() {
 
 void QtToolkit::ProcessEventsInJob() {
     if (std::chrono::steady_clock::now() - m_lastPass >= BetweenPasses) {
+        ProcessEvents();
+    }
+}
+
+void QtToolkit::KeepAlive() {
+    if (std::chrono::steady_clock::now() - m_lastPass >= LongestSilence) {
         ProcessEvents();
     }
 }

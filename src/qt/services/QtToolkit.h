@@ -45,6 +45,7 @@ public:
     void ShowPopupMenu(MenuItem& menu) override;
     void ProcessEvents() override;
     void ProcessEventsInJob() override;
+    void KeepAlive() override;
     Pointer MousePointer() const override { return m_pointer; }
     void SetMousePointer(Pointer pointer) override;
     std::int32_t ScreenWidth() const override;

@@ -154,30 +154,54 @@ TEST_F(QtToolkitTest, PassRepaintsAndKnowsThatItIsOne) {
     EXPECT_FALSE(toolkit.InPass());
 }
 
+/// Whether a call gives the message loop a pass.
+class PassListener : public QObject {
+public:
+    bool HearsOneIn(const std::function<void()>& call) {
+        m_heard = false;
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+        call();
+        return m_heard;
+    }
+
+protected:
+    bool event(QEvent* event) override {
+        m_heard = m_heard || event->type() == QEvent::User;
+        return QObject::event(event);
+    }
+
+private:
+    bool m_heard = false;
+};
+
 TEST_F(QtToolkitTest, PassesOfAJobThatComeRightBehindAnotherAreLeftOutAndOthersNever) {
-    struct Listener : QObject {
-        bool heard = false;
-        bool event(QEvent* event) override {
-            heard = heard || event->type() == QEvent::User;
-            return QObject::event(event);
-        }
-    } listener;
-    const auto passes = [&](const std::function<void()>& pass) {
-        listener.heard = false;
-        QCoreApplication::postEvent(&listener, new QEvent(QEvent::User));
-        pass();
-        return listener.heard;
-    };
-    EXPECT_TRUE(passes([&] { toolkit.ProcessEventsInJob(); })) << "the first one";
+    PassListener listener;
+    EXPECT_TRUE(listener.HearsOneIn([&] { toolkit.ProcessEventsInJob(); })) << "the first one";
     constexpr int units = 1000;
     int given = 0;
     for (int unit = 0; unit < units; ++unit) {
-        given += passes([&] { toolkit.ProcessEventsInJob(); }) ? 1 : 0;
+        given += listener.HearsOneIn([&] { toolkit.ProcessEventsInJob(); }) ? 1 : 0;
     }
     EXPECT_LT(given, units);
     for (int unit = 0; unit < 3; ++unit) {
-        EXPECT_TRUE(passes([&] { toolkit.ProcessEvents(); }));
+        EXPECT_TRUE(listener.HearsOneIn([&] { toolkit.ProcessEvents(); }));
     }
+}
+
+TEST_F(QtToolkitTest, AJobIsKeptAliveByAPassUnlessTheLastOneWasAMomentAgo) {
+    PassListener listener;
+    EXPECT_TRUE(listener.HearsOneIn([&] { toolkit.KeepAlive(); })) << "the last one was long ago";
+    constexpr int calls = 1000;
+    int given = 0;
+    for (int call = 0; call < calls; ++call) {
+        given += listener.HearsOneIn([&] { toolkit.KeepAlive(); }) ? 1 : 0;
+    }
+    EXPECT_LT(given, calls);
+    bool again = false;
+    while (!again) {
+        again = listener.HearsOneIn([&] { toolkit.KeepAlive(); });
+    }
+    EXPECT_TRUE(again) << "the next comes when it is time";
 }
 
 TEST_F(QtToolkitTest, ScreenHasASize) {

@@ -12,6 +12,7 @@ help:
 	@echo "make bench    the benchmark at the limit of 32,767 variables"
 	@echo "make counts   the instructions of the main jobs, which must not rise by more than 3 %"
 	@echo "make keep-counts  keeps what is counted now"
+	@echo "make liveness-test  whether the window lives in long jobs"
 	@echo "make package  a Debian package of the program in build/packages"
 	@echo "make package-test  installs that package, does the main job in it, removes it"
 	@echo "make accessibility-test  the program at the limit as a screen reader sees it"
@@ -66,6 +67,10 @@ keep-counts:
 	@scripts/setup.sh build counts
 	cmake --preset counts
 	$(call CMAKE_BUILD,counts) --target keep-instructions
+
+.PHONY: liveness-test
+liveness-test:
+	@JOBS=$(JOBS) scripts/trials/liveness.sh
 
 package:
 	@JOBS=$(JOBS) scripts/package.sh

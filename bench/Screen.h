@@ -7,12 +7,13 @@ class QApplication;
 
 namespace kd::bench {
 
-/// A screen of 1920 x 1080 pixels that nobody sees, and the toolkit's application on it. At most one in a
-/// process.
+/// A screen, and the toolkit's application on it. At most one in a process.
 class Screen {
 public:
-    /// Its description goes below `scratch`.
-    explicit Screen(const std::string& scratch);
+    /// One of 1920 x 1080 pixels that nobody sees, or the display that is there.
+    enum class Kind { Unseen, Display };
+    /// The description of an unseen one goes below `scratch`.
+    explicit Screen(const std::string& scratch, Kind kind = Kind::Unseen);
     ~Screen();
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;

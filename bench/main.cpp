@@ -9,6 +9,7 @@
 #include <map>
 #include <stdexcept>
 
+#include "AliveRole.h"
 #include "CoreRole.h"
 #include "Floors.h"
 #include "Machine.h"
@@ -35,6 +36,8 @@ void RunRole(const std::string& role, const std::string& folder, const std::stri
         RunProgram(folder, scratch);
     } else if (role == "commit") {
         RunCommit(folder, scratch);
+    } else if (role == "alive") {
+        RunAlive(folder, scratch);
     } else {
         throw std::runtime_error("no such role: " + role);
     }

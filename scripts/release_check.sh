@@ -27,6 +27,7 @@ check make wayland-test
 check make windows
 check make windows-test
 check make bench
+check make liveness-test
 [ -z "$(git status --porcelain)" ] || results+=("FAILED clean: $(git status --porcelain | head -3)")
 
 printf '\n'

@@ -85,7 +85,11 @@ private:
         file->SetBegFieldPtr(m_g.gFields->Count() + 1);
         file->SetEndFieldPtr(m_g.gFields->Count());
         const Text schemaPath = SchemaPath(m_g, *file);
-        m_schema.Read(schemaPath, fileId);
+        if (auto bytes = m_reader->TakeBytes(schemaPath)) {
+            m_schema.Read(schemaPath, *std::move(bytes), fileId);
+        } else {
+            m_schema.Read(schemaPath, fileId);
+        }
         file->SetEndFieldPtr(m_g.gFields->Count());
         try {
             FinishVariables(*file);

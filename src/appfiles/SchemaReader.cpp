@@ -1,6 +1,7 @@
 #include "appfiles/SchemaReader.h"
 
 #include <memory>
+#include <utility>
 
 #include "appfiles/SchemaKeys.h"
 #include "base/Numbers.h"
@@ -73,11 +74,21 @@ std::string_view SchemaReader::TextOf(std::string_view path) {
 }
 
 void SchemaReader::Read(std::string_view path, std::int32_t fileId) {
+    ReadText(path, TextOf(path), fileId);
+}
+
+void SchemaReader::Read(std::string_view path, std::string bytes, std::int32_t fileId) {
+    m_bytes = std::move(bytes);
+    ReadText(path, m_g.platform.locale.CodePage().DecodeInto(m_bytes, m_text), fileId);
+}
+
+void SchemaReader::ReadText(std::string_view path, std::string_view text, std::int32_t fileId) {
     const auto file = m_g.gFiles->Item(fileId);
     Records records(m_g, fileId);
     try {
-        m_scanner.Scan(TextOf(path), [&](std::string_view group, std::string_view section,
-                                         std::string_view value) { records.Take(group, section, value); });
+        m_scanner.Scan(text, [&](std::string_view group, std::string_view section, std::string_view value) {
+            records.Take(group, section, value);
+        });
     } catch (const cError& error) {
         records.EndVariable();
         throw error.WithPath(path);

@@ -18,10 +18,13 @@ public:
     /// @throws cError(errOverflow) for a number that does not fit its property and for variable 32,768. The
     /// variables made so far stay in both lists, and the view gets no rule names.
     void Read(std::string_view path, std::int32_t fileId);
+    /// The same of a file whose bytes are at hand; its path is for the errors alone.
+    void Read(std::string_view path, std::string bytes, std::int32_t fileId);
 
 private:
     class Records;
 
+    void ReadText(std::string_view path, std::string_view text, std::int32_t fileId);
     std::string_view TextOf(std::string_view path);
 
     Globals& m_g;

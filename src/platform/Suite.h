@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "base/Text.h"
 #include "platform/Services.h"
@@ -84,6 +86,12 @@ public:
     /// @throws cError when the file cannot be opened.
     virtual void OpenFile(std::string_view path) = 0;
     virtual void LoadViews() = 0;
+    /// Hands over the bytes of a file of the open application that it has read on its own behalf, so that
+    /// nobody need read them again; once for each. Nothing where it has not.
+    virtual std::optional<std::string> TakeBytes(std::string_view path) {
+        (void)path;
+        return std::nullopt;
+    }
     virtual void CloseFile() = 0;
 };
 

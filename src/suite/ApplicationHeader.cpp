@@ -48,8 +48,7 @@ ApplicationHeader::View ParseView(std::string_view value) {
 
 }  // namespace
 
-ApplicationHeader ReadApplicationHeader(Files& files, const Locale& locale, std::string_view path) {
-    const std::string bytes = files.Read(path);
+ApplicationHeader ReadApplicationHeader(const Locale& locale, std::string_view bytes) {
     const Text text = locale.CodePage().Decode(HeaderPart(bytes));
     ApplicationHeader header;
     IniScanner scanner(locale.CodePage());
@@ -71,15 +70,30 @@ ApplicationHeader ReadApplicationHeader(Files& files, const Locale& locale, std:
     return header;
 }
 
+namespace {
+
+/// The title in the header of a view's file; nothing where that is no file at all.
+std::optional<Text> TitleOfView(Files& files, const Locale& locale, const Text& path, ReadFiles& read) {
+    try {
+        std::string bytes = files.Read(path);
+        Text title = ReadApplicationHeader(locale, bytes).title;
+        read[path] = std::move(bytes);
+        return title;
+    } catch (const cError&) {
+        // One that cannot be read has no title; the load finds it without variables.
+        return files.IsRegularFile(path) ? std::optional(Text()) : std::nullopt;
+    }
+}
+
+}  // namespace
+
 std::vector<ApplicationHeader::View> ViewsBeside(Files& files, const Locale& locale,
-                                                 std::string_view templatePath) {
-    const Text folder = paths::FolderToList(templatePath);
+                                                 std::string_view templatePath, ReadFiles& read) {
     std::set<std::int32_t> numbers;
-    for (const Text& name : files.FolderEntries(folder)) {
+    for (const Text& name : files.FolderEntries(paths::FolderToList(templatePath))) {
         const auto number = names::ViewNumberOf(name, paths::FileName(templatePath), locale.CodePage());
         // A number that no view can have would stop the load; no save has written such a file.
-        const bool isView = number >= 1 && number <= std::numeric_limits<std::int16_t>::max();
-        if (isView && files.IsRegularFile(paths::Join(folder, name, files.Delimiter()))) {
+        if (number >= 1 && number <= std::numeric_limits<std::int16_t>::max()) {
             numbers.insert(number);
         }
     }
@@ -87,13 +101,9 @@ std::vector<ApplicationHeader::View> ViewsBeside(Files& files, const Locale& loc
     for (const std::int32_t number : numbers) {
         // By the name that the load takes, so that the title is that of the file which is loaded.
         const Text path = paths::ChangeExtension(templatePath, names::ViewExtension(templatePath, number));
-        Text title;
-        try {
-            title = ReadApplicationHeader(files, locale, path).title;
-        } catch (const cError&) {
-            title.clear();  // a view that cannot be read has no title; the load finds it without variables
+        if (const auto title = TitleOfView(files, locale, path, read)) {
+            views.push_back({number, title->empty() ? "View " + Digits(number) : *title});
         }
-        views.push_back({number, title.empty() ? "View " + Digits(number) : title});
     }
     return views;
 }

@@ -26,12 +26,16 @@ Text StandaloneApplicationFile::ApplicationTitle() {
 
 void StandaloneApplicationFile::OpenFile(std::string_view path) {
     CloseFile();
-    ApplicationHeader header = ReadApplicationHeader(m_files, m_locale, path);
+    ReadFiles read;
+    std::string& bytes = read[Text(path)];
+    bytes = m_files.Read(path);
+    ApplicationHeader header = ReadApplicationHeader(m_locale, bytes);
     if (!header.views) {
         // Here and not in LoadViews: an application whose views cannot be told is one that cannot be opened,
         // and the load goes on with the next.
-        header.views = ViewsBeside(m_files, m_locale, path);
+        header.views = ViewsBeside(m_files, m_locale, path, read);
     }
+    m_read = std::move(read);
     m_header = std::move(header);
     m_path = path;
 }
@@ -48,7 +52,18 @@ void StandaloneApplicationFile::LoadViews() {
 void StandaloneApplicationFile::CloseFile() {
     m_path.clear();
     m_header = {};
+    m_read.clear();
     m_views.Clear();
+}
+
+std::optional<std::string> StandaloneApplicationFile::TakeBytes(std::string_view path) {
+    const auto found = m_read.find(path);
+    if (found == m_read.end()) {
+        return std::nullopt;
+    }
+    std::optional<std::string> bytes(std::move(found->second));
+    m_read.erase(found);
+    return bytes;
 }
 
 }  // namespace kd

@@ -41,6 +41,7 @@ public:
     Text ApplicationTitle() override;
     void OpenFile(std::string_view path) override;
     void LoadViews() override;
+    std::optional<std::string> TakeBytes(std::string_view path) override;
     void CloseFile() override;
 
 private:
@@ -69,6 +70,7 @@ private:
     std::optional<EntryList<KDRuleEntry, RuleEntry>> m_rules;
     Text m_path;
     ApplicationHeader m_header;
+    ReadFiles m_read;
 };
 
 }  // namespace kd

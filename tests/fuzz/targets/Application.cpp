@@ -22,14 +22,15 @@ void Application(std::string_view input) {
         beside != "a.kdt") {
         files.Put("/apps/" + beside, bytes);
     }
-    const ApplicationHeader header = ReadApplicationHeader(files, locale, "/apps/a.kdt");
+    const ApplicationHeader header = ReadApplicationHeader(locale, bytes);
     if (header.views) {
         for (const auto& view : *header.views) {
             Promise(view.number >= 1, "a listed view has a number");
         }
     }
     std::int32_t last = 0;
-    for (const auto& view : ViewsBeside(files, locale, "/apps/a.kdt")) {
+    ReadFiles read;
+    for (const auto& view : ViewsBeside(files, locale, "/apps/a.kdt", read)) {
         Promise(view.number > last && view.number <= 32767, "views beside come in order");
         last = view.number;
     }

@@ -37,34 +37,50 @@ void CheckTemporary(Globals& g, const Text& temporary, std::initializer_list<Tex
     }
 }
 
-/// Writes the view's text to its temporary file. As long as the result lives, no other program takes that
-/// file for a save of its own.
-std::unique_ptr<OutputFile> WriteTemporary(Globals& g, const cFile& file, const Text& target,
-                                           const Text& temporary) {
+/// Whether the text goes to the disk by itself, or is left to Files::Settle.
+enum class Flushing : bool { BySettling, ByMoving };
+
+/// Writes the view's text to its temporary file, which is open.
+void WriteText(Globals& g, const cFile& file, const Text& target, OutputFile& output, Flushing flushing) {
+    output.Write(SchemaBytes(g, file, target));
+    if (flushing == Flushing::BySettling) {
+        output.TakeRightsOf(target);
+        output.CloseForSettling();
+    } else {
+        output.Close();  // the copy over the target is what must reach the disk
+    }
+}
+
+WrittenSchema Written(Globals& g, std::int32_t fileIndex, Flushing flushing, AfterFailure afterFailure) {
+    const auto file = g.gFiles->Item(fileIndex);
+    WrittenSchema written;
+    written.target = SchemaPath(g, *file);
+    written.temporary = TemporaryPath(g, written.target);
+    const Text& temporary = written.temporary;
+    CheckTemporary(g, temporary, {written.target, file->Filename()});
     if (std::find(g.openTemporaries.begin(), g.openTemporaries.end(), temporary) != g.openTemporaries.end()) {
         throw cError(errFileAlreadyOpen, "SaveSchema", {}, temporary);
     }
-    auto output = g.platform.files.OpenForOutput(temporary);
+    written.file = g.platform.files.OpenForOutput(temporary);
     try {
-        output->Write(SchemaBytes(g, file, target));
-        output->Close();  // the copy over the target is what must reach the disk
-        return output;
+        WriteText(g, *file, written.target, *written.file, flushing);
+        return written;
     } catch (...) {
-        // It stays open until the program ends, so that no later save of this program takes what is left.
-        output->LetOthersIn();
-        g.openTemporaries.push_back(temporary);
-        g.openTemporaryFiles.push_back(std::move(output));
+        written.file->LetOthersIn();
+        if (afterFailure == AfterFailure::Blocked) {
+            // It stays open until the program ends, so that no later save of this program takes what is left.
+            g.openTemporaries.push_back(temporary);
+            g.openTemporaryFiles.push_back(std::move(written.file));
+        } else {
+            written.file.reset();
+            g.platform.files.DeleteAbandoned(temporary);
+        }
         throw;
     }
 }
 
 Text NumberedText(const cError& error) {
     return "Error " + Digits(error.Number()) + ": " + error.Description();
-}
-
-void ShowSaveError(Globals& g, const cError& error) {
-    g.platform.toolkit.Say(NumberedText(error) + " occurred in SaveSchema.", BoxIcon::Exclamation,
-                           "KDLimitDesk");
 }
 
 }  // namespace
@@ -76,23 +92,34 @@ Text FormatSchemaLine(std::string_view key, std::string_view value) {
     return line;
 }
 
-bool SaveSchema(Globals& g, std::int32_t fileIndex) {
-    Text target;
-    Text temporary;
-    std::unique_ptr<OutputFile> written;
+WrittenSchema WriteSchema(Globals& g, std::int32_t fileIndex, AfterFailure afterFailure) {
     try {
-        const auto file = g.gFiles->Item(fileIndex);
-        target = SchemaPath(g, *file);
-        temporary = TemporaryPath(g, target);
-        CheckTemporary(g, temporary, {target, file->Filename()});
-        written = WriteTemporary(g, *file, target, temporary);
+        return Written(g, fileIndex, Flushing::BySettling, afterFailure);
     } catch (const std::exception& failure) {
-        ShowSaveError(g, AsError(failure, "SaveSchema"));
+        throw AsError(failure, "SaveSchema");
+    }
+}
+
+void TellSaveFailure(Globals& g, const cError& error) {
+    g.platform.toolkit.Say(NumberedText(error) + " occurred in SaveSchema.", BoxIcon::Exclamation,
+                           "KDLimitDesk");
+}
+
+void TellOverwriteFailure(Globals& g, const cError& error) {
+    g.platform.toolkit.Say(NumberedText(error), BoxIcon::Exclamation, "KDLimitDesk - OverwriteFile");
+}
+
+bool SaveSchema(Globals& g, std::int32_t fileIndex) {
+    WrittenSchema written;
+    try {
+        written = Written(g, fileIndex, Flushing::ByMoving, AfterFailure::Blocked);
+    } catch (const std::exception& failure) {
+        TellSaveFailure(g, AsError(failure, "SaveSchema"));
         return false;
     }
     // Deliberate: a view whose file could not be overwritten counts as saved; its user has seen the box.
     // SaveSchemaTest.AFailedOverwriteStillCountsAsSaved
-    (void)OverwriteFile(g, temporary, target, true);
+    (void)OverwriteFile(g, written.temporary, written.target, true);
     return true;
 }
 
@@ -105,8 +132,7 @@ bool OverwriteFile(Globals& g, std::string_view source, std::string_view target,
         }
         return true;
     } catch (const std::exception& failure) {
-        g.platform.toolkit.Say(NumberedText(AsError(failure, "OverwriteFile")), BoxIcon::Exclamation,
-                               "KDLimitDesk - OverwriteFile");
+        TellOverwriteFailure(g, AsError(failure, "OverwriteFile"));
         return false;
     }
 }

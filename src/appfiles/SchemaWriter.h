@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+
+#include "base/cError.h"
 #include "model/Globals.h"
 
 namespace kd::modKDLimitDesk {
@@ -14,6 +17,27 @@ Text FormatSchemaLine(std::string_view key, std::string_view value);
 /// @returns whether the text was written and the overwriting was tried. A failed overwriting has shown its
 /// own box and counts as saved.
 [[nodiscard]] bool SaveSchema(Globals& g, std::int32_t fileIndex);
+
+/// A view's new text, whole in its temporary file. As long as the object lives, no other program takes that
+/// file for a save of its own.
+struct WrittenSchema {
+    Text target;
+    Text temporary;
+    std::unique_ptr<OutputFile> file;
+};
+
+/// What a failed writing leaves: the temporary file as after a failed SaveSchema, or nothing, so that the
+/// same save can be tried again.
+enum class AfterFailure : bool { Blocked, MayBeTriedAgain };
+
+/// The first part of SaveSchema, for a view that is saved beside others: its text is left to Files::Settle,
+/// and takes its target's place by Files::MoveSettled behind that.
+/// @throws cError with nothing told.
+WrittenSchema WriteSchema(Globals& g, std::int32_t fileIndex, AfterFailure afterFailure);
+
+/// The boxes of a failed SaveSchema and of a failed OverwriteFile.
+void TellSaveFailure(Globals& g, const cError& error);
+void TellOverwriteFailure(Globals& g, const cError& error);
 
 /// Copies a file over another and, if wanted, deletes the source. A failure shows a box.
 /// @returns whether all of it worked.

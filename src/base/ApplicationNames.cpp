@@ -1,6 +1,7 @@
 #include "base/ApplicationNames.h"
 
 #include <charconv>
+#include <random>
 
 #include "base/Numbers.h"
 #include "base/Paths.h"
@@ -12,6 +13,18 @@ namespace {
 /// Extension of a view's file up to its number.
 std::string_view ViewStem(std::string_view templatePath) noexcept {
     return IsGeneration6(templatePath) ? ".KDV6.V" : ".V";
+}
+
+constexpr std::string_view Waiting = ".kdsave-";
+constexpr std::size_t RandomLetters = 16;
+
+Text WithRandomLetters(std::string_view stem) {
+    std::random_device random;
+    Text name(stem);
+    for (std::size_t i = 0; i < RandomLetters; ++i) {
+        name += static_cast<char>('a' + static_cast<int>(random() % 26U));
+    }
+    return name;
 }
 
 }  // namespace
@@ -50,6 +63,20 @@ std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateNa
 Text ArchivesOf(std::string_view templatePath, char delimiter) {
     const Text archives = paths::Join(paths::FolderToList(templatePath), "Archive", delimiter);
     return paths::Join(archives, paths::BaseName(templatePath), delimiter);
+}
+
+Text UnfinishedArchiveName() {
+    return WithRandomLetters(".unfinished-");
+}
+
+Text WaitingName(std::string_view schemaName) {
+    return WithRandomLetters(Waiting).append("-").append(schemaName);
+}
+
+std::string_view WaitsFor(std::string_view fileName) noexcept {
+    constexpr std::size_t Dash = Waiting.size() + RandomLetters;
+    const bool waits = fileName.size() > Dash && fileName.starts_with(Waiting) && fileName[Dash] == '-';
+    return waits ? fileName.substr(Dash + 1) : std::string_view();
 }
 
 }  // namespace kd::names

@@ -26,7 +26,13 @@ std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateNa
 
 /// Folder of an application's archives.
 Text ArchivesOf(std::string_view templatePath, char delimiter);
-/// What the name of a folder begins with that may become an archive, and is none yet.
-inline constexpr std::string_view UnfinishedArchive = ".unfinished-";
+
+/// Name for a folder that may become an archive, and is none yet; nobody can foresee it.
+Text UnfinishedArchiveName();
+/// Name for a new text that waits for the turn of its schema file, beside it, while the temporary file is
+/// needed for the next one; nobody can foresee it.
+Text WaitingName(std::string_view schemaName);
+/// Name of the schema file that a file of such a name waits for; empty for any other name.
+std::string_view WaitsFor(std::string_view fileName) noexcept;
 
 }  // namespace kd::names

@@ -4,10 +4,8 @@
 #include <memory>
 #include <optional>
 
-#include "appfiles/SchemaWriter.h"
 #include "base/Numbers.h"
-#include "base/Paths.h"
-#include "commit/ChangeReport.h"
+#include "commit/GroupCommit.h"
 #include "commit/frmCommit.h"
 #include "grid/ColumnCatalogue.h"
 #include "model/Columns.h"
@@ -53,89 +51,39 @@ public:
             Begin();
             for (std::int32_t index = 1; index <= m_g.gFiles->Count(); ++index) {
                 if (m_g.gFiles->Ref(index).Selected()) {
-                    CommitView(index);
+                    m_views->Take(index);
                 }
             }
-            FlushFolders();
+            m_views->Finish();
         } catch (const std::exception& failure) {
             Fail(AsError(failure, "CommitChanges"));
             return;
         }
+        const std::int32_t modified = m_views->Modified();
         Release();
         m_desk.Panel2.SetCaption(m_panelText);
         m_desk.ProgressBar1.SetValue(0);
         m_g.platform.toolkit.SetMousePointer(Pointer::Default);
-        m_g.platform.toolkit.Say(Digits(m_modified) + " File(s) have been modified.", BoxIcon::Information);
+        m_g.platform.toolkit.Say(Digits(modified) + " File(s) have been modified.", BoxIcon::Information);
     }
 
 private:
     void Begin() {
-        m_selected = std::count_if(m_g.gFiles->begin(), m_g.gFiles->end(),
-                                   [](const auto& file) { return file->Selected(); });
-        m_stamp.date = DateText(m_g.platform.clock.Now());
-        m_stamp.time = TimeText(m_g.platform.clock.Now());
-        m_stamp.moment = ParseDateTime(m_stamp.date + " " + m_stamp.time);
-        m_stamp.user = m_g.gUserName;
+        const auto selected = std::count_if(m_g.gFiles->begin(), m_g.gFiles->end(),
+                                            [](const auto& file) { return file->Selected(); });
+        CommitStamp stamp;
+        stamp.date = DateText(m_g.platform.clock.Now());
+        stamp.time = TimeText(m_g.platform.clock.Now());
+        stamp.moment = ParseDateTime(stamp.date + " " + stamp.time);
+        stamp.user = m_g.gUserName;
         m_archiver = m_g.platform.suite.NewArchiver();
         m_archiveContext = m_g.platform.suite.NewArchiveContext();
-    }
-
-    void CommitView(std::int32_t index) {
-        ++m_worked;
-        const auto file = m_g.gFiles->Item(index);
-        const Text path = file->Filename();
-        if (!ItemExists(path, m_archived)) {
-            m_desk.Panel2.SetCaption("Archiving: " + path);
-            m_archived.insert(path);
-            Archive(path);
-        }
-        m_desk.Panel2.SetCaption("Saving: " + path);
-        m_desk.ProgressBar1.SetValue(100.0 * static_cast<double>(m_worked) / static_cast<double>(m_selected));
-        if (!modKDLimitDesk::SaveSchema(m_g, index)) {
-            return;
-        }
-        ++m_modified;
-        m_folders.insert(paths::FolderToList(path));
-        ReportChanges(m_desk, *file, m_stamp);
-        file->SetChangesMade(false);
-    }
-
-    /// What has been told to be saved is saved for good, once for each folder and not for each view.
-    void FlushFolders() {
-        std::optional<cError> first;
-        for (const Text& folder : m_folders) {
-            try {
-                m_g.platform.files.FlushFolder(folder);
-            } catch (const cError& error) {
-                // One that may not be listed cannot be flushed; a failure is no reason to leave the others.
-                if (error.Number() != errPermissionDenied && !first) {
-                    first.emplace(error);
-                }
-            }
-        }
-        if (first) {
-            throw cError(*first);
-        }
-    }
-
-    /// Deliberate: a failed archive does not keep the view from being saved.
-    /// CommitChangesTest.AFailedArchiveIsShownAndTheSaveGoesOn
-    void Archive(const Text& path) {
-        const Text failure = m_archiver->ArchiveApplication(path);
-        if (failure.empty()) {
-            return;
-        }
-        Text text = "The following error occured while creating an archive of '" + path + "'";
-        text += CrLf;
-        text += failure;
-        m_g.platform.toolkit.Say(text, BoxIcon::Exclamation, "KD6 LimitDesk");
+        m_views.emplace(m_desk, stamp, selected, *m_archiver);
     }
 
     void Fail(const cError& error) {
-        try {
-            FlushFolders();  // views already done stay done
-        } catch (...) {
-            // The failure that ended the commit is the one to tell.
+        if (m_views) {
+            m_views->Abandon();
         }
         Text text = "An error occurred while saving changes:";
         text += CrLf;
@@ -148,6 +96,7 @@ private:
     }
 
     void Release() {
+        m_views.reset();
         m_archiveContext.reset();
         m_archiver.reset();
     }
@@ -155,14 +104,9 @@ private:
     Desk& m_desk;
     Globals& m_g;
     Text m_panelText;
-    CommitStamp m_stamp;
-    std::set<Text> m_archived;  // templates
-    std::set<Text> m_folders;   // of the views that have been saved
     std::unique_ptr<KDArchiver> m_archiver;
     std::unique_ptr<KDArchiveContext> m_archiveContext;
-    std::int64_t m_selected = 0;
-    std::int32_t m_worked = 0;
-    std::int32_t m_modified = 0;
+    std::optional<GroupCommit> m_views;
 };
 
 }  // namespace
@@ -178,10 +122,6 @@ std::optional<GridCell> ValidateLimits(Desk& desk) {
         }
     }
     return std::nullopt;
-}
-
-bool ItemExists(const Text& key, const std::set<Text>& list) {
-    return list.count(key) != 0;
 }
 
 void CommitChanges(Desk& desk) {

@@ -26,13 +26,6 @@ void Files::CopyAllForArchive(const std::vector<Text>& sources, std::string_view
             throw cError(error.Number(), error.Source(), error.Description(), source);
         }
     }
-    FlushFolder(folder);
-}
-
-void Files::FlushFolders(const std::vector<Text>& folders) {
-    for (const Text& folder : folders) {
-        FlushFolder(folder);
-    }
 }
 
 }  // namespace kd

@@ -27,6 +27,12 @@ public:
     /// nothing.
     /// @throws cError(errDiskFull, errDevice)
     virtual void Close() = 0;
+    /// The same, and what was written is left to Files::Settle, which brings it to the disk with all else.
+    /// @throws cError(errDiskFull, errDevice)
+    virtual void CloseForSettling() { Close(); }
+    /// Gives a file just opened for output the owner, the mode and the rights of another as far as the user
+    /// may, so that Files::MoveSettled has nothing left to give. What cannot be given is no failure.
+    virtual void TakeRightsOf(std::string_view path) noexcept { (void)path; }
     /// From Files::OpenForOutput on, closed or not, the file is kept from other programs' OpenForOutput where
     /// the system can do that; no longer from here on. Nothing is written after it.
     virtual void LetOthersIn() noexcept {}
@@ -81,8 +87,20 @@ public:
     /// The same, and the source is deleted. Where that takes nothing away from the promise, the source itself
     /// is put in the target's place.
     virtual void MoveOver(std::string_view source, std::string_view target);
+    /// The same for a source that was closed for settling, has been settled since, and was kept from other
+    /// programs all the while: it is flushed no more where that is not needed, and the name that it gets is
+    /// left to Settle.
+    virtual void MoveSettled(std::string_view source, std::string_view target) { MoveOver(source, target); }
+    /// Brings to the disk itself, in as few flushes as the system has, what was left to it since it was
+    /// called last: files closed for settling, copies of CopyAllForArchive, and the names that Rename and
+    /// MoveSettled have given. All of it is tried; none of it is left any more, also when some of it fails.
+    /// @throws cError(errDiskFull, errDevice) the first failure.
+    virtual void Settle() = 0;
     /// Deletes a file; one that may not be written is refused.
     virtual void DeleteFile(std::string_view path) = 0;
+    /// Deletes a file that a program which is gone has left, as far as that can be known: one that another
+    /// program keeps (see OutputFile) stays, and so does anything that is no regular file. Never throws.
+    virtual void DeleteAbandoned(std::string_view path) noexcept = 0;
     /// Writes a file whole, with the promise of CopyFile, and flushes its folder: afterwards it holds
     /// `bytes`, or what it held before.
     virtual void ReplaceFile(std::string_view path, std::string_view bytes) = 0;
@@ -95,16 +113,13 @@ public:
     /// Copies a regular file to a new place: bytes, times and mode, flushed to the disk. Nobody gets a right
     /// by it that the source does not give him. The target must not exist.
     virtual void CopyForArchive(std::string_view source, std::string_view target) = 0;
-    /// The same for several files at once, which go to the disk together with their names in the folder; they
-    /// keep their names.
+    /// The same for several files at once, which keep their names; the copies are left to Settle.
     /// @throws cError with the source at hand.
     virtual void CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder);
     /// Renames a file or folder. The new name must not exist, or be an empty folder.
     virtual void Rename(std::string_view from, std::string_view to) = 0;
     /// Brings the entries of a folder to the disk itself.
     virtual void FlushFolder(std::string_view folder) = 0;
-    /// The same for several.
-    virtual void FlushFolders(const std::vector<Text>& folders);
     /// Removes a folder with all that is in it. One that is missing is no error.
     virtual void RemoveFolder(std::string_view folder) = 0;
 };

@@ -101,6 +101,18 @@ public:
     /// Copies the application's files into the archive. Empty on success, else what failed, with the file.
     /// Does not raise errors for ordinary failures.
     virtual Text ArchiveApplication(std::string_view path) = 0;
+
+    /// The same for several applications that are brought to the disk together: BeginArchive copies, then
+    /// Files::Settle, then NameArchive makes an archive of the copies, then Files::Settle once more. An
+    /// archiver that knows nothing of it does all of its work in the first step.
+    virtual Text BeginArchive(std::string_view path) { return ArchiveApplication(path); }
+    virtual Text NameArchive(std::string_view path) {
+        (void)path;
+        return {};
+    }
+    /// Takes away what was begun or named for the application since its last ArchiveApplication, as if it had
+    /// never been; for one of whose files none has been replaced. What cannot be taken away stays.
+    virtual void DropArchive(std::string_view path) noexcept { (void)path; }
 };
 
 class KDArchiveContext {
@@ -135,7 +147,7 @@ public:
     virtual void OpenLog(std::string_view path) = 0;
     /// @throws cError(errInvalidArgument) when no log is open.
     virtual void WriteRecord(const ChangeRecord& record) = 0;
-    /// Nothing happens when no log is open.
+    /// The records are on the disk when Files::Settle has returned. Nothing happens when no log is open.
     virtual void CloseLog() = 0;
 };
 
@@ -152,7 +164,8 @@ public:
     /// @throws cError(errInvalidArgument) before the first BeginEntry of an open report.
     virtual void WriteItem(std::string_view variable, std::string_view property, std::string_view oldValue,
                            std::string_view newValue) = 0;
-    /// Completes the last entry. Nothing happens when no report is open.
+    /// Completes the last entry, which is on the disk when Files::Settle has returned. Nothing happens when
+    /// no report is open.
     virtual void CloseMemo() = 0;
 };
 

@@ -1,7 +1,6 @@
 #include "suite/StandaloneArchiver.h"
 
 #include <algorithm>
-#include <random>
 
 #include "base/ApplicationNames.h"
 #include "base/Numbers.h"
@@ -12,16 +11,6 @@
 namespace kd {
 
 namespace {
-
-/// A name that nobody can foresee, for a folder that is being filled.
-Text UnfinishedName() {
-    std::random_device random;
-    Text name(names::UnfinishedArchive);
-    for (int i = 0; i < 16; ++i) {
-        name += static_cast<char>('a' + static_cast<int>(random() % 26U));
-    }
-    return name;
-}
 
 /// "Error 61: Disk full", CR LF, and the file.
 Text Describe(const cError& error, std::string_view path) {
@@ -112,44 +101,77 @@ Text StandaloneArchiver::TakeName(const Text& made, std::string_view parent) {
     }
 }
 
-void StandaloneArchiver::Publish(const Text& made, std::string_view parent, const std::vector<Text>& above) {
-    const Text name = TakeName(made, parent);
+Text StandaloneArchiver::BeginArchive(std::string_view path) {
+    const Text key(path);
     try {
-        m_files.FlushFolders(above);
-    } catch (const cError&) {
-        try {
-            // The name goes before the content: a removal that breaks off must not leave half an archive.
-            m_files.Rename(name, made);
-        } catch (const cError&) {
-            // Then a whole archive stays; the first failure is the one to tell.
+        const auto sources = FilesOf(path);
+        const char delimiter = m_files.Delimiter();
+        const Text parent = names::ArchivesOf(path, delimiter);
+        const Text folder = paths::Join(parent, names::UnfinishedArchiveName(), delimiter);
+        m_files.MakeFolder(parent);
+        m_begun[key] = {folder, {}};
+        m_files.MakeFolder(folder);
+        m_files.CopyAllForArchive(sources, folder);
+        return {};
+    } catch (const std::exception& failure) {
+        Text description = Describe(AsError(failure, "ArchiveApplication"), path);
+        DropArchive(path);
+        return description;
+    }
+}
+
+Text StandaloneArchiver::NameArchive(std::string_view path) {
+    try {
+        Begun& begun = m_begun.at(Text(path));
+        begun.name = TakeName(begun.folder, paths::Folder(begun.folder));
+        return {};
+    } catch (const std::exception& failure) {
+        Text description = Describe(AsError(failure, "ArchiveApplication"), path);
+        DropArchive(path);
+        return description;
+    }
+}
+
+void StandaloneArchiver::DropArchive(std::string_view path) noexcept {
+    try {
+        const auto found = m_begun.find(Text(path));
+        if (found == m_begun.end()) {
+            return;
         }
-        throw;
+        const Begun begun = std::move(found->second);
+        m_begun.erase(found);
+        if (!begun.name.empty()) {
+            // The name goes before the content: a removal that breaks off must not leave half an archive.
+            m_files.Rename(begun.name, begun.folder);
+        }
+        m_files.RemoveFolder(begun.folder);
+    } catch (...) {
+        // A whole archive stays, or one without a name. The failure that led here is the one to tell.
     }
 }
 
 Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
-    Text made;  // the archive's folder while it is being filled
+    Text failure = BeginArchive(path);
+    if (failure.empty()) {
+        failure = Settled(path);
+    }
+    if (failure.empty()) {
+        failure = NameArchive(path);
+    }
+    if (failure.empty()) {
+        failure = Settled(path);
+    }
+    m_begun.erase(Text(path));
+    return failure;
+}
+
+Text StandaloneArchiver::Settled(std::string_view path) {
     try {
-        const auto sources = FilesOf(path);
-        const char delimiter = m_files.Delimiter();
-        const Text folder = paths::FolderToList(path);
-        const Text parent = names::ArchivesOf(path, delimiter);
-        const Text archives(paths::Folder(parent));
-        m_files.MakeFolder(parent);
-        made = paths::Join(parent, UnfinishedName(), delimiter);
-        m_files.MakeFolder(made);
-        m_files.CopyAllForArchive(sources, made);
-        Publish(made, parent, {parent, archives, folder});
+        m_files.Settle();
         return {};
     } catch (const std::exception& failure) {
         Text description = Describe(AsError(failure, "ArchiveApplication"), path);
-        if (!made.empty()) {
-            try {
-                m_files.RemoveFolder(made);
-            } catch (const std::exception&) {
-                // The first failure is the one to tell; what cannot be removed now cannot be mended here.
-            }
-        }
+        DropArchive(path);
         return description;
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <vector>
 
 #include "platform/Files.h"
@@ -15,6 +16,9 @@ public:
         : m_files(files), m_clock(clock), m_locale(locale) {}
 
     Text ArchiveApplication(std::string_view path) override;
+    Text BeginArchive(std::string_view path) override;
+    Text NameArchive(std::string_view path) override;
+    void DropArchive(std::string_view path) noexcept override;
 
 private:
     /// The template, its view files and its change files, as far as they are there.
@@ -25,13 +29,19 @@ private:
     Text FreeName(std::string_view parent);
     /// Gives the finished folder a name that is free, and returns it.
     Text TakeName(const Text& made, std::string_view parent);
-    /// Gives the finished folder its final name and flushes the folders above; takes the name back when that
-    /// fails.
-    void Publish(const Text& made, std::string_view parent, const std::vector<Text>& above);
+    /// Settles what is begun or named; what failed, with the archive dropped.
+    Text Settled(std::string_view path);
+
+    /// What is on its way to an archive.
+    struct Begun {
+        Text folder;  // the one that is being filled
+        Text name;    // the one that it has got since
+    };
 
     Files& m_files;
     Clock& m_clock;
     const Locale& m_locale;
+    std::map<Text, Begun> m_begun;  // by template
 };
 
 }  // namespace kd

@@ -62,8 +62,7 @@ void StandaloneChangeLog::WriteRecord(const ChangeRecord& record) {
 void StandaloneChangeLog::CloseLog() {
     if (m_file) {
         const auto file = std::move(m_file);
-        file->Flush();
-        file->Close();
+        file->CloseForSettling();
     }
 }
 

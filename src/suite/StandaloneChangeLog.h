@@ -10,6 +10,7 @@ namespace kd {
 
 /// The change log: a heading line, then a line a record, the delimiter between the fields. Text in the code
 /// page, CR LF. Records are added; earlier ones are never rewritten.
+/// What was added is left to Files::Settle, since several views add to one file.
 class StandaloneChangeLog : public KDChangeLog {
 public:
     StandaloneChangeLog(Files& files, const CodePage& page) : m_files(files), m_page(page) {}

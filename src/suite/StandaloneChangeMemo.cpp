@@ -84,8 +84,7 @@ void StandaloneChangeMemo::CloseMemo() {
     if (m_file) {
         WriteEntry();
         const auto file = std::move(m_file);
-        file->Flush();
-        file->Close();
+        file->CloseForSettling();
     }
 }
 

@@ -12,6 +12,7 @@ namespace kd {
 
 /// The change report, for people: an entry has a head line, then aligned lines, then an empty line. Text in
 /// the code page, CR LF. Entries are added; earlier ones are never rewritten.
+/// What was added is left to Files::Settle, since several views add to one file.
 class StandaloneChangeMemo : public KDChangeMemo {
 public:
     StandaloneChangeMemo(Files& files, const CodePage& page) : m_files(files), m_page(page) {}

@@ -13,10 +13,15 @@ struct stat;
 
 namespace kd {
 
-#ifndef _WIN32
+#ifdef _WIN32
+namespace windows {
+class Unsettled;
+}
+#else
 namespace posix {
 class Descriptor;
-}
+class Unsettled;
+}  // namespace posix
 #endif
 
 /// The files of the operating system. Paths are UTF-8.
@@ -25,6 +30,7 @@ public:
     /// `page` tells which letters are the same but for their case. From the first one on, a file beyond the
     /// user's limit of size is a failure (errDiskFull), no longer the end of the process.
     explicit SystemFiles(const CodePage& page);
+    ~SystemFiles() override;
 
     char Delimiter() const override;
     bool Exists(std::string_view path) override;
@@ -37,15 +43,17 @@ public:
 #ifndef _WIN32
     std::string ReadEnd(std::string_view path, std::size_t count) override;
     void MoveOver(std::string_view source, std::string_view target) override;
+    void MoveSettled(std::string_view source, std::string_view target) override;
 #endif
+    void Settle() override;
     void DeleteFile(std::string_view path) override;
+    void DeleteAbandoned(std::string_view path) noexcept override;
     void ReplaceFile(std::string_view path, std::string_view bytes) override;
     std::vector<Text> FolderEntries(std::string_view folder) override;
     void MakeFolder(std::string_view folder) override;
     void CopyForArchive(std::string_view source, std::string_view target) override;
-#ifdef __linux__
+#ifndef _WIN32
     void CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) override;
-    void FlushFolders(const std::vector<Text>& folders) override;
 #endif
     void Rename(std::string_view from, std::string_view to) override;
     void FlushFolder(std::string_view folder) override;
@@ -54,15 +62,23 @@ public:
 private:
 #ifndef _WIN32  // there the file system itself looks regardless of case
     /// The path as it stands where it exists; else that of the file in its folder whose name differs only in
-    /// case; else the path as it stands. A folder that could not be looked through is told by its errno in
-    /// `code`, which is 0 otherwise.
-    Text Resolved(std::string_view path, int& code) const;
+    /// case; else the path as it stands.
     Text Resolved(std::string_view path) const;
+    /// The path of the file in the folder with that name, exactly or but for case; empty where there is none.
+    /// A folder that could not be looked through is told by its errno in `code`, which is 0 otherwise.
+    Text InAnyCase(std::string_view path, int& code) const;
+    /// What is known of the file that is meant, and whether anything is.
+    bool StatusOf(std::string_view path, struct stat& status) const;
     /// The regular file that is meant, open for reading; `status` tells about it.
     posix::Descriptor OpenToRead(std::string_view path, struct stat& status) const;
 #endif
 
     [[maybe_unused]] const CodePage& m_page;
+#ifdef _WIN32
+    std::unique_ptr<windows::Unsettled> m_unsettled;
+#else
+    std::unique_ptr<posix::Unsettled> m_unsettled;
+#endif
 };
 
 }  // namespace kd

@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <new>
+#include <utility>
 
+#include "base/ApplicationNames.h"
+#include "commit/GroupCommit.h"
 #include "commit/frmCommit.h"
 #include "fakes/Builders.h"
 #include "grid/RowFill.h"
@@ -110,33 +114,161 @@ TEST(CommitChangesTest, ALimitOutOfOrderIsShownAndNoDialogComesUp) {
     EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
 }
 
-TEST(CommitChangesTest, TheFolderOfTheSavedViewsIsFlushedOnceAtTheEnd) {
+TEST(CommitChangesTest, AGroupIsSettledBeforeItsFirstViewTakesItsPlaceAndBehindItsLastRecord) {
     CommitDesk t;
     t.EditRows({1, 3});
     t.files.ClearLog();
     t.ExpectCommitted(2);
     CommitChanges(t.desk);
-    const auto& log = t.files.Log();
-    EXPECT_EQ(std::count(log.begin(), log.end(), "FlushFolder /apps"), 1);
-    EXPECT_EQ(log.back(), "FlushFolder /apps");
+    std::vector<Text> steps;
+    std::copy_if(t.files.Log().begin(), t.files.Log().end(), std::back_inserter(steps), [](const Text& step) {
+        return step.starts_with("Write ") || step.starts_with("CopyFile ") || step.starts_with("Settle ");
+    });
+    EXPECT_EQ(steps,
+              (std::vector<Text>{"Write /apps/plant.temp", "Write /apps/plant.temp", "Settle ", "Settle ",
+                                 "CopyFile /apps/plant.kdt", "CopyFile /apps/plant.V2", "Settle "}));
 }
 
-TEST(CommitChangesTest, AFolderThatCannotBeFlushedIsTold) {
+TEST(CommitChangesTest, MoreViewsThanAGroupHoldsAreCommittedInSeveral) {
+    LoadedDesk t;
+    ApplicationBuilder application = anApplication("/apps/plant.kdt").Field(aField().Name("a").Usl(10));
+    constexpr int Views = 2 * static_cast<int>(GroupCommit::MostInAGroup) + 1;
+    for (int view = 1; view < Views; ++view) {
+        application.View("view", static_cast<std::int16_t>(view)).Field(aField().Name("b").Usl(10));
+    }
+    t.Put(application);
+    t.Load();
+    for (int row = 1; row <= Views; ++row) {
+        t.Edit(row, colUsl, "5");
+    }
+    t.files.ClearLog();
+    t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
+    t.toolkit.ExpectBox(Digits(Views) + " File(s) have been modified.", BoxIcon::Information);
+    CommitChanges(t.desk);
+    const auto& log = t.files.Log();
+    EXPECT_EQ(std::count(log.begin(), log.end(), "Settle "), 5)
+        << "texts and the archive's name, texts, texts, and the last records";
+    EXPECT_EQ(t.suite.records.size(), static_cast<std::size_t>(Views));
+}
+
+TEST(CommitChangesTest, ASettlingThatFailsAtTheEndIsTold) {
     CommitDesk t;
     t.EditRows({1});
-    t.files.FailOn("FlushFolder", "/apps", errDevice);
+    int settled = 0;
+    t.files.onStep = [&](const Text& step) {
+        if (step == "Settle " && ++settled == 3) {
+            throw cError(errDevice, "MemoryFiles.Settle");
+        }
+    };
     t.ExpectDialog();
     t.toolkit.ExpectBox(
-        "An error occurred while saving changes:\r\n57 (MemoryFiles.FlushFolder) - Device I/O error",
+        "An error occurred while saving changes:\r\n57 (MemoryFiles.Settle) - Device I/O error",
         BoxIcon::Critical);
     CommitChanges(t.desk);
     EXPECT_TRUE(t.IsSaved(0));
     t.ExpectAtRest();
 }
 
-TEST(CommitChangesTest, TheFolderOfWhatIsSavedIsFlushedWhenTheCommitEndsInAnErrorToo) {
+TEST(CommitChangesTest, AGroupThatCannotBeSettledIsDoneViewByView) {
+    for (const int failing : {1, 2}) {
+        CommitDesk t;
+        t.EditRows({1, 2, 3});
+        int settled = 0;
+        t.files.onStep = [&](const Text& step) {
+            if (step == "Settle " && ++settled == failing) {
+                throw cError(errDevice, "MemoryFiles.Settle");
+            }
+        };
+        t.ExpectCommitted(3);
+        CommitChanges(t.desk);
+        for (const std::int32_t view : {0, 1, 2}) {
+            EXPECT_TRUE(t.IsSaved(view)) << failing;
+        }
+        EXPECT_EQ(t.suite.records.size(), 3U);
+    }
+}
+
+TEST(CommitChangesTest, RecordsWhoseFlushFailedAmongOthersAreFlushedByThemselvesOrEndTheCommit) {
+    for (const bool fails : {false, true}) {
+        LoadedDesk t;
+        ApplicationBuilder application = anApplication("/apps/plant.kdt").Field(aField().Name("a").Usl(10));
+        constexpr int Views = static_cast<int>(GroupCommit::MostInAGroup) + 1;
+        for (int view = 1; view < Views; ++view) {
+            application.View("view", static_cast<std::int16_t>(view)).Field(aField().Name("b").Usl(10));
+        }
+        t.Put(application);
+        t.Load();
+        for (int row = 1; row <= Views; ++row) {
+            t.Edit(row, colUsl, "5");
+        }
+        int settled = 0;
+        bool hasFlushed = false;
+        t.files.onStep = [&](const Text& step) {
+            hasFlushed = hasFlushed || step == "Flush /apps/plant.KDL";
+            if ((step == "Settle " && ++settled == 3) || (fails && step.starts_with("Flush "))) {
+                throw cError(errDevice, "MemoryFiles.Settle");
+            }
+        };
+        t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
+        if (fails) {
+            t.toolkit.ExpectBox(
+                "An error occurred while saving changes:\r\n57 (MemoryFiles.Settle) - Device I/O error",
+                BoxIcon::Critical);
+        } else {
+            t.toolkit.ExpectBox(Digits(Views) + " File(s) have been modified.", BoxIcon::Information);
+        }
+        CommitChanges(t.desk);
+        EXPECT_TRUE(hasFlushed);
+        EXPECT_EQ(t.g.gFiles->Ref(Views).ChangesMade(), fails);
+        EXPECT_FALSE(t.files.Has("/apps/plant.temp"));
+    }
+}
+
+TEST(CommitChangesTest, TheSameFileTwiceInACommitIsSavedTwiceOneAfterTheOther) {
     CommitDesk t;
-    t.EditRows({1});
+    t.g.gFiles->Ref(3).SetFilename("/apps/PLANT.kdt");
+    t.g.gFiles->Ref(3).SetViewNo(0);
+    t.EditRows({1, 3});
+    t.ExpectCommitted(2);
+    CommitChanges(t.desk);
+    EXPECT_NE(t.files.Get("/apps/plant.kdt").find("VERSION      = 7.002\r\n"), Text::npos);
+}
+
+TEST(CommitChangesTest, WhatFailsBesideOthersIsTriedAgainByItself) {
+    CommitDesk t;
+    t.EditRows({1, 2, 3});
+    bool hasFailed = false;
+    t.files.onStep = [&](const Text& step) {
+        if (step == "Read /apps/plant.V1" && !std::exchange(hasFailed, true)) {
+            throw cError(errDiskFull, "MemoryFiles.Read");
+        }
+    };
+    t.ExpectCommitted(3);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(hasFailed);
+    EXPECT_TRUE(t.IsSaved(1));
+    EXPECT_FALSE(t.files.Has("/apps/plant.temp"));
+}
+
+TEST(CommitChangesTest, WhatACommitThatWasCutShortLeftWaitingForASavedFileIsTakenAway) {
+    CommitDesk t;
+    const Text waited = "/apps/" + names::WaitingName("plant.V1");
+    const Text waits = "/apps/" + names::WaitingName("plant.V2");
+    const Text another = "/apps/.kdsave-abc";
+    for (const Text& path : {waited, waits, another}) {
+        t.files.Put(path, "left");
+    }
+    t.EditRows({2});
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    EXPECT_FALSE(t.files.Has(waited));
+    EXPECT_TRUE(t.files.Has(waits)) << "its file has not been saved";
+    EXPECT_TRUE(t.files.Has(another));
+}
+
+TEST(CommitChangesTest, AnErrorThatEndsTheCommitLeavesNoTextOfTheViewsBehindIt) {
+    CommitDesk t;
+    t.EditRows({1, 2, 3});
     t.suite.failLogWith = errDiskFull;
     t.suite.failLogAtRecord = 1;
     t.files.ClearLog();
@@ -145,24 +277,19 @@ TEST(CommitChangesTest, TheFolderOfWhatIsSavedIsFlushedWhenTheCommitEndsInAnErro
                         BoxIcon::Critical);
     CommitChanges(t.desk);
     EXPECT_TRUE(t.IsSaved(0));
-    EXPECT_EQ(t.files.Log().back(), "FlushFolder /apps");
+    EXPECT_EQ(t.files.Log().back(), "Settle ") << "what is saved stays saved";
+    for (const Text& path : t.files.Paths()) {
+        EXPECT_TRUE(path.find(".temp") == Text::npos && path.find(".kdsave-") == Text::npos) << path;
+    }
 }
 
-TEST(CommitChangesTest, AFolderThatCannotBeFlushedDoesNotKeepTheOthersFromIt) {
+TEST(CommitChangesTest, AFolderThatMayNotBeListedIsNoFailure) {
     CommitDesk t;
-    t.g.gFiles->Ref(3).SetFilename("/more/other.kdt");
-    t.files.Put("/more/other.kdt", "[FIELD]\r\n");
-    t.files.Put("/more/other.V2", "[FIELD]\r\n");
-    t.EditRows({1, 3});
-    t.files.FailOn("FlushFolder", "/apps", errDevice);
-    t.files.ClearLog();
-    t.ExpectDialog();
-    t.toolkit.ExpectBox(
-        "An error occurred while saving changes:\r\n57 (MemoryFiles.FlushFolder) - Device I/O error",
-        BoxIcon::Critical);
+    t.EditRows({1});
+    t.files.FailOn("FolderEntries", "/apps", errPermissionDenied);
+    t.ExpectCommitted(1);
     CommitChanges(t.desk);
-    EXPECT_NE(std::find(t.files.Log().begin(), t.files.Log().end(), "FlushFolder /more"),
-              t.files.Log().end());
+    EXPECT_TRUE(t.IsSaved(0));
 }
 
 TEST(CommitChangesTest, TheFolderOfATemplateWithoutOneIsTheOneWhereTheProgramStands) {
@@ -173,16 +300,7 @@ TEST(CommitChangesTest, TheFolderOfATemplateWithoutOneIsTheOneWhereTheProgramSta
     t.EditRows({3});
     t.ExpectCommitted(1);
     CommitChanges(t.desk);
-    EXPECT_EQ(t.files.Log().back(), "FlushFolder .");
-}
-
-TEST(CommitChangesTest, AFolderThatMayNotBeListedIsLeftUnflushed) {
-    CommitDesk t;
-    t.EditRows({1});
-    t.files.FailOn("FlushFolder", "/apps", errPermissionDenied);
-    t.ExpectCommitted(1);
-    CommitChanges(t.desk);
-    EXPECT_TRUE(t.IsSaved(0));
+    EXPECT_EQ(t.files.Log().back(), "FolderEntries .");
 }
 
 TEST(CommitChangesTest, AFaultInAViewThatHasNoChangesStillBlocks) {
@@ -362,9 +480,10 @@ TEST(CommitChangesTest, EachOfSeveralApplicationsIsArchivedOnceBeforeItsFirstSav
             steps.push_back(entry);
         }
     }
-    EXPECT_EQ(steps, (std::vector<Text>{"ArchiveApplication /apps/plant.kdt", "OpenLog /apps/plant.KDL",
-                                        "OpenLog /apps/plant.KDL", "ArchiveApplication /more/mill.kdt",
-                                        "OpenLog /more/mill.KDL", "OpenLog /more/mill.KDL"}));
+    EXPECT_EQ(steps,
+              (std::vector<Text>{"ArchiveApplication /apps/plant.kdt", "ArchiveApplication /more/mill.kdt",
+                                 "OpenLog /apps/plant.KDL", "OpenLog /apps/plant.KDL",
+                                 "OpenLog /more/mill.KDL", "OpenLog /more/mill.KDL"}));
 }
 
 TEST(CommitChangesTest, ASecondCommitArchivesAgain) {
@@ -659,7 +778,7 @@ TEST(CommitChangesTest, AFailureOfAnyOtherKindEndsTheCommitLikeAnyOtherError) {
 TEST(CommitChangesTest, AHeaderThatCannotBeReadAfterTheSaveEndsTheCommit) {
     CommitDesk t;
     t.EditRows({1});
-    t.files.FailAt(7);  // open, read, write, close, copy and delete of the save; then the header
+    t.files.FailAt(9);  // open, read, write, close, twice settled, copy and delete; then the header
     t.ExpectDialog();
     t.toolkit.ExpectBox("An error occurred while saving changes:\r\n57 (MemoryFiles.Read) - Device I/O error",
                         BoxIcon::Critical);

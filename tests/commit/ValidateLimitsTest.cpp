@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "commit/CommitChanges.h"
+#include "commit/GroupCommit.h"
 #include "fakes/Builders.h"
 #include "model/Columns.h"
 

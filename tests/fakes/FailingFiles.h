@@ -100,6 +100,15 @@ public:
     void CopyFile(std::string_view source, std::string_view target) override {
         Do("CopyFile", target, [&] { m_disk.CopyFile(source, target); });
     }
+    void DeleteAbandoned(std::string_view path) noexcept override {
+        (void)Ask("DeleteAbandoned", path, [&] {
+            m_disk.DeleteAbandoned(path);
+            return true;
+        });
+    }
+    void Settle() override {
+        Do("Settle", "", [&] { m_disk.Settle(); });
+    }
     void DeleteFile(std::string_view path) override {
         Do("DeleteFile", path, [&] { m_disk.DeleteFile(path); });
     }
@@ -143,6 +152,10 @@ private:
         void Close() override {
             // A close that fails has closed all the same.
             const auto close = [&] { m_file->Close(); };
+            m_files.Do("Close", m_path, close, close);
+        }
+        void CloseForSettling() override {
+            const auto close = [&] { m_file->CloseForSettling(); };
             m_files.Do("Close", m_path, close, close);
         }
         void LetOthersIn() noexcept override { m_file->LetOthersIn(); }

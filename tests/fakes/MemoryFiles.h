@@ -74,6 +74,8 @@ public:
     const std::vector<Text>& Log() const { return m_log; }
     void ClearLog() { m_log.clear(); }
     int OpenFiles() const { return m_open; }
+    /// Files that were closed for settling since the last Settle.
+    const std::set<Text>& Unsettled() const { return m_unsettled; }
 
     // --- Files
     // ----------------------------------------------------------------------------------------------
@@ -180,6 +182,16 @@ public:
         m_folders = std::move(folders);
     }
     void FlushFolder(std::string_view folder) override { Step("FlushFolder", folder); }
+    void Settle() override {
+        m_unsettled.clear();
+        Step("Settle", "");
+    }
+    void DeleteAbandoned(std::string_view path) noexcept override {
+        const auto found = m_files.find(Text(path));
+        if (found != m_files.end() && !found->second.special) {
+            m_files.erase(found);
+        }
+    }
     void RemoveFolder(std::string_view folder) override {
         Step("RemoveFolder", folder);
         const Text prefix = Text(folder) + "/";
@@ -206,6 +218,10 @@ private:
             m_memory.m_files[m_path].bytes += bytes;
         }
         void Flush() override { m_memory.Step("Flush", m_path); }
+        void CloseForSettling() override {
+            m_memory.m_unsettled.insert(m_path);
+            Close();
+        }
         void Close() override {
             if (m_isOpen) {
                 m_isOpen = false;
@@ -295,6 +311,7 @@ private:
 
     std::map<Text, Entry> m_files;
     std::set<Text> m_folders;
+    std::set<Text> m_unsettled;
     std::vector<Text> m_log;
     std::vector<Failing> m_failOn;
     int m_operations = 0;

@@ -12,41 +12,36 @@ enum class Outcome : std::uint8_t {
     Untouched,       // the commit never came to it
     NotSaved,        // SaveSchema failed: the view keeps everything
     NotOverwritten,  // told, and counted as saved all the same
-    ReportFailed,    // the file is written, the commit ended in its report
+    ReportFailed,    // the file has had its turn, the commit ended before all of its records were added
     Done,
 };
 
-/// What a commit has to say and to leave behind, told from nothing but its steps on the disk and which of
-/// them failed. Kept apart from the code under test: it knows the rules of the messages, not how they come
-/// about.
+/// What a commit of one group has to say and to leave behind, told from nothing but its steps on the disk and
+/// the first of them that failed. Kept apart from the code under test: it knows the rules of the messages,
+/// not how they come about.
 class FaultOracle {
 public:
-    FaultOracle(const CommitScene& scene, FailingFiles::Kind kind) : m_scene(scene), m_kind(kind) {}
+    using Step = FailingFiles::Step;
 
-    /// Before each step: which part of the commit it belongs to.
-    void Note() { m_captions.push_back(m_scene.desk.Panel2.Caption()); }
+    FaultOracle(const CommitScene& scene, FailingFiles::Kind kind, bool forGood)
+        : m_scene(scene), m_kind(kind), m_forGood(forGood) {}
 
     /// After the commit.
-    void Judge(const std::vector<FailingFiles::Step>& steps) {
+    void Judge(const std::vector<Step>& steps) {
+        outcomes.assign(CommitScene::Views, Outcome::Done);
         for (std::size_t at = 0; at < steps.size(); ++at) {
-            if (m_captions[at].starts_with("Archiving: ")) {
-                Archiving(steps[at]);
-            } else if (steps[at].operation == "FlushFolder") {
-                Flushing(steps[at]);
-            } else if (!SaysMissing(steps[at])) {
-                Saving(steps[at]);
+            if (steps[at].failed && Matters(steps, at)) {
+                JudgeFailure(steps, at);
+                break;
             }
         }
-        FinishView();
         if (!m_ended) {
-            SkipBlocked();
             const auto saved = std::count_if(outcomes.begin(), outcomes.end(), [](Outcome outcome) {
                 return outcome == Outcome::Done || outcome == Outcome::NotOverwritten;
             });
             boxes.push_back(
                 {Digits(saved) + " File(s) have been modified.", BoxIcon::Information, "KDLimitDesk"});
         }
-        outcomes.resize(CommitScene::Views, Outcome::Untouched);
     }
 
     std::vector<WillingToolkit::Box> boxes;
@@ -58,109 +53,125 @@ private:
         const cError error(FailingFiles::NumberOf(m_kind), {});
         return Digits(error.Number()) + ": " + error.Description();
     }
-    static bool IsQuestion(const FailingFiles::Step& step) {
-        return step.operation == "Exists" || step.operation == "IsRegularFile";
+    static std::ptrdiff_t CountOf(const std::vector<Step>& steps, std::size_t upTo, const char* operation) {
+        return std::count_if(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(upTo) + 1,
+                             [&](const Step& step) { return step.operation == operation; });
     }
 
-    /// Whether the disk says that a file is not there, which is asked again and is an answer, no failure. Of
-    /// log and report nothing more can be learned where the answer is a refusal.
-    bool SaysMissing(const FailingFiles::Step& step) const {
-        const bool isChangeFile =
-            step.path.find(".KDL") != Text::npos || step.path.find(".KDM") != Text::npos;
-        return step.operation == "Read" && step.failed &&
-               (m_kind == FailingFiles::Kind::NotFound || m_kind == FailingFiles::Kind::PathNotFound ||
-                (m_kind == FailingFiles::Kind::PermissionDenied && isChangeFile));
+    /// Whether a failure has any consequence of its own.
+    bool Matters(const std::vector<Step>& steps, std::size_t at) const {
+        const Step& step = steps[at];
+        if (step.operation == "Exists" || step.operation == "IsRegularFile" ||
+            step.operation == "DeleteAbandoned") {
+            return false;
+        }
+        // The look for what an earlier commit has left behind.
+        if (step.operation == "FolderEntries" && at > 0 && steps[at - 1].operation == "Settle") {
+            return false;
+        }
+        return step.operation != "Read" || !IsAnswer(steps, at);
     }
-    /// An entry that cannot be read as a file, asked twice, is none.
-    bool SaysNoFile(const FailingFiles::Step& step) const {
-        return step.operation == "Read" &&
-               (m_kind == FailingFiles::Kind::NotFound || m_kind == FailingFiles::Kind::PermissionDenied);
+    /// Whether a failed reading is an answer. A file that is not there is asked for again; of log and report
+    /// nothing more can be learned where the answer is a refusal. An entry that cannot be read as a file,
+    /// asked twice, is none of the archive's.
+    bool IsAnswer(const std::vector<Step>& steps, std::size_t at) const {
+        using Kind = FailingFiles::Kind;
+        if (CountOf(steps, at, "OpenForOutput") == 0) {
+            return m_kind == Kind::NotFound || m_kind == Kind::PermissionDenied;
+        }
+        const Text& path = steps[at].path;
+        const bool isChangeFile = path.find(".KDL") != Text::npos || path.find(".KDM") != Text::npos;
+        return m_kind == Kind::NotFound || m_kind == Kind::PathNotFound ||
+               (m_kind == Kind::PermissionDenied && isChangeFile);
     }
 
-    void Archiving(const FailingFiles::Step& step) {
-        if (!step.failed || !archived || IsQuestion(step) || SaysNoFile(step)) {
+    void JudgeFailure(const std::vector<Step>& steps, std::size_t at) {
+        const Text& operation = steps[at].operation;
+        const auto written = static_cast<std::int32_t>(CountOf(steps, at, "OpenForOutput"));
+        const auto placed = static_cast<std::int32_t>(CountOf(steps, at, "CopyFile"));
+        if (placed > 0) {
+            Placing(operation, placed - 1);
+        } else if (written == 0) {
+            NoArchive(steps, at);
+            for (std::int32_t view = 0; m_forGood && view < CommitScene::Views; ++view) {
+                NotSaved(view);
+            }
+        } else if (written == 1 && (operation == "OpenForOutput" || operation == "Read" ||
+                                    operation == "Write" || operation == "Close")) {
+            FirstText(steps, at);
+        } else if (m_forGood) {
+            // Beside others it is tried again view by view, and fails again.
+            NoArchive(steps, at);
+            for (std::int32_t view = 0; view < CommitScene::Views; ++view) {
+                NotSaved(view);
+            }
+        }
+    }
+
+    /// The first text is alone in its group: its failure is told, behind that of the archive.
+    void FirstText(const std::vector<Step>& steps, std::size_t at) {
+        if (m_forGood) {
+            NoArchive(steps, at);
+        }
+        NotSaved(0);
+        const bool blocks = steps[at].operation != "OpenForOutput";
+        for (std::int32_t view = 1; view < CommitScene::Views; ++view) {
+            if (blocks && m_scene.TemporaryPath(view) == m_scene.TemporaryPath(0)) {
+                outcomes[static_cast<std::size_t>(view)] = Outcome::NotSaved;
+                boxes.push_back({"Error 55: File already open occurred in SaveSchema.", BoxIcon::Exclamation,
+                                 "KDLimitDesk"});
+            } else if (m_forGood) {
+                NotSaved(view);
+            }
+        }
+    }
+
+    /// A view that has its turn, or the end when all of them have had it.
+    void Placing(const Text& operation, std::int32_t view) {
+        const auto at = static_cast<std::size_t>(view);
+        const bool isMoved = operation == "CopyFile" || operation == "DeleteFile";
+        if (isMoved) {
+            boxes.push_back({"Error " + Failure(), BoxIcon::Exclamation, "KDLimitDesk - OverwriteFile"});
+        }
+        if (isMoved && !m_forGood) {
+            outcomes[at] = operation == "CopyFile" ? Outcome::NotOverwritten : Outcome::Done;
             return;
         }
+        End(isMoved ? Text("Settle") : operation);
+        for (std::size_t other = at; operation != "Settle" && other < outcomes.size(); ++other) {
+            outcomes[other] = other == at ? Outcome::ReportFailed : Outcome::Untouched;
+        }
+    }
+
+    /// The archive fails, now or in the try of its own that follows.
+    void NoArchive(const std::vector<Step>& steps, std::size_t at) {
+        const bool isNow = CountOf(steps, at, "OpenForOutput") == 0;
+        const auto failed = std::find_if(
+            steps.begin() + static_cast<std::ptrdiff_t>(at), steps.end(),
+            [&](const Step& step) { return step.failed && (isNow || step.operation == "FolderEntries"); });
         archived = false;
         boxes.push_back({"The following error occured while creating an archive of '" + m_scene.path +
-                             "'\r\nError " + Failure() + "\r\n" + step.path,
+                             "'\r\nError " + Failure() + "\r\n" + failed->path,
                          BoxIcon::Exclamation, "KD6 LimitDesk"});
     }
-
-    void Saving(const FailingFiles::Step& step) {
-        if (step.operation == "OpenForOutput") {
-            FinishView();
-            SkipBlocked();
-            m_inView = true;
-            m_overwritten = false;
-            m_outcome = Outcome::Done;
-        }
-        if (!step.failed || IsQuestion(step) || m_ended) {
-            m_overwritten = m_overwritten || step.operation == "DeleteFile";
-            return;
-        }
-        if (m_overwritten) {
-            m_outcome = Outcome::ReportFailed;
-            End(step);
-        } else if (step.operation == "CopyFile" || step.operation == "DeleteFile") {
-            m_overwritten = true;
-            m_outcome = step.operation == "CopyFile" ? Outcome::NotOverwritten : Outcome::Done;
-            boxes.push_back({"Error " + Failure(), BoxIcon::Exclamation, "KDLimitDesk - OverwriteFile"});
-        } else if (m_outcome != Outcome::NotSaved) {
-            m_outcome = Outcome::NotSaved;
-            if (step.operation != "OpenForOutput") {
-                m_blocked.push_back(m_scene.TemporaryPath(Current()));
-            }
-            boxes.push_back(
-                {"Error " + Failure() + " occurred in SaveSchema.", BoxIcon::Exclamation, "KDLimitDesk"});
-        }
-    }
-
-    /// Behind the last view: its folder. One that may not be listed is left as it is.
-    void Flushing(const FailingFiles::Step& step) {
-        if (!step.failed || m_ended || m_kind == FailingFiles::Kind::PermissionDenied) {
-            return;
-        }
-        FinishView();
-        SkipBlocked();
-        End(step);
+    void NotSaved(std::int32_t view) {
+        outcomes[static_cast<std::size_t>(view)] = Outcome::NotSaved;
+        boxes.push_back(
+            {"Error " + Failure() + " occurred in SaveSchema.", BoxIcon::Exclamation, "KDLimitDesk"});
     }
     /// The commit ends there.
-    void End(const FailingFiles::Step& step) {
+    void End(const Text& operation) {
         m_ended = true;
         const cError error(FailingFiles::NumberOf(m_kind), {});
         boxes.push_back({"An error occurred while saving changes:\r\n" + Digits(error.Number()) +
-                             " (FailingFiles." + step.operation + ") - " + error.Description(),
+                             " (FailingFiles." + operation + ") - " + error.Description(),
                          BoxIcon::Critical, "KDLimitDesk"});
-    }
-
-    std::int32_t Current() const { return static_cast<std::int32_t>(outcomes.size()); }
-
-    void FinishView() {
-        if (m_inView) {
-            outcomes.push_back(m_outcome);
-            m_inView = false;
-        }
-    }
-    /// Views whose temporary file stayed open in a failed save do not come to the disk at all.
-    void SkipBlocked() {
-        while (Current() < CommitScene::Views &&
-               std::find(m_blocked.begin(), m_blocked.end(), m_scene.TemporaryPath(Current())) !=
-                   m_blocked.end()) {
-            outcomes.push_back(Outcome::NotSaved);
-            boxes.push_back(
-                {"Error 55: File already open occurred in SaveSchema.", BoxIcon::Exclamation, "KDLimitDesk"});
-        }
     }
 
     const CommitScene& m_scene;
     FailingFiles::Kind m_kind;
-    std::vector<Text> m_captions;
-    std::vector<Text> m_blocked;
-    bool m_inView = false;
-    bool m_overwritten = false;
+    bool m_forGood;
     bool m_ended = false;
-    Outcome m_outcome = Outcome::Done;
 };
 
 }  // namespace kd

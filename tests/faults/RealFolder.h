@@ -17,6 +17,7 @@
 #include <set>
 #include <string>
 
+#include "base/ApplicationNames.h"
 #include "faults/CommitScene.h"
 #include "system/SystemFiles.h"
 
@@ -182,6 +183,10 @@ public:
         for (std::int32_t view = 0; view < CommitScene::Views; ++view) {
             EXPECT_NE(RealFolder::Get(next.FilePath(view)).find("F40."), std::string::npos);
             EXPECT_FALSE(std::filesystem::exists(next.TemporaryPath(view)));
+        }
+        for (const auto& entry : std::filesystem::directory_iterator(m_folder.path)) {
+            const Text name = entry.path().filename().string();
+            EXPECT_EQ(names::WaitsFor(name), "") << name << " is left though its file is whole";
         }
     }
 

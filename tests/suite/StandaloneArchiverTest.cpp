@@ -101,7 +101,7 @@ TEST_F(StandaloneArchiverTest, ANameThatAnotherProgramTakesAtTheLastMomentIsLeft
     EXPECT_EQ(Archived().size(), 6U) << "nothing unfinished stays";
 }
 
-TEST_F(StandaloneArchiverTest, TheFolderGetsItsNameWhenAllIsInItAndFlushed) {
+TEST_F(StandaloneArchiverTest, TheFolderGetsItsNameWhenAllIsInItAndSettled) {
     EXPECT_EQ(Archive("/a/plant.kdt"), "");
     const auto& log = files.Log();
     const auto renamed =
@@ -110,9 +110,8 @@ TEST_F(StandaloneArchiverTest, TheFolderGetsItsNameWhenAllIsInItAndFlushed) {
     EXPECT_EQ(
         std::count_if(log.begin(), renamed, [](const Text& l) { return l.rfind("CopyForArchive ", 0) == 0; }),
         5);
-    EXPECT_EQ((renamed - 1)->rfind("FlushFolder /a/Archive/plant/.", 0), 0U);
-    EXPECT_EQ(Names(renamed + 1, log.end()),
-              (Names{"FlushFolder /a/Archive/plant", "FlushFolder /a/Archive", "FlushFolder /a"}));
+    EXPECT_EQ(*(renamed - 1), "Settle ");
+    EXPECT_EQ(Names(renamed + 1, log.end()), Names{"Settle "});
 }
 
 TEST_F(StandaloneArchiverTest, AFailureAnywhereLeavesNoArchiveAndIsTold) {
@@ -186,10 +185,31 @@ TEST_F(StandaloneArchiverTest, AFolderThatBearsAViewsNameIsLeftOut) {
 }
 
 TEST_F(StandaloneArchiverTest, ARemovalThatBreaksOffLeavesNothingUnderTheFinalName) {
-    files.FailOn("FlushFolder", "/a/Archive/plant", errDiskFull);
-    files.FailOn("RemoveFolder", "", errDevice);
+    int settled = 0;
+    files.onStep = [&](const Text& step) {
+        if ((step == "Settle " && ++settled == 2) || step.starts_with("RemoveFolder ")) {
+            throw cError(errDiskFull, "MemoryFiles", {}, "/a/Archive/plant");
+        }
+    };
     EXPECT_EQ(Archive("/a/plant.kdt"), "Error 61: Disk full\r\n/a/Archive/plant");
     EXPECT_FALSE(files.Exists("/a/Archive/plant/2026-03-04_05-06-07"));
+}
+
+TEST_F(StandaloneArchiverTest, SeveralAreBegunBeforeTheirCallerSettlesThemAndGetTheirNamesThen) {
+    files.Put("/a/mill.kdt", "another");
+    StandaloneArchiver archiver(files, clock, locale);
+    EXPECT_EQ(archiver.BeginArchive("/a/plant.kdt"), "");
+    EXPECT_EQ(archiver.BeginArchive("/a/mill.kdt"), "");
+    EXPECT_FALSE(files.Exists("/a/Archive/plant/2026-03-04_05-06-07"));
+    EXPECT_EQ(std::count(files.Log().begin(), files.Log().end(), "Settle "), 0) << "that is the caller's";
+    EXPECT_EQ(archiver.NameArchive("/a/plant.kdt"), "");
+    EXPECT_EQ(archiver.NameArchive("/a/mill.kdt"), "");
+    EXPECT_TRUE(files.Has("/a/Archive/plant/2026-03-04_05-06-07/plant.V12"));
+    EXPECT_TRUE(files.Has("/a/Archive/mill/2026-03-04_05-06-07/mill.kdt"));
+    archiver.DropArchive("/a/mill.kdt");
+    EXPECT_EQ(Archived().size(), 5U);
+    archiver.DropArchive("/a/mill.kdt");
+    EXPECT_EQ(Archived().size(), 5U);
 }
 
 TEST_F(StandaloneArchiverTest, AFailureOfAnyKindIsToldAndLeavesNothing) {

@@ -171,20 +171,62 @@ TEST_F(SystemFilesTest, AnArchiveCopyKeepsTheGroupOrLeavesItNoMoreThanOthers) {
     }
 }
 
-TEST_F(SystemFilesTest, SeveralFoldersAreFlushedTogether) {
-    MakeFolderAt("one");
-    MakeFolderAt("two");
-    EXPECT_EQ(ErrorOf([&] { files.FlushFolders({At("one"), At("none")}); }), errPathNotFound);
-#ifdef __linux__
+TEST_F(SystemFilesTest, WhatIsLeftToSettleIsFlushedTogether) {
+    MakeFolderAt("archive");
+    MakeFolderAt("unfinished");
+    const auto text = files.OpenForOutput(At("a.temp"));
+    const auto log = files.OpenForAppend(At("a.KDL"));
     FailingCalls calls;
-    files.FlushFolders({At("one"), At("two"), folder});
+    files.CopyAllForArchive({Put("a.kdt", "one"), Put("a.V1", "two")}, At("archive"));
+    text->Write("new");
+    text->CloseForSettling();
+    log->Write("record");
+    log->CloseForSettling();
+    files.Rename(At("unfinished"), At("named"));
+#ifdef __linux__
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fsync"), 0);
+    files.Settle();
     EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "syncfs"), 1);
     EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fsync"), 0);
-    calls.FailEach("syncfs", EIO);
-    EXPECT_EQ(ErrorOf([&] { files.FlushFolders({At("one"), At("two")}); }), errDevice);
 #else
-    files.FlushFolders({At("one"), At("two"), folder});
+    files.Settle();
 #endif
+    const auto before = calls.Calls().size();
+    files.Settle();
+    EXPECT_EQ(calls.Calls().size(), before) << "nothing is left";
+}
+
+TEST_F(SystemFilesTest, ASettlingThatFailsIsToldOnceAndLeavesNothing) {
+    const auto log = files.OpenForAppend(At("a.KDL"));
+    log->Write("record");
+    log->CloseForSettling();
+    FailingCalls calls;
+    calls.FailEach("fsync", EIO);
+#ifdef __linux__
+    calls.FailEach("syncfs", EIO);
+#endif
+    EXPECT_EQ(ErrorOf([&] { files.Settle(); }), errDevice);
+    EXPECT_EQ(ErrorOf([&] { files.Settle(); }), 0);
+}
+
+TEST_F(SystemFilesTest, AFileThatIsAbandonedIsDeletedAndOneInHandStays) {
+    const Text left = Put(".kdsave-a", "left");
+    files.DeleteAbandoned(left);
+    EXPECT_EQ(Names(), std::set<Text>{});
+    SystemFiles other(CodePage::Of(1252));
+    auto held = other.OpenForOutput(At("held"));
+    files.DeleteAbandoned(At("held"));
+    EXPECT_EQ(Names(), std::set<Text>{"held"});
+    held.reset();
+    files.DeleteAbandoned(At("held"));
+    MakeFolderAt("folder");
+    MakeFifo("fifo");
+    Put("other", "text");
+    MakeLink("link", "other");
+    for (const char* name : {"folder", "fifo", "link", "none"}) {
+        files.DeleteAbandoned(At(name));
+    }
+    EXPECT_EQ(Names(), (std::set<Text>{"fifo", "folder", "link", "other"}));
 }
 
 TEST_F(SystemFilesTest, FlushFolderNeedsAFolder) {
@@ -195,7 +237,6 @@ TEST_F(SystemFilesTest, FlushFolderNeedsAFolder) {
 TEST_F(SystemFilesTest, TheRootAndTheFolderWhereTheProgramStandsCanBeFlushed) {
     EXPECT_EQ(ErrorOf([&] { files.FlushFolder(""); }), 0);
     EXPECT_EQ(ErrorOf([&] { files.FlushFolder("."); }), 0);
-    EXPECT_EQ(ErrorOf([&] { files.FlushFolders({"", "."}); }), 0);
 }
 
 TEST_F(SystemFilesTest, RemoveFolderTakesAllThatIsInIt) {

@@ -212,5 +212,61 @@ TEST_F(SystemFilesTest, OnlyAnOutputThatReplacesSomethingIsCut) {
     EXPECT_EQ(Get(At("new.temp")), "b");
 }
 
+#ifdef __linux__
+TEST_F(SystemFilesTest, ASettledFileTakesItsPlaceWithNoFlushOfItsOwnAndWithTheTargetsRights) {
+    const Text target = Put("a.kdt", "old", 0640);
+    const auto text = files.OpenForOutput(At("a.temp"));
+    text->Write("new");
+    text->TakeRightsOf(target);
+    text->CloseForSettling();
+    files.Settle();
+    FailingCalls calls;
+    files.MoveSettled(At("a.temp"), target);
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fsync"), 0);
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "write"), 0);
+    files.Settle();
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "syncfs"), 1) << "for its new name";
+    EXPECT_EQ(Get(target), "new");
+    EXPECT_EQ(Mode(target), 0640U);
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
+TEST_F(SystemFilesTest, ASettledFileWhoseTargetHasGotOtherRightsSinceTakesThemAndIsFlushed) {
+    const Text target = Put("a.kdt", "old", 0640);
+    const auto text = files.OpenForOutput(At("a.temp"));
+    text->Write("new");
+    text->TakeRightsOf(target);
+    text->CloseForSettling();
+    files.Settle();
+    ASSERT_EQ(::chmod(target.c_str(), 0660), 0);
+    FailingCalls calls;
+    files.MoveSettled(At("a.temp"), target);
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fsync"), 1);
+    EXPECT_EQ(Get(target), "new");
+    EXPECT_EQ(Mode(target), 0660U);
+}
+
+TEST_F(SystemFilesTest, ASettledFileIsNotPutInThePlaceOfALinkOrOfAFileWithSeveralNames) {
+    const Text file = Put("file", "old");
+    for (const bool hard : {false, true}) {
+        const Text target = At(hard ? "hard" : "soft");
+        if (hard) {
+            std::filesystem::create_hard_link(file, target);
+        } else {
+            (void)MakeLink("soft", "file");
+        }
+        const auto text = files.OpenForOutput(At("a.temp"));
+        text->Write(hard ? "by its other name" : "through the link");
+        text->TakeRightsOf(target);
+        text->CloseForSettling();
+        files.Settle();
+        files.MoveSettled(At("a.temp"), target);
+        EXPECT_EQ(Get(file), hard ? "by its other name" : "through the link");
+        EXPECT_EQ(std::filesystem::is_symlink(target), !hard);
+        EXPECT_FALSE(std::filesystem::exists(At("a.temp")));
+    }
+}
+#endif
+
 }  // namespace
 }  // namespace kd

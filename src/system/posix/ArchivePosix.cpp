@@ -54,7 +54,7 @@ void CopyToArchive(const Text& source, const Text& target, FlushCopy flush) {
     std::string bytes;
     bool hasAccessList = false;
     {
-        const Descriptor read = OpenRegular("CopyForArchive", source, O_RDONLY, 0, status);
+        const Descriptor read = OpenRegular("CopyForArchive", source, O_RDONLY, status);
         hasAccessList = HasAccessList(read.Get());
         if (const int code = ReadToEnd(read.Get(), status.st_size, bytes); code != 0) {
             Raise("CopyForArchive", source, code);

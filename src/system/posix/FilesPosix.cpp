@@ -3,6 +3,8 @@
 #include <fcntl.h>
 
 #include <cerrno>
+#include <string>
+#include <utility>
 
 #include "base/Paths.h"
 #include "base/cError.h"
@@ -67,24 +69,66 @@ int Open(const Text& path, int flags, mode_t mode) {
     return fd;
 }
 
-Descriptor OpenRegular(const char* operation, std::string_view path, int flags, mode_t mode,
-                       struct stat& status) {
-    const Text name(path);
-    // Asked before the opening: that alone sets some devices going, and wakes whoever waits at a FIFO.
-    if (::stat(name.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
-        Raise(operation, path, EACCES);
+namespace {
+
+/// Opens what has been looked at for good: not by its name, which may stand for something else by now.
+Descriptor Reopened(const Descriptor& look, const Text& path, int flags) {
+#ifdef O_PATH
+    Descriptor file(Open("/proc/self/fd/" + std::to_string(look.Get()), flags & ~O_NOFOLLOW));
+    if (file.IsOpen() || errno != ENOENT) {
+        return file;
     }
-    Descriptor file(Open(name, flags | O_NONBLOCK | O_NOCTTY, mode));
-    if (!file.IsOpen()) {
-        Raise(operation, path, errno);
+#else
+    (void)look;
+#endif
+    return Descriptor(Open(path, flags));  // a machine that does not show a program its open files
+}
+
+}  // namespace
+
+Descriptor TryRegular(const Text& path, int flags, struct stat& status, int& code) {
+    flags |= O_NONBLOCK | O_NOCTTY;
+    // Looked at before the opening, which alone sets some devices going, and wakes whoever waits at a FIFO.
+#ifdef O_PATH
+    const Descriptor look(Open(path, O_PATH | (flags & O_NOFOLLOW)));
+    const bool isHere = look.IsOpen() && ::fstat(look.Get(), &status) == 0;
+#else
+    const Descriptor look;
+    const bool isHere =
+        ((flags & O_NOFOLLOW) != 0 ? ::lstat(path.c_str(), &status) : ::stat(path.c_str(), &status)) == 0;
+#endif
+    const auto refusal = [&] {
+        const bool mayBe = S_ISREG(status.st_mode) && ((flags & O_ACCMODE) == O_RDONLY || MayWrite(status));
+        return mayBe ? 0 : EACCES;
+    };
+    code = isHere ? refusal() : errno;
+    if (code != 0) {
+        return Descriptor();
     }
-    if (::fstat(file.Get(), &status) != 0) {
-        Raise(operation, path, errno);
-    }
-    if (!S_ISREG(status.st_mode)) {
-        Raise(operation, path, EACCES);
+    Descriptor file = Reopened(look, path, flags);
+    code = file.IsOpen() && ::fstat(file.Get(), &status) == 0 ? refusal() : errno;
+    return code == 0 ? std::move(file) : Descriptor();
+}
+
+Descriptor OpenRegular(const char* operation, std::string_view path, int flags, struct stat& status) {
+    int code = 0;
+    Descriptor file = TryRegular(Text(path), flags, status, code);
+    if (code != 0) {
+        Raise(operation, path, code);
     }
     return file;
+}
+
+Descriptor CreateOrOpen(const char* operation, std::string_view path, int flags, struct stat& status) {
+    // Made anew, or not at all: nothing can come to stand there in between that is not seen.
+    Descriptor made(Open(Text(path), flags | O_CREAT | O_EXCL));
+    if (!made.IsOpen() && errno == EEXIST) {
+        return OpenRegular(operation, path, flags, status);
+    }
+    if (!made.IsOpen() || ::fstat(made.Get(), &status) != 0) {
+        Raise(operation, path, errno);
+    }
+    return made;
 }
 
 int ReadToEnd(int fd, off_t size, std::string& bytes) {

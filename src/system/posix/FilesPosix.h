@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/Text.h"
 
@@ -25,7 +26,10 @@ public:
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     Descriptor(Descriptor&& other) noexcept : m_fd(other.m_fd) { other.m_fd = -1; }
-    Descriptor& operator=(Descriptor&&) = delete;
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(m_fd, other.m_fd);
+        return *this;
+    }
 
     int Get() const noexcept { return m_fd; }
     bool IsOpen() const noexcept { return m_fd >= 0; }
@@ -52,9 +56,20 @@ bool IsPresent(const Text& path) noexcept;
 /// Opens with O_CLOEXEC, and again when a signal came in between; -1 with errno set on failure.
 int Open(const Text& path, int flags, mode_t mode = 0666);
 
-/// Opens a regular file; never waits on a FIFO or device, which are refused, and so are folders.
-Descriptor OpenRegular(const char* operation, std::string_view path, int flags, mode_t mode,
-                       struct stat& status);
+/// Whether a file's mode lets anybody write it. The mode counts, also for a user who could override it.
+inline bool MayWrite(const struct stat& status) noexcept {
+    return (status.st_mode & 0222U) != 0;
+}
+
+/// Opens a regular file that is there; never waits on a FIFO or device, which are not even opened, and
+/// neither are folders; with O_NOFOLLOW no link either. The file is named once, and then asked itself what it
+/// is: its name may stand for another one a moment later. `code` is 0 or an errno, and the file not open
+/// then.
+Descriptor TryRegular(const Text& path, int flags, struct stat& status, int& code);
+/// The same, with the failure raised.
+Descriptor OpenRegular(const char* operation, std::string_view path, int flags, struct stat& status);
+/// The same for one that is mostly missing, and is made then; a link to nowhere is refused.
+Descriptor CreateOrOpen(const char* operation, std::string_view path, int flags, struct stat& status);
 
 /// Reads an open regular file of about `size` bytes from where it stands to its end; what `bytes` held before
 /// is gone. Returns 0 or an errno, with no bytes then.

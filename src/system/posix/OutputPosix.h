@@ -8,6 +8,8 @@
 
 #include "platform/Files.h"
 #include "system/posix/FilesPosix.h"
+#include "system/posix/ReplacePosix.h"
+#include "system/posix/UnsettledPosix.h"
 
 namespace kd::posix {
 
@@ -18,8 +20,12 @@ public:
 
     /// `lock` is a second descriptor of a file that is kept from others as long as the object lives or until
     /// it lets them in.
-    PosixOutput(Descriptor file, Text path, Kind kind, Descriptor lock = Descriptor())
-        : m_file(std::move(file)), m_lock(std::move(lock)), m_path(std::move(path)), m_kind(kind) {}
+    PosixOutput(Unsettled& unsettled, Descriptor file, Text path, Kind kind, Descriptor lock = Descriptor())
+        : m_unsettled(unsettled),
+          m_file(std::move(file)),
+          m_lock(std::move(lock)),
+          m_path(std::move(path)),
+          m_kind(kind) {}
 
     void Write(std::string_view bytes) override {
         std::size_t written = 0;
@@ -41,6 +47,18 @@ public:
         }
     }
 
+    void CloseForSettling() override {
+        if (m_kind == Kind::Fresh) {
+            m_unsettled.AddInFolder(m_file.Get(), m_path);  // no link is ever written through
+        } else {
+            (void)m_unsettled.Add(m_file.Get(), m_path);  // noted or flushed, either will do
+        }
+        Close();
+    }
+    void TakeRightsOf(std::string_view path) noexcept override {
+        (void)TakeOverRightsOf(m_file.Get(), Text(path));
+    }
+
     void LetOthersIn() noexcept override {
         if (m_lock.IsOpen()) {
             (void)::flock(m_lock.Get(), LOCK_UN);  // fails for a descriptor that is none only
@@ -58,6 +76,7 @@ private:
         }
     }
 
+    Unsettled& m_unsettled;
     Descriptor m_file;
     Descriptor m_lock;
     Text m_path;

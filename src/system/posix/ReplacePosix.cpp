@@ -11,10 +11,12 @@
 #include <climits>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "base/Scope.h"
 #include "system/posix/FilesPosix.h"
+#include "system/posix/UnsettledPosix.h"
 
 namespace kd::posix {
 
@@ -77,7 +79,7 @@ void OverwriteInPlace(const char* operation, const Text& target, std::string_vie
         }
     }
     struct stat status {};
-    Descriptor file = OpenRegular(operation, target, O_RDWR | O_NOFOLLOW, 0, status);
+    Descriptor file = OpenRegular(operation, target, O_RDWR | O_NOFOLLOW, status);
     std::string before;
     int code = ReadToEnd(file.Get(), status.st_size, before);
     if (code == 0) {
@@ -97,31 +99,71 @@ void OverwriteInPlace(const char* operation, const Text& target, std::string_vie
     }
 }
 
+#ifdef __linux__
+constexpr const char* AccessListName = "system.posix_acl_access";
+#endif
+
+/// The list of access rights that `ask` tells; empty where there is none. Nothing where it could not be
+/// asked.
+template <typename Ask>
+std::optional<std::string> AccessListBy(Ask ask) {
+#ifdef __linux__
+    std::string list;
+    ssize_t size = ask(nullptr, 0);
+    if (size > 0) {
+        list.resize(static_cast<std::size_t>(size));
+        size = ask(list.data(), list.size());
+    }
+    if (size < 0 && errno != ENODATA && errno != ENOTSUP) {
+        return std::nullopt;
+    }
+    list.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+    return list;
+#else
+    (void)ask;
+    return std::string();
+#endif
+}
+/// That of an open file, and of one that the user need not be allowed to open.
+std::optional<std::string> AccessListOf(int fd) {
+    return AccessListBy([fd](char* list, std::size_t size) {
+#ifdef __linux__
+        return ::fgetxattr(fd, AccessListName, list, size);
+#else
+        (void)fd, (void)list;
+        return static_cast<ssize_t>(size);
+#endif
+    });
+}
+std::optional<std::string> AccessListOf(const Text& path) {
+    return AccessListBy([&path](char* list, std::size_t size) {
+#ifdef __linux__
+        return ::getxattr(path.c_str(), AccessListName, list, size);
+#else
+        (void)path, (void)list;
+        return static_cast<ssize_t>(size);
+#endif
+    });
+}
+
 /// Gives the new file the list of access rights of the present one, if it has such a list. Without it the
 /// mode alone would let the file's group do what the list kept from it.
-bool TakeOverAccessList(int fd, const Text& target) {
+bool TakeOverAccessList(int fd, const std::optional<std::string>& list) {
 #ifdef __linux__
-    constexpr const char* Name = "system.posix_acl_access";
-    constexpr std::size_t LongestAccessList = 65536;  // the system has no longer attribute
-    std::string list(LongestAccessList, '\0');
-    const ssize_t size = ::getxattr(target.c_str(), Name, list.data(), list.size());
-    if (size < 0 && errno == ENODATA) {
+    if (list && list->empty()) {
         // The new file may have been given the folder's list.
-        return ::fremovexattr(fd, Name) == 0 || errno == ENODATA || errno == ENOTSUP;
+        return ::fremovexattr(fd, AccessListName) == 0 || errno == ENODATA || errno == ENOTSUP;
     }
-    if (size < 0) {
-        return errno == ENOTSUP;
-    }
-    return ::fsetxattr(fd, Name, list.data(), static_cast<std::size_t>(size), 0) == 0;
+    return list && ::fsetxattr(fd, AccessListName, list->data(), list->size(), 0) == 0;
 #else
     (void)fd;
-    (void)target;
-    return true;
+    return list.has_value();
 #endif
 }
 
-/// Gives the new file the rights of the present one; false where the user may not.
-bool TakeOverRights(int fd, const Text& target, const struct stat& present) {
+/// Gives the new file the rights of the present one, which is open or named; false where the user may not.
+template <typename Present>
+bool TakeOverRights(int fd, const Present& presentFile, const struct stat& present) {
     struct stat made {};
     if (::fstat(fd, &made) != 0) {
         return false;
@@ -130,7 +172,15 @@ bool TakeOverRights(int fd, const Text& target, const struct stat& present) {
     if (!sameOwner && ::fchown(fd, present.st_uid, present.st_gid) != 0) {
         return false;
     }
-    return TakeOverAccessList(fd, target) && ::fchmod(fd, present.st_mode & 07777U) == 0;
+    return TakeOverAccessList(fd, AccessListOf(presentFile)) && ::fchmod(fd, present.st_mode & 07777U) == 0;
+}
+
+/// Whether the file at the path may be written, open so that it shows it; not open where not. The user's own
+/// rights count too: who owns a folder could replace what he may not write.
+Descriptor OpenToReplace(const Text& target, struct stat& present) {
+    int code = 0;
+    Descriptor file = TryRegular(target, O_RDWR | O_NOFOLLOW, present, code);
+    return file;
 }
 
 /// Gives a file that is wholly new the mode that the user's mask leaves. Returns 0 or an errno.
@@ -152,6 +202,14 @@ bool IsOurs(const struct stat& made, const struct stat& present) noexcept {
     const mode_t others = made.st_mode & 0022U;
     return S_ISREG(made.st_mode) && made.st_nlink == 1 && made.st_uid == ::geteuid() &&
            (others & ~present.st_mode) == 0 && (others == 0 || made.st_gid == present.st_gid);
+}
+
+/// Whether the new file has the rights of the present one already, so that who has it open may write the
+/// present one anyway.
+bool HasSameRights(int file, const struct stat& made, int presentFile, const struct stat& present) {
+    return S_ISREG(made.st_mode) && made.st_nlink == 1 && made.st_uid == present.st_uid &&
+           made.st_gid == present.st_gid && made.st_mode == present.st_mode &&
+           AccessListOf(file) == AccessListOf(presentFile);
 }
 
 /// Whether a folder that refuses a new entry leaves the way over the file itself.
@@ -237,18 +295,38 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
     }
 }
 
-bool PutInPlace(const Text& source, const Text& target) {
+bool TakeOverRightsOf(int fd, const Text& path) noexcept {
+    try {
+        struct stat present {};
+        struct stat made {};
+        const Descriptor file = OpenToReplace(path, present);
+        return file.IsOpen() && ::fstat(fd, &made) == 0 && IsOurs(made, present) &&
+               TakeOverRights(fd, file.Get(), present);
+    } catch (...) {
+        return false;  // for want of memory: the rights are given later
+    }
+}
+
+bool PutInPlace(const Text& source, const Text& target, Unsettled* settled) {
     struct stat present {};
-    if (::lstat(target.c_str(), &present) != 0 || !MayReplace(target, present) || present.st_nlink > 1) {
+    const Descriptor old = OpenToReplace(target, present);
+    if (!old.IsOpen() || present.st_nlink > 1) {
         return false;
     }
-    Descriptor file(Open(source, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
     struct stat made {};
-    if (!file.IsOpen() || ::fstat(file.Get(), &made) != 0 || !IsOurs(made, present) ||
-        !TakeOverRights(file.Get(), target, present)) {
+    int code = 0;
+    Descriptor file = TryRegular(source, O_RDWR | O_NOFOLLOW, made, code);
+    if (!file.IsOpen()) {
         return false;
     }
-    int code = Flush(file.Get());
+    const bool isReady = settled != nullptr && HasSameRights(file.Get(), made, old.Get(), present);
+    if (!isReady && (!IsOurs(made, present) || !TakeOverRights(file.Get(), old.Get(), present))) {
+        return false;
+    }
+    code = isReady ? 0 : Flush(file.Get());
+    if (code == 0 && settled != nullptr) {
+        (void)settled->Add(file.Get(), source);
+    }
     if (const int closed = file.Close(); code == 0) {
         code = closed;
     }

@@ -8,11 +8,6 @@
 
 namespace kd::posix {
 
-/// Whether a file's mode lets anybody write it. The mode counts, also for a user who could override it.
-inline bool MayWrite(const struct stat& status) noexcept {
-    return (status.st_mode & 0222U) != 0;
-}
-
 /// Makes `target` hold `bytes`, wholly or not at all: they are written and flushed beside it and put in its
 /// place in one step, with its owner and mode; a symbolic link stays one. Where that is not possible without
 /// losing a link, the owner or for want of rights in the folder, the file is written over in place, and
@@ -26,11 +21,19 @@ enum class FlushName : bool { No, Yes };
 void ReplaceWhole(const char* operation, std::string_view target, std::string_view bytes, FlushName flushName,
                   int source);
 
+class Unsettled;
+
 /// Puts `source` itself in the place of `target`, flushed and with the target's owner, mode and list of
 /// rights. Returns false where that would lose a name of the target or a link, or would leave it to somebody
 /// who could not write it before, or where the folder forbids it: the target is untouched then and the source
 /// still there, for ReplaceWhole.
+/// A source that has been settled is told by `settled`, which takes note of its new name: such a one is
+/// flushed only where it has to be given rights that it has not yet.
 /// @throws cError as Files::CopyFile, with the target untouched and the source still there.
-bool PutInPlace(const Text& source, const Text& target);
+bool PutInPlace(const Text& source, const Text& target, Unsettled* settled);
+
+/// Gives an open file of the user's own the owner, the mode and the list of rights of the file at `path`, as
+/// PutInPlace does; false where it would not.
+bool TakeOverRightsOf(int fd, const Text& path) noexcept;
 
 }  // namespace kd::posix

@@ -17,24 +17,13 @@
 #include "system/posix/FilesPosix.h"
 #include "system/posix/OutputPosix.h"
 #include "system/posix/ReplacePosix.h"
+#include "system/posix/UnsettledPosix.h"
 
 namespace kd {
 
 using namespace posix;
 
 namespace {
-
-/// Opens a regular file of exactly that name for reading; closed when that does not work, for whatever
-/// reason.
-Descriptor OpenAsGiven(const Text& path, struct stat& status) {
-    // Asked before the opening, which alone sets some devices going.
-    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
-        return Descriptor();
-    }
-    Descriptor file(Open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY));
-    return file.IsOpen() && ::fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode) ? std::move(file)
-                                                                                         : Descriptor();
-}
 
 /// Whether a name is the wanted one but for case. A folder may hold thousands: plain letters are compared
 /// without their capitals being made.
@@ -59,7 +48,7 @@ private:
 
 }  // namespace
 
-SystemFiles::SystemFiles(const CodePage& page) : m_page(page) {
+SystemFiles::SystemFiles(const CodePage& page) : m_page(page), m_unsettled(std::make_unique<Unsettled>()) {
     struct sigaction action {};
     if (::sigaction(SIGXFSZ, nullptr, &action) == 0 && (action.sa_flags & SA_SIGINFO) == 0 &&
         action.sa_handler == SIG_DFL) {
@@ -68,60 +57,75 @@ SystemFiles::SystemFiles(const CodePage& page) : m_page(page) {
     }
 }
 
+SystemFiles::~SystemFiles() = default;
+
 char SystemFiles::Delimiter() const {
     return '/';
 }
 
 Text SystemFiles::Resolved(std::string_view path) const {
-    int code = 0;
-    return Resolved(path, code);
-}
-
-Text SystemFiles::Resolved(std::string_view path, int& code) const {
-    code = 0;
     Text asGiven(path);
     if (IsPresent(asGiven) || errno != ENOENT) {
         return asGiven;  // a disk that did not answer says nothing of another name
     }
+    int code = 0;
+    Text found = InAnyCase(path, code);
+    return found.empty() ? asGiven : found;
+}
+
+Text SystemFiles::InAnyCase(std::string_view path, int& code) const {
     const auto slash = path.find_last_of('/');
     const Text folder = slash == std::string_view::npos ? Text(".")
                         : slash == 0                    ? Text("/")
                                                         : Text(path.substr(0, slash));
     const auto name = slash == std::string_view::npos ? path : path.substr(slash + 1);
+    code = 0;
     const Listing listing(::opendir(folder.c_str()));
     if (!listing) {
-        code = errno == ENOENT || errno == ENOTDIR ? 0 : errno;
-        return asGiven;
-    }
-    if (name.empty()) {
-        return asGiven;
+        code = errno;
+        return {};
     }
     const SameName isSame(name, m_page);
     Text found;
     errno = 0;
     while (const dirent* entry = ::readdir(listing.get())) {
+        const std::string_view present = entry->d_name;
+        if (present == name) {
+            return Text(path);
+        }
         // Of several names the first in order, so that the choice does not hang on the listing.
-        if (const std::string_view present = entry->d_name;
-            isSame(present) && (found.empty() || present < found)) {
+        if (isSame(present) && (found.empty() || present < found)) {
             found = present;
         }
         errno = 0;
     }
     code = errno;
-    if (found.empty()) {
-        return asGiven;
+    if (found.empty() || name.empty()) {
+        return {};
     }
     return slash == std::string_view::npos ? found : Text(path.substr(0, slash + 1)) + found;
 }
 
+bool SystemFiles::StatusOf(std::string_view path, struct stat& status) const {
+    if (::stat(Text(path).c_str(), &status) == 0) {
+        return true;
+    }
+    if (errno != ENOENT) {
+        return false;
+    }
+    int code = 0;
+    const Text found = InAnyCase(path, code);
+    return !found.empty() && ::stat(found.c_str(), &status) == 0;
+}
+
 bool SystemFiles::Exists(std::string_view path) {
     struct stat status {};
-    return ::stat(Text(path).c_str(), &status) == 0 || ::stat(Resolved(path).c_str(), &status) == 0;
+    return StatusOf(path, status);
 }
 
 bool SystemFiles::IsRegularFile(std::string_view path) {
     struct stat status {};
-    return ::stat(Resolved(path).c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    return StatusOf(path, status) && S_ISREG(status.st_mode);
 }
 
 std::string SystemFiles::Read(std::string_view path) {
@@ -131,19 +135,24 @@ std::string SystemFiles::Read(std::string_view path) {
 }
 
 Descriptor SystemFiles::OpenToRead(std::string_view path, struct stat& status) const {
-    // Nearly every path stands as it is, and is then looked up no more often than it must be.
-    Descriptor given = OpenAsGiven(Text(path), status);
-    if (given.IsOpen()) {
-        return given;
-    }
+    // Nearly every path stands as it is, and is then named no more often than it must be.
     int code = 0;
-    const Text meant = Resolved(path, code);
+    Descriptor given = TryRegular(Text(path), O_RDONLY, status, code);
+    if (code == ENOENT) {
+        const Text meant = InAnyCase(path, code);
+        if (code == 0 && meant.empty()) {
+            throw cError(errFileNotFound, "SystemFiles.Read", {}, Text(path));
+        }
+        if (code == 0) {
+            return OpenRegular("Read", meant, O_RDONLY, status);
+        }
+        // The file may be there under a name of another case: whoever takes it for a missing one would make a
+        // second.
+    }
     if (code != 0) {
-        // The file may be there under a name of another case: whoever takes it for a missing one would make
-        // a second.
         Raise("Read", path, code);
     }
-    return OpenRegular("Read", meant, O_RDONLY, 0, status);
+    return given;
 }
 
 void SystemFiles::Read(std::string_view path, std::string& bytes) {
@@ -175,23 +184,21 @@ namespace {
 
 /// A file opened anew at its place, and not yet emptied. One with another name is left to that name.
 Descriptor OpenAnew(const Text& target) {
+    constexpr int Flags = O_WRONLY | O_NOFOLLOW;
     struct stat status {};
-    if (::lstat(target.c_str(), &status) == 0) {
-        if (!S_ISREG(status.st_mode) || !MayWrite(status)) {
-            Raise("OpenForOutput", target, EACCES);
-        }
-        if (status.st_nlink > 1) {
-            // Somebody else's name for the same file: what is written here must not reach it.
-            if (::unlink(target.c_str()) != 0) {
-                Raise("OpenForOutput", target, errno);
-            }
-        }
+    Descriptor file = CreateOrOpen("OpenForOutput", target, Flags, status);
+    if (status.st_nlink <= 1) {
+        return file;
     }
-    Descriptor file = OpenRegular("OpenForOutput", target, O_WRONLY | O_CREAT | O_NOFOLLOW, 0666, status);
+    // Somebody else's name for the same file: what is written here must not reach it.
+    if (::unlink(target.c_str()) != 0) {
+        Raise("OpenForOutput", target, errno);
+    }
+    Descriptor own = CreateOrOpen("OpenForOutput", target, Flags, status);
     if (status.st_nlink > 1) {
         Raise("OpenForOutput", target, EACCES);  // it got another name since it was looked at
     }
-    return file;
+    return own;
 }
 
 /// Whether the open file is still the one of that name; `open` tells about it.
@@ -202,7 +209,8 @@ bool IsStillThere(int fd, const Text& target, struct stat& open) noexcept {
 }
 
 /// A file that nobody else has in hand, emptied, and kept from others from here on.
-std::unique_ptr<OutputFile> EmptyOutput(Descriptor file, const Text& target, const struct stat& status) {
+std::unique_ptr<OutputFile> EmptyOutput(Unsettled& unsettled, Descriptor file, const Text& target,
+                                        const struct stat& status) {
     // Only where there is something to cut: a file that was cut is brought to the disk by its closing.
     if (const int code = status.st_size == 0 ? 0 : CutAt(file.Get(), 0); code != 0) {
         Raise("OpenForOutput", target, code);
@@ -211,7 +219,8 @@ std::unique_ptr<OutputFile> EmptyOutput(Descriptor file, const Text& target, con
     if (!lock.IsOpen()) {
         Raise("OpenForOutput", target, errno);
     }
-    return std::make_unique<PosixOutput>(std::move(file), target, PosixOutput::Kind::Fresh, std::move(lock));
+    return std::make_unique<PosixOutput>(unsettled, std::move(file), target, PosixOutput::Kind::Fresh,
+                                         std::move(lock));
 }
 
 /// Another program may be at the same file, for the moment that a save takes.
@@ -232,7 +241,7 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
         const bool isOurs = !isKept && IsStillThere(file.Get(), target, status);
         const bool isForeign = isOurs && status.st_uid != ::geteuid() && !hasRemoved;
         if (isOurs && !isForeign) {
-            return EmptyOutput(std::move(file), target, status);
+            return EmptyOutput(*m_unsettled, std::move(file), target, status);
         }
         if (tries >= MostTries) {
             throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, target);
@@ -250,19 +259,31 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
 }
 
 std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
-    const Text target = Resolved(path);
+    constexpr int Flags = O_WRONLY | O_APPEND;
+    Text target(path);
     struct stat status {};
-    if (::stat(target.c_str(), &status) == 0 && (!S_ISREG(status.st_mode) || !MayWrite(status))) {
-        Raise("OpenForAppend", path, EACCES);
+    int code = 0;
+    Descriptor file = TryRegular(target, Flags, status, code);
+    if (code == ENOENT) {
+        if (Text meant = InAnyCase(path, code); !meant.empty()) {
+            target = std::move(meant);
+        }
+        Descriptor made(Open(target, Flags | O_CREAT | O_NONBLOCK | O_NOCTTY));
+        code = !made.IsOpen() || ::fstat(made.Get(), &status) != 0 ? errno
+               : S_ISREG(status.st_mode)                           ? 0
+                                                                   : EACCES;
+        file = std::move(made);
     }
-    Descriptor file = OpenRegular("OpenForAppend", target, O_WRONLY | O_CREAT | O_APPEND, 0666, status);
-    return std::make_unique<PosixOutput>(std::move(file), target, PosixOutput::Kind::Appended);
+    if (code != 0) {
+        Raise("OpenForAppend", path, code);
+    }
+    return std::make_unique<PosixOutput>(*m_unsettled, std::move(file), target, PosixOutput::Kind::Appended);
 }
 
 void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
     std::string bytes;
     struct stat status {};
-    const Descriptor file = OpenRegular("CopyFile", Resolved(source), O_RDONLY, 0, status);
+    const Descriptor file = OpenRegular("CopyFile", Resolved(source), O_RDONLY, status);
     if (const int code = ReadToEnd(file.Get(), status.st_size, bytes); code != 0) {
         Raise("CopyFile", source, code);
     }
@@ -270,9 +291,24 @@ void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
 }
 
 void SystemFiles::MoveOver(std::string_view source, std::string_view target) {
-    if (!PutInPlace(Resolved(source), Resolved(target))) {
+    if (!PutInPlace(Resolved(source), Resolved(target), nullptr)) {
         Files::MoveOver(source, target);
     }
+}
+
+void SystemFiles::MoveSettled(std::string_view source, std::string_view target) {
+    // Both stand as they are: the one was just written, the other just read, and a target that only another
+    // case of its name finds is taken the other way.
+    if (!PutInPlace(Text(source), Text(target), m_unsettled.get())) {
+        struct stat status {};
+        const Descriptor file = OpenToRead(source, status);
+        (void)m_unsettled->Add(file.Get(), source);  // the name that the target gets is in the same folder
+        Files::MoveOver(source, target);
+    }
+}
+
+void SystemFiles::Settle() {
+    m_unsettled->Settle();
 }
 
 void SystemFiles::ReplaceFile(std::string_view path, std::string_view bytes) {
@@ -294,6 +330,20 @@ void SystemFiles::DeleteFile(std::string_view path) {
     }
     if (::unlink(target.c_str()) != 0) {
         Raise("DeleteFile", path, errno);
+    }
+}
+
+void SystemFiles::DeleteAbandoned(std::string_view path) noexcept {
+    try {
+        const Text name(path);
+        struct stat status {};
+        const Descriptor file(Open(name, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
+        if (file.IsOpen() && IsStillThere(file.Get(), name, status) && S_ISREG(status.st_mode) &&
+            ::flock(file.Get(), LOCK_EX | LOCK_NB) == 0) {
+            (void)::unlink(name.c_str());  // what cannot be removed stays
+        }
+    } catch (...) {
+        // For want of memory: it stays.
     }
 }
 

@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <set>
 #include <utility>
 
 #include "base/Paths.h"
@@ -13,6 +12,7 @@
 #include "system/SystemFiles.h"
 #include "system/posix/ArchivePosix.h"
 #include "system/posix/FilesPosix.h"
+#include "system/posix/UnsettledPosix.h"
 
 namespace kd {
 
@@ -27,6 +27,32 @@ namespace {
     }
     Raise("FlushFolder", folder, code);
 }
+
+/// Renames to a name that is not taken, or is an empty folder's. Returns 0 or an errno, EEXIST for a name
+/// that is taken by anything but a folder.
+int RenameToNew(const Text& present, const Text& target) noexcept {
+#ifdef __linux__
+    if (::renameat2(AT_FDCWD, present.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+        return 0;
+    }
+    if (errno != EEXIST && errno != EINVAL && errno != ENOSYS) {
+        return errno;
+    }
+#endif
+    struct stat status {};
+    if (::lstat(target.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) {
+        return EEXIST;
+    }
+    return ::rename(present.c_str(), target.c_str()) == 0 ? 0 : errno;
+}
+
+/// Whether copies for an archive are flushed one by one: where the flush of a folder is not that of all that
+/// is in it.
+#ifdef __linux__
+constexpr bool CopiesAreFlushed = false;
+#else
+constexpr bool CopiesAreFlushed = true;
+#endif
 
 }  // namespace
 
@@ -55,17 +81,17 @@ std::vector<Text> SystemFiles::FolderEntries(std::string_view folder) {
 
 void SystemFiles::MakeFolder(std::string_view folder) {
     const Text path(folder);
-    for (std::size_t at = path.find('/', 1);; at = path.find('/', at + 1)) {
-        const Text part = path.substr(0, at);
-        if (::mkdir(part.c_str(), 0777) != 0) {
-            const int code = errno;  // an existing folder above may also be one that nobody may write
-            struct stat status {};
-            if (::stat(part.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
-                Raise("MakeFolder", part, code == EEXIST ? EACCES : code);
-            }
-        }
-        if (at == Text::npos) {
-            return;
+    const auto make = [&path] { return ::mkdir(path.c_str(), 0777) == 0 ? 0 : errno; };
+    int code = make();
+    const auto slash = path.find_last_of('/');
+    if (code == ENOENT && slash != Text::npos && slash > 0) {
+        MakeFolder(path.substr(0, slash));
+        code = make();
+    }
+    if (code != 0) {
+        struct stat status {};  // an existing folder may also be one above which nobody may write
+        if (::stat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
+            Raise("MakeFolder", path, code == EEXIST ? EACCES : code);
         }
     }
 }
@@ -74,51 +100,38 @@ void SystemFiles::CopyForArchive(std::string_view source, std::string_view targe
     CopyToArchive(Resolved(source), Text(target), FlushCopy::Yes);
 }
 
-#ifdef __linux__
 void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) {
-    // Opened first: a failure to write what is copied is then told by this one's flush, whenever it comes.
+    // Opened and noted first: a failure to write what is copied is then told by this one's flush, whenever it
+    // comes.
     const Descriptor target(Open(Text(folder), O_RDONLY | O_DIRECTORY));
     if (!target.IsOpen()) {
         Raise("CopyForArchive", folder, errno);
     }
+    (void)m_unsettled->Add(target.Get(), folder);
     for (const Text& source : sources) {
         try {
-            CopyToArchive(Resolved(source), paths::Join(folder, paths::FileName(source), Delimiter()),
-                          FlushCopy::No);
+            CopyToArchive(source, paths::Join(folder, paths::FileName(source), Delimiter()),
+                          CopiesAreFlushed ? FlushCopy::Yes : FlushCopy::No);
         } catch (const cError& error) {
             throw cError(error.Number(), error.Source(), error.Description(), source);
         }
     }
-    // One flush of the file system they are in costs what one file's does.
-    if (::syncfs(target.Get()) != 0) {
-        Raise("CopyForArchive", folder, errno);
-    }
 }
-
-void SystemFiles::FlushFolders(const std::vector<Text>& folders) {
-    std::set<dev_t> flushed;  // file systems, each of which is flushed once for all its folders
-    for (const Text& folder : folders) {
-        struct stat status {};
-        const Descriptor file(Open(folder + "/.", O_RDONLY | O_DIRECTORY));
-        if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0 ||
-            (flushed.insert(status.st_dev).second && ::syncfs(file.Get()) != 0)) {
-            RaiseOfFolder(folder, errno);
-        }
-    }
-}
-#endif
 
 void SystemFiles::Rename(std::string_view from, std::string_view to) {
     const Text target(to);
-    struct stat status {};
-    if (::lstat(target.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) {
-        Raise("Rename", to, EACCES);
-    }
     const Text present(from);
-    if (::rename(present.c_str(), target.c_str()) != 0) {
-        const int code = errno == ENOTEMPTY || errno == EEXIST ? EACCES : errno;
+    // Noted by the folder of the new name, where no other file of it is: one that may not be listed is one
+    // that may not be flushed.
+    if (const Text folder = paths::FolderToList(target); !m_unsettled->HasIn(folder)) {
+        if (const Descriptor open(Open(folder + "/.", O_RDONLY | O_DIRECTORY)); open.IsOpen()) {
+            (void)m_unsettled->Add(open.Get(), target);
+        }
+    }
+    if (const int code = RenameToNew(present, target); code != 0) {
         // What is missing is either the one that gets the name, or the folder of the new name.
-        Raise("Rename", code == ENOENT && IsPresent(present) ? to : from, code);
+        Raise("Rename", code == EEXIST || (code == ENOENT && IsPresent(present)) ? to : from,
+              code == ENOTEMPTY || code == EEXIST ? EACCES : code);
     }
 }
 

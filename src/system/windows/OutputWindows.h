@@ -1,7 +1,10 @@
 #pragma once
 
+#include <utility>
+
 #include "platform/Files.h"
 #include "system/windows/FilesWindows.h"
+#include "system/windows/UnsettledWindows.h"
 
 namespace kd::windows {
 
@@ -12,8 +15,12 @@ public:
 
     /// `lock` is a second handle of a file that is kept from others as long as the object lives or until it
     /// lets them in.
-    WindowsOutput(Handle file, Text path, Kind kind, Handle lock = Handle())
-        : m_file(std::move(file)), m_lock(std::move(lock)), m_path(std::move(path)), m_kind(kind) {}
+    WindowsOutput(Unsettled& unsettled, Handle file, Text path, Kind kind, Handle lock = Handle())
+        : m_unsettled(unsettled),
+          m_file(std::move(file)),
+          m_lock(std::move(lock)),
+          m_path(std::move(path)),
+          m_kind(kind) {}
 
     void Write(std::string_view bytes) override {
         if (m_kind == Kind::Fresh) {
@@ -33,6 +40,13 @@ public:
     }
     void Flush() override { Check("Flush", windows::Flush(m_file.Get())); }
     void Close() override { Check("Close", m_file.Close()); }
+    /// A new text is left to its turn: it is copied over its target, and the copy is what is flushed.
+    void CloseForSettling() override {
+        if (m_kind == Kind::Appended) {
+            m_unsettled.Add(m_file.Get(), m_path);
+        }
+        Close();
+    }
     void LetOthersIn() noexcept override {
         // Either handle keeps the file, and what was not written by now never will be.
         (void)m_lock.Close();
@@ -46,6 +60,7 @@ private:
         }
     }
 
+    Unsettled& m_unsettled;
     Handle m_file;
     Handle m_lock;
     Text m_path;

@@ -8,6 +8,7 @@
 #include "system/windows/OpenModes.h"
 #include "system/windows/OutputWindows.h"
 #include "system/windows/ReplaceWindows.h"
+#include "system/windows/UnsettledWindows.h"
 #include "system/windows/WindowsApi.h"
 
 namespace kd {
@@ -75,7 +76,9 @@ Code RemoveOneOfSeveralNames(const NativePath& path) {
 
 }  // namespace
 
-SystemFiles::SystemFiles(const CodePage& page) : m_page(page) {}
+SystemFiles::SystemFiles(const CodePage& page) : m_page(page), m_unsettled(std::make_unique<Unsettled>()) {}
+
+SystemFiles::~SystemFiles() = default;
 
 char SystemFiles::Delimiter() const {
     return '\\';
@@ -153,8 +156,8 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
     if (code != 0) {
         Raise("OpenForOutput", path, code);
     }
-    return std::make_unique<WindowsOutput>(std::move(file), Text(path), WindowsOutput::Kind::Fresh,
-                                           std::move(lock));
+    return std::make_unique<WindowsOutput>(*m_unsettled, std::move(file), Text(path),
+                                           WindowsOutput::Kind::Fresh, std::move(lock));
 }
 
 std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
@@ -163,7 +166,8 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
     if (!MayWrite(status.attributes)) {
         Raise("OpenForAppend", path, ERROR_ACCESS_DENIED);
     }
-    return std::make_unique<WindowsOutput>(std::move(file), Text(path), WindowsOutput::Kind::Appended);
+    return std::make_unique<WindowsOutput>(*m_unsettled, std::move(file), Text(path),
+                                           WindowsOutput::Kind::Appended);
 }
 
 void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
@@ -173,6 +177,10 @@ void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
 
 void SystemFiles::ReplaceFile(std::string_view path, std::string_view bytes) {
     ReplaceWhole("ReplaceFile", path, bytes);
+}
+
+void SystemFiles::Settle() {
+    m_unsettled->Settle();
 }
 
 void SystemFiles::DeleteFile(std::string_view path) {
@@ -193,6 +201,22 @@ void SystemFiles::DeleteFile(std::string_view path) {
     }
     if (code != 0) {
         Raise("DeleteFile", path, code);
+    }
+}
+
+void SystemFiles::DeleteAbandoned(std::string_view path) noexcept {
+    try {
+        const NativePath native = Native("DeleteAbandoned", path);
+        Code code = 0;
+        FileStatus status;
+        Handle file = OpenAtOnce(
+            native, {GENERIC_WRITE, ShareAllButWriting, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT}, code);
+        if (file.IsOpen() && StatusOf(file.Get(), status) == 0 && !IsLink(status.attributes)) {
+            (void)file.Close();
+            (void)Remove(native);  // what cannot be removed stays
+        }
+    } catch (...) {
+        // For want of memory: it stays.
     }
 }
 

@@ -7,6 +7,7 @@
 #include "system/Waiting.h"
 #include "system/windows/FilesWindows.h"
 #include "system/windows/OpenModes.h"
+#include "system/windows/UnsettledWindows.h"
 #include "system/windows/WindowsApi.h"
 
 namespace kd {
@@ -165,6 +166,7 @@ void SystemFiles::Rename(std::string_view from, std::string_view to) {
         // What is missing now can only be the folder of the new name.
         Raise("Rename", code == ERROR_PATH_NOT_FOUND ? to : from, code);
     }
+    m_unsettled->AddFolder(paths::FolderToList(to));
 }
 
 void SystemFiles::FlushFolder(std::string_view folder) {

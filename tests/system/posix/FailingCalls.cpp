@@ -11,6 +11,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 #include <utility>
 
 namespace kd {
@@ -163,7 +164,9 @@ int open(const char* path, int flags, ...) {
         mode = va_arg(rest, mode_t);
         va_end(rest);
     }
-    return Fails("open") ? -1 : real(path, flags, mode);
+    // What is open already and is opened once more is no name of a file.
+    const bool isAgain = std::string_view(path).starts_with("/proc/self/fd/");
+    return Fails(isAgain ? "reopen" : "open") ? -1 : real(path, flags, mode);
 }
 
 int stat(const char* path, struct stat* status) noexcept {
@@ -216,6 +219,13 @@ int rename(const char* from, const char* to) noexcept {
     static const auto real = Real<int(const char*, const char*)>("rename");
     return Fails("rename") ? -1 : real(from, to);
 }
+
+#ifdef __linux__
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept {
+    static const auto real = Real<int(int, const char*, int, const char*, unsigned)>("renameat2");
+    return Fails("rename") ? -1 : real(fromFolder, from, toFolder, to, flags);
+}
+#endif
 
 // A close that fails has closed all the same.
 int close(int fd) {

@@ -214,6 +214,7 @@ TEST_F(SystemFilesTest, SeveralArchiveCopiesAreFlushedWhenAllAreWritten) {
     {
         const FailingCalls calls;
         files.CopyAllForArchive(sources, At("archive"));
+        files.Settle();
         for (const std::string& call : calls.Calls()) {
             if (call == "write" || call == "fsync" || call == "syncfs") {
                 order.push_back(call);
@@ -233,6 +234,7 @@ TEST_F(SystemFilesTest, SeveralArchiveCopiesTellEveryFailure) {
             FailingCalls calls;
             calls.FailEach(call, EIO);
             files.CopyAllForArchive(sources, At("archive"));
+            files.Settle();
         });
         EXPECT_EQ(number, errDevice);
         std::filesystem::remove_all(At("archive"));

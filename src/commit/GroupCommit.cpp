@@ -1,0 +1,307 @@
+#include "commit/GroupCommit.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "appfiles/FileNames.h"
+#include "base/ApplicationNames.h"
+#include "base/Paths.h"
+
+namespace kd {
+
+using namespace modKDLimitDesk;
+
+bool ItemExists(const Text& key, const std::set<Text>& list) {
+    return list.count(key) != 0;
+}
+
+GroupCommit::GroupCommit(Desk& desk, CommitStamp stamp, std::int64_t selected, KDArchiver& archiver)
+    : m_desk(desk), m_g(desk.g), m_stamp(std::move(stamp)), m_selected(selected), m_archiver(archiver) {}
+
+void GroupCommit::Take(std::int32_t index) {
+    if (m_group.size() >= MostInAGroup) {
+        Complete();
+    }
+    if (m_group.empty() || !Prepare(index, Manner::AmongOthers)) {
+        Complete();
+        (void)Prepare(index, Manner::Alone);
+    }
+}
+
+void GroupCommit::Finish() {
+    Complete();
+    SettleRecords();
+    DeleteLeftovers();
+}
+
+void GroupCommit::Abandon() noexcept {
+    try {
+        SettleRecords();  // views already done stay done
+    } catch (...) {
+        // The failure that ended the commit is the one to tell.
+    }
+    Withdraw();
+}
+
+/// Archives and writes a view, all but its last step. Among others it returns false where that did not work,
+/// with nothing told; alone it tells, and a view that cannot be written is through with that.
+bool GroupCommit::Prepare(std::int32_t index, Manner manner) {
+    const auto file = m_g.gFiles->Item(index);
+    const Text path = file->Filename();
+    const bool isAlone = manner == Manner::Alone;
+    if ((!isAlone && !MakeRoomFor(*file)) || !BeginArchive(path, manner)) {
+        return false;
+    }
+    try {
+        m_group.push_back(
+            {index, path,
+             WriteSchema(m_g, index, isAlone ? AfterFailure::Blocked : AfterFailure::MayBeTriedAgain)});
+        return true;
+    } catch (const cError& error) {
+        if (!isAlone) {
+            return false;
+        }
+        Complete();  // the archive of the view is whole all the same
+        ShowSaving(path);
+        TellSettled([&] { TellSaveFailure(m_g, error); });
+        return true;
+    }
+}
+
+/// Archives an application whose turn has come. Deliberate: a failed archive does not keep the view from
+/// being saved. CommitChangesTest.AFailedArchiveIsShownAndTheSaveGoesOn
+bool GroupCommit::BeginArchive(const Text& path, Manner manner) {
+    if (ItemExists(path, m_archived)) {
+        return true;
+    }
+    m_desk.Panel2.SetCaption("Archiving: " + path);
+    const Text failure = m_archiver.BeginArchive(path);
+    if (failure.empty()) {
+        m_begun.push_back(path);
+    } else if (manner == Manner::AmongOthers) {
+        return false;
+    } else {
+        TellSettled([&] { TellArchiveFailure(path, failure); });
+    }
+    m_archived.insert(path);
+    return true;
+}
+
+/// Whether a view can be written while the others of the group wait for their turn. The views of an
+/// application share a temporary file: one that waits in it is set aside under a name of its own.
+bool GroupCommit::MakeRoomFor(const cFile& file) {
+    const CodePage& page = m_g.platform.locale.CodePage();
+    const auto upper = [&page](std::string_view path) { return page.Upper(path); };
+    const Text target = SchemaPath(m_g, file);
+    const Text temporary = TemporaryPath(m_g, target);
+    for (View& view : m_group) {
+        WrittenSchema& written = view.written;
+        // Of the same file the next text is made from what the last one has left there.
+        if (upper(written.target) == upper(target) || upper(written.target) == upper(temporary) ||
+            upper(written.temporary) == upper(target)) {
+            return false;
+        }
+        if (upper(written.temporary) != upper(temporary)) {
+            continue;
+        }
+        const Text aside =
+            paths::Join(paths::FolderToList(written.target),
+                        names::WaitingName(paths::FileName(written.target)), m_g.platform.files.Delimiter());
+        try {
+            m_g.platform.files.Rename(written.temporary, aside);
+        } catch (const cError&) {
+            // It may have been done all the same.
+            if (m_g.platform.files.Exists(written.temporary) || !m_g.platform.files.Exists(aside)) {
+                return false;
+            }
+        }
+        written.temporary = aside;
+    }
+    return true;
+}
+
+/// Brings the group to the disk and to its places.
+void GroupCommit::Complete() {
+    if (m_group.empty() && m_begun.empty()) {
+        return;
+    }
+    std::vector<std::int32_t> indexes;
+    for (const View& view : m_group) {
+        indexes.push_back(view.index);
+    }
+    if (!SettleGroup()) {
+        const std::vector<Text> begun = m_begun;
+        Withdraw();
+        std::for_each(indexes.begin(), indexes.end(), [this](std::int32_t index) { TakeAlone(index); });
+        // One of them may belong to a view that could not be written.
+        std::for_each(begun.begin(), begun.end(), [this](const Text& path) { ArchiveAlone(path); });
+        return;
+    }
+    while (!m_group.empty()) {
+        View view = std::move(m_group.front());
+        m_group.erase(m_group.begin());
+        std::erase(m_begun, view.path);
+        Place(view);
+    }
+    m_begun.clear();
+}
+
+/// First the content, then the names of the archives: no archive's name ever stands for half of one, and no
+/// file is replaced before its archive has its name for good. The records of the group before go along.
+/// Returns false where the group has to be done view by view.
+bool GroupCommit::SettleGroup() {
+    try {
+        m_isPending = false;
+        m_g.platform.files.Settle();
+    } catch (const cError&) {
+        CheckRecords();
+        return false;
+    }
+    m_recorded.clear();
+    if (m_begun.empty()) {
+        return true;
+    }
+    for (const Text& path : m_begun) {
+        if (!m_archiver.NameArchive(path).empty()) {
+            return false;
+        }
+    }
+    try {
+        m_g.platform.files.Settle();
+        return true;
+    } catch (const cError&) {
+        return false;
+    }
+}
+
+/// Takes away what was prepared for the views that have not had their turn.
+void GroupCommit::Withdraw() noexcept {
+    for (const Text& path : m_begun) {
+        m_archiver.DropArchive(path);
+        m_archived.erase(path);
+    }
+    m_begun.clear();
+    for (View& view : m_group) {
+        view.written.file->LetOthersIn();
+        view.written.file.reset();
+        m_g.platform.files.DeleteAbandoned(view.written.temporary);
+    }
+    m_group.clear();
+}
+
+void GroupCommit::Place(View& view) {
+    ShowSaving(view.path);
+    m_isPending = true;
+    // Deliberate: a view whose file could not be overwritten counts as saved; its user has seen the box.
+    // CommitChangesTest.AFailedOverwriteStillCountsAsSaved
+    try {
+        m_g.platform.files.MoveSettled(view.written.temporary, view.written.target);
+        m_saved[paths::FolderToList(view.written.target)].insert(Text(paths::FileName(view.written.target)));
+    } catch (const std::exception& failure) {
+        TellSettled([&] { TellOverwriteFailure(m_g, AsError(failure, "OverwriteFile")); });
+    }
+    view.written.file.reset();
+    Record(view.index);
+}
+
+/// A view that goes to the disk by itself, with a flush for each of its steps.
+void GroupCommit::TakeAlone(std::int32_t index) {
+    const Text path = m_g.gFiles->Item(index)->Filename();
+    ArchiveAlone(path);
+    ShowSaving(path);
+    if (SaveSchema(m_g, index)) {
+        m_isPending = true;
+        Record(index);
+        SettleRecords();
+    }
+}
+
+void GroupCommit::ArchiveAlone(const Text& path) {
+    if (ItemExists(path, m_archived)) {
+        return;
+    }
+    m_desk.Panel2.SetCaption("Archiving: " + path);
+    m_archived.insert(path);
+    if (const Text failure = m_archiver.ArchiveApplication(path); !failure.empty()) {
+        TellArchiveFailure(path, failure);
+    }
+}
+
+void GroupCommit::Record(std::int32_t index) {
+    ++m_modified;
+    const auto file = m_g.gFiles->Item(index);
+    m_recorded.insert(file->Filename());
+    ReportChanges(m_desk, *file, m_stamp);
+    file->SetChangesMade(false);
+}
+
+void GroupCommit::SettleRecords() {
+    if (m_isPending) {
+        m_isPending = false;
+        m_g.platform.files.Settle();
+        m_recorded.clear();
+    }
+}
+
+/// Tells a failure when what is pending has been settled; what fails in that ends the commit all the same.
+void GroupCommit::TellSettled(const std::function<void()>& tell) {
+    std::optional<cError> first;
+    try {
+        SettleRecords();
+    } catch (const cError& error) {
+        first.emplace(error);
+    }
+    tell();
+    if (first) {
+        throw cError(*first);
+    }
+}
+
+/// A flush of all that was pending has failed: whether the records of the group before are on the disk is
+/// asked of their files alone.
+/// @throws cError where they are not.
+void GroupCommit::CheckRecords() {
+    std::set<Text> files;
+    for (const Text& path : std::exchange(m_recorded, {})) {
+        files.insert(ChangeLogPath(m_g, path));
+        files.insert(ChangeReportPath(m_g, path));
+    }
+    for (const Text& path : files) {
+        const auto file = m_g.platform.files.OpenForAppend(path);
+        file->Flush();
+        file->Close();
+    }
+}
+
+/// Takes away the new texts that waited for a schema file in a commit that was cut short: what they were kept
+/// for is on the disk by now.
+void GroupCommit::DeleteLeftovers() noexcept {
+    Files& files = m_g.platform.files;
+    for (const auto& [folder, saved] : m_saved) {
+        try {
+            for (const Text& name : files.FolderEntries(folder)) {
+                if (saved.count(Text(names::WaitsFor(name))) != 0) {
+                    files.DeleteAbandoned(paths::Join(folder, name, files.Delimiter()));
+                }
+            }
+        } catch (...) {
+            // They harm nobody, and the next commit comes by again.
+        }
+    }
+}
+
+void GroupCommit::ShowSaving(const Text& path) {
+    ++m_worked;
+    m_desk.Panel2.SetCaption("Saving: " + path);
+    m_desk.ProgressBar1.SetValue(100.0 * static_cast<double>(m_worked) / static_cast<double>(m_selected));
+}
+
+void GroupCommit::TellArchiveFailure(const Text& path, const Text& failure) {
+    Text text = "The following error occured while creating an archive of '" + path + "'";
+    text += CrLf;
+    text += failure;
+    m_g.platform.toolkit.Say(text, BoxIcon::Exclamation, "KD6 LimitDesk");
+}
+
+}  // namespace kd

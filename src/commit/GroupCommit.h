@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "appfiles/SchemaWriter.h"
+#include "commit/ChangeReport.h"
+#include "grid/Desk.h"
+
+namespace kd {
+
+/// Whether the list has the key.
+bool ItemExists(const Text& key, const std::set<Text>& list);
+
+/// The views of one commit, taken in groups that go to the disk together. Each group has two parts: archives
+/// and new texts are written, settled, and the archives get their names; then each view takes its place and
+/// its records are added, in order. What fails beside others is tried again by itself, so that a failure is
+/// told with what has then been done as if there were no groups.
+class GroupCommit {
+public:
+    /// A flush is shared by that many views. With more of them a flush more would be saved for every few
+    /// hundred, and more would lie about after a program that is ended, and wait for its records after a
+    /// machine that goes down.
+    static constexpr std::size_t MostInAGroup = 16;
+
+    /// `selected` is how many views will be taken, for the progress bar.
+    GroupCommit(Desk& desk, CommitStamp stamp, std::int64_t selected, KDArchiver& archiver);
+
+    /// Takes the view at that position of gFiles; it is on the disk when Finish has returned, or before.
+    /// @throws cError for what ends the commit.
+    void Take(std::int32_t index);
+    /// Completes all views and settles them.
+    /// @throws cError as Take.
+    void Finish();
+    /// After a failure that ends the commit: settles what has been done, and takes away what was prepared for
+    /// views that have not had their turn.
+    void Abandon() noexcept;
+    /// How many views have been saved.
+    std::int32_t Modified() const noexcept { return m_modified; }
+
+private:
+    struct View {
+        std::int32_t index;  // in gFiles
+        Text path;           // of the template
+        modKDLimitDesk::WrittenSchema written;
+    };
+    enum class Manner : bool { AmongOthers, Alone };
+
+    bool Prepare(std::int32_t index, Manner manner);
+    bool BeginArchive(const Text& path, Manner manner);
+    bool MakeRoomFor(const cFile& file);
+    void Complete();
+    bool SettleGroup();
+    void Withdraw() noexcept;
+    void Place(View& view);
+    void TakeAlone(std::int32_t index);
+    void ArchiveAlone(const Text& path);
+    void Record(std::int32_t index);
+    void SettleRecords();
+    void TellSettled(const std::function<void()>& tell);
+    void CheckRecords();
+    void DeleteLeftovers() noexcept;
+    void ShowSaving(const Text& path);
+    void TellArchiveFailure(const Text& path, const Text& failure);
+
+    Desk& m_desk;
+    Globals& m_g;
+    CommitStamp m_stamp;
+    std::int64_t m_selected;
+    KDArchiver& m_archiver;
+    std::set<Text> m_archived;               // templates
+    std::vector<View> m_group;               // prepared, and not at their place yet
+    std::vector<Text> m_begun;               // templates whose archives belong to the group
+    std::set<Text> m_recorded;               // templates with records that are not settled
+    std::map<Text, std::set<Text>> m_saved;  // names of the schema files that have been saved, by folder
+    bool m_isPending = false;                // whether anything has taken its place and is not settled
+    std::int32_t m_worked = 0;
+    std::int32_t m_modified = 0;
+};
+
+}  // namespace kd

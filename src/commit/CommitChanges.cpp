@@ -48,6 +48,7 @@ public:
         m_desk.ProgressBar1.SetValue(0);
         m_desk.Panel2.SetCaption({});
         try {
+            m_g.platform.toolkit.KeepAlive();  // the dialog has gone, and is painted over
             Begin();
             for (std::int32_t index = 1; index <= m_g.gFiles->Count(); ++index) {
                 if (m_g.gFiles->Ref(index).Selected()) {

@@ -27,6 +27,7 @@ void GroupCommit::Take(std::int32_t index) {
         Complete();
         (void)Prepare(index, Manner::Alone);
     }
+    m_g.platform.toolkit.KeepAlive();
 }
 
 void GroupCommit::Finish() {
@@ -143,6 +144,7 @@ void GroupCommit::Complete() {
         m_group.erase(m_group.begin());
         std::erase(m_begun, view.path);
         Place(view);
+        m_g.platform.toolkit.KeepAlive();
     }
     m_begun.clear();
 }
@@ -159,6 +161,7 @@ bool GroupCommit::SettleGroup() {
         return false;
     }
     m_recorded.clear();
+    m_g.platform.toolkit.KeepAlive();
     if (m_begun.empty()) {
         return true;
     }
@@ -215,6 +218,7 @@ void GroupCommit::TakeAlone(std::int32_t index) {
         Record(index);
         SettleRecords();
     }
+    m_g.platform.toolkit.KeepAlive();
 }
 
 void GroupCommit::ArchiveAlone(const Text& path) {

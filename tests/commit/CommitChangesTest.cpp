@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 #include <new>
+#include <set>
 #include <utility>
 
 #include "base/ApplicationNames.h"
@@ -290,6 +291,27 @@ TEST(CommitChangesTest, AFolderThatMayNotBeListedIsNoFailure) {
     t.ExpectCommitted(1);
     CommitChanges(t.desk);
     EXPECT_TRUE(t.IsSaved(0));
+}
+
+TEST(CommitChangesTest, TheWindowIsKeptAliveOnceTheDialogHasGoneAndBehindEachViewThatIsThrough) {
+    CommitDesk t;
+    t.EditRows({1, 2, 3});
+    std::vector<int> through;
+    t.toolkit.onKeepAlive = [&] {
+        int views = 0;
+        for (std::int32_t view = 1; view <= 3; ++view) {
+            const bool changed = t.g.gFiles->Ref(view).ChangesMade();
+            EXPECT_EQ(t.Mark(view, colUsl) == ChangedColour, changed) << "a view half through";
+            EXPECT_EQ(t.IsOld(view - 1), changed);
+            views += changed ? 0 : 1;
+        }
+        through.push_back(views);
+        EXPECT_EQ(t.toolkit.MousePointer(), Pointer::Hourglass);
+    };
+    t.ExpectCommitted(3);
+    CommitChanges(t.desk);
+    EXPECT_EQ(std::set<int>(through.begin(), through.end()), (std::set<int>{0, 1, 2, 3}));
+    EXPECT_TRUE(std::is_sorted(through.begin(), through.end()));
 }
 
 TEST(CommitChangesTest, TheFolderOfATemplateWithoutOneIsTheOneWhereTheProgramStands) {

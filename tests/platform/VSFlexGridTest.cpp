@@ -727,6 +727,16 @@ TEST_F(VSFlexGridEditorTest, EditorIsLeftWithTheOldTextWhenItsRowOrColumnIsHidde
     }
 }
 
+TEST(GridScreenTest, AScreenThatKnowsNoPlacesAnswersNoughtForTheCurrentCells) {
+    GridScreen screen;
+    VSFlexGrid grid("Grid");
+    grid.SetScreen(&screen);
+    EXPECT_EQ(grid.CellLeft(), 0);
+    EXPECT_EQ(grid.CellTop(), 0);
+    EXPECT_EQ(grid.CellHeight(), 0);
+    grid.SetScreen(nullptr);
+}
+
 TEST_F(VSFlexGridEditorTest, EmptyGridOpensNoEditor) {
     grid.SetRows(0);
     EXPECT_FALSE(grid.StartEdit());

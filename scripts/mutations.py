@@ -24,6 +24,7 @@ FUNCTIONS = (Kind.FUNCTION_DECL, Kind.CXX_METHOD, Kind.CONSTRUCTOR, Kind.DESTRUC
 CLASSES = (Kind.CLASS_DECL, Kind.STRUCT_DECL, Kind.CLASS_TEMPLATE)
 BINARY = (Kind.BINARY_OPERATOR, Kind.COMPOUND_ASSIGNMENT_OPERATOR)
 LITERALS = (Kind.STRING_LITERAL, Kind.CHARACTER_LITERAL, Kind.INTEGER_LITERAL, Kind.FLOATING_LITERAL)
+DECLARED = (Kind.VAR_DECL, Kind.FIELD_DECL, Kind.PARM_DECL)
 LEFT_OUT = (Kind.STATIC_ASSERT, Kind.ALIGNED_ATTR, Kind.ENUM_DECL, Kind.FRIEND_DECL, Kind.TYPE_ALIAS_DECL)
 # Calls without which only time or the moved object differs.
 NO_DIFFERENCE = ("move", "forward", "as_const")
@@ -79,8 +80,8 @@ class Finder:
             self.found.append(Mutation(start, end, new, kind, "::".join(self.names) or "(file)", self.used))
 
     def walk(self, node):
-        if node.kind in LEFT_OUT:
-            return
+        if node.kind in LEFT_OUT or (node.kind == Kind.VAR_DECL and not self.names and self.path.endswith(".h")):
+            return  # a constant of a header is in whatever has included it
         entered = self.enter(node)
         if node.kind == Kind.FIELD_DECL and self.used is None and not self.in_template:
             self.used = self.constructor_of(node.semantic_parent)
@@ -102,6 +103,8 @@ class Finder:
 
     def visit_children(self, node):
         for child in node.get_children():
+            if node.kind in DECLARED and child.extent.start.offset <= node.location.offset:
+                continue  # a part of the type
             if child.location.file is None or child.location.file.name == self.path:
                 self.walk(child)
 

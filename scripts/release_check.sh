@@ -18,6 +18,7 @@ check() {
     results+=("$status $*, $((SECONDS - begin)) s")
 }
 check bash .ci/run
+check env SEED="$(date +%Y%m%d)" COUNT=200 PASS=95 make mutants
 check make tidy
 check env -u DISPLAY -u WAYLAND_DISPLAY make run
 check make package-test

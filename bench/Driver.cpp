@@ -30,7 +30,7 @@ public:
     ~TellingFilterDialog() override { shownFilter = nullptr; }
 };
 
-ApplicationPlaces Places(const std::string& folder, const std::string& scratch) {
+ApplicationFolders Folders(const std::string& folder, const std::string& scratch) {
     const std::string settings = scratch + "/settings";
     fs::create_directories(settings);
     std::ofstream list(settings + "/KDLimitDesk.IKD", std::ios::binary);
@@ -58,7 +58,7 @@ private:
 };
 
 Driver::Driver(const std::string& folder, const std::string& scratch)
-    : m_program(std::make_unique<Application>(Places(folder, scratch))),
+    : m_program(std::make_unique<Application>(Folders(folder, scratch))),
       m_counter(std::make_unique<PaintCounter>(m_paints)) {
     m_program->Screen().Register<frmAutoFilter, TellingFilterDialog>();
     View().viewport()->installEventFilter(m_counter.get());

@@ -1,21 +1,21 @@
 #include <QApplication>
 
 #include "qt/Application.h"
-#include "qt/services/DeskStyle.h"
+#include "qt/services/ReadableStyle.h"
 #include "qt/services/WindowSystem.h"
 
 int main(int argc, char** argv) {
-    kd::DeskStyle::AskForDarkColours();
+    kd::ReadableStyle::AskForDarkColours();
     kd::WindowSystem::PreferX11();
     const QApplication loop(argc, argv);
     kd::WindowSystem::ForgetChoice();
-    kd::DeskStyle::Settle();
+    kd::ReadableStyle::Settle();
     QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
     QApplication::setDesktopFileName(QStringLiteral("com.example.kdlimitdesk"));
     // The first dialog is open before the main window is there; its end is not the program's.
     QApplication::setQuitOnLastWindowClosed(false);
     kd::ProvideUserName();
-    kd::Application program(kd::ApplicationPlaces::OfUser());
+    kd::Application program(kd::ApplicationFolders::OfUser());
     if (!program.Start()) {
         return 0;
     }

@@ -52,7 +52,7 @@ char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
 
 /// Calls ascii(run) for runs of ASCII and other(character, its UTF-8) for the rest, in order.
 template <typename Ascii, typename Other>
-void Walk(std::string_view text, Ascii ascii, Other other) {
+void ForEachRun(std::string_view text, Ascii ascii, Other other) {
     std::size_t at = 0;
     while (at < text.size()) {
         const std::size_t run = AsciiRun(text.substr(at));
@@ -131,7 +131,7 @@ Text CodePage::Decode(std::string_view bytes) const {
 std::string CodePage::Encode(std::string_view text) const {
     std::string bytes;
     bytes.reserve(text.size());
-    Walk(
+    ForEachRun(
         text, [&](std::string_view run) { bytes.append(run); },
         [&](char32_t character, std::string_view) {
             const auto found = m_bytes.find(character);
@@ -142,7 +142,7 @@ std::string CodePage::Encode(std::string_view text) const {
 
 bool CodePage::CanEncode(std::string_view text) const {
     bool all = true;
-    Walk(
+    ForEachRun(
         text, [](std::string_view) {},
         [&](char32_t character, std::string_view) { all = all && m_bytes.count(character) != 0; });
     return all;
@@ -152,10 +152,10 @@ Text CodePage::DecodeMarked(std::string_view bytes) const {
     return bytes.starts_with(ByteOrderMark) ? Text(bytes.substr(ByteOrderMark.size())) : Decode(bytes);
 }
 
-Text CodePage::Seen(std::string_view text) const {
+Text CodePage::Narrowed(std::string_view text) const {
     Text seen;
     seen.reserve(text.size());
-    Walk(
+    ForEachRun(
         text, [&](std::string_view run) { seen.append(run); },
         [&](char32_t character, std::string_view bytes) {
             if (m_bytes.count(character) != 0) {
@@ -179,7 +179,7 @@ void CodePage::AppendUpper(std::string_view text, Text& upper) const {
         upper.append(text);
         return;
     }
-    Walk(
+    ForEachRun(
         text,
         [&](std::string_view run) {
             for (const char c : run) {

@@ -38,7 +38,7 @@ public:
 
     /// The text as a file would give it back: a character that the page lacks becomes "?". What is typed or
     /// pasted enters through here, so that nothing changes silently at the save.
-    Text Seen(std::string_view text) const;
+    Text Narrowed(std::string_view text) const;
 
     /// Upper case, one character for one; a letter without a single capital in the page stays, and so does a
     /// character that the page lacks. The number of characters never changes.

@@ -5,17 +5,17 @@
 
 namespace kd {
 
-std::optional<RefusedCell> FirstRefusedCell(Desk& desk, const SelectionWalk& walk) {
-    std::vector<bool> readOnly;  // by the walk's column, from 0
-    for (std::int32_t j = 1; j <= walk.nCols(); ++j) {
-        readOnly.push_back(!LabelOf(desk, walk.SelCols(j)).Editable());
+std::optional<RefusedCell> FirstRefusedCell(Desk& desk, const SelectedCells& cells) {
+    std::vector<bool> readOnly;  // by the cells' column, from 0
+    for (std::int32_t j = 1; j <= cells.nCols(); ++j) {
+        readOnly.push_back(!LabelOf(desk, cells.SelCols(j)).Editable());
     }
-    for (std::int32_t i = 1; i <= walk.nRows(); ++i) {
-        for (std::int32_t j = 1; j <= walk.nCols(); ++j) {
+    for (std::int32_t i = 1; i <= cells.nRows(); ++i) {
+        for (std::int32_t j = 1; j <= cells.nCols(); ++j) {
             if (readOnly[static_cast<std::size_t>(j - 1)]) {
                 return RefusedCell{i, j, true};
             }
-            if (!IsCellValueValid(desk, walk.SelRows(i), walk.SelCols(j), walk.SelValues(i, j))) {
+            if (!IsCellValueValid(desk, cells.SelRows(i), cells.SelCols(j), cells.SelValues(i, j))) {
                 return RefusedCell{i, j, false};
             }
         }

@@ -1,19 +1,19 @@
 #pragma once
 
-#include "edit/SelectionWalk.h"
+#include "edit/SelectedCells.h"
 
 namespace kd {
 
 /// A cell that may not be written.
 struct RefusedCell {
-    std::int32_t i = 0;     // row of the walk
-    std::int32_t j = 0;     // column of the walk
+    std::int32_t i = 0;     // row among the selected cells
+    std::int32_t j = 0;     // column among them
     bool readOnly = false;  // else its value is refused
 };
 
-/// The first cell of the walk, rows outer, columns inner, that may not take its value: cell by cell the
+/// The first of the cells, rows outer, columns inner, that may not take its value: cell by cell the
 /// column is asked first and the value then. Nothing when all may.
-std::optional<RefusedCell> FirstRefusedCell(Desk& desk, const SelectionWalk& walk);
+std::optional<RefusedCell> FirstRefusedCell(Desk& desk, const SelectedCells& cells);
 
 /// The words of a box about a refused cell: `lead`, an empty line, "Found: ", the column's name, " = " and
 /// `value`.

@@ -1,7 +1,7 @@
 #include "edit/Replace.h"
 
 #include "edit/CellCheck.h"
-#include "edit/SelectionWalk.h"
+#include "edit/SelectedCells.h"
 #include "edit/frmReplace.h"
 #include "grid/CellGate.h"
 #include "grid/ColumnCatalogue.h"
@@ -12,11 +12,11 @@ namespace {
 
 /// Computes the new texts; those that differ for a match are checked. False when one was refused, which was
 /// told.
-bool TakeNewTexts(Desk& desk, const frmReplace& form, SelectionWalk& walk) {
+bool TakeNewTexts(Desk& desk, const frmReplace& form, SelectedCells& cells) {
     const CodePage& page = desk.g.platform.locale.CodePage();
-    const std::int32_t col = walk.SelCols(1);
-    for (std::int32_t i = 1; i <= walk.nRows(); ++i) {
-        const std::int32_t row = walk.SelRows(i);
+    const std::int32_t col = cells.SelCols(1);
+    for (std::int32_t i = 1; i <= cells.nRows(); ++i) {
+        const std::int32_t row = cells.SelRows(i);
         const Text shown(desk.Grid.TextMatrix(row, col));
         const auto replaced =
             ReplaceFirst(page, shown, form.FindText(), form.ReplaceText(), form.MatchCase());
@@ -26,17 +26,17 @@ bool TakeNewTexts(Desk& desk, const frmReplace& form, SelectionWalk& walk) {
                                         BoxIcon::Exclamation);
             return false;
         }
-        walk.SetSelValues(i, 1, replaced.value_or(shown));
+        cells.SetSelValues(i, 1, replaced.value_or(shown));
     }
     return true;
 }
 
-void WriteChangedTexts(Desk& desk, const SelectionWalk& walk) {
+void WriteChangedTexts(Desk& desk, const SelectedCells& cells) {
     const RedrawOff quiet(desk.Grid);
-    const std::int32_t col = walk.SelCols(1);
-    for (std::int32_t i = 1; i <= walk.nRows(); ++i) {
-        if (desk.Grid.TextMatrix(walk.SelRows(i), col) != walk.SelValues(i, 1)) {
-            SetCellValue(desk, walk.SelRows(i), col, walk.SelValues(i, 1));
+    const std::int32_t col = cells.SelCols(1);
+    for (std::int32_t i = 1; i <= cells.nRows(); ++i) {
+        if (desk.Grid.TextMatrix(cells.SelRows(i), col) != cells.SelValues(i, 1)) {
+            SetCellValue(desk, cells.SelRows(i), col, cells.SelValues(i, 1));
         }
     }
 }
@@ -58,16 +58,16 @@ std::optional<Text> ReplaceFirst(const CodePage& page, std::string_view text, st
 }
 
 void Replace(Desk& desk, EditMemory& memory) {
-    auto walk = BuildSelectionWalk(desk);
-    if (!walk) {
+    auto cells = FindSelectedCells(desk);
+    if (!cells) {
         return;
     }
     Toolkit& toolkit = desk.g.platform.toolkit;
-    if (walk->nCols() > 1) {
+    if (cells->nCols() > 1) {
         toolkit.Say("Can only replace within a single column.", BoxIcon::Exclamation);
         return;
     }
-    const cLabel& label = LabelOf(desk, walk->SelCols(1));
+    const cLabel& label = LabelOf(desk, cells->SelCols(1));
     if (!label.Editable()) {
         toolkit.Say("Cannot replace read-only cells.", BoxIcon::Exclamation);
         return;
@@ -75,7 +75,7 @@ void Replace(Desk& desk, EditMemory& memory) {
     frmReplace form(desk.g);
     form.SetLabelName(label.Name());
     form.SetFindText(memory.LastFindText.empty()
-                         ? Text(desk.Grid.TextMatrix(walk->SelRows(1), walk->SelCols(1)))
+                         ? Text(desk.Grid.TextMatrix(cells->SelRows(1), cells->SelCols(1)))
                          : memory.LastFindText);
     form.SetReplaceText(memory.LastReplaceText);
     do {
@@ -86,8 +86,8 @@ void Replace(Desk& desk, EditMemory& memory) {
         // Deliberate: kept before any check. ReplaceTest.RefusedTextsAreRemembered
         memory.LastFindText = form.FindText();
         memory.LastReplaceText = form.ReplaceText();
-    } while (!TakeNewTexts(desk, form, *walk));
-    WriteChangedTexts(desk, *walk);
+    } while (!TakeNewTexts(desk, form, *cells));
+    WriteChangedTexts(desk, *cells);
     form.Destroy();
 }
 

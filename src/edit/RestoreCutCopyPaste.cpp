@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "edit/CellCheck.h"
-#include "edit/SelectionWalk.h"
+#include "edit/SelectedCells.h"
 
 namespace kd {
 namespace {
@@ -12,17 +12,17 @@ namespace {
 constexpr char CellSeparator = '\t';
 constexpr char RowSeparator = '\r';
 
-Text ClipboardText(const SelectionWalk& walk) {
+Text ClipboardText(const SelectedCells& cells) {
     Text text;
-    for (std::int32_t i = 1; i <= walk.nRows(); ++i) {
+    for (std::int32_t i = 1; i <= cells.nRows(); ++i) {
         if (i > 1) {
             text += RowSeparator;
         }
-        for (std::int32_t j = 1; j <= walk.nCols(); ++j) {
+        for (std::int32_t j = 1; j <= cells.nCols(); ++j) {
             if (j > 1) {
                 text += CellSeparator;
             }
-            text += walk.SelValues(i, j);
+            text += cells.SelValues(i, j);
         }
     }
     return text;
@@ -52,13 +52,13 @@ Block SplitBlock(std::string_view text) {
     return block;
 }
 
-void SayPasteRefused(Desk& desk, const SelectionWalk& walk, const RefusedCell& refused) {
+void SayPasteRefused(Desk& desk, const SelectedCells& cells, const RefusedCell& refused) {
     Toolkit& toolkit = desk.g.platform.toolkit;
     if (refused.readOnly) {
         toolkit.Say("Cannot Paste over Read-Only Cells!");
     } else {
-        toolkit.Say(RefusalText(desk, "Clipboard contains invalid data.", walk.SelCols(refused.j),
-                                "'" + walk.SelValues(refused.i, refused.j) + "'"),
+        toolkit.Say(RefusalText(desk, "Clipboard contains invalid data.", cells.SelCols(refused.j),
+                                "'" + cells.SelValues(refused.i, refused.j) + "'"),
                     BoxIcon::Exclamation);
     }
 }
@@ -66,51 +66,52 @@ void SayPasteRefused(Desk& desk, const SelectionWalk& walk, const RefusedCell& r
 }  // namespace
 
 void Restore(Desk& desk) {
-    auto walk = BuildSelectionWalk(desk);
-    if (!walk) {
+    auto cells = FindSelectedCells(desk);
+    if (!cells) {
         return;
     }
-    for (std::int32_t i = 1; i <= walk->nRows(); ++i) {
-        const cField& saved = desk.g.gSavedFields->Ref(desk.Grid.RowData(walk->SelRows(i)));
-        for (std::int32_t j = 1; j <= walk->nCols(); ++j) {
-            const std::int32_t number = desk.Grid.ColData(walk->SelCols(j));
+    for (std::int32_t i = 1; i <= cells->nRows(); ++i) {
+        const cField& saved = desk.g.gSavedFields->Ref(desk.Grid.RowData(cells->SelRows(i)));
+        for (std::int32_t j = 1; j <= cells->nCols(); ++j) {
+            const std::int32_t number = desk.Grid.ColData(cells->SelCols(j));
             // Deliberate: the shown text goes back, not the value, so that digits beyond the mask are lost
             // unmarked, and "Rules" gets the file's letters. RestoreTest.DigitsBeyondTheMaskAreLostUnmarked,
             // RestoreTest.RulesGetTheFilesLetters
-            walk->SetSelValues(i, j, saved.ValueText(number, vmGrid, desk.g.platform.locale));
+            cells->SetSelValues(i, j, saved.ValueText(number, vmGrid, desk.g.platform.locale));
         }
     }
-    WriteValues(desk, *walk);  // which leaves the columns of the view as they are
+    WriteValues(desk, *cells);  // which leaves the columns of the view as they are
 }
 
 void Copy(Desk& desk) {
-    auto walk = BuildSelectionWalk(desk);
-    if (!walk) {
+    auto cells = FindSelectedCells(desk);
+    if (!cells) {
         return;
     }
-    ReadShownTexts(desk, *walk);
-    desk.g.platform.suite.NewClipboard()->SetText(ClipboardText(*walk));
+    ReadShownTexts(desk, *cells);
+    desk.g.platform.suite.NewClipboard()->SetText(ClipboardText(*cells));
 }
 
 void Cut(Desk& desk) {
-    auto walk = BuildSelectionWalk(desk);
-    if (!walk) {
+    auto cells = FindSelectedCells(desk);
+    if (!cells) {
         return;
     }
-    ReadShownTexts(desk, *walk);
-    const Text text = ClipboardText(*walk);
-    walk->ClearValues();
-    if (const auto refused = FirstRefusedCell(desk, *walk)) {
+    ReadShownTexts(desk, *cells);
+    const Text text = ClipboardText(*cells);
+    cells->ClearValues();
+    if (const auto refused = FirstRefusedCell(desk, *cells)) {
         Toolkit& toolkit = desk.g.platform.toolkit;
         if (refused->readOnly) {
             toolkit.Say("Cannot Cut Read-Only Cells!");
         } else {
-            toolkit.Say(RefusalText(desk, "Some cells could not be cut!", walk->SelCols(refused->j), "Blank"),
-                        BoxIcon::Exclamation);
+            toolkit.Say(
+                RefusalText(desk, "Some cells could not be cut!", cells->SelCols(refused->j), "Blank"),
+                BoxIcon::Exclamation);
         }
         return;
     }
-    WriteValues(desk, *walk);
+    WriteValues(desk, *cells);
     desk.g.platform.suite.NewClipboard()->SetText(text);
 }
 
@@ -120,7 +121,8 @@ void Paste(Desk& desk) {
     if (row < 1 || col < 0) {
         return;
     }
-    const Text text = desk.g.platform.locale.CodePage().Seen(desk.g.platform.suite.NewClipboard()->GetText());
+    const Text text =
+        desk.g.platform.locale.CodePage().Narrowed(desk.g.platform.suite.NewClipboard()->GetText());
     if (text.empty()) {
         return;
     }
@@ -128,23 +130,23 @@ void Paste(Desk& desk) {
     if (block.nCols == 0) {
         return;
     }
-    auto walk = WalkFrom(desk.Grid, row, col, block.nRows, block.nCols);
-    if (!walk) {
+    auto cells = CellsFrom(desk.Grid, row, col, block.nRows, block.nCols);
+    if (!cells) {
         desk.g.platform.toolkit.Say("The clipboard's block does not fit from the current cell.",
                                     BoxIcon::Exclamation);
         return;
     }
     auto value = block.values.begin();
-    for (std::int32_t i = 1; i <= walk->nRows(); ++i) {
-        for (std::int32_t j = 1; j <= walk->nCols(); ++j) {
-            walk->SetSelValues(i, j, Text(*value++));
+    for (std::int32_t i = 1; i <= cells->nRows(); ++i) {
+        for (std::int32_t j = 1; j <= cells->nCols(); ++j) {
+            cells->SetSelValues(i, j, Text(*value++));
         }
     }
-    if (const auto refused = FirstRefusedCell(desk, *walk)) {
-        SayPasteRefused(desk, *walk, *refused);
+    if (const auto refused = FirstRefusedCell(desk, *cells)) {
+        SayPasteRefused(desk, *cells, *refused);
         return;
     }
-    WriteValues(desk, *walk);
+    WriteValues(desk, *cells);
 }
 
 }  // namespace kd

@@ -34,7 +34,7 @@ GridEvents::GridEvents(Desk& desk) : m_desk(desk) {
     // A character that the files' code page lacks is seen as "?" at once, not lost at the save; and a line
     // end that came with a pasted text would end the variable's line in the file.
     grid.TypedText = [this](std::string_view text) {
-        return OneLine(m_desk.g.platform.locale.CodePage().Seen(text));
+        return OneLine(m_desk.g.platform.locale.CodePage().Narrowed(text));
     };
 }
 

@@ -89,33 +89,33 @@ Text ProgramDataFolder(Files& files, const Text& programFolder) {
     return programFolder;
 }
 
-ApplicationPlaces ApplicationPlaces::OfUser() {
+ApplicationFolders ApplicationFolders::OfUser() {
     const SystemLocale locale;
     const SystemEnvironment environment;
     SystemFiles files(locale.CodePage());
     const char delimiter = files.Delimiter();
-    ApplicationPlaces places;
-    places.programPath = environment.ProgramPath();
-    places.suite.settingsFolder = SettingsFolder(environment, delimiter);
-    places.suite.applicationsFolder = UserFolder(QStandardPaths::DocumentsLocation);
-    if (!files.Exists(places.suite.applicationsFolder)) {
-        places.suite.applicationsFolder = UserFolder(QStandardPaths::HomeLocation);
+    ApplicationFolders folders;
+    folders.programPath = environment.ProgramPath();
+    folders.suite.settingsFolder = SettingsFolder(environment, delimiter);
+    folders.suite.applicationsFolder = UserFolder(QStandardPaths::DocumentsLocation);
+    if (!files.Exists(folders.suite.applicationsFolder)) {
+        folders.suite.applicationsFolder = UserFolder(QStandardPaths::HomeLocation);
     }
-    places.suite.programDataFolder = ProgramDataFolder(files, Text(paths::Folder(places.programPath)));
-    places.installedSamples = paths::Join(places.suite.programDataFolder, "samples", delimiter);
-    places.ownSamples =
+    folders.suite.programDataFolder = ProgramDataFolder(files, Text(paths::Folder(folders.programPath)));
+    folders.installedSamples = paths::Join(folders.suite.programDataFolder, "samples", delimiter);
+    folders.ownSamples =
         paths::Join(paths::Join(UserFolder(QStandardPaths::GenericDataLocation), "kdlimitdesk", delimiter),
                     "samples", delimiter);
-    places.suite.helpFolder = paths::Join(places.suite.programDataFolder, HelpFolderName, delimiter);
-    return places;
+    folders.suite.helpFolder = paths::Join(folders.suite.programDataFolder, HelpFolderName, delimiter);
+    return folders;
 }
 
-Application::Application(ApplicationPlaces places)
-    : m_installedSamples(places.installedSamples),
-      m_ownSamples(places.ownSamples),
-      m_environment(places.programPath),
+Application::Application(ApplicationFolders folders)
+    : m_installedSamples(folders.installedSamples),
+      m_ownSamples(folders.ownSamples),
+      m_environment(folders.programPath),
       m_files(m_locale.CodePage()),
-      m_suite(std::move(places.suite), m_files, m_locale, m_clock, Makers()),
+      m_suite(std::move(folders.suite), m_files, m_locale, m_clock, Makers()),
       m_platform{m_files, m_toolkit, m_locale, m_clock, m_environment, m_shell, m_fileDialog, m_suite},
       m_globals(m_platform) {
     InitResources();

@@ -17,16 +17,16 @@
 namespace kd {
 
 /// Where one run of the program finds and keeps its things.
-struct ApplicationPlaces {
+struct ApplicationFolders {
     Text programPath;  // of the program's own file; the settings for a first start lie beside it
-    SuitePlaces suite;
+    SuiteFolders suite;
     /// The sample applications that an installation brings, and the user's copy of them.
     Text installedSamples{};
     Text ownSamples{};
 
-    /// The places of the user who runs the program: settings in the user's configuration folder, the
+    /// The folders of the user who runs the program: settings in the user's configuration folder, the
     /// program's data beside the program, or where an installation or a build tree keeps them.
-    static ApplicationPlaces OfUser();
+    static ApplicationFolders OfUser();
 };
 
 /// The folder of the user's settings, in the folder that the environment names for such ("APPDATA" on
@@ -43,7 +43,7 @@ Text ProgramDataFolder(Files& files, const Text& programFolder);
 /// QApplication.
 class Application {
 public:
-    explicit Application(ApplicationPlaces places);
+    explicit Application(ApplicationFolders folders);
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;

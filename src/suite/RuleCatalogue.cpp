@@ -14,9 +14,9 @@ std::vector<Text> ReadRuleCatalogue(Files& files, const Locale& locale, const st
         }
         Text text;
         try {
-            // Seen, since the names go into every saved file.
-            text =
-                page.Seen(page.DecodeMarked(files.Read(paths::Join(folder, "Rules.ini", files.Delimiter()))));
+            // Narrowed, since the names go into every saved file.
+            text = page.Narrowed(
+                page.DecodeMarked(files.Read(paths::Join(folder, "Rules.ini", files.Delimiter()))));
         } catch (const cError&) {
             continue;  // a catalogue that cannot be read is none; the next place has one
         }

@@ -15,22 +15,22 @@ namespace {
 
 class StandaloneContext : public KDSuiteContext {
 public:
-    StandaloneContext(const SuitePlaces& places, Files& files) : m_places(places), m_files(files) {}
+    StandaloneContext(const SuiteFolders& folders, Files& files) : m_folders(folders), m_files(files) {}
     void SetSystemCode(std::string_view) override {}  // there is one system only
     void OpenContext() override {
         try {
-            m_files.MakeFolder(m_places.settingsFolder);
+            m_files.MakeFolder(m_folders.settingsFolder);
         } catch (const cError&) {
             // Deliberately silent: without the folder the settings are not kept, and the program runs all the
             // same.
         }
     }
-    Text SettingsFolder() override { return m_places.settingsFolder; }
-    Text ApplicationsFolder() override { return m_places.applicationsFolder; }
-    Text HelpFolder() override { return m_places.helpFolder; }
+    Text SettingsFolder() override { return m_folders.settingsFolder; }
+    Text ApplicationsFolder() override { return m_folders.applicationsFolder; }
+    Text HelpFolder() override { return m_folders.helpFolder; }
 
 private:
-    const SuitePlaces& m_places;
+    const SuiteFolders& m_folders;
     Files& m_files;
 };
 
@@ -54,16 +54,16 @@ public:
 
 }  // namespace
 
-StandaloneSuite::StandaloneSuite(SuitePlaces places, Files& files, const Locale& locale, Clock& clock,
+StandaloneSuite::StandaloneSuite(SuiteFolders folders, Files& files, const Locale& locale, Clock& clock,
                                  Makers makers)
-    : m_places(std::move(places)),
+    : m_folders(std::move(folders)),
       m_files(files),
       m_locale(locale),
       m_clock(clock),
       m_makers(std::move(makers)) {}
 
 std::unique_ptr<KDSuiteContext> StandaloneSuite::NewSuiteContext() {
-    return std::make_unique<StandaloneContext>(m_places, m_files);
+    return std::make_unique<StandaloneContext>(m_folders, m_files);
 }
 
 std::unique_ptr<KDLogin> StandaloneSuite::NewLogin() {
@@ -76,7 +76,7 @@ std::unique_ptr<KDPathTools> StandaloneSuite::NewPathTools() {
 
 std::unique_ptr<KDApplicationFile> StandaloneSuite::NewApplicationFile() {
     return std::make_unique<StandaloneApplicationFile>(m_files, m_locale, [this] {
-        return ReadRuleCatalogue(m_files, m_locale, {m_places.settingsFolder, m_places.programDataFolder});
+        return ReadRuleCatalogue(m_files, m_locale, {m_folders.settingsFolder, m_folders.programDataFolder});
     });
 }
 

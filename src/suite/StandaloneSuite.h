@@ -8,7 +8,7 @@
 namespace kd {
 
 /// Where a machine without the suite keeps things; folders without a delimiter at their end.
-struct SuitePlaces {
+struct SuiteFolders {
     Text settingsFolder;      // of the user; made when missing
     Text applicationsFolder;  // where the Add dialog opens
     Text helpFolder;
@@ -25,7 +25,7 @@ public:
         std::function<std::unique_ptr<KDHelpIndex>()> helpIndex;
     };
 
-    StandaloneSuite(SuitePlaces places, Files& files, const Locale& locale, Clock& clock, Makers makers);
+    StandaloneSuite(SuiteFolders folders, Files& files, const Locale& locale, Clock& clock, Makers makers);
 
     std::unique_ptr<KDSuiteContext> NewSuiteContext() override;
     std::unique_ptr<KDLogin> NewLogin() override;
@@ -39,7 +39,7 @@ public:
     std::unique_ptr<KDHelpIndex> NewHelpIndex() override;
 
 private:
-    SuitePlaces m_places;
+    SuiteFolders m_folders;
     Files& m_files;
     const Locale& m_locale;
     Clock& m_clock;

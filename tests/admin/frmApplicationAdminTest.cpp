@@ -9,7 +9,7 @@
 namespace kd {
 namespace {
 
-struct AdminDesk : TestDesk {
+struct AdminDesk : TestMachine {
     AdminDesk() {
         for (const char* path :
              {"/plants/north/water.kdt6", "/plants/north/dairy.kdt", "/plants/south/Water.kdt"}) {
@@ -55,7 +55,7 @@ struct AdminDesk : TestDesk {
 };
 
 TEST(frmApplicationAdminTest, ShowsTheDesignedCaptions) {
-    TestDesk desk;
+    TestMachine desk;
     frmApplicationAdmin form(desk.g);
     EXPECT_EQ(form.Caption(), "KD LimitDesk - Manage Applications");
     EXPECT_EQ(form.Label1.Caption(), "Enter filter criteria separated by spaces");
@@ -460,7 +460,7 @@ TEST(frmApplicationAdminTest, HelpAsksForItsTopic) {
 }
 
 TEST(modBrowseForFileTest, TheDialogsAnswerComesBackAsItIs) {
-    TestDesk desk;
+    TestMachine desk;
     EXPECT_FALSE(modBrowseForFile::BrowseForFiles(desk.platform, "/f", "t", "d", {"*.x"}, false).has_value());
     desk.fileDialog.answer = {{"/f", "a", "b"}};
     EXPECT_EQ(*modBrowseForFile::BrowseForFiles(desk.platform, "/f", "t", "d", {"*.x"}, false),

@@ -191,7 +191,7 @@ TEST(LoadApplicationsTest, OnlyThePassAfterTheLastApplicationMayNeverBeLeftOut) 
         void ProcessEvents() override { seen.emplace_back("always"); }
         void ProcessEventsInJob() override { seen.emplace_back("in job"); }
     };
-    TestDesk t;
+    TestMachine t;
     Passes passes;
     Platform platform{t.files, passes, t.locale, t.clock, t.environment, t.shell, t.fileDialog, t.suite};
     Globals g(platform);

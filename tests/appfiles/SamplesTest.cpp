@@ -12,7 +12,7 @@
 #include "appfiles/SchemaWriter.h"
 #include "appfiles/Variables.h"
 #include "base/Paths.h"
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 
 namespace kd {
 namespace {
@@ -105,7 +105,7 @@ protected:
     }
     static Text Placed(const Sample& sample) { return "/samples/" + sample.path.filename().string(); }
 
-    TestDesk desk;
+    TestMachine desk;
 };
 
 TEST_F(SamplesTest, ThereAreThirteenApplicationsWithSeventyFiveFilesAnd1062Variables) {

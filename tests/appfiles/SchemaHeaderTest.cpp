@@ -4,7 +4,7 @@
 
 #include "appfiles/FileNames.h"
 #include "fakes/FailingFiles.h"
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 
 namespace kd {
 namespace {
@@ -43,7 +43,7 @@ TEST(FileNames, EveryNameComesFromTheTemplatesPath) {
         {"/a/x.y.kdt", 32767, "/a/x.y.V32767", "/a/x.y.temp", "/a/x.y.KDL", "/a/x.y.KDM"},
     };
     for (const Case& c : cases) {
-        TestDesk t;
+        TestMachine t;
         const auto file = t.g.gFiles->Add(c.path, {}, {}, c.viewNo);
         EXPECT_EQ(SchemaPath(t.g, *file), c.schema) << c.path;
         EXPECT_EQ(TemporaryPath(t.g, c.schema), c.temporary) << c.path;
@@ -53,7 +53,7 @@ TEST(FileNames, EveryNameComesFromTheTemplatesPath) {
 }
 
 TEST(FileNames, FileExistsTellsWhatIsThere) {
-    TestDesk t;
+    TestMachine t;
     t.files.Put("/a/plant.kdt", "");
     EXPECT_TRUE(FileExists(t.g, "/a/plant.kdt"));
     EXPECT_FALSE(FileExists(t.g, "/a/other.kdt"));
@@ -82,19 +82,19 @@ TEST(ReadHeaderTextTest, EndsBeforeTheFirstLineThatIsFieldToTheLetterButForCase)
         {"empty file", "", ""},
     };
     for (const Case& c : cases) {
-        TestDesk t;
+        TestMachine t;
         t.files.Put("/a.kdt", c.bytes);
         EXPECT_EQ(ReadHeaderText(t.g, "/a.kdt"), c.header) << c.label;
     }
 }
 
 TEST(ReadHeaderTextTest, AMissingFileHasNoHeader) {
-    TestDesk t;
+    TestMachine t;
     EXPECT_EQ(ReadHeaderText(t.g, "/a.kdt"), "");
 }
 
 TEST(ReadHeaderTextTest, AFileThatTheDiskDeniesForAMomentIsReadAllTheSame) {
-    TestDesk t;
+    TestMachine t;
     FailingFiles failing(t.files);
     Platform platform{failing, t.toolkit, t.locale, t.clock, t.environment, t.shell, t.fileDialog, t.suite};
     Globals g(platform);
@@ -105,7 +105,7 @@ TEST(ReadHeaderTextTest, AFileThatTheDiskDeniesForAMomentIsReadAllTheSame) {
 }
 
 TEST(ReadHeaderTextTest, AFileThatIsThereAndCannotBeReadIsAnError) {
-    TestDesk t;
+    TestMachine t;
     t.files.Put("/a.kdt", "x");
     t.files.SetUnreadable("/a.kdt");
     EXPECT_EQ(ErrorOf([&] { (void)ReadHeaderText(t.g, "/a.kdt"); }), errPermissionDenied);

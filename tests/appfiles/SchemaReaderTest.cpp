@@ -15,7 +15,7 @@ namespace {
 using modKDLimitDesk::ReadSchema;
 
 /// One view whose file the test gives.
-struct ReadDesk : TestDesk {
+struct ReadDesk : TestMachine {
     ReadDesk() { g.gFiles->Add("/a.kdt", "Plant", {}, 0); }
 
     void Read(std::string bytes) {

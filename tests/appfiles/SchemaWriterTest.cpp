@@ -22,7 +22,7 @@ const char* const SavedHeader =
     "[APPLICATION]\r\n   VERSION      = 7.\r\n\r\n[RULES]\r\n   RULE         = New\r\n\r\n";
 
 /// One view over gFields, with a file on the disk.
-struct WriteDesk : TestDesk {
+struct WriteDesk : TestMachine {
     explicit WriteDesk(Text path = "/apps/plant.kdt", std::int16_t viewNo = 0)
         : file(g.gFiles->Add(std::move(path), "Plant", {}, viewNo)), target(SchemaPath(g, *file)) {
         SetCatalogue(g, {"New"});
@@ -511,7 +511,7 @@ TEST(SaveSchemaTest, AFailedSaveBlocksTheOtherViewsThatShareItsTemporaryPathAndN
 
 TEST(SaveSchemaTest, AnApplicationNamedAsItsOwnTemporaryFileIsNotSaved) {
     for (const Text& path : std::vector<Text>{"/apps/plant.temp", "/apps/plant.TEMP"}) {
-        TestDesk t;
+        TestMachine t;
         anApplication(path).Field(aField()).View("Inlet", 1).Field(aField()).PutInto(t);
         t.g.gFiles->Add(path, {}, {}, 0);
         t.g.gFiles->Add(path, {}, "Inlet", 1);
@@ -600,7 +600,7 @@ TEST(SaveSchemaTest, AtEachPointOfFailureTheTargetIsWhollyOldOrWhollyNew) {
 
 TEST(OverwriteFileTest, CopiesAndDeletesTheSourceWhenWanted) {
     for (const bool deleteSource : {true, false}) {
-        TestDesk t;
+        TestMachine t;
         t.files.Put("/a", "new");
         t.files.Put("/b", "old");
         EXPECT_TRUE(OverwriteFile(t.g, "/a", "/b", deleteSource));
@@ -615,7 +615,7 @@ TEST(OverwriteFileTest, AFailureIsShownAndLeavesTheTargetWholeAndTheSource) {
         const char* left;
     };
     for (const Case& c : {Case{"CopyFile", "old"}, Case{"DeleteFile", "new"}}) {
-        TestDesk t;
+        TestMachine t;
         t.files.Put("/a", "new");
         t.files.Put("/b", "old");
         t.files.FailOn(c.operation, "", errDiskFull);
@@ -627,7 +627,7 @@ TEST(OverwriteFileTest, AFailureIsShownAndLeavesTheTargetWholeAndTheSource) {
 }
 
 TEST(OverwriteFileTest, WantOfMemoryIsShownLikeAnyOtherFailure) {
-    TestDesk t;
+    TestMachine t;
     t.files.Put("/a", "new");
     t.files.Put("/b", "old");
     t.files.onStep = [](const Text&) { throw std::bad_alloc(); };
@@ -636,7 +636,7 @@ TEST(OverwriteFileTest, WantOfMemoryIsShownLikeAnyOtherFailure) {
 }
 
 TEST(OverwriteFileTest, AMissingSourceIsShown) {
-    TestDesk t;
+    TestMachine t;
     t.files.Put("/b", "old");
     t.toolkit.ExpectBox("Error 53: File not found", BoxIcon::Exclamation, "KDLimitDesk - OverwriteFile");
     EXPECT_FALSE(OverwriteFile(t.g, "/a", "/b", true));

@@ -71,7 +71,7 @@ TEST(TranslateRulesTest, LettersOfTheFileBecomeThoseOfTheCatalogueInItsOrder) {
         {"an empty name between two", "A1,,B1", "B1,,A1", "BC", "AB"},
     };
     for (const Case& c : cases) {
-        TestDesk t;
+        TestMachine t;
         t.g.gRuleNames = c.catalogue;
         t.g.gFiles->Add("/a.kdt", {}, {}, 0)->SetRules(c.view);
         aField().Rules(c.letters).AddTo(t.g);
@@ -82,7 +82,7 @@ TEST(TranslateRulesTest, LettersOfTheFileBecomeThoseOfTheCatalogueInItsOrder) {
 }
 
 TEST(TranslateRulesTest, NoLettersStayNone) {
-    TestDesk t;
+    TestMachine t;
     t.g.gRuleNames = "X";
     t.g.gFiles->Add("/a.kdt", {}, {}, 0)->SetRules("X");
     aField().AddTo(t.g);
@@ -91,7 +91,7 @@ TEST(TranslateRulesTest, NoLettersStayNone) {
 }
 
 TEST(TranslateRulesTest, ARuleBehindTheLastCharacterOfTheCodePageHasNoLetter) {
-    TestDesk t;
+    TestMachine t;
     for (int rule = 1; rule <= 260; ++rule) {
         t.g.gRuleNames += (rule == 1 ? "R" : ",R") + Digits(rule);
     }
@@ -103,7 +103,7 @@ TEST(TranslateRulesTest, ARuleBehindTheLastCharacterOfTheCodePageHasNoLetter) {
 }
 
 TEST(TranslateRulesTest, LettersRunOnPastTheTwentySixth) {
-    TestDesk t;
+    TestMachine t;
     for (int rule = 1; rule <= 70; ++rule) {
         t.g.gRuleNames += (rule == 1 ? "R" : ",R") + Digits(rule);
     }

@@ -24,7 +24,7 @@ TEST(CodePage, AllByteValuesSurviveInEveryPage) {
         const Text text = page.Decode(AllBytes());
         EXPECT_EQ(page.Encode(text), AllBytes());
         EXPECT_TRUE(page.CanEncode(text));
-        EXPECT_EQ(page.Seen(text), text);
+        EXPECT_EQ(page.Narrowed(text), text);
     }
 }
 
@@ -130,13 +130,13 @@ TEST(CodePage, NoLetterOfAnotherPageSlipsInThroughAnUndefinedByte) {
         const CodePage& page = CodePage::Of(c.page);
         const Text text = c.text;
         EXPECT_FALSE(page.CanEncode(text));
-        EXPECT_EQ(page.Seen(text), Text(CharacterCount(text), '?'));
+        EXPECT_EQ(page.Narrowed(text), Text(CharacterCount(text), '?'));
     }
 }
 
 TEST(CodePage, ACharacterThatThePageLacksBecomesAQuestionMark) {
     const CodePage& page = CodePage::Of(1252);
-    EXPECT_EQ(page.Seen("5 Ω ± 3 µm"), "5 ? ± 3 µm");
+    EXPECT_EQ(page.Narrowed("5 Ω ± 3 µm"), "5 ? ± 3 µm");
     EXPECT_EQ(page.Encode("5 Ω"), "5 ?");
     EXPECT_FALSE(page.CanEncode("Ω"));
     EXPECT_TRUE(page.CanEncode("µ ±"));
@@ -144,7 +144,7 @@ TEST(CodePage, ACharacterThatThePageLacksBecomesAQuestionMark) {
 }
 
 TEST(CodePage, ACharacterOutsideTheFirstPlaneIsOneQuestionMark) {
-    EXPECT_EQ(CodePage::Of(1252).Seen("a😀b"), "a?b");
+    EXPECT_EQ(CodePage::Of(1252).Narrowed("a😀b"), "a?b");
     EXPECT_EQ(CodePage::Of(1252).Encode("a😀b"), "a?b");
 }
 
@@ -165,7 +165,7 @@ TEST(CodePage, BrokenTextNeverReachesAFile) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.label);
         EXPECT_EQ(CodePage::Of(1252).Encode(c.text), c.bytes);
-        EXPECT_EQ(CodePage::Of(1252).Seen(c.text), c.bytes);
+        EXPECT_EQ(CodePage::Of(1252).Narrowed(c.text), c.bytes);
         EXPECT_FALSE(CodePage::Of(1252).CanEncode(c.text));
     }
 }

@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 
 namespace kd {
 namespace {
 
 /// Five views of two applications, of which three have changes.
-struct DialogDesk : TestDesk {
+struct DialogDesk : TestMachine {
     DialogDesk() {
         Add("/a/plant.kdt", "", 0, true);
         Add("/a/plant.kdt", "Inlet", 1, false);
@@ -173,7 +173,7 @@ TEST(frmCommitTest, TheCheckBoxSelectsAndDeselectsAllAndFromGreySelects) {
 }
 
 TEST(frmCommitTest, WithoutChangedViewsTheListIsEmptyAndTheBoxChecked) {
-    TestDesk t;
+    TestMachine t;
     frmCommit form(t.g);
     t.toolkit.ExpectBox("You must select at least one application!", BoxIcon::Exclamation, "KD LimitDesk");
     t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& shown) {

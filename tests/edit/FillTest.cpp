@@ -212,7 +212,7 @@ TEST_F(FillTest, RefusalNamesTheOffendingColumnOfSeveral) {
     EXPECT_FALSE(ChangesMade());
 }
 
-TEST_F(FillTest, DialogStartsWithTheWalksFirstCellNotWithTheCurrentOne) {
+TEST_F(FillTest, DialogStartsWithTheSelectionsFirstCellNotWithTheCurrentOne) {
     AddUnits({"top", "bottom"});
     Select(2, cnUnits, 1, cnUnits);
     Expect([](frmFill& form) {

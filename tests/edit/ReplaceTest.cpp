@@ -279,7 +279,7 @@ TEST_F(ReplaceTest, CellsWithoutAMatchAreNeitherJudgedNorWritten) {
     EXPECT_FALSE(Marked(1, cnReportType));
 }
 
-TEST_F(ReplaceTest, DialogStartsWithTheWalksFirstCellNotWithTheCurrentOne) {
+TEST_F(ReplaceTest, DialogStartsWithTheSelectionsFirstCellNotWithTheCurrentOne) {
     AddUnits({"top", "bottom"});
     Select(2, cnUnits, 1, cnUnits);
     Expect([](frmReplace& form) {

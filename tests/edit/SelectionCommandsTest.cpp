@@ -106,19 +106,19 @@ struct SelectionCommandsTest : testing::TestWithParam<Case>, FillDesk {
     }
 };
 
-TEST_P(SelectionCommandsTest, CopyTakesTheWalksCells) {
+TEST_P(SelectionCommandsTest, CopyTakesTheSelectionsCells) {
     Copy(desk);
     EXPECT_EQ(suite.clipboard, WantedBlock());
     EXPECT_FALSE(ChangesMade());
 }
 
-TEST_P(SelectionCommandsTest, CutTakesAndBlanksTheWalksCells) {
+TEST_P(SelectionCommandsTest, CutTakesAndBlanksTheSelectionsCells) {
     Cut(desk);
     EXPECT_EQ(suite.clipboard, WantedBlock());
     ExpectWritten("");
 }
 
-TEST_P(SelectionCommandsTest, RestorePutsTheWalksCellsBack) {
+TEST_P(SelectionCommandsTest, RestorePutsTheSelectionsCellsBack) {
     for (std::int32_t row = 1; row <= Size; ++row) {
         for (std::int32_t column = 1; column <= Size; ++column) {
             SetCellValue(desk, row, Position(Number(column)), "edited");
@@ -134,7 +134,7 @@ TEST_P(SelectionCommandsTest, RestorePutsTheWalksCellsBack) {
     }
 }
 
-TEST_P(SelectionCommandsTest, FillWritesTheWalksCells) {
+TEST_P(SelectionCommandsTest, FillWritesTheSelectionsCells) {
     if (!IsNothing()) {
         ExpectConstant("filled");
     }
@@ -142,7 +142,7 @@ TEST_P(SelectionCommandsTest, FillWritesTheWalksCells) {
     ExpectWritten("filled");
 }
 
-TEST_P(SelectionCommandsTest, ReplaceWritesTheWalksCellsOfOneColumn) {
+TEST_P(SelectionCommandsTest, ReplaceWritesTheSelectionsCellsOfOneColumn) {
     if (GetParam().columns.size() > 1) {
         toolkit.ExpectBox("Can only replace within a single column.", BoxIcon::Exclamation);
         Replace(desk, memory);

@@ -7,7 +7,7 @@
 #include "appfiles/LoadApplications.h"
 #include "appfiles/SchemaKeys.h"
 #include "base/Numbers.h"
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "grid/ColumnCatalogue.h"
 #include "grid/Desk.h"
 
@@ -157,7 +157,7 @@ inline void SetCatalogue(Globals& g, const std::vector<Text>& names) {
 }
 
 /// A test desk with the main form's controls, the catalogue's two rules and the column catalogue.
-struct LoadedDesk : TestDesk {
+struct LoadedDesk : TestMachine {
     Desk desk{g};
 
     LoadedDesk() {

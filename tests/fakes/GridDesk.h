@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "grid/ColumnCatalogue.h"
 #include "grid/Desk.h"
 #include "grid/RowFill.h"
@@ -25,7 +25,7 @@ public:
 };
 
 /// A desk with the catalogue, a laid-out grid and one view; each variable that is added gets its row.
-struct GridDesk : TestDesk {
+struct GridDesk : TestMachine {
     Desk desk{g};
 
     GridDesk() {

@@ -2,7 +2,7 @@
 
 #include "admin/frmApplicationAdmin.h"
 #include "fakes/FailingFiles.h"
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "lifecycle/FirstStart.h"
 #include "lifecycle/Settings.h"
 #include "lifecycle/frmKDLimitDesk.h"
@@ -16,7 +16,7 @@ using Kind = FailingFiles::Kind;
 constexpr const char* SettingsFile = "/home/anna/kd6/KDLimitDesk.IKD";
 
 /// The program over a disk with a fault.
-struct FaultyDesk : TestDesk {
+struct FaultyDesk : TestMachine {
     FaultyDesk() {
         files.MakeFolder("/home/anna/kd6");
         WriteSettings(g, SettingsFile);

@@ -8,7 +8,7 @@
 #include "fakes/Builders.h"
 #include "fakes/FakeServices.h"
 #include "fakes/MemoryFiles.h"
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "faults/CommitScene.h"
 #include "lifecycle/Settings.h"
 #include "model/modKDLimitDesk.h"
@@ -124,7 +124,7 @@ TEST(SizeTest, TheGreatestLengthWithoutBoundsIsRefusedAtTheFirstVariable) {
 
 TEST(SizeTest, ThousandsOfApplicationsInTheSettingsAreReadAndWritten) {
     AtSizes("applications in the settings", 10'000, 500, [](std::size_t count) {
-        TestDesk t;
+        TestMachine t;
         std::string text = "[FILES]\r\n";
         for (std::size_t application = count; application > 0; --application) {
             text += "File=/apps/" + std::to_string(application) + ".kdt\r\n";

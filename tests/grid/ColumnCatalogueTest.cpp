@@ -39,7 +39,7 @@ TEST(ColumnCatalogueTest, HoldsAllColumnsInOrder) {
                                  {"InputFile", "L", true, false},   {"OutputFile", "L", true, false},
                                  {"HelpFile", "L", true, false},    {"Calculation", "L", true, false},
                                  {"UCase", "L", true, false}};
-    TestDesk desk;
+    TestMachine desk;
     BuildColumnCatalogue(desk.g);
     ASSERT_EQ(desk.g.gLabels->Count(), ColumnCount);
     ASSERT_EQ(std::ssize(expected), ColumnCount) << "a column that nobody looks at";
@@ -55,7 +55,7 @@ TEST(ColumnCatalogueTest, HoldsAllColumnsInOrder) {
 }
 
 TEST(ColumnCatalogueTest, BuildingAnewTakesNewRecordsAndDropsFilters) {
-    TestDesk desk;
+    TestMachine desk;
     BuildColumnCatalogue(desk.g);
     const auto before = desk.g.gLabels;
     before->Ref(9).Filters()->Add("1", true);

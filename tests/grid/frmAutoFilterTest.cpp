@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 
 namespace kd {
 namespace {
@@ -14,7 +14,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-struct FilterDialog : TestDesk {
+struct FilterDialog : TestMachine {
     frmAutoFilter form{g};
 
     void Offer(const std::vector<std::pair<Text, bool>>& entries) {

@@ -13,8 +13,8 @@
 #include "guided/MainJob.h"
 #include "guided/Snapshot.h"
 #include "qt/Application.h"
-#include "qt/services/DeskStyle.h"
 #include "qt/services/QtText.h"
+#include "qt/services/ReadableStyle.h"
 #include "qt/services/WindowSystem.h"
 
 namespace {
@@ -26,17 +26,17 @@ void Print(const std::string& line) {
     std::fflush(stdout);
 }
 
-ApplicationPlaces PlacesBeside(const QString& samples) {
+ApplicationFolders FoldersBeside(const QString& samples) {
     const QDir root(QDir(samples).absoluteFilePath(QStringLiteral("..")));
-    ApplicationPlaces places;
+    ApplicationFolders folders;
     const QString bin = QDir::cleanPath(root.absoluteFilePath(QStringLiteral("bin")));
-    places.programPath = FromQt(bin + QStringLiteral("/KDLimitDesk"));
-    places.suite.settingsFolder =
+    folders.programPath = FromQt(bin + QStringLiteral("/KDLimitDesk"));
+    folders.suite.settingsFolder =
         FromQt(QDir::cleanPath(root.absoluteFilePath(QStringLiteral("config/kd6"))));
-    places.suite.applicationsFolder = FromQt(QDir(samples).absolutePath());
-    places.suite.programDataFolder = FromQt(bin);
-    places.suite.helpFolder = FromQt(bin + QStringLiteral("/help"));
-    return places;
+    folders.suite.applicationsFolder = FromQt(QDir(samples).absolutePath());
+    folders.suite.programDataFolder = FromQt(bin);
+    folders.suite.helpFolder = FromQt(bin + QStringLiteral("/help"));
+    return folders;
 }
 
 /// A dark desktop's colours, for pictures of it.
@@ -66,11 +66,11 @@ int main(int argc, char** argv) {
     // Whatever the user's language: the samples are western text. (Windows takes its language from
     // elsewhere.)
     qputenv("LC_ALL", "C.UTF-8");
-    DeskStyle::AskForDarkColours();
+    ReadableStyle::AskForDarkColours();
     WindowSystem::PreferX11();
     const QApplication loop(argc, argv);
     WindowSystem::ForgetChoice();
-    DeskStyle::Settle();
+    ReadableStyle::Settle();
     QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
     QApplication::setQuitOnLastWindowClosed(false);
     QCommandLineParser options;
@@ -100,7 +100,7 @@ int main(int argc, char** argv) {
         {"diesel.kdt", 0, "Density at 15 °C", {}, "844.9", {}},
         {"water.kdt6", 1, "Lead", {}, "4.5", "2000"},
     };
-    Application program(PlacesBeside(samples));
+    Application program(FoldersBeside(samples));
     Guide guide(program, options.value(QStringLiteral("pictures")), Print);
     guide.TakePicturesWith(
         options.value(QStringLiteral("camera")).split(QLatin1Char(' '), Qt::SkipEmptyParts));

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "SourceFolder.h"
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "help/ShowHelpTopic.h"
 #include "lifecycle/frmKDLimitDesk.h"
 #include "model/PropertyTable.h"
@@ -121,7 +121,7 @@ TEST(HelpPages, EveryPictureIsUsedAndDescribed) {
 }
 
 TEST(HelpPages, EveryEntryOfTheMenusHasItsHeading) {
-    TestDesk desk;
+    TestMachine desk;
     const frmKDLimitDesk form(desk.g);
     const std::string html = TextOf(HelpFolder / "commands.html");
     std::size_t entries = 0;

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "base/cError.h"
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "model/modKDLimitDesk.h"
 
 namespace kd {
@@ -13,7 +13,7 @@ namespace {
 using testing::ElementsAre;
 
 TEST(ShowHelpTopic, NamesTheCatalogueLoadsItFindsTheTopicAndOpensIt) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.helpTopics["Documentation"] = 0;
     modKDLimitDesk::ShowHelpTopic(desk.g, modKDLimitDesk::DocumentationTopic);
     EXPECT_THAT(desk.suite.log, ElementsAre("SetFileName /opt/kd/help/KDLimitDeskHelp.xml", "LoadIndex",
@@ -21,7 +21,7 @@ TEST(ShowHelpTopic, NamesTheCatalogueLoadsItFindsTheTopicAndOpensIt) {
 }
 
 TEST(ShowHelpTopic, EachLookupIsMadeAnew) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.helpTopics["Documentation"] = 0;
     modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
     modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
@@ -30,7 +30,7 @@ TEST(ShowHelpTopic, EachLookupIsMadeAnew) {
 }
 
 TEST(ShowHelpTopic, UnknownTopicEndsSilently) {
-    TestDesk desk;
+    TestMachine desk;
     modKDLimitDesk::ShowHelpTopic(desk.g, "Video Tutorials");
     EXPECT_THAT(desk.suite.log, ElementsAre("SetFileName /opt/kd/help/KDLimitDeskHelp.xml", "LoadIndex",
                                             "FindTopic Video Tutorials"));
@@ -38,21 +38,21 @@ TEST(ShowHelpTopic, UnknownTopicEndsSilently) {
 }
 
 TEST(ShowHelpTopic, FolderThatEndsInItsDelimiterGetsNoSecondOne) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.helpFolder = "/opt/kd/help/";
     modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
     EXPECT_EQ(desk.suite.log.at(0), "SetFileName /opt/kd/help/KDLimitDeskHelp.xml");
 }
 
 TEST(ShowHelpTopic, CatalogueIsNamedAsTheProgramWithoutItsExtension) {
-    TestDesk desk;
+    TestMachine desk;
     desk.environment.programPath = "/opt/kd/Limits.Tool.exe";
     modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
     EXPECT_EQ(desk.suite.log.at(0), "SetFileName /opt/kd/help/Limits.ToolHelp.xml");
 }
 
 TEST(ShowHelpTopic, MissingCatalogueIsRaisedToTheCaller) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.helpIndexMissing = true;
     try {
         modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "help/Maker.h"
 
 namespace kd {
@@ -13,7 +13,7 @@ using testing::ElementsAre;
 using testing::StartsWith;
 
 /// Shows the box and does something in it.
-void Show(TestDesk& desk, frmAbout& about, const std::function<void(frmAbout&)>& user) {
+void Show(TestMachine& desk, frmAbout& about, const std::function<void(frmAbout&)>& user) {
     desk.toolkit.ExpectForm<frmAbout>("frmAbout", [user](frmAbout& form) {
         user(form);
         form.cmdOk.UserClick();
@@ -22,7 +22,7 @@ void Show(TestDesk& desk, frmAbout& about, const std::function<void(frmAbout&)>&
 }
 
 TEST(frmAbout, ShowsTitleVersionAndMaker) {
-    TestDesk desk;
+    TestMachine desk;
     frmAbout about(desk.g);
     Show(desk, about, [](frmAbout& form) {
         EXPECT_EQ(form.Caption(), "About");
@@ -36,7 +36,7 @@ TEST(frmAbout, ShowsTitleVersionAndMaker) {
 }
 
 TEST(frmAbout, OpensInTheMiddleOfTheScreen) {
-    TestDesk desk;
+    TestMachine desk;
     frmAbout about(desk.g);
     EXPECT_FALSE(about.OwnPlace().has_value());
 }
@@ -61,7 +61,7 @@ TEST(frmAbout, MakersDataAreSixLinesWithTelephoneAndFax) {
 }
 
 TEST(frmAbout, WebsiteOpensTheTextThatIsShown) {
-    TestDesk desk;
+    TestMachine desk;
     frmAbout about(desk.g);
     Show(desk, about, [](frmAbout& form) {
         form.lblWebsite.SetCaption("https://shown.example.com/a b");
@@ -71,7 +71,7 @@ TEST(frmAbout, WebsiteOpensTheTextThatIsShown) {
 }
 
 TEST(frmAbout, EmailOpensAMailWithTheTitleAsSubjectAndNothingEscaped) {
-    TestDesk desk;
+    TestMachine desk;
     frmAbout about(desk.g);
     Show(desk, about, [](frmAbout& form) {
         form.lblEmail.SetCaption("help desk@example.com");
@@ -81,7 +81,7 @@ TEST(frmAbout, EmailOpensAMailWithTheTitleAsSubjectAndNothingEscaped) {
 }
 
 TEST(frmAbout, NothingIsSaidWhetherALinkOpensOrNot) {
-    TestDesk desk;
+    TestMachine desk;
     frmAbout about(desk.g);
     Show(desk, about, [](frmAbout& form) {
         form.lblWebsite.UserClick();
@@ -91,7 +91,7 @@ TEST(frmAbout, NothingIsSaidWhetherALinkOpensOrNot) {
 }
 
 TEST(frmAbout, EachShowingFillsTheLabelsAnew) {
-    TestDesk desk;
+    TestMachine desk;
     frmAbout about(desk.g);
     Show(desk, about, [](frmAbout& form) {
         form.lblVersion.SetCaption("touched");

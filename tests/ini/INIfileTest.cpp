@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 
 namespace kd {
 namespace {
 
 /// A file system with one file, and an INIfile over it.
-struct IniDesk : TestDesk {
+struct IniDesk : TestMachine {
     INIfile ini{files, locale};
 
     void Load(std::string bytes) {

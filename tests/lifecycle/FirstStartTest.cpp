@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/Paths.h"
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "lifecycle/Settings.h"
 #include "lifecycle/StartUp.h"
 
@@ -14,7 +14,7 @@ using namespace modKDLimitDesk;
 
 class FirstStartTest : public testing::Test {
 protected:
-    TestDesk desk;
+    TestMachine desk;
     const Text installed = "/usr/share/kdlimitdesk/samples";
     const Text own = "/home/anna/.local/share/kdlimitdesk/samples";
 
@@ -110,7 +110,7 @@ TEST_F(FirstStartTest, WantOfMemoryIsAFailureLikeAnyOther) {
 TEST_F(FirstStartTest, ACopyThatFailsLeavesNeitherFolderNorSettings) {
     int failed = 0;
     for (int operation = 1; operation < 50; ++operation) {
-        TestDesk fresh;
+        TestMachine fresh;
         fresh.files.MakeFolder(paths::Folder(SettingsPath(fresh.g)));
         fresh.files.Put(installed + "/water.kdt6", "template");
         fresh.files.Put(installed + "/water.KDV6.V1", "view");

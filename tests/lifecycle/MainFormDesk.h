@@ -7,7 +7,7 @@
 
 #include "admin/frmApplicationAdmin.h"
 #include "fakes/Builders.h"
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "lifecycle/frmKDLimitDesk.h"
 
 namespace kd {
@@ -67,7 +67,7 @@ private:
 };
 
 /// The main form over fakes that share one log.
-struct MainFormDesk : TestDesk {
+struct MainFormDesk : TestMachine {
     static constexpr const char* Settings = "/home/anna/kd6/KDLimitDesk.IKD";
     static constexpr const char* Fallback = "/opt/kd/KDLimitDesk.ini";
 
@@ -90,7 +90,7 @@ struct MainFormDesk : TestDesk {
     }
     /// An application of one variable whose files lie on the disk; its path.
     Text Install(const Text& path, const FieldBuilder& field = aField()) {
-        TestDesk shelf;
+        TestMachine shelf;
         const auto application = anApplication(path).Title("Plant").Field(field);
         application.PutInto(shelf);
         for (const Text& file : shelf.files.Paths()) {

@@ -21,7 +21,7 @@ constexpr std::int32_t ColUsl = 9;
 constexpr std::int32_t ColSample = 24;
 
 /// The main form over one application with three variables, loaded: every command as the user reaches it.
-struct MenuCommandsTest : testing::Test, TestDesk {
+struct MenuCommandsTest : testing::Test, TestMachine {
     frmKDLimitDesk form{g};
     Desk& desk = form.Controls();
     VSFlexGrid& grid = desk.Grid;

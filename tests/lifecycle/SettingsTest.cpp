@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 
 namespace kd {
 namespace {
@@ -49,7 +49,7 @@ protected:
         return paths;
     }
 
-    TestDesk desk;
+    TestMachine desk;
 };
 
 using Texts = std::vector<Text>;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "model/modKDLimitDesk.h"
 
 namespace kd {
@@ -11,7 +11,7 @@ namespace {
 using namespace modKDLimitDesk;
 
 TEST(StartUpTest, TheRuleCatalogueBecomesNamesLettersAndABlock) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.rules = {"X one", "Y", "Z"};
     LoadRuleCatalogue(desk.g);
     EXPECT_EQ(desk.g.gRuleNames, "X one,Y,Z");
@@ -21,7 +21,7 @@ TEST(StartUpTest, TheRuleCatalogueBecomesNamesLettersAndABlock) {
 }
 
 TEST(StartUpTest, AnEmptyRuleCatalogueGivesABareBlock) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.rules.clear();
     desk.g.gRuleNames = "old";
     desk.g.gRuleLetters = "A";
@@ -32,21 +32,21 @@ TEST(StartUpTest, AnEmptyRuleCatalogueGivesABareBlock) {
 }
 
 TEST(StartUpTest, PastTheTwentySixthRuleTheCodesRunOn) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.rules.assign(28, "r");
     LoadRuleCatalogue(desk.g);
     EXPECT_EQ(desk.g.gRuleLetters, "ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\");
 }
 
 TEST(StartUpTest, RuleLettersPastAsciiAreTheCodePages) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.rules.assign(64, "r");  // the last one has the code 128
     LoadRuleCatalogue(desk.g);
     EXPECT_TRUE(desk.g.gRuleLetters.ends_with("~\x7F\xE2\x82\xAC")) << desk.g.gRuleLetters;
 }
 
 TEST(StartUpTest, WhereTheCodePageEndsRulesHaveNoLetter) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.rules.assign(191, "r");  // the last one has the code 255
     LoadRuleCatalogue(desk.g);
     const Text whole = desk.g.gRuleLetters;
@@ -57,7 +57,7 @@ TEST(StartUpTest, WhereTheCodePageEndsRulesHaveNoLetter) {
 }
 
 TEST(StartUpTest, AnEmptyFirstNameLeavesNoTraceInTheJoinedNames) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.rules = {"", "Trend", "", "Run"};
     LoadRuleCatalogue(desk.g);
     EXPECT_EQ(desk.g.gRuleNames, "Trend,,Run");
@@ -65,7 +65,7 @@ TEST(StartUpTest, AnEmptyFirstNameLeavesNoTraceInTheJoinedNames) {
 }
 
 TEST(StartUpTest, WithoutALoginTheUserIsTheEnvironments) {
-    TestDesk desk;
+    TestMachine desk;
     EXPECT_EQ(GetUserName(desk.g, 7), "anna");
     desk.environment.variables["USERNAME"] = "";
     EXPECT_EQ(GetUserName(desk.g, 7), "");
@@ -73,7 +73,7 @@ TEST(StartUpTest, WithoutALoginTheUserIsTheEnvironments) {
 }
 
 TEST(StartUpTest, ARequiredLoginIsPromptedForAndGivesItsName) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.loginRequired = true;
     desk.suite.login = {"berta", true};
     EXPECT_EQ(GetUserName(desk.g, 7), "berta");
@@ -81,7 +81,7 @@ TEST(StartUpTest, ARequiredLoginIsPromptedForAndGivesItsName) {
 }
 
 TEST(StartUpTest, ADismissedOrFailedLoginGivesNoName) {
-    TestDesk desk;
+    TestMachine desk;
     desk.suite.loginRequired = true;
     EXPECT_EQ(GetUserName(desk.g, 7), "") << "dismissed";
     desk.suite.login = {"berta", false};
@@ -89,7 +89,7 @@ TEST(StartUpTest, ADismissedOrFailedLoginGivesNoName) {
 }
 
 TEST(StartUpTest, TheSettingsLieInTheSettingsFolderUnderTheProgramsName) {
-    TestDesk desk;
+    TestMachine desk;
     EXPECT_EQ(SettingsPath(desk.g), "/home/anna/kd6/KDLimitDesk.IKD");
     desk.environment.programPath = "/opt/kd/KDLimitDesk.exe";
     EXPECT_EQ(SettingsPath(desk.g), "/home/anna/kd6/KDLimitDesk.IKD");
@@ -106,7 +106,7 @@ TEST(StartUpTest, SettingsAreNamedAsTheProgram) {
         {"/opt/kd.6/Tool", "/home/anna/kd6/Tool.IKD", "/opt/kd.6/Tool.ini"},
         {"/Tool", "/home/anna/kd6/Tool.IKD", "/Tool.ini"},
     };
-    TestDesk desk;
+    TestMachine desk;
     for (const Case& each : cases) {
         desk.environment.programPath = each.program;
         EXPECT_EQ(SettingsPath(desk.g), each.settings) << each.program;
@@ -117,7 +117,7 @@ TEST(StartUpTest, SettingsAreNamedAsTheProgram) {
 }
 
 TEST(StartUpTest, TheSuitesContextIsOpenedOnceAndKept) {
-    TestDesk desk;
+    TestMachine desk;
     KDSuiteContext& first = GetSuiteContext(desk.g);
     EXPECT_EQ(&GetSuiteContext(desk.g), &first);
     EXPECT_EQ(desk.suite.contextCalls, (std::vector<Text>{"create", "SetSystemCode KD6", "OpenContext"}));

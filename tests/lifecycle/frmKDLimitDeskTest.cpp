@@ -23,7 +23,7 @@ Text SettingsWith(const std::vector<Text>& paths) {
 }
 
 /// A machine with one application, which the settings list.
-struct StartDesk : TestDesk {
+struct StartDesk : TestMachine {
     StartDesk() {
         anApplication().Field(aField().Usl(12.5)).View("Line 1", 1).Field(aField()).PutInto(*this);
         g.gMasterFiles->Clear();

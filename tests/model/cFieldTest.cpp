@@ -7,7 +7,7 @@
 #include <map>
 #include <set>
 
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "model/FieldProperties.h"
 #include "model/PropertyTable.h"
 #include "model/modKDLimitDesk.h"
@@ -48,7 +48,7 @@ protected:
         return 0;
     }
 
-    TestDesk desk;
+    TestMachine desk;
     cField field;
 };
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 
 namespace kd {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 using namespace modKDLimitDesk;
 
 TEST(modKDLimitDeskTest, SuiteContextIsMadeOnceOnFirstUse) {
-    TestDesk desk;
+    TestMachine desk;
     EXPECT_TRUE(desk.suite.contextCalls.empty());
     KDSuiteContext& first = GetSuiteContext(desk.g);
     EXPECT_EQ(desk.suite.contextCalls, (std::vector<Text>{"create", "SetSystemCode KD6", "OpenContext"}));
@@ -31,14 +31,14 @@ TEST(modKDLimitDeskTest, ChangeFileExtensionGoesByTheFileName) {
                           {"C:\\da.ta\\plant", ".IKD", "C:\\da.ta\\plant.IKD"},
                           {"a.b.kdt", ".KDL", "a.b.KDL"},
                           {".kdt", ".V1", ".V1"}};
-    TestDesk desk;
+    TestMachine desk;
     for (const Case& c : cases) {
         EXPECT_EQ(ChangeFileExtension(desk.g, c.path, c.extension), c.changed) << c.path;
     }
 }
 
 TEST(modKDLimitDeskTest, AnyChangesIsTrueForOneChangedView) {
-    TestDesk desk;
+    TestMachine desk;
     EXPECT_FALSE(AnyChanges(desk.g)) << "no view at all";
     const auto first = desk.g.gFiles->Add("a.kdt", "a", "", 0);
     const auto last = desk.g.gFiles->Add("a.kdt", "a", "x", 1);

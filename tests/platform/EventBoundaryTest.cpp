@@ -5,7 +5,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 
 namespace kd {
 namespace {
@@ -19,7 +19,7 @@ TEST(EventBoundaryTest, WordsOfAFailure) {
 }
 
 TEST(EventBoundaryTest, HandlerThatEndsWellSaysNothing) {
-    TestDesk desk;
+    TestMachine desk;
     int ran = 0;
     int putBack = 0;
     EXPECT_TRUE(AtEventBoundary(
@@ -30,7 +30,7 @@ TEST(EventBoundaryTest, HandlerThatEndsWellSaysNothing) {
 }
 
 TEST(EventBoundaryTest, FailureIsToldInOneCriticalBoxAfterAllIsPutBack) {
-    TestDesk desk;
+    TestMachine desk;
     desk.toolkit.ExpectBox("Run-time error '53':\r\n\r\nFile not found\r\na.kdt", BoxIcon::Critical,
                            "KDLimitDesk");
     EXPECT_FALSE(AtEventBoundary(
@@ -45,13 +45,13 @@ TEST(EventBoundaryTest, FailureIsToldInOneCriticalBoxAfterAllIsPutBack) {
 }
 
 TEST(EventBoundaryTest, NothingToPutBackIsFine) {
-    TestDesk desk;
+    TestMachine desk;
     desk.toolkit.ExpectBox("Run-time error '9':\r\n\r\nSubscript out of range", BoxIcon::Critical);
     EXPECT_FALSE(AtEventBoundary(desk.platform, nullptr, [] { throw cError(errSubscript, "x"); }));
 }
 
 TEST(EventBoundaryTest, OtherFailuresGetANumberToo) {
-    TestDesk desk;
+    TestMachine desk;
     desk.toolkit.ExpectBox("Run-time error '7':\r\n\r\nOut of memory", BoxIcon::Critical);
     EXPECT_FALSE(AtEventBoundary(desk.platform, nullptr, [] { throw std::bad_alloc(); }));
     desk.toolkit.ExpectBox("Run-time error '5':\r\n\r\nodd", BoxIcon::Critical);

@@ -32,7 +32,7 @@ protected:
         ASSERT_TRUE(QFile::copy(samples.filePath("Rules.ini"), folder.filePath("program/Rules.ini")));
     }
     Text Path(const char* name) const { return FromQt(folder.filePath(name)); }
-    ApplicationPlaces Places() const {
+    ApplicationFolders Folders() const {
         return {Path("program/KDLimitDesk"),
                 {Path("config/kd6"), Path("apps"), Path("program/help"), Path("program")}};
     }
@@ -49,7 +49,7 @@ protected:
 
 TEST_F(ApplicationTest, CancelOfTheFirstDialogEndsTheProgramWithoutAWindow) {
     ListApplications({"dairy.kdt6"});
-    Application program(Places());
+    Application program(Folders());
     NextModal admin([](QWidget& window) {
         EXPECT_EQ(window.objectName(), "frmApplicationAdmin");
         Press(Qt::Key_Escape);
@@ -60,7 +60,7 @@ TEST_F(ApplicationTest, CancelOfTheFirstDialogEndsTheProgramWithoutAWindow) {
 
 TEST_F(ApplicationTest, OkLoadsAndShowsTheWindow) {
     ListApplications({"dairy.kdt6"});
-    Application program(Places());
+    Application program(Folders());
     NextModal admin([](QWidget&) { Press(Qt::Key_Return); });
     ASSERT_TRUE(program.Start());
     EXPECT_TRUE(program.Window().isVisible());
@@ -76,7 +76,7 @@ TEST_F(ApplicationTest, OkLoadsAndShowsTheWindow) {
 
 TEST_F(ApplicationTest, StartWhoseLoadStopsBeforeTheWindowIsShownShowsItAllTheSame) {
     ListApplications({"dairy.kdt6"});
-    Application program(Places());
+    Application program(Folders());
     program.Form().Controls().mnuShowPaths.OnChanged = [] {
         throw cError(errOutOfMemory, "ApplicationTest");
     };
@@ -93,10 +93,10 @@ TEST_F(ApplicationTest, StartWhoseLoadStopsBeforeTheWindowIsShownShowsItAllTheSa
 }
 
 TEST_F(ApplicationTest, FirstStartOfAnInstalledProgramOffersCopiesOfItsSamples) {
-    ApplicationPlaces places = Places();
-    places.installedSamples = Path("apps");
-    places.ownSamples = Path("own/samples");
-    Application program(places);
+    ApplicationFolders folders = Folders();
+    folders.installedSamples = Path("apps");
+    folders.ownSamples = Path("own/samples");
+    Application program(folders);
     NextModal admin([](QWidget&) { Press(Qt::Key_Return); });
     ASSERT_TRUE(program.Start());
     EXPECT_TRUE(
@@ -107,7 +107,7 @@ TEST_F(ApplicationTest, FirstStartOfAnInstalledProgramOffersCopiesOfItsSamples) 
 }
 
 TEST_F(ApplicationTest, IconIsThereInAllSizes) {
-    const Application program(Places());
+    const Application program(Folders());
     for (const int size : {16, 32, 48, 256}) {
         EXPECT_TRUE(QApplication::windowIcon().availableSizes().contains(QSize(size, size))) << size;
     }
@@ -115,7 +115,7 @@ TEST_F(ApplicationTest, IconIsThereInAllSizes) {
 
 TEST_F(ApplicationTest, MissingHelpIsToldInABoxOverTheDialog) {
     ListApplications({"dairy.kdt6"});
-    Application program(Places());
+    Application program(Folders());
     QString text;
     NextModal admin([&](QWidget& window) {
         {

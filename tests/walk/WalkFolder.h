@@ -38,7 +38,7 @@ public:
         }
     }
 
-    ApplicationPlaces Places() const {
+    ApplicationFolders Folders() const {
         const Text root = FromQt(m_folder.path());
         return {root + "/program/KDLimitDesk",
                 {root + "/config", root + "/apps", root + "/program/help", root + "/program"}};

@@ -19,7 +19,7 @@ int Number(const char* name, int otherwise) {
 }
 
 /// A walk that never comes by somewhere proves nothing about it.
-constexpr auto Places = std::to_array<const char*>({"cell edited",
+constexpr auto Happenings = std::to_array<const char*>({"cell edited",
                                                     "clicks",
                                                     "command mnuApplications",
                                                     "command mnuClearFilters",
@@ -56,13 +56,13 @@ constexpr auto Places = std::to_array<const char*>({"cell edited",
                                                     "windows closed by their frame"});
 
 std::vector<std::string> NeverReached(const Walker& walker) {
-    std::vector<std::string> places;
-    for (const char* const place : Places) {
-        if (!walker.Reached().contains(place)) {
-            places.emplace_back(place);
+    std::vector<std::string> missing;
+    for (const char* const happening : Happenings) {
+        if (!walker.Reached().contains(happening)) {
+            missing.emplace_back(happening);
         }
     }
-    return places;
+    return missing;
 }
 
 void Print(const Walker& walker, int events, int runs) {
@@ -83,14 +83,15 @@ TEST(WalkTest, WhateverTheUserDoesGridRecordsMarksAndFilesStayInOrder) {
     int events = 0;
     int runs = 0;
     // A run may come to its end by the user's own doing; then the next one begins, with the full list. How
-    // soon a rare place comes up hangs on the machine a little, so the walk goes on until it has seen all.
+    // soon a rare happening comes up hangs on the machine a little, so the walk goes on until it has seen
+    // all.
     const auto goesOn = [&] {
         return !testing::Test::HasFailure() &&
                (events < wanted || (events < 4 * wanted && !NeverReached(walker).empty()));
     };
     while (goesOn()) {
         folder.PutSettings();
-        Application program(folder.Places());
+        Application program(folder.Folders());
         events += walker.Walk(program, events < wanted ? wanted - events : 500);
         ASSERT_LT(++runs, wanted);
     }

@@ -46,7 +46,7 @@ protected:
 
     static constexpr std::int32_t Usl = 9;  // screen position
     const WalkFolder folder;
-    Application program{folder.Places()};
+    Application program{folder.Folders()};
     Globals& g = program.Data();
     VSFlexGrid& grid = program.Form().Controls().Grid;
     std::vector<std::string> found;

@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 
 #include "qt/forms/Binders.h"
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 
 namespace kd {
 
@@ -23,8 +23,8 @@ AboutDialog::AboutDialog(frmAbout& form, EventEdge& edge, QWidget* parent) : For
     auto* const title = new QLabel(this);
     auto* const version = new QLabel(this);
     auto* const company = new QLabel(this);
-    auto* const website = new LinkView(this);
-    auto* const email = new LinkView(this);
+    auto* const website = new LinkWidget(this);
+    auto* const email = new LinkWidget(this);
     auto* const ok = new QPushButton(this);
     QFont large = title->font();
     large.setPointSizeF(large.pointSizeF() * 1.4);

@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 
 #include "qt/forms/Binders.h"
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 #include "qt/grid/GridWidget.h"
 
 namespace kd {
@@ -29,7 +29,7 @@ QFont FilterFont(const QFont& around) {
 AdminDialog::AdminDialog(frmApplicationAdmin& form, EventEdge& edge, QWidget* parent)
     : FormDialog(form, edge, parent) {
     auto* const label = new QLabel(this);
-    auto* const filter = new ComboBoxView(this);
+    auto* const filter = new ComboBoxWidget(this);
     auto* const grid = new GridWidget(form.Grid, this, std::make_unique<ListManner>(form.Grid));
     const auto button = [&](Button& control, QChar mnemonic = {}) {
         auto* const made = new QPushButton(this);

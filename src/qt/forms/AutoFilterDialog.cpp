@@ -6,13 +6,13 @@
 #include <QVBoxLayout>
 
 #include "qt/forms/ListBinder.h"
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 
 namespace kd {
 
 AutoFilterDialog::AutoFilterDialog(frmAutoFilter& form, EventEdge& edge, QWidget* parent)
     : FormDialog(form, edge, parent) {
-    auto* const all = new CheckBoxView(this);
+    auto* const all = new CheckBoxWidget(this);
     auto* const list = new QListView(this);
     auto* const ok = new QPushButton(this);
     auto* const cancel = new QPushButton(this);

@@ -10,7 +10,7 @@
 #include <cmath>
 #include <limits>
 
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 #include "qt/services/QtText.h"
 
 namespace kd {
@@ -37,11 +37,11 @@ QString CaptionWithMnemonic(std::string_view caption, QChar mnemonic) {
 // --- what all have in common ------------------------------------------------------------------------------
 
 ControlBinder::ControlBinder(Control& control, QWidget& widget, EventEdge& edge)
-    : QObject(&widget), m_control(control), m_widget(widget), m_edge(edge) {
-    m_widget.setObjectName(ToQt(control.Name()));
-    m_widget.installEventFilter(this);
+    : QObject(&widget), m_control(control), m_anyWidget(widget), m_edge(edge) {
+    m_anyWidget.setObjectName(ToQt(control.Name()));
+    m_anyWidget.installEventFilter(this);
     m_control.OnChanged = [this] { Show(); };
-    m_control.OnFocusWanted = [this] { m_widget.setFocus(Qt::OtherFocusReason); };
+    m_control.OnFocusWanted = [this] { m_anyWidget.setFocus(Qt::OtherFocusReason); };
 }
 
 ControlBinder::~ControlBinder() {
@@ -50,16 +50,16 @@ ControlBinder::~ControlBinder() {
 }
 
 void ControlBinder::Show() {
-    m_widget.setEnabled(m_control.Enabled());
+    m_anyWidget.setEnabled(m_control.Enabled());
     // A widget that was never hidden comes with its window; showing it before it has one would open it alone.
-    const bool hidden = m_widget.isHidden() && m_widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
+    const bool hidden = m_anyWidget.isHidden() && m_anyWidget.testAttribute(Qt::WA_WState_ExplicitShowHide);
     if (hidden == m_control.Visible()) {
-        m_widget.setVisible(m_control.Visible());
+        m_anyWidget.setVisible(m_control.Visible());
     }
 }
 
 bool ControlBinder::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == &m_widget && event->type() == QEvent::FocusIn &&
+    if (watched == &m_anyWidget && event->type() == QEvent::FocusIn &&
         IsUserFocus(*static_cast<QFocusEvent*>(event))) {
         m_edge.Run([this] { m_control.UserFocus(); });
     }
@@ -69,11 +69,11 @@ bool ControlBinder::eventFilter(QObject* watched, QEvent* event) {
 // --- label ------------------------------------------------------------------------------------------------
 
 LabelBinder::LabelBinder(Label& control, QLabel& widget, EventEdge& edge, bool clickable)
-    : ControlBinder(control, widget, edge), m_label(control), m_view(widget), m_clickable(clickable) {
-    m_view.setTextFormat(Qt::PlainText);
+    : ControlBinder(control, widget, edge), m_label(control), m_widget(widget), m_clickable(clickable) {
+    m_widget.setTextFormat(Qt::PlainText);
     if (clickable) {
-        m_view.setFocusPolicy(Qt::StrongFocus);
-        m_view.setCursor(Qt::PointingHandCursor);
+        m_widget.setFocusPolicy(Qt::StrongFocus);
+        m_widget.setCursor(Qt::PointingHandCursor);
     }
     Show();
 }
@@ -82,18 +82,19 @@ void LabelBinder::Show() {
     ControlBinder::Show();
     QString text = ToQt(m_label.Caption());
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    m_view.setText(text);
-    if (dynamic_cast<StatusPanel*>(&m_view) != nullptr) {
-        m_view.setToolTip(ToPlainToolTip(text));
+    m_widget.setText(text);
+    if (dynamic_cast<StatusPanel*>(&m_widget) != nullptr) {
+        m_widget.setToolTip(ToPlainToolTip(text));
     }
 }
 
 bool LabelBinder::eventFilter(QObject* watched, QEvent* event) {
-    if (m_clickable && watched == &m_view) {
+    if (m_clickable && watched == &m_widget) {
         bool click = false;
         if (event->type() == QEvent::MouseButtonRelease) {
             const auto* mouse = static_cast<QMouseEvent*>(event);
-            click = mouse->button() == Qt::LeftButton && m_view.rect().contains(mouse->position().toPoint());
+            click =
+                mouse->button() == Qt::LeftButton && m_widget.rect().contains(mouse->position().toPoint());
         } else if (event->type() == QEvent::KeyPress) {
             const int key = static_cast<QKeyEvent*>(event)->key();
             click = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
@@ -109,19 +110,19 @@ bool LabelBinder::eventFilter(QObject* watched, QEvent* event) {
 // --- buttons ----------------------------------------------------------------------------------------------
 
 ButtonBinder::ButtonBinder(Button& control, QPushButton& widget, EventEdge& edge, QChar mnemonic)
-    : ControlBinder(control, widget, edge), m_button(control), m_view(widget), m_mnemonic(mnemonic) {
-    connect(&m_view, &QPushButton::clicked, this, [this] { Edge().Run([this] { m_button.UserClick(); }); });
+    : ControlBinder(control, widget, edge), m_button(control), m_widget(widget), m_mnemonic(mnemonic) {
+    connect(&m_widget, &QPushButton::clicked, this, [this] { Edge().Run([this] { m_button.UserClick(); }); });
     Show();
 }
 
 void ButtonBinder::Show() {
     ControlBinder::Show();
-    m_view.setText(CaptionWithMnemonic(m_button.Caption(), m_mnemonic));
+    m_widget.setText(CaptionWithMnemonic(m_button.Caption(), m_mnemonic));
 }
 
 CheckBoxBinder::CheckBoxBinder(CheckBox& control, QCheckBox& widget, EventEdge& edge, QChar mnemonic)
-    : ControlBinder(control, widget, edge), m_check(control), m_view(widget), m_mnemonic(mnemonic) {
-    connect(&m_view, &QCheckBox::clicked, this, [this] {
+    : ControlBinder(control, widget, edge), m_check(control), m_widget(widget), m_mnemonic(mnemonic) {
+    connect(&m_widget, &QCheckBox::clicked, this, [this] {
         Edge().Run([this] { m_check.UserClick(); });
         Show();
     });
@@ -130,16 +131,16 @@ CheckBoxBinder::CheckBoxBinder(CheckBox& control, QCheckBox& widget, EventEdge& 
 
 void CheckBoxBinder::Show() {
     ControlBinder::Show();
-    m_view.setText(CaptionWithMnemonic(m_check.Caption(), m_mnemonic));
-    m_view.setCheckState(m_check.Value() == csChecked  ? Qt::Checked
-                         : m_check.Value() == csGrayed ? Qt::PartiallyChecked
-                                                       : Qt::Unchecked);
+    m_widget.setText(CaptionWithMnemonic(m_check.Caption(), m_mnemonic));
+    m_widget.setCheckState(m_check.Value() == csChecked  ? Qt::Checked
+                           : m_check.Value() == csGrayed ? Qt::PartiallyChecked
+                                                         : Qt::Unchecked);
 }
 
 OptionButtonBinder::OptionButtonBinder(OptionButton& control, QRadioButton& widget, EventEdge& edge,
                                        QChar mnemonic)
-    : ControlBinder(control, widget, edge), m_option(control), m_view(widget), m_mnemonic(mnemonic) {
-    connect(&m_view, &QRadioButton::clicked, this, [this] {
+    : ControlBinder(control, widget, edge), m_option(control), m_widget(widget), m_mnemonic(mnemonic) {
+    connect(&m_widget, &QRadioButton::clicked, this, [this] {
         Edge().Run([this] { m_option.UserClick(); });
         Show();
     });
@@ -148,8 +149,8 @@ OptionButtonBinder::OptionButtonBinder(OptionButton& control, QRadioButton& widg
 
 void OptionButtonBinder::Show() {
     ControlBinder::Show();
-    m_view.setText(CaptionWithMnemonic(m_option.Caption(), m_mnemonic));
-    m_view.setChecked(m_option.Value());
+    m_widget.setText(CaptionWithMnemonic(m_option.Caption(), m_mnemonic));
+    m_widget.setChecked(m_option.Value());
 }
 
 OptionGroupBinder::OptionGroupBinder(OptionGroup& control, QWidget& box, std::vector<QRadioButton*> buttons,
@@ -198,14 +199,14 @@ bool OptionGroupBinder::eventFilter(QObject* watched, QEvent* event) {
 // --- text -------------------------------------------------------------------------------------------------
 
 TextBoxBinder::TextBoxBinder(TextBox& control, QLineEdit& widget, EventEdge& edge)
-    : ControlBinder(control, widget, edge), m_text(control), m_view(widget) {
-    connect(&m_view, &QLineEdit::textEdited, this,
+    : ControlBinder(control, widget, edge), m_text(control), m_widget(widget) {
+    connect(&m_widget, &QLineEdit::textEdited, this,
             [this](const QString& text) { Edge().Run([&] { m_text.UserType(FromQt(text)); }); });
-    m_text.OnSelectAll = [this] { m_view.selectAll(); };
-    m_view.setMaxLength(std::numeric_limits<int>::max());  // a text is never cut
+    m_text.OnSelectAll = [this] { m_widget.selectAll(); };
+    m_widget.setMaxLength(std::numeric_limits<int>::max());  // a text is never cut
     Show();
     if (m_text.TakeSelectAll()) {
-        m_view.selectAll();
+        m_widget.selectAll();
     }
 }
 
@@ -216,17 +217,17 @@ TextBoxBinder::~TextBoxBinder() {
 void TextBoxBinder::Show() {
     ControlBinder::Show();
     const QString text = ToQt(m_text.Value());
-    if (m_view.text() != text) {
-        m_view.setText(text);
+    if (m_widget.text() != text) {
+        m_widget.setText(text);
     }
 }
 
-ComboBoxBinder::ComboBoxBinder(ComboBox& control, ComboBoxView& widget, EventEdge& edge)
-    : ControlBinder(control, widget, edge), m_combo(control), m_view(widget) {
-    m_view.AboutToDropDown = [this] { Edge().Run([this] { m_combo.UserDropDown(); }); };
-    connect(&m_view, &QComboBox::editTextChanged, this,
+ComboBoxBinder::ComboBoxBinder(ComboBox& control, ComboBoxWidget& widget, EventEdge& edge)
+    : ControlBinder(control, widget, edge), m_combo(control), m_widget(widget) {
+    m_widget.AboutToDropDown = [this] { Edge().Run([this] { m_combo.UserDropDown(); }); };
+    connect(&m_widget, &QComboBox::editTextChanged, this,
             [this](const QString& text) { Edge().Run([&] { m_combo.UserType(FromQt(text)); }); });
-    connect(&m_view, &QComboBox::activated, this, [this](int index) {
+    connect(&m_widget, &QComboBox::activated, this, [this](int index) {
         if (index >= 0 && index < static_cast<int>(m_combo.Entries().size())) {
             Edge().Run([&] { m_combo.UserChoose(index); });
         }
@@ -236,33 +237,33 @@ ComboBoxBinder::ComboBoxBinder(ComboBox& control, ComboBoxView& widget, EventEdg
 
 void ComboBoxBinder::Show() {
     ControlBinder::Show();
-    const QSignalBlocker blocker(m_view);
+    const QSignalBlocker blocker(m_widget);
     if (m_shown != m_combo.Entries()) {
         m_shown = m_combo.Entries();
-        m_view.clear();
+        m_widget.clear();
         for (const Text& entry : m_shown) {
-            m_view.addItem(ToQt(entry));
+            m_widget.addItem(ToQt(entry));
         }
-        m_view.setCurrentIndex(-1);
+        m_widget.setCurrentIndex(-1);
     }
     const QString text = ToQt(m_combo.Value());
-    if (m_view.currentText() != text) {
-        m_view.setEditText(text);
+    if (m_widget.currentText() != text) {
+        m_widget.setEditText(text);
     }
 }
 
 // --- progress bar -----------------------------------------------------------------------------------------
 
 ProgressBarBinder::ProgressBarBinder(ProgressBar& control, QProgressBar& widget, EventEdge& edge)
-    : ControlBinder(control, widget, edge), m_progress(control), m_view(widget) {
-    m_view.setRange(0, 100);
-    m_view.setTextVisible(false);
+    : ControlBinder(control, widget, edge), m_progress(control), m_widget(widget) {
+    m_widget.setRange(0, 100);
+    m_widget.setTextVisible(false);
     Show();
 }
 
 void ProgressBarBinder::Show() {
     ControlBinder::Show();
-    m_view.setValue(static_cast<int>(std::lround(m_progress.Value())));
+    m_widget.setValue(static_cast<int>(std::lround(m_progress.Value())));
 }
 
 }  // namespace kd

@@ -37,7 +37,7 @@ protected:
 
 private:
     Control& m_control;
-    QWidget& m_widget;
+    QWidget& m_anyWidget;
     EventEdge& m_edge;
 };
 
@@ -57,7 +57,7 @@ protected:
 
 private:
     Label& m_label;
-    QLabel& m_view;
+    QLabel& m_widget;
     bool m_clickable;
 };
 
@@ -73,7 +73,7 @@ protected:
 
 private:
     Button& m_button;
-    QPushButton& m_view;
+    QPushButton& m_widget;
     QChar m_mnemonic;
 };
 
@@ -87,10 +87,10 @@ protected:
 
 private:
     TextBox& m_text;
-    QLineEdit& m_view;
+    QLineEdit& m_widget;
 };
 
-/// The widget must be a CheckBoxView: its state is the control's alone.
+/// The widget must be a CheckBoxWidget: its state is the control's alone.
 class CheckBoxBinder : public ControlBinder {
 public:
     CheckBoxBinder(CheckBox& control, QCheckBox& widget, EventEdge& edge, QChar mnemonic = {});
@@ -100,11 +100,11 @@ protected:
 
 private:
     CheckBox& m_check;
-    QCheckBox& m_view;
+    QCheckBox& m_widget;
     QChar m_mnemonic;
 };
 
-/// The widget must be an OptionView: its state is the control's alone.
+/// The widget must be an OptionWidget: its state is the control's alone.
 class OptionButtonBinder : public ControlBinder {
 public:
     OptionButtonBinder(OptionButton& control, QRadioButton& widget, EventEdge& edge, QChar mnemonic = {});
@@ -114,7 +114,7 @@ protected:
 
 private:
     OptionButton& m_option;
-    QRadioButton& m_view;
+    QRadioButton& m_widget;
     QChar m_mnemonic;
 };
 
@@ -134,18 +134,18 @@ private:
     std::vector<QRadioButton*> m_buttons;
 };
 
-/// The widget must be a ComboBoxView.
-class ComboBoxView;
+/// The widget must be a ComboBoxWidget.
+class ComboBoxWidget;
 class ComboBoxBinder : public ControlBinder {
 public:
-    ComboBoxBinder(ComboBox& control, ComboBoxView& widget, EventEdge& edge);
+    ComboBoxBinder(ComboBox& control, ComboBoxWidget& widget, EventEdge& edge);
 
 protected:
     void Show() override;
 
 private:
     ComboBox& m_combo;
-    ComboBoxView& m_view;
+    ComboBoxWidget& m_widget;
     std::vector<Text> m_shown;
 };
 
@@ -158,7 +158,7 @@ protected:
 
 private:
     ProgressBar& m_progress;
-    QProgressBar& m_view;
+    QProgressBar& m_widget;
 };
 
 }  // namespace kd

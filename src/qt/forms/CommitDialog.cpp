@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 #include "qt/forms/ListBinder.h"
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 
 namespace kd {
 
@@ -15,7 +15,7 @@ CommitDialog::CommitDialog(frmCommit& form, EventEdge& edge, QWidget* parent)
     : FormDialog(form, edge, parent) {
     auto* const label = new QLabel(this);
     auto* const list = new QListView(this);
-    auto* const all = new CheckBoxView(this);
+    auto* const all = new CheckBoxWidget(this);
     auto* const ok = new QPushButton(this);
     auto* const cancel = new QPushButton(this);
     list->setAccessibleName(tr("Changed views"));

@@ -9,7 +9,7 @@
 #include <QVBoxLayout>
 
 #include "qt/forms/Binders.h"
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 #include "qt/services/QtText.h"
 
 namespace kd {
@@ -38,9 +38,9 @@ QGroupBox* FrameOf(OptionGroup& group, const Label& frame, EventEdge& edge, QWid
 }  // namespace
 
 FillDialog::FillDialog(frmFill& form, EventEdge& edge, QWidget* parent) : FormDialog(form, edge, parent) {
-    auto* const constant = new OptionView(this);
+    auto* const constant = new OptionWidget(this);
     auto* const text = new QLineEdit(this);
-    auto* const calculation = new OptionView(this);
+    auto* const calculation = new OptionWidget(this);
     auto* const target = new QLabel(this);
     QGroupBox* const limitFrame = FrameOf(form.optLimits, form.fraLimits, edge, this);
     QGroupBox* const operationFrame = FrameOf(form.optPlusMinus, form.fraPlusMinus, edge, this);

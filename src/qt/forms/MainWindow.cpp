@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "qt/forms/Binders.h"
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 #include "qt/grid/GridWidget.h"
 #include "qt/services/MenuBinder.h"
 #include "qt/services/QtText.h"
@@ -29,7 +29,7 @@ MainWindow::MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit) : m_form(form),
     Desk& desk = form.Controls();
     m_grid = new GridWidget(desk.Grid, inner);
     m_grid->setAccessibleName(tr("Variables"));
-    m_progress = new ProgressView(inner);
+    m_progress = new ProgressWidget(inner);
     m_progress->setAccessibleName(tr("Progress"));
     m_progress->setFixedHeight(fontMetrics().height());
     new ProgressBarBinder(desk.ProgressBar1, *m_progress, toolkit.Edge());

@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 
 #include "qt/forms/Binders.h"
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 
 namespace kd {
 
@@ -20,7 +20,7 @@ ReplaceDialog::ReplaceDialog(frmReplace& form, EventEdge& edge, QWidget* parent)
     auto* const find = new QLineEdit(this);
     auto* const replaceLabel = new QLabel(this);
     auto* const replace = new QLineEdit(this);
-    auto* const matchCase = new CheckBoxView(this);
+    auto* const matchCase = new CheckBoxWidget(this);
     auto* const doReplace = new QPushButton(this);
     auto* const cancel = new QPushButton(this);
     find->setAccessibleName(tr("Text to find"));

@@ -4,7 +4,7 @@
 #include <QFontInfo>
 
 #include "qt/Screen.h"
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 #include "qt/grid/GridWidget.h"
 
 namespace kd {
@@ -132,7 +132,7 @@ TEST_F(AdminDialogTest, EnterInTheFilterIsOk) {
 TEST_F(AdminDialogTest, RecentCriteriaAreOfferedAndChosen) {
     desk.g.gRecents->Add("cheese");
     Show([&](QWidget& window) {
-        auto& combo = Find<ComboBoxView>(window, "cboFilter");
+        auto& combo = Find<ComboBoxWidget>(window, "cboFilter");
         combo.showPopup();
         ASSERT_EQ(combo.count(), 2);
         EXPECT_EQ(combo.itemText(0), "");

@@ -5,7 +5,7 @@
 #include <QVBoxLayout>
 
 #include "qt/Screen.h"
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 
 namespace kd {
 namespace {
@@ -178,7 +178,7 @@ TEST_F(BindersTest, CheckBoxShowsThreeStatesAndItsClickIsTheControls) {
     auto& control = New<CheckBox>("chkSelectAll");
     control.SetCaption(" (Select All)");
     control.SetValue(csGrayed);
-    auto& widget = Add<CheckBoxView>();
+    auto& widget = Add<CheckBoxWidget>();
     new CheckBoxBinder(control, widget, edge);
     ShowActive(window);
     EXPECT_EQ(widget.text(), " (Select All)");
@@ -199,7 +199,7 @@ TEST_F(BindersTest, CheckBoxShowsThreeStatesAndItsClickIsTheControls) {
 TEST_F(BindersTest, OptionButtonIsSelectedByItsFormAlone) {
     auto& control = New<OptionButton>("optFillLimit");
     control.SetCaption("Limit");
-    auto& widget = Add<OptionView>();
+    auto& widget = Add<OptionWidget>();
     new OptionButtonBinder(control, widget, edge);
     window.show();
     ClickMark(widget);
@@ -331,7 +331,7 @@ TEST_F(BindersTest, TypingInTheMiddleKeepsTheCursorThere) {
 class ComboBoxTest : public BindersTest {
 protected:
     ComboBox& control = New<ComboBox>("cboFilter");
-    ComboBoxView& widget = Add<ComboBoxView>();
+    ComboBoxWidget& widget = Add<ComboBoxWidget>();
     int chosen = 0;
 
     void SetUp() override {
@@ -417,7 +417,7 @@ TEST_F(BindersTest, ProgressBarShowsPercent) {
 
 TEST_F(BindersTest, ProgressIsFilledFromTheLeft) {
     auto& control = New<ProgressBar>("ProgressBar1");
-    auto& widget = Add<ProgressView>();
+    auto& widget = Add<ProgressWidget>();
     widget.resize(200, 16);
     new ProgressBarBinder(control, widget, edge);
     control.SetValue(50);

@@ -8,7 +8,7 @@
 #include "SourceFolder.h"
 #include "qt/WindowFixture.h"
 #include "qt/forms/CommitDialog.h"
-#include "qt/services/DeskStyle.h"
+#include "qt/services/ReadableStyle.h"
 
 namespace kd {
 namespace {
@@ -118,7 +118,7 @@ class KeyboardRoadTest : public WindowFixture, public testing::WithParamInterfac
 protected:
     void SetUp() override {
         WindowFixture::SetUp();
-        QApplication::setStyle(new DeskStyle(QStringLiteral("Fusion")));  // which owns it
+        QApplication::setStyle(new ReadableStyle(QStringLiteral("Fusion")));  // which owns it
         screen.toolkit.Register<frmCommit, CommitDialog>();
         Load({aField().Name("Fat").Usl(10).Tgt(5), aField().Name("Protein").Usl(20).Tgt(6)});
         screen.g.gFiles->Item(1)->SetChangesMade(std::string(GetParam().window) == "frmCommit");

@@ -5,7 +5,7 @@
 #include <QStatusBar>
 
 #include "qt/Screen.h"
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 #include "qt/grid/GridWidget.h"
 
 namespace kd {

@@ -30,7 +30,7 @@ public:
         list.write("[FILES]\r\nFile=" + (Apps() + "/" + base + extension).toUtf8() + "\r\n");
     }
     QString Apps() const { return m_folder.path() + "/apps"; }
-    ApplicationPlaces Places() const {
+    ApplicationFolders Folders() const {
         const Text root = FromQt(m_folder.path());
         return {root + "/bin/KDLimitDesk",
                 {root + "/config", root + "/apps", root + "/bin/help", root + "/bin"}};
@@ -46,7 +46,7 @@ void RunLoop(const QString& base, const QString& extension, std::vector<LimitCha
     const std::string apps = machine.Apps().toStdString();
     const Snapshot before = TakeSnapshot(apps);
     std::string told;
-    Application program(machine.Places());
+    Application program(machine.Folders());
     Guide guide(program, {}, [&told](const std::string& line) { told += line + "\n"; });
     LoadAll(guide, program);
     DoMainJob(guide, program, changes);
@@ -74,7 +74,7 @@ TEST(WholeLoop, EveryCommandIsTriedAndTakenBackWithoutATrace) {
     const std::string apps = machine.Apps().toStdString();
     const Snapshot before = TakeSnapshot(apps);
     std::string told;
-    Application program(machine.Places());
+    Application program(machine.Folders());
     Guide guide(program, {}, [&told](const std::string& line) { told += line + "\n"; });
     LoadAll(guide, program);
     TryCommands(guide, program, {"diesel.kdt", 0, "Density at 15 \xC2\xB0\x43", {}, "844.9", {}});

@@ -279,7 +279,7 @@ TEST_F(GridWidgetEditorTest, KeysInTheEditorBelongToTheEditor) {
 TEST_F(GridWidgetEditorTest, ACharacterThatTheCodePageLacksIsSeenAtOnce) {
     Open();
     const CodePage& page = CodePage::Of(1252);
-    grid.TypedText = [&](std::string_view text) { return page.Seen(text); };
+    grid.TypedText = [&](std::string_view text) { return page.Narrowed(text); };
     QApplication::clipboard()->setText(QString::fromUtf8("a\xCE\xA9\xF0\x9F\x98\x80z"));
     Editor()->selectAll();
     Press(Qt::Key_V, Qt::ControlModifier);

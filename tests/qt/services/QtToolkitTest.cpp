@@ -17,7 +17,7 @@ protected:
     QtToolkit toolkit;
 
     /// What a box shows, answered by `user`.
-    struct Seen {
+    struct Narrowed {
         QString name;
         QString text;
         QString title;
@@ -26,9 +26,9 @@ protected:
         bool hourglass = false;
         BoxAnswer answer = BoxAnswer::Ok;
     };
-    Seen Box(std::string_view text, BoxIcon icon, BoxButtons buttons, std::string_view title,
-             const std::function<void(QMessageBox&)>& user) {
-        Seen seen;
+    Narrowed Box(std::string_view text, BoxIcon icon, BoxButtons buttons, std::string_view title,
+                 const std::function<void(QMessageBox&)>& user) {
+        Narrowed seen;
         NextModal next([&](QWidget& window) {
             auto& box = dynamic_cast<QMessageBox&>(window);
             seen.name = box.objectName();
@@ -46,7 +46,7 @@ protected:
 };
 
 TEST_F(QtToolkitTest, BoxShowsPlainTextWithItsLines) {
-    const Seen seen =
+    const Narrowed seen =
         Box("Found: <b>x</b>\r\n\r\n&amp;", BoxIcon::Exclamation, BoxButtons::Ok, "KD LimitDesk", PressOk);
     EXPECT_EQ(seen.name, "MessageBox");
     EXPECT_EQ(seen.text, "Found: <b>x</b>\n\n&amp;");

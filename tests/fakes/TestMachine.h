@@ -9,7 +9,7 @@
 namespace kd {
 
 /// Everything a test of the core needs, afresh: fakes, the platform over them, and the globals.
-struct TestDesk {
+struct TestMachine {
     MemoryFiles files;
     ScriptedToolkit toolkit;
     FakeLocale locale;

@@ -15,18 +15,18 @@
 namespace kd {
 
 /// A check box whose click changes nothing by itself.
-class CheckBoxView : public QCheckBox {
+class CheckBoxWidget : public QCheckBox {
 public:
-    explicit CheckBoxView(QWidget* parent = nullptr) : QCheckBox(parent) { setTristate(true); }
+    explicit CheckBoxWidget(QWidget* parent = nullptr) : QCheckBox(parent) { setTristate(true); }
 
 protected:
     void nextCheckState() override {}
 };
 
 /// A radio button whose click changes nothing by itself.
-class OptionView : public QRadioButton {
+class OptionWidget : public QRadioButton {
 public:
-    explicit OptionView(QWidget* parent = nullptr) : QRadioButton(parent) { setAutoExclusive(false); }
+    explicit OptionWidget(QWidget* parent = nullptr) : QRadioButton(parent) { setAutoExclusive(false); }
 
 protected:
     void nextCheckState() override {}
@@ -34,9 +34,9 @@ protected:
 
 /// An edit field with a list: typed text stays as typed (no completion, no jump to a like entry), and nothing
 /// but opening the list and choosing from it touches the list.
-class ComboBoxView : public QComboBox {
+class ComboBoxWidget : public QComboBox {
 public:
-    explicit ComboBoxView(QWidget* parent = nullptr) : QComboBox(parent) {
+    explicit ComboBoxWidget(QWidget* parent = nullptr) : QComboBox(parent) {
         setEditable(true);
         setInsertPolicy(QComboBox::NoInsert);
         setDuplicatesEnabled(true);  // else Enter replaces the text by an entry in another case
@@ -66,7 +66,7 @@ protected:
 
 /// A progress bar in plain colours. The style's own is drawn with gradients, which cost a load of all
 /// applications a quarter of its time.
-class ProgressView : public QProgressBar {
+class ProgressWidget : public QProgressBar {
 public:
     using QProgressBar::QProgressBar;
 
@@ -76,9 +76,9 @@ protected:
 
 /// A line of text that leads somewhere: blue and underlined, by mouse or with the keyboard, and seen when it
 /// has the latter.
-class LinkView : public QLabel {
+class LinkWidget : public QLabel {
 public:
-    explicit LinkView(QWidget* parent = nullptr);
+    explicit LinkWidget(QWidget* parent = nullptr);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -9,7 +9,7 @@ namespace kd {
 /// The desktop's own style, with what it leaves hard to see set right: on a dark ground the edges of check
 /// boxes, options and text boxes stand out; a dialog's list and a button with the keyboard have a coloured
 /// frame; buttons keep a margin around their text, and bear no pictures.
-class DeskStyle : public QProxyStyle {
+class ReadableStyle : public QProxyStyle {
 public:
     using QProxyStyle::QProxyStyle;
 

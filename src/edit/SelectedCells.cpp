@@ -1,4 +1,4 @@
-#include "edit/SelectionWalk.h"
+#include "edit/SelectedCells.h"
 
 #include <functional>
 
@@ -13,7 +13,7 @@ std::vector<std::int32_t> Positions(std::int32_t first, std::int32_t count, std:
                                     const std::function<bool(std::int32_t)>& hidden) {
     std::vector<std::int32_t> positions;
     // Deliberate: the first one is not tested for being hidden.
-    // SelectionWalkTest.HiddenFirstRowIsUsedAndTheLastVisibleRowLeftOut
+    // SelectedCellsTest.HiddenFirstRowIsUsedAndTheLastVisibleRowLeftOut
     for (std::int32_t at = first; at < end; ++at) {
         if (static_cast<std::int32_t>(positions.size()) == count) {
             return positions;
@@ -30,20 +30,20 @@ std::vector<std::int32_t> Positions(std::int32_t first, std::int32_t count, std:
 
 }  // namespace
 
-std::optional<SelectionWalk> WalkFrom(const VSFlexGrid& grid, std::int32_t row, std::int32_t screenCol,
-                                      std::int32_t rows, std::int32_t cols) {
-    SelectionWalk walk;
-    walk.m_rows = Positions(row, rows, grid.Rows(), [&grid](std::int32_t at) { return grid.RowHidden(at); });
-    walk.m_cols =
+std::optional<SelectedCells> CellsFrom(const VSFlexGrid& grid, std::int32_t row, std::int32_t screenCol,
+                                       std::int32_t rows, std::int32_t cols) {
+    SelectedCells cells;
+    cells.m_rows = Positions(row, rows, grid.Rows(), [&grid](std::int32_t at) { return grid.RowHidden(at); });
+    cells.m_cols =
         Positions(screenCol, cols, grid.Cols(), [&grid](std::int32_t at) { return grid.ColHidden(at); });
-    if (walk.m_rows.empty() || walk.m_cols.empty()) {
+    if (cells.m_rows.empty() || cells.m_cols.empty()) {
         return std::nullopt;
     }
-    walk.m_values.resize(walk.m_rows.size() * walk.m_cols.size());
-    return walk;
+    cells.m_values.resize(cells.m_rows.size() * cells.m_cols.size());
+    return cells;
 }
 
-std::optional<SelectionWalk> BuildSelectionWalk(const Desk& desk) {
+std::optional<SelectedCells> FindSelectedCells(const Desk& desk) {
     const VSFlexGrid& grid = desk.Grid;
     const GridSelection selection = grid.GetSelection();
     if (selection.firstRow < 1 || selection.firstCol < 0) {
@@ -60,22 +60,22 @@ std::optional<SelectionWalk> BuildSelectionWalk(const Desk& desk) {
     if (rows == 0 || cols == 0) {
         return std::nullopt;
     }
-    return WalkFrom(grid, selection.firstRow, selection.firstCol, rows, cols);
+    return CellsFrom(grid, selection.firstRow, selection.firstCol, rows, cols);
 }
 
-void ReadShownTexts(const Desk& desk, SelectionWalk& walk) {
-    for (std::int32_t i = 1; i <= walk.nRows(); ++i) {
-        for (std::int32_t j = 1; j <= walk.nCols(); ++j) {
-            walk.SetSelValues(i, j, Text(desk.Grid.TextMatrix(walk.SelRows(i), walk.SelCols(j))));
+void ReadShownTexts(const Desk& desk, SelectedCells& cells) {
+    for (std::int32_t i = 1; i <= cells.nRows(); ++i) {
+        for (std::int32_t j = 1; j <= cells.nCols(); ++j) {
+            cells.SetSelValues(i, j, Text(desk.Grid.TextMatrix(cells.SelRows(i), cells.SelCols(j))));
         }
     }
 }
 
-void WriteValues(Desk& desk, const SelectionWalk& walk) {
+void WriteValues(Desk& desk, const SelectedCells& cells) {
     const RedrawOff quiet(desk.Grid);
-    for (std::int32_t i = 1; i <= walk.nRows(); ++i) {
-        for (std::int32_t j = 1; j <= walk.nCols(); ++j) {
-            SetCellValue(desk, walk.SelRows(i), walk.SelCols(j), walk.SelValues(i, j));
+    for (std::int32_t i = 1; i <= cells.nRows(); ++i) {
+        for (std::int32_t j = 1; j <= cells.nCols(); ++j) {
+            SetCellValue(desk, cells.SelRows(i), cells.SelCols(j), cells.SelValues(i, j));
         }
     }
 }

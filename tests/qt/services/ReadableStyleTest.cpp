@@ -1,4 +1,4 @@
-#include "qt/services/DeskStyle.h"
+#include "qt/services/ReadableStyle.h"
 
 #include <gtest/gtest.h>
 
@@ -44,9 +44,9 @@ double EdgeContrast(QWidget& widget, const QColor& ground) {
     return best;
 }
 
-class DeskStyleTest : public testing::Test {
+class ReadableStyleTest : public testing::Test {
 protected:
-    DeskStyle style{QStringLiteral("Fusion")};
+    ReadableStyle style{QStringLiteral("Fusion")};
 
     template <typename W>
     double EdgeOnDark() {
@@ -60,39 +60,39 @@ protected:
 
 constexpr double Discernible = 3.0;
 
-TEST_F(DeskStyleTest, AnEmptyCheckBoxStandsOutOnADarkGround) {
+TEST_F(ReadableStyleTest, AnEmptyCheckBoxStandsOutOnADarkGround) {
     EXPECT_GE(EdgeOnDark<QCheckBox>(), Discernible);
 }
 
-TEST_F(DeskStyleTest, AnOptionStandsOutOnADarkGround) {
+TEST_F(ReadableStyleTest, AnOptionStandsOutOnADarkGround) {
     EXPECT_GE(EdgeOnDark<QRadioButton>(), Discernible);
 }
 
-TEST_F(DeskStyleTest, ATextBoxStandsOutOnADarkGround) {
+TEST_F(ReadableStyleTest, ATextBoxStandsOutOnADarkGround) {
     EXPECT_GE(EdgeOnDark<QLineEdit>(), Discernible);
 }
 
-TEST_F(DeskStyleTest, AButtonIsWiderThanItsText) {
+TEST_F(ReadableStyleTest, AButtonIsWiderThanItsText) {
     QPushButton button(QStringLiteral("Remove Applications(s)"));
     button.setStyle(&style);
     EXPECT_GE(button.sizeHint().width(), button.fontMetrics().horizontalAdvance(button.text()) + 24);
 }
 
-TEST_F(DeskStyleTest, TheButtonsOfABoxBearNoPictures) {
+TEST_F(ReadableStyleTest, TheButtonsOfABoxBearNoPictures) {
     QDialogButtonBox box(QDialogButtonBox::Ok);
     box.setStyle(&style);
     EXPECT_EQ(style.styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons, nullptr, &box, nullptr), 0);
 }
 
-TEST_F(DeskStyleTest, AStyleOfLightPartsAloneGivesWayOnADarkGround) {
-    EXPECT_EQ(DeskStyle::NameFor(QStringLiteral("windowsvista"), Dark()), QStringLiteral("Fusion"));
-    EXPECT_EQ(DeskStyle::NameFor(QStringLiteral("windowsvista"), QPalette(Qt::lightGray)),
+TEST_F(ReadableStyleTest, AStyleOfLightPartsAloneGivesWayOnADarkGround) {
+    EXPECT_EQ(ReadableStyle::NameFor(QStringLiteral("windowsvista"), Dark()), QStringLiteral("Fusion"));
+    EXPECT_EQ(ReadableStyle::NameFor(QStringLiteral("windowsvista"), QPalette(Qt::lightGray)),
               QStringLiteral("windowsvista"));
 }
 
-TEST_F(DeskStyleTest, AnyOtherStyleStaysInLightAndDark) {
-    EXPECT_EQ(DeskStyle::NameFor(QStringLiteral("breeze"), Dark()), QStringLiteral("breeze"));
-    EXPECT_EQ(DeskStyle::NameFor(QStringLiteral("breeze"), QPalette(Qt::lightGray)),
+TEST_F(ReadableStyleTest, AnyOtherStyleStaysInLightAndDark) {
+    EXPECT_EQ(ReadableStyle::NameFor(QStringLiteral("breeze"), Dark()), QStringLiteral("breeze"));
+    EXPECT_EQ(ReadableStyle::NameFor(QStringLiteral("breeze"), QPalette(Qt::lightGray)),
               QStringLiteral("breeze"));
 }
 

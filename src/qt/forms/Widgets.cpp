@@ -1,4 +1,4 @@
-#include "qt/forms/Views.h"
+#include "qt/forms/Widgets.h"
 
 #include <QPainter>
 #include <QStyle>
@@ -7,7 +7,7 @@
 
 namespace kd {
 
-void ProgressView::paintEvent(QPaintEvent* /*event*/) {
+void ProgressWidget::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     const QRect inside = rect().adjusted(1, 1, -1, -1);
     const int span = std::max(maximum() - minimum(), 1);
@@ -19,7 +19,7 @@ void ProgressView::paintEvent(QPaintEvent* /*event*/) {
     painter.fillRect(done, palette().color(QPalette::Highlight));
 }
 
-LinkView::LinkView(QWidget* parent) : QLabel(parent) {
+LinkWidget::LinkWidget(QWidget* parent) : QLabel(parent) {
     QFont underlined = font();
     underlined.setUnderline(true);
     setFont(underlined);
@@ -28,7 +28,7 @@ LinkView::LinkView(QWidget* parent) : QLabel(parent) {
     setFocusPolicy(Qt::StrongFocus);
 }
 
-void LinkView::paintEvent(QPaintEvent* event) {
+void LinkWidget::paintEvent(QPaintEvent* event) {
     QLabel::paintEvent(event);
     if (!hasFocus()) {
         return;

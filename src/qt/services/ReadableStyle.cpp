@@ -1,4 +1,4 @@
-#include "qt/services/DeskStyle.h"
+#include "qt/services/ReadableStyle.h"
 
 #include <QAbstractScrollArea>
 #include <QApplication>
@@ -49,7 +49,7 @@ void DrawEdge(const QStyleOption& option, QPainter& painter, Shape shape) {
 
 }  // namespace
 
-void DeskStyle::AskForDarkColours() {
+void ReadableStyle::AskForDarkColours() {
 #ifdef Q_OS_WIN
     const QSettings colours(QStringLiteral("HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion"
                                            "\\Themes\\Personalize"),
@@ -62,11 +62,11 @@ void DeskStyle::AskForDarkColours() {
 #endif
 }
 
-void DeskStyle::Settle() {
+void ReadableStyle::Settle() {
     const QString desktopStyle = QApplication::style()->name();
     QPalette colours = QApplication::palette();
     const QString name = NameFor(desktopStyle, colours);
-    QApplication::setStyle(new DeskStyle(name));  // the application owns it
+    QApplication::setStyle(new ReadableStyle(name));  // the application owns it
     if (name != desktopStyle) {
         // The desktop's dark colours are not all to be read: its links are of a deep blue, and the grounds of
         // its check boxes and options look as if they were chosen.
@@ -78,13 +78,13 @@ void DeskStyle::Settle() {
     }
 }
 
-QString DeskStyle::NameFor(const QString& desktopStyle, const QPalette& colours) {
+QString ReadableStyle::NameFor(const QString& desktopStyle, const QPalette& colours) {
     const bool lightAlone = desktopStyle.compare(QLatin1String("windowsvista"), Qt::CaseInsensitive) == 0;
     return lightAlone && IsDark(colours) ? QStringLiteral("Fusion") : desktopStyle;
 }
 
-void DeskStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
-                              const QWidget* widget) const {
+void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                  const QWidget* widget) const {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     if (element == PE_PanelButtonCommand && option->state.testFlag(State_HasFocus) &&
         option->state.testFlag(State_KeyboardFocusChange)) {
@@ -118,16 +118,16 @@ void DeskStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
     }
 }
 
-void DeskStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
-                                   QPainter* painter, const QWidget* widget) const {
+void ReadableStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                       QPainter* painter, const QWidget* widget) const {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
     if (control == CC_ComboBox && OnDarkGround(*option) && !option->state.testFlag(State_HasFocus)) {
         DrawEdge(*option, *painter, Shape::Box);
     }
 }
 
-QSize DeskStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
-                                  const QWidget* widget) const {
+QSize ReadableStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                      const QWidget* widget) const {
     QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
     if (const auto* const button = qstyleoption_cast<const QStyleOptionButton*>(option);
         type == CT_PushButton && button != nullptr) {
@@ -137,8 +137,8 @@ QSize DeskStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
     return size;
 }
 
-int DeskStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                         QStyleHintReturn* returned) const {
+int ReadableStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                             QStyleHintReturn* returned) const {
     // Disabled texts with a second, brighter print below look enabled on a dark ground.
     if (hint == SH_DialogButtonBox_ButtonsHaveIcons || hint == SH_EtchDisabledText) {
         return 0;

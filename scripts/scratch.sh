@@ -8,15 +8,5 @@ make_scratch() {
     cp samples/*.kdt samples/*.kdt6 samples/*.V* "$scratch/samples/" || return 1
     cp "$build/bin/KDLimitDesk" "$build/bin/Rules.ini" "$scratch/bin/" || return 1
     [ ! -d "$build/bin/help" ] || cp -r "$build/bin/help" "$scratch/bin/" || return 1
-    application_list "$scratch" >"$scratch/bin/KDLimitDesk.ini"
-}
-
-application_list() {
-    local scratch=$1 template
-    # Told apart by its mark: a path may hold characters that a single-byte code page lacks.
-    case "$scratch" in *[!\ -~]*) printf '\xef\xbb\xbf' ;; esac
-    printf '[KDLIMITDESK]\r\n\r\n[RECENTS]\r\n\r\n[FILES]\r\n'
-    for template in "$scratch"/samples/*.kdt "$scratch"/samples/*.kdt6; do
-        printf '   File   = %s\r\n' "$template"
-    done
+    scripts/settings_list.sh "$scratch"/samples/*.kdt "$scratch"/samples/*.kdt6 "$scratch" >"$scratch/bin/KDLimitDesk.ini"
 }

@@ -22,8 +22,7 @@ on_linux() (
             rm -rf "$pictures" && mkdir -p "$folder/bin" "$folder/samples" "$pictures"
             cp samples/*.kdt samples/*.kdt6 samples/*.V* "$folder/samples/"
             cp -r samples/Rules.ini help "$folder/bin/"
-            { printf '[KDLIMITDESK]\r\n\r\n[RECENTS]\r\n\r\n[FILES]\r\n'
-              printf '   File   = %s\r\n' "$folder"/samples/*.kdt "$folder"/samples/*.kdt6; } >"$folder/bin/KDLimitDesk.ini"
+            scripts/settings_list.sh "$folder"/samples/*.kdt "$folder"/samples/*.kdt6 >"$folder/bin/KDLimitDesk.ini"
             [ "${look%-*}" = light ] || colours=(--dark)
             SCREEN=$((1280 * scale / 100))x$((800 * scale / 100)) start_virtual_display
             XDG_CONFIG_HOME=$folder/config QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=$((scale / 100)) \

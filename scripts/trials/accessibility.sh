@@ -11,10 +11,8 @@ mkdir -p "$scratch/bin" "$scratch/config"
 cp build/release/bin/KDLimitDesk build/release/bin/Rules.ini "$scratch/bin/"
 cp -r build/release/bin/help "$scratch/bin/"
 bench/make_corpus.py "$scratch/applications" >/dev/null
-{
-    printf '[KDLIMITDESK]\r\n\r\n[RECENTS]\r\n\r\n[FILES]\r\n'
-    find "$scratch/applications" -name '*.kdt*' | sort | sed 's/^/   File   = /; s/$/\r/'
-} >"$scratch/bin/KDLimitDesk.ini"
+readarray -t templates < <(find "$scratch/applications" -name '*.kdt*' | sort)
+scripts/settings_list.sh "${templates[@]}" >"$scratch/bin/KDLimitDesk.ini"
 start_virtual_display
 export XDG_CONFIG_HOME=$scratch/config QT_QPA_PLATFORM=xcb
 status=0

@@ -42,14 +42,12 @@ widget_tests() {
 
 # The main job by simulated mouse and keyboard, on copies in a folder of its own on the machine's own disk.
 guided_run() {
-    local language=$1 name=$2 folder=$WINEPREFIX/drive_c/plant template
+    local language=$1 name=$2 folder=$WINEPREFIX/drive_c/plant templates
     rm -rf "$folder" "$build/pictures/$name" && mkdir -p "$folder/bin" "$folder/samples" "$build/pictures/$name"
     cp samples/*.kdt samples/*.kdt6 samples/*.V* "$folder/samples/"
     cp -r samples/Rules.ini help "$folder/bin/"
-    { printf '[KDLIMITDESK]\r\n\r\n[RECENTS]\r\n\r\n[FILES]\r\n'
-      for template in "$folder"/samples/*.kdt "$folder"/samples/*.kdt6; do
-          printf '   File   = C:\\plant\\samples\\%s\r\n' "${template##*/}"
-      done; } >"$folder/bin/KDLimitDesk.ini"
+    templates=("$folder"/samples/*.kdt "$folder"/samples/*.kdt6)
+    scripts/settings_list.sh "${templates[@]/#*\//C:\\plant\\samples\\}" >"$folder/bin/KDLimitDesk.ini"
     as_windows_of "$language" "$wine" "$build/bin/guided_run.exe" --samples 'C:\plant\samples' \
         --pictures "$(windows_path "$build/pictures/$name")"
 }

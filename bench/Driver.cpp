@@ -23,8 +23,8 @@ frmAutoFilter* shownFilter = nullptr;
 /// The program's dialog, which tells its form: half of 32,400 ticks are not to be set by single clicks.
 class TellingFilterDialog : public AutoFilterDialog {
 public:
-    TellingFilterDialog(frmAutoFilter& form, EventEdge& edge, QWidget* parent)
-        : AutoFilterDialog(form, edge, parent) {
+    TellingFilterDialog(frmAutoFilter& form, EventBoundary& boundary, QWidget* parent)
+        : AutoFilterDialog(form, boundary, parent) {
         shownFilter = &form;
     }
     ~TellingFilterDialog() override { shownFilter = nullptr; }

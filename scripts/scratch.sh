@@ -8,5 +8,5 @@ make_scratch() {
     cp samples/*.kdt samples/*.kdt6 samples/*.V* "$scratch/samples/" || return 1
     cp "$build/bin/KDLimitDesk" "$build/bin/Rules.ini" "$scratch/bin/" || return 1
     [ ! -d "$build/bin/help" ] || cp -r "$build/bin/help" "$scratch/bin/" || return 1
-    scripts/settings_list.sh "$scratch"/samples/*.kdt "$scratch"/samples/*.kdt6 "$scratch" >"$scratch/bin/KDLimitDesk.ini"
+    scripts/settings_list.sh "$scratch"/samples/*.kdt "$scratch"/samples/*.kdt6 >"$scratch/bin/KDLimitDesk.ini"
 }

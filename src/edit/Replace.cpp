@@ -5,7 +5,7 @@
 #include "edit/frmReplace.h"
 #include "grid/CellGate.h"
 #include "grid/ColumnCatalogue.h"
-#include "grid/RedrawOff.h"
+#include "platform/RedrawOff.h"
 
 namespace kd {
 namespace {

@@ -1,6 +1,5 @@
 #include "edit/RestoreCutCopyPaste.h"
 
-#include <utility>
 #include <vector>
 
 #include "edit/CellCheck.h"

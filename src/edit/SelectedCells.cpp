@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "grid/CellGate.h"
-#include "grid/RedrawOff.h"
+#include "platform/RedrawOff.h"
 
 namespace kd {
 namespace {

@@ -1,7 +1,6 @@
 #include "edit/frmFill.h"
 
 #include <cstddef>
-#include <utility>
 
 #include "grid/CellGate.h"
 

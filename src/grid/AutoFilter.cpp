@@ -3,15 +3,14 @@
 #include <cstddef>
 #include <functional>
 #include <memory_resource>
-#include <optional>
 #include <string>
 #include <unordered_set>
 #include <utility>
 
 #include "grid/ColumnCatalogue.h"
-#include "grid/RedrawOff.h"
 #include "grid/frmAutoFilter.h"
 #include "platform/Hourglass.h"
+#include "platform/RedrawOff.h"
 
 namespace kd {
 namespace {

@@ -12,25 +12,29 @@ constexpr int KeyV = 86;
 
 }  // namespace
 
-GridEvents::GridEvents(Desk& desk) : m_desk(desk) {
+GridEvents::GridEvents(Desk& desk, EventBoundary& boundary) : m_desk(desk), m_boundary(boundary) {
     VSFlexGrid& grid = desk.Grid;
     grid.BeforeMouseDown = [this](MouseButton button, int, int, int, bool& cancel) {
-        Boundary([&] { Grid_BeforeMouseDown(button, cancel); });
+        m_boundary.Run([&] { Grid_BeforeMouseDown(button, cancel); });
     };
-    grid.MouseDown = [this](MouseButton button, int, int, int) { Boundary([&] { Grid_MouseDown(button); }); };
-    grid.MouseUp = [this](MouseButton button, int, int, int) { Boundary([&] { Grid_MouseUp(button); }); };
-    grid.MouseMove = [this](MouseButton, int, int, int) { Boundary([&] { Grid_MouseMove(); }); };
+    grid.MouseDown = [this](MouseButton button, int, int, int) {
+        m_boundary.Run([&] { Grid_MouseDown(button); });
+    };
+    grid.MouseUp = [this](MouseButton button, int, int, int) {
+        m_boundary.Run([&] { Grid_MouseUp(button); });
+    };
+    grid.MouseMove = [this](MouseButton, int, int, int) { m_boundary.Run([&] { Grid_MouseMove(); }); };
     grid.BeforeEdit = [this](std::int32_t row, std::int32_t col, bool& cancel) {
-        Boundary([&] { Grid_BeforeEdit(row, col, cancel); });
+        m_boundary.Run([&] { Grid_BeforeEdit(row, col, cancel); });
     };
     grid.ValidateEdit = [this](std::int32_t row, std::int32_t col, bool& cancel) {
-        Boundary([&] { Grid_ValidateEdit(row, col, cancel); });
+        m_boundary.Run([&] { Grid_ValidateEdit(row, col, cancel); });
     };
     grid.AfterEdit = [this](std::int32_t row, std::int32_t col) {
-        Boundary([&] { Grid_AfterEdit(row, col); });
+        m_boundary.Run([&] { Grid_AfterEdit(row, col); });
     };
-    grid.RowColChange = [this] { Boundary([&] { Grid_RowColChange(); }); };
-    grid.KeyDown = [this](int keyCode, int shift) { Boundary([&] { Grid_KeyDown(keyCode, shift); }); };
+    grid.RowColChange = [this] { m_boundary.Run([&] { Grid_RowColChange(); }); };
+    grid.KeyDown = [this](int keyCode, int shift) { m_boundary.Run([&] { Grid_KeyDown(keyCode, shift); }); };
     // A character that the files' code page lacks is seen as "?" at once, not lost at the save; and a line
     // end that came with a pasted text would end the variable's line in the file.
     grid.TypedText = [this](std::string_view text) {

@@ -3,13 +3,16 @@
 #include <functional>
 
 #include "grid/Desk.h"
+#include "platform/EventBoundary.h"
 
 namespace kd {
 
 /// The grid under mouse and keyboard: joins itself to the events of the desk's grid for as long as it lives.
 class GridEvents {
 public:
-    explicit GridEvents(Desk& desk);
+    /// No failure of a handler leaves the boundary, which by default is the toolkit's.
+    explicit GridEvents(Desk& desk) : GridEvents(desk, desk.g.platform.toolkit.Boundary()) {}
+    GridEvents(Desk& desk, EventBoundary& boundary);
     ~GridEvents();
     GridEvents(const GridEvents&) = delete;
     GridEvents& operator=(const GridEvents&) = delete;
@@ -18,8 +21,6 @@ public:
     std::function<void(std::int32_t screenCol)> ShowColumnFilter;
     /// Tool tip of a header cell; empty text while empty.
     std::function<Text(std::int32_t screenCol)> GetFilterCaption;
-    /// Wraps each handler, so that no failure reaches the event loop. Set before the first event.
-    std::function<void(const std::function<void()>&)> Boundary = [](const auto& handler) { handler(); };
 
     void Grid_BeforeMouseDown(MouseButton button, bool& cancel);
     void Grid_MouseDown(MouseButton button);
@@ -36,6 +37,7 @@ private:
     bool OverEditableCell() const;
 
     Desk& m_desk;
+    EventBoundary& m_boundary;
     std::int32_t m_lastMouseRow = -1;
     std::int32_t m_lastMouseCol = -1;
 };

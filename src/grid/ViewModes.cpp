@@ -2,9 +2,9 @@
 
 #include "grid/AutoFilter.h"
 #include "grid/ColumnCatalogue.h"
-#include "grid/RedrawOff.h"
 #include "model/Columns.h"
 #include "platform/Hourglass.h"
+#include "platform/RedrawOff.h"
 
 namespace kd {
 namespace {

@@ -1,7 +1,5 @@
 #include "lifecycle/FirstStart.h"
 
-#include <algorithm>
-
 #include "base/Paths.h"
 #include "base/cError.h"
 #include "lifecycle/Settings.h"

@@ -17,7 +17,7 @@
 #include "lifecycle/Settings.h"
 #include "lifecycle/StartUp.h"
 #include "model/modKDLimitDesk.h"
-#include "platform/EventBoundary.h"
+#include "platform/Hourglass.h"
 #include "platform/Missing.h"
 
 namespace kd {
@@ -34,12 +34,18 @@ frmKDLimitDesk::frmKDLimitDesk(Globals& g)
     m_desk.mnuShowPaths.SetChecked(false);
     m_desk.mnuShowOnlyNumericVariables.SetChecked(false);
     m_desk.mnuShowAll.SetChecked(false);
+    m_g.platform.toolkit.Boundary().PutBack = [this] {
+        m_desk.Grid.SetRedraw(true);
+        m_desk.ProgressBar1.SetValue(0);
+    };
     SetUpMenus();
     WireMenus();
     WireGrid();
 }
 
-frmKDLimitDesk::~frmKDLimitDesk() = default;
+frmKDLimitDesk::~frmKDLimitDesk() {
+    m_g.platform.toolkit.Boundary().PutBack = nullptr;
+}
 
 void frmKDLimitDesk::SetUpMenus() {
     Desk& d = m_desk;
@@ -56,10 +62,10 @@ void frmKDLimitDesk::SetUpMenus() {
 
 void frmKDLimitDesk::WireMenus() {
     Desk& d = m_desk;
-    d.mnuFile.Click = Guarded([this] { mnuFile_Click(); });
-    d.mnuApplications.Click = Guarded([this] { mnuApplications_Click(); });
-    d.mnuCommit.Click = Guarded([this] { CommitChanges(m_desk); });
-    d.mnuClose.Click = Guarded([this] {
+    d.mnuFile.Click = Bounded([this] { mnuFile_Click(); });
+    d.mnuApplications.Click = Bounded([this] { mnuApplications_Click(); });
+    d.mnuCommit.Click = Bounded([this] { CommitChanges(m_desk); });
+    d.mnuClose.Click = Bounded([this] {
         if (Unload) {
             m_closesFromMenu = true;
             const Scope closed([this] { m_closesFromMenu = false; });
@@ -67,25 +73,25 @@ void frmKDLimitDesk::WireMenus() {
         }
     });
 
-    d.mnuEdit.Click = Guarded([this] { CloseCellEditor(m_desk); });
-    d.mnuOptions.Click = Guarded([this] { mnuOptions_Click(m_desk); });
-    d.mnuClearFilters.Click = Guarded([this] { mnuClearFilters_Click(m_desk); });
-    d.mnuView.Click = Guarded([this] { mnuView_Click(m_desk); });
-    d.mnuShowPaths.Click = Guarded([this] { mnuShowPaths_Click(m_desk); });
-    d.mnuShowOnlyNumericVariables.Click = Guarded([this] { mnuShowOnlyNumericVariables_Click(m_desk); });
-    d.mnuShowAll.Click = Guarded([this] { mnuShowAll_Click(m_desk); });
-    d.mnuHelpAbout.Click = Guarded([this] { m_about.Display(); });
+    d.mnuEdit.Click = Bounded([this] { CloseCellEditor(m_desk); });
+    d.mnuOptions.Click = Bounded([this] { mnuOptions_Click(m_desk); });
+    d.mnuClearFilters.Click = Bounded([this] { mnuClearFilters_Click(m_desk); });
+    d.mnuView.Click = Bounded([this] { mnuView_Click(m_desk); });
+    d.mnuShowPaths.Click = Bounded([this] { mnuShowPaths_Click(m_desk); });
+    d.mnuShowOnlyNumericVariables.Click = Bounded([this] { mnuShowOnlyNumericVariables_Click(m_desk); });
+    d.mnuShowAll.Click = Bounded([this] { mnuShowAll_Click(m_desk); });
+    d.mnuHelpAbout.Click = Bounded([this] { m_about.Display(); });
     WireEditCommands();
 }
 
 void frmKDLimitDesk::WireEditCommands() {
     Desk& d = m_desk;
-    d.mnuRestore.Click = Guarded([this] { Restore(m_desk); });
-    d.mnuCut.Click = Guarded([this] { Cut(m_desk); });
-    d.mnuCopy.Click = Guarded([this] { Copy(m_desk); });
-    d.mnuPaste.Click = Guarded([this] { Paste(m_desk); });
-    d.mnuFill.Click = Guarded([this] { Fill(m_desk, m_editMemory); });
-    d.mnuReplace.Click = Guarded([this] { Replace(m_desk, m_editMemory); });
+    d.mnuRestore.Click = Bounded([this] { Restore(m_desk); });
+    d.mnuCut.Click = Bounded([this] { Cut(m_desk); });
+    d.mnuCopy.Click = Bounded([this] { Copy(m_desk); });
+    d.mnuPaste.Click = Bounded([this] { Paste(m_desk); });
+    d.mnuFill.Click = Bounded([this] { Fill(m_desk, m_editMemory); });
+    d.mnuReplace.Click = Bounded([this] { Replace(m_desk, m_editMemory); });
 
     // The main menu's entries forward to the pop-up's, which hold the commands.
     const std::pair<MenuItem*, MenuItem*> forwarded[] = {
@@ -103,23 +109,12 @@ void frmKDLimitDesk::WireGrid() {
     m_gridEvents->GetFilterCaption = [this](std::int32_t screenCol) {
         return GetFilterCaption(m_desk, screenCol);
     };
-    m_gridEvents->Boundary = [this](const std::function<void()>& handler) {
-        (void)AtEventBoundary(
-            m_g.platform, [this] { PutBack(); }, handler);  // the box has told what failed
-    };
 }
 
-std::function<void()> frmKDLimitDesk::Guarded(std::function<void()> handler) {
-    return [this, handler = std::move(handler)] {
-        (void)AtEventBoundary(
-            m_g.platform, [this] { PutBack(); }, handler);  // the box has told what failed
+std::function<void()> frmKDLimitDesk::Bounded(std::function<void()> handler) {
+    return [&boundary = m_g.platform.toolkit.Boundary(), handler = std::move(handler)] {
+        (void)boundary.Run(handler);  // the box has told what failed
     };
-}
-
-void frmKDLimitDesk::PutBack() {
-    m_g.platform.toolkit.SetMousePointer(Pointer::Default);
-    m_desk.Grid.SetRedraw(true);
-    m_desk.ProgressBar1.SetValue(0);
 }
 
 Area frmKDLimitDesk::Centred(std::int32_t screenWidth, std::int32_t screenHeight, std::int32_t width,
@@ -130,9 +125,7 @@ Area frmKDLimitDesk::Centred(std::int32_t screenWidth, std::int32_t screenHeight
 bool frmKDLimitDesk::Form_Load(std::uintptr_t window) {
     bool goesOn = false;
     // A failure that ends the start ends the program: there is nothing yet to go on with.
-    const bool ended = !AtEventBoundary(
-        m_g.platform, [this] { PutBack(); }, [&] { goesOn = RunStart(window); });
-    return goesOn && !ended;
+    return m_g.platform.toolkit.Boundary().Run([&] { goesOn = RunStart(window); }) && goesOn;
 }
 
 bool frmKDLimitDesk::RunStart(std::uintptr_t window) {
@@ -202,11 +195,10 @@ void frmKDLimitDesk::LoadAndShowApplications() {
     for (int pass = 0; pass < 3; ++pass) {
         toolkit.ProcessEvents();
     }
-    toolkit.SetMousePointer(Pointer::Hourglass);
+    const Hourglass hourglass(toolkit);
     LoadApplications(m_desk);
     m_desk.ProgressBar1.SetValue(0);
     toolkit.ProcessEvents();
-    toolkit.SetMousePointer(Pointer::Default);
 }
 
 bool frmKDLimitDesk::Form_QueryUnload() {

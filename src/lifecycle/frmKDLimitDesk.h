@@ -71,9 +71,8 @@ private:
     void WireMenus();
     void WireEditCommands();
     void WireGrid();
-    /// A handler behind the event boundary.
-    std::function<void()> Guarded(std::function<void()> handler);
-    void PutBack();
+    /// The handler behind the event boundary.
+    std::function<void()> Bounded(std::function<void()> handler);
     bool RunStart(std::uintptr_t window);
     void mnuFile_Click();
     void FindSettings();

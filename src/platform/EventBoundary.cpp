@@ -1,5 +1,9 @@
 #include "platform/EventBoundary.h"
 
+#include <exception>
+
+#include "platform/Toolkit.h"
+
 namespace kd {
 
 Text UnhandledErrorText(const cError& error) {
@@ -14,19 +18,17 @@ Text UnhandledErrorText(const cError& error) {
     return text;
 }
 
-bool AtEventBoundary(Toolkit& toolkit, const std::function<void()>& putBack,
-                     const std::function<void()>& handler) {
-    const auto report = [&](const cError& error) {
-        if (putBack) {
-            putBack();
-        }
-        toolkit.Say(UnhandledErrorText(error), BoxIcon::Critical);
-    };
+bool EventBoundary::Run(const std::function<void()>& handler) {
     try {
         handler();
         return true;
     } catch (const std::exception& failure) {
-        report(AsError(failure, "AtEventBoundary"));
+        const cError error = AsError(failure, "EventBoundary");
+        m_toolkit.SetMousePointer(Pointer::Default);
+        if (PutBack) {
+            PutBack();
+        }
+        m_toolkit.Say(UnhandledErrorText(error), BoxIcon::Critical);
     }
     return false;
 }

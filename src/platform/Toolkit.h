@@ -7,6 +7,7 @@
 
 #include "base/Text.h"
 #include "platform/Controls.h"
+#include "platform/EventBoundary.h"
 
 namespace kd {
 
@@ -85,7 +86,13 @@ private:
 /// The window toolkit: message boxes, modal forms, the message loop, the pointer.
 class Toolkit {
 public:
+    Toolkit() = default;
     virtual ~Toolkit() = default;
+    Toolkit(const Toolkit&) = delete;
+    Toolkit& operator=(const Toolkit&) = delete;
+
+    /// Where all that the user does enters the logic.
+    EventBoundary& Boundary() noexcept { return m_boundary; }
 
     /// Shows a box and waits for the answer. Plain text, CR LF between its lines.
     virtual BoxAnswer MessageBox(std::string_view text, BoxIcon icon, BoxButtons buttons,
@@ -116,9 +123,8 @@ public:
     virtual Pointer MousePointer() const = 0;
     virtual void SetMousePointer(Pointer pointer) = 0;
 
-    /// Width and height of the screen that the main window stands on.
-    virtual std::int32_t ScreenWidth() const = 0;
-    virtual std::int32_t ScreenHeight() const = 0;
+private:
+    EventBoundary m_boundary{*this};
 };
 
 }  // namespace kd

@@ -810,32 +810,12 @@ TEST(CommitChangesTest, AHeaderThatCannotBeReadAfterTheSaveEndsTheCommit) {
     t.ExpectAtRest();
 }
 
-/// Answers every box and remembers none: for runs in which the point of failure decides which ones come.
-class EasyToolkit : public Toolkit {
-public:
-    BoxAnswer MessageBox(std::string_view, BoxIcon, BoxButtons, std::string_view) override {
-        return BoxAnswer::Ok;
-    }
-    void ShowModal(Form& form) override {
-        form.MarkShown();
-        dynamic_cast<frmCommit&>(form).cmdOk.UserClick();
-    }
-    void ShowModeless(Form&) override {}
-    void ShowPopupMenu(MenuItem&) override {}
-    void ProcessEvents() override {}
-    Pointer MousePointer() const override { return m_pointer; }
-    void SetMousePointer(Pointer pointer) override { m_pointer = pointer; }
-    std::int32_t ScreenWidth() const override { return 100; }
-    std::int32_t ScreenHeight() const override { return 100; }
-
-private:
-    Pointer m_pointer = Pointer::Default;
-};
-
 /// A commit of three views in which one operation on the disk fails.
 struct FailingCommit : CommitDesk {
     explicit FailingCommit(int failAt, bool forGood) {
         EditRows({1, 2, 3});
+        // The point of failure decides which boxes come.
+        easy.AnswerAll([](Form& form) { dynamic_cast<frmCommit&>(form).cmdOk.UserClick(); });
         Platform easyPlatform{files, easy, locale, clock, environment, shell, fileDialog, suite};
         Globals easyGlobals(easyPlatform);
         easyGlobals.gFiles = g.gFiles;
@@ -862,7 +842,7 @@ struct FailingCommit : CommitDesk {
                            [&](const ChangeRecord& record) { return record.variable == variable; });
     }
 
-    EasyToolkit easy;
+    ScriptedToolkit easy;
     bool untouched = false;
     std::vector<bool> marked;
 };

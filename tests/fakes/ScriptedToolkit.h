@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <functional>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -15,14 +16,19 @@ namespace kd {
 
 /// A toolkit that answers from a script, in order: boxes from ExpectBox, modal forms from ExpectForm, pop-up
 /// menus from ExpectPopup. It fails the test on a question that nobody foresaw and on an answer that nobody
-/// fetched.
+/// fetched. After AnswerAll it does without a script.
 class ScriptedToolkit : public Toolkit {
 public:
     struct Box {
         Text text;
         BoxIcon icon;
-        BoxButtons buttons;
         Text title;
+        BoxButtons buttons = BoxButtons::Ok;
+
+        bool operator==(const Box&) const = default;
+        friend std::ostream& operator<<(std::ostream& out, const Box& box) {
+            return out << "[" << box.title << "] " << box.text;
+        }
     };
 
     ~ScriptedToolkit() override {
@@ -36,10 +42,10 @@ public:
 
     /// The next box is this one, to the letter.
     void ExpectBox(Text text, BoxIcon icon = BoxIcon::None, Text title = Text(DefaultTitle)) {
-        m_boxes.push_back({{std::move(text), icon, BoxButtons::Ok, std::move(title)}, BoxAnswer::Ok});
+        m_boxes.push_back({{std::move(text), icon, std::move(title)}, BoxAnswer::Ok});
     }
     void ExpectQuestion(Text text, BoxIcon icon, Text title, BoxAnswer answer) {
-        m_boxes.push_back({{std::move(text), icon, BoxButtons::YesNo, std::move(title)}, answer});
+        m_boxes.push_back({{std::move(text), icon, std::move(title), BoxButtons::YesNo}, answer});
     }
     /// The next modal form has this name; `user` does what the user does, and ends with the form hidden.
     void ExpectForm(Text name, std::function<void(Form&)> user) {
@@ -50,15 +56,18 @@ public:
         ExpectForm(std::move(name), [user = std::move(user)](Form& form) { user(dynamic_cast<F&>(form)); });
     }
     void ExpectPopup(std::function<void(MenuItem&)> user) { m_popups.push_back(std::move(user)); }
+    /// From now on every box is confirmed and every form left to `user`: for runs in which nobody foresees
+    /// which ones come.
+    void AnswerAll(std::function<void(Form&)> user) { m_answerAll = std::move(user); }
 
     /// What happened, in order: "box ...", "form ...", "events", "hourglass", "default".
     std::vector<std::string> log;
+    /// The boxes shown so far.
+    std::vector<Box> boxes;
     /// Runs inside each pass of the message loop.
     std::function<void()> onProcessEvents;
     /// Runs each time that a job asks to be kept alive.
     std::function<void()> onKeepAlive;
-    std::int32_t screenWidth = 1920;
-    std::int32_t screenHeight = 1080;
 
     // --- Toolkit
     // --------------------------------------------------------------------------------------------
@@ -66,6 +75,10 @@ public:
     BoxAnswer MessageBox(std::string_view text, BoxIcon icon, BoxButtons buttons,
                          std::string_view title) override {
         log.push_back("box " + Text(text));
+        boxes.push_back({Text(text), icon, Text(title), buttons});
+        if (m_answerAll) {
+            return buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Yes;
+        }
         if (m_boxes.empty()) {
             ADD_FAILURE() << "unforeseen box: " << text;
             return buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::No;
@@ -80,6 +93,11 @@ public:
     }
     void ShowModal(Form& form) override {
         log.push_back("form " + form.Name());
+        if (m_answerAll) {
+            form.MarkShown();
+            m_answerAll(form);
+            return;
+        }
         if (m_forms.empty()) {
             ADD_FAILURE() << "unforeseen form: " << form.Name();
             // A command that shows its form until it is content would never end.
@@ -122,13 +140,12 @@ public:
         m_pointer = pointer;
         log.emplace_back(pointer == Pointer::Hourglass ? "hourglass" : "default");
     }
-    std::int32_t ScreenWidth() const override { return screenWidth; }
-    std::int32_t ScreenHeight() const override { return screenHeight; }
 
 private:
     std::deque<std::pair<Box, BoxAnswer>> m_boxes;
     std::deque<std::pair<Text, std::function<void(Form&)>>> m_forms;
     std::deque<std::function<void(MenuItem&)>> m_popups;
+    std::function<void(Form&)> m_answerAll;
     Pointer m_pointer = Pointer::Default;
 };
 

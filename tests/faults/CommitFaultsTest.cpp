@@ -52,7 +52,7 @@ struct FaultyCommit {
     MemoryFiles memory;
     FailingFiles files{memory};
     CommitScene scene;
-    std::vector<WillingToolkit::Box> boxes;
+    std::vector<ScriptedToolkit::Box> boxes;
     std::vector<Outcome> outcomes;
     bool archived = true;
 };
@@ -173,8 +173,8 @@ void CheckSecondTry(FaultyCommit& commit) {
     ASSERT_EQ(next.g.gFields->Count(), CommitScene::Views * CommitScene::PerView);
     next.EditAll("40");
     next.Commit();
-    EXPECT_EQ(next.toolkit.boxes, (std::vector<WillingToolkit::Box>{{"4 File(s) have been modified.",
-                                                                     BoxIcon::Information, "KDLimitDesk"}}));
+    EXPECT_EQ(next.toolkit.boxes, (std::vector<ScriptedToolkit::Box>{{"4 File(s) have been modified.",
+                                                                      BoxIcon::Information, "KDLimitDesk"}}));
     for (std::int32_t view = 0; view < CommitScene::Views; ++view) {
         EXPECT_NE(commit.memory.Get(next.FilePath(view)).find("F40."), std::string::npos) << view;
         EXPECT_FALSE(commit.memory.Has(next.TemporaryPath(view)));

@@ -12,6 +12,7 @@
 #include "commit/CommitChanges.h"
 #include "commit/frmCommit.h"
 #include "fakes/FakeServices.h"
+#include "fakes/ScriptedToolkit.h"
 #include "grid/CellGate.h"
 #include "grid/ColumnCatalogue.h"
 #include "lifecycle/StartUp.h"
@@ -21,42 +22,6 @@
 #include "suite/StandaloneSuite.h"
 
 namespace kd {
-
-/// Confirms every dialog and remembers every box.
-class WillingToolkit : public Toolkit {
-public:
-    struct Box {
-        Text text;
-        BoxIcon icon;
-        Text title;
-        bool operator==(const Box&) const = default;
-    };
-    std::vector<Box> boxes;
-
-    BoxAnswer MessageBox(std::string_view text, BoxIcon icon, BoxButtons buttons,
-                         std::string_view title) override {
-        boxes.push_back({Text(text), icon, Text(title)});
-        return buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Yes;
-    }
-    void ShowModal(Form& form) override {
-        form.MarkShown();
-        dynamic_cast<frmCommit&>(form).cmdOk.UserClick();
-    }
-    void ShowModeless(Form&) override {}
-    void ShowPopupMenu(MenuItem&) override {}
-    void ProcessEvents() override {}
-    Pointer MousePointer() const override { return m_pointer; }
-    void SetMousePointer(Pointer pointer) override { m_pointer = pointer; }
-    std::int32_t ScreenWidth() const override { return 100; }
-    std::int32_t ScreenHeight() const override { return 100; }
-
-private:
-    Pointer m_pointer = Pointer::Default;
-};
-
-inline std::ostream& operator<<(std::ostream& out, const WillingToolkit::Box& box) {
-    return out << "[" << box.title << "] " << box.text;
-}
 
 /// An application with three views and the whole way from its files into the grid and back, over any file
 /// service: the real commit, the real services of the suite, no screen.
@@ -75,6 +40,7 @@ public:
           g(platform),
           desk(g) {
         g.gUserName = "anna";
+        toolkit.AnswerAll([](Form& form) { dynamic_cast<frmCommit&>(form).cmdOk.UserClick(); });
     }
 
     /// Path and content of each file of the application, before any commit.
@@ -162,7 +128,7 @@ private:
     Text m_folder;
 
 public:
-    WillingToolkit toolkit;
+    ScriptedToolkit toolkit;
     FakeLocale locale;
     FakeClock clock;
     FakeEnvironment environment;

@@ -44,7 +44,7 @@ public:
         }
     }
 
-    std::vector<WillingToolkit::Box> boxes;
+    std::vector<ScriptedToolkit::Box> boxes;
     std::vector<Outcome> outcomes;
     bool archived = true;
 

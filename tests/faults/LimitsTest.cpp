@@ -13,9 +13,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Boxes = std::vector<WillingToolkit::Box>;
+using Boxes = std::vector<ScriptedToolkit::Box>;
 
-const WillingToolkit::Box AllSaved{"4 File(s) have been modified.", BoxIcon::Information, "KDLimitDesk"};
+const ScriptedToolkit::Box AllSaved{"4 File(s) have been modified.", BoxIcon::Information, "KDLimitDesk"};
 
 /// An application loaded and changed; the machine's limits come between that and the commit.
 class LimitsTest : public testing::Test {
@@ -297,8 +297,8 @@ TEST(NamesTest, TheLongestNameIsSavedAndOneWhoseTemporaryFileCannotBeNamedIsTold
         }
         if (!saved) {
             EXPECT_EQ(scene.toolkit.boxes.front(),
-                      (WillingToolkit::Box{"Error 57: Device I/O error occurred in SaveSchema.",
-                                           BoxIcon::Exclamation, "KDLimitDesk"}));
+                      (ScriptedToolkit::Box{"Error 57: Device I/O error occurred in SaveSchema.",
+                                            BoxIcon::Exclamation, "KDLimitDesk"}));
         }
     }
 }

@@ -178,7 +178,7 @@ public:
         next.EditAll("40");
         next.Commit();
         EXPECT_EQ(next.toolkit.boxes,
-                  (std::vector<WillingToolkit::Box>{
+                  (std::vector<ScriptedToolkit::Box>{
                       {"4 File(s) have been modified.", BoxIcon::Information, "KDLimitDesk"}}));
         for (std::int32_t view = 0; view < CommitScene::Views; ++view) {
             EXPECT_NE(RealFolder::Get(next.FilePath(view)).find("F40."), std::string::npos);

@@ -13,7 +13,7 @@ class SystemCallFaultsTest : public testing::TestWithParam<std::tuple<int, bool>
 /// Whether a box tells of something that went wrong.
 bool Told(const CommitScene& scene) {
     return std::any_of(scene.toolkit.boxes.begin(), scene.toolkit.boxes.end(),
-                       [](const WillingToolkit::Box& box) { return box.icon != BoxIcon::Information; });
+                       [](const ScriptedToolkit::Box& box) { return box.icon != BoxIcon::Information; });
 }
 
 TEST_P(SystemCallFaultsTest, WhateverCallOfTheSystemFailsNothingIsLostAndNothingUntold) {

@@ -33,7 +33,7 @@ int CommitAgainAndAgain(const Text& folder, int program, int rounds) {
         scene.EditAll(Digits(100 + round * Programs + program));
         scene.toolkit.boxes.clear();
         scene.Commit();
-        for (const WillingToolkit::Box& box : scene.toolkit.boxes) {
+        for (const ScriptedToolkit::Box& box : scene.toolkit.boxes) {
             if (box.icon != BoxIcon::Information) {
                 ++told;
                 std::cerr << box << std::endl;
@@ -164,8 +164,8 @@ TEST(TwoProgramsTest, ATemporaryFileThatAnotherProgramHoldsIsNotTaken) {
     const auto pause = std::exchange(waiting::Pause, [](std::uint32_t) {});
     scene.Commit();
     waiting::Pause = pause;
-    const WillingToolkit::Box refused{"Error 55: File already open occurred in SaveSchema.",
-                                      BoxIcon::Exclamation, "KDLimitDesk"};
+    const ScriptedToolkit::Box refused{"Error 55: File already open occurred in SaveSchema.",
+                                       BoxIcon::Exclamation, "KDLimitDesk"};
     ASSERT_EQ(scene.toolkit.boxes.size(), 5U);
     EXPECT_EQ(scene.toolkit.boxes.front(), refused);
     EXPECT_EQ(RealFolder::Get(scene.TemporaryPath(0)), "half of another program's");

@@ -4,6 +4,7 @@
 #include "fakes/FakeServices.h"
 #include "fakes/FakeSuite.h"
 #include "fakes/MemoryFiles.h"
+#include "fakes/ScriptedToolkit.h"
 #include "fuzz/FuzzTargets.h"
 #include "grid/ColumnCatalogue.h"
 #include "grid/Desk.h"
@@ -12,24 +13,6 @@
 #include "model/modKDLimitDesk.h"
 
 namespace kd::fuzz {
-
-/// Confirms what is asked, and counts.
-class SilentToolkit : public Toolkit {
-public:
-    int boxes = 0;
-    BoxAnswer MessageBox(std::string_view, BoxIcon, BoxButtons, std::string_view) override {
-        ++boxes;
-        return BoxAnswer::Ok;
-    }
-    void ShowModal(Form&) override {}
-    void ShowModeless(Form&) override {}
-    void ShowPopupMenu(MenuItem&) override {}
-    void ProcessEvents() override {}
-    Pointer MousePointer() const override { return Pointer::Default; }
-    void SetMousePointer(Pointer) override {}
-    std::int32_t ScreenWidth() const override { return 100; }
-    std::int32_t ScreenHeight() const override { return 100; }
-};
 
 /// A column of the variable for each byte.
 inline std::int32_t ColumnFor(std::int32_t byte) {
@@ -41,6 +24,7 @@ struct FuzzDesk {
     static constexpr const char* Path = "/apps/a.kdt";
 
     explicit FuzzDesk(std::string_view schema) {
+        toolkit.AnswerAll([](Form&) {});
         files.Put(Path, std::string(schema));
         suite.applications[Path] = {"Plant", {}};
         g.gRuleNames = "Point beyond limit,Run of nine";
@@ -73,7 +57,7 @@ struct FuzzDesk {
     }
 
     MemoryFiles files;
-    SilentToolkit toolkit;
+    ScriptedToolkit toolkit;
     FakeLocale locale;
     FakeClock clock;
     FakeEnvironment environment;

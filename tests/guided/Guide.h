@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QImage>
-#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QTimer>

@@ -22,8 +22,9 @@ TEST(EventBoundaryTest, HandlerThatEndsWellSaysNothing) {
     TestMachine desk;
     int ran = 0;
     int putBack = 0;
-    EXPECT_TRUE(AtEventBoundary(
-        desk.platform, [&] { ++putBack; }, [&] { ++ran; }));
+    EventBoundary& boundary = desk.toolkit.Boundary();
+    boundary.PutBack = [&] { ++putBack; };
+    EXPECT_TRUE(boundary.Run([&] { ++ran; }));
     EXPECT_EQ(ran, 1);
     EXPECT_EQ(putBack, 0);
     EXPECT_TRUE(desk.toolkit.log.empty());
@@ -33,29 +34,29 @@ TEST(EventBoundaryTest, FailureIsToldInOneCriticalBoxAfterAllIsPutBack) {
     TestMachine desk;
     desk.toolkit.ExpectBox("Run-time error '53':\r\n\r\nFile not found\r\na.kdt", BoxIcon::Critical,
                            "KDLimitDesk");
-    EXPECT_FALSE(AtEventBoundary(
-        desk.platform, [&] { desk.toolkit.SetMousePointer(Pointer::Default); },
-        [&] {
-            desk.toolkit.SetMousePointer(Pointer::Hourglass);
-            throw cError(errFileNotFound, "Files.Read", {}, "a.kdt");
-        }));
+    EventBoundary& boundary = desk.toolkit.Boundary();
+    boundary.PutBack = [&] { desk.toolkit.log.emplace_back("put back"); };
+    EXPECT_FALSE(boundary.Run([&] {
+        desk.toolkit.SetMousePointer(Pointer::Hourglass);
+        throw cError(errFileNotFound, "Files.Read", {}, "a.kdt");
+    }));
     EXPECT_EQ(desk.toolkit.log,
-              (std::vector<std::string>{"hourglass", "default",
+              (std::vector<std::string>{"hourglass", "default", "put back",
                                         "box Run-time error '53':\r\n\r\nFile not found\r\na.kdt"}));
 }
 
 TEST(EventBoundaryTest, NothingToPutBackIsFine) {
     TestMachine desk;
     desk.toolkit.ExpectBox("Run-time error '9':\r\n\r\nSubscript out of range", BoxIcon::Critical);
-    EXPECT_FALSE(AtEventBoundary(desk.platform, nullptr, [] { throw cError(errSubscript, "x"); }));
+    EXPECT_FALSE(desk.toolkit.Boundary().Run([] { throw cError(errSubscript, "x"); }));
 }
 
 TEST(EventBoundaryTest, OtherFailuresGetANumberToo) {
     TestMachine desk;
     desk.toolkit.ExpectBox("Run-time error '7':\r\n\r\nOut of memory", BoxIcon::Critical);
-    EXPECT_FALSE(AtEventBoundary(desk.platform, nullptr, [] { throw std::bad_alloc(); }));
+    EXPECT_FALSE(desk.toolkit.Boundary().Run([] { throw std::bad_alloc(); }));
     desk.toolkit.ExpectBox("Run-time error '5':\r\n\r\nodd", BoxIcon::Critical);
-    EXPECT_FALSE(AtEventBoundary(desk.platform, nullptr, [] { throw std::runtime_error("odd"); }));
+    EXPECT_FALSE(desk.toolkit.Boundary().Run([] { throw std::runtime_error("odd"); }));
 }
 
 }  // namespace

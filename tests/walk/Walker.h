@@ -14,8 +14,6 @@
 #include "qt/grid/GridWidget.h"
 #include "walk/WalkWatch.h"
 
-class QAbstractButton;
-class QLineEdit;
 class QMenu;
 class QWindow;
 

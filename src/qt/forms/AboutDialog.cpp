@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QHBoxLayout>
-#include <QIcon>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -18,7 +17,8 @@ constexpr int PictureSize = 64;
 
 }  // namespace
 
-AboutDialog::AboutDialog(frmAbout& form, EventEdge& edge, QWidget* parent) : FormDialog(form, edge, parent) {
+AboutDialog::AboutDialog(frmAbout& form, EventBoundary& boundary, QWidget* parent)
+    : FormDialog(form, boundary, parent) {
     auto* const image = new QLabel(this);
     auto* const title = new QLabel(this);
     auto* const version = new QLabel(this);
@@ -47,13 +47,13 @@ AboutDialog::AboutDialog(frmAbout& form, EventEdge& edge, QWidget* parent) : For
     column->addLayout(row, 1);
     column->addLayout(buttons);
 
-    new LabelBinder(form.Image1, *image, edge);
-    new LabelBinder(form.lblAppTitle, *title, edge);
-    new LabelBinder(form.lblVersion, *version, edge);
-    new LabelBinder(form.lblCompanyInfo, *company, edge);
-    new LabelBinder(form.lblWebsite, *website, edge, true);
-    new LabelBinder(form.lblEmail, *email, edge, true);
-    new ButtonBinder(form.cmdOk, *ok, edge);
+    new LabelBinder(form.Image1, *image, boundary);
+    new LabelBinder(form.lblAppTitle, *title, boundary);
+    new LabelBinder(form.lblVersion, *version, boundary);
+    new LabelBinder(form.lblCompanyInfo, *company, boundary);
+    new LabelBinder(form.lblWebsite, *website, boundary, true);
+    new LabelBinder(form.lblEmail, *email, boundary, true);
+    new ButtonBinder(form.cmdOk, *ok, boundary);
     image->setPixmap(QApplication::windowIcon().pixmap(QSize(PictureSize, PictureSize), devicePixelRatioF()));
 
     TabThrough({website, email, ok});

@@ -8,7 +8,7 @@ namespace kd {
 /// The window of frmAbout.
 class AboutDialog : public FormDialog {
 public:
-    AboutDialog(frmAbout& form, EventEdge& edge, QWidget* parent);
+    AboutDialog(frmAbout& form, EventBoundary& boundary, QWidget* parent);
 };
 
 }  // namespace kd

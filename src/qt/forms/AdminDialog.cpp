@@ -26,14 +26,14 @@ QFont FilterFont(const QFont& around) {
 
 }  // namespace
 
-AdminDialog::AdminDialog(frmApplicationAdmin& form, EventEdge& edge, QWidget* parent)
-    : FormDialog(form, edge, parent) {
+AdminDialog::AdminDialog(frmApplicationAdmin& form, EventBoundary& boundary, QWidget* parent)
+    : FormDialog(form, boundary, parent) {
     auto* const label = new QLabel(this);
     auto* const filter = new ComboBoxWidget(this);
     auto* const grid = new GridWidget(form.Grid, this, std::make_unique<ListManner>(form.Grid));
     const auto button = [&](Button& control, QChar mnemonic = {}) {
         auto* const made = new QPushButton(this);
-        new ButtonBinder(control, *made, edge, mnemonic);
+        new ButtonBinder(control, *made, boundary, mnemonic);
         return made;
     };
     auto* const apply = button(form.cmdFilter, QLatin1Char('p'));
@@ -42,8 +42,8 @@ AdminDialog::AdminDialog(frmApplicationAdmin& form, EventEdge& edge, QWidget* pa
     auto* const help = button(form.cmdHelp, QLatin1Char('H'));
     auto* const ok = button(form.cmdOk);
     auto* const cancel = button(form.cmdCancel);
-    new LabelBinder(form.Label1, *label, edge);
-    new ComboBoxBinder(form.cboFilter, *filter, edge);
+    new LabelBinder(form.Label1, *label, boundary);
+    new ComboBoxBinder(form.cboFilter, *filter, boundary);
     filter->setFont(FilterFont(font()));
     filter->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     filter->setMinimumContentsLength(20);

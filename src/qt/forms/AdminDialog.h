@@ -8,7 +8,7 @@ namespace kd {
 /// The window of frmApplicationAdmin.
 class AdminDialog : public FormDialog {
 public:
-    AdminDialog(frmApplicationAdmin& form, EventEdge& edge, QWidget* parent);
+    AdminDialog(frmApplicationAdmin& form, EventBoundary& boundary, QWidget* parent);
 };
 
 }  // namespace kd

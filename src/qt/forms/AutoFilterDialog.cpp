@@ -10,8 +10,8 @@
 
 namespace kd {
 
-AutoFilterDialog::AutoFilterDialog(frmAutoFilter& form, EventEdge& edge, QWidget* parent)
-    : FormDialog(form, edge, parent) {
+AutoFilterDialog::AutoFilterDialog(frmAutoFilter& form, EventBoundary& boundary, QWidget* parent)
+    : FormDialog(form, boundary, parent) {
     auto* const all = new CheckBoxWidget(this);
     auto* const list = new QListView(this);
     auto* const ok = new QPushButton(this);
@@ -27,10 +27,10 @@ AutoFilterDialog::AutoFilterDialog(frmAutoFilter& form, EventEdge& edge, QWidget
     column->addWidget(list, 1);
     column->addLayout(buttons);
 
-    new CheckBoxBinder(form.chkSelectAll, *all, edge, QLatin1Char('S'));
-    new CheckListBinder(form.lstAutoFilter, *list, edge);
-    new ButtonBinder(form.cmdOk, *ok, edge);
-    new ButtonBinder(form.cmdCancel, *cancel, edge);
+    new CheckBoxBinder(form.chkSelectAll, *all, boundary, QLatin1Char('S'));
+    new CheckListBinder(form.lstAutoFilter, *list, boundary);
+    new ButtonBinder(form.cmdOk, *ok, boundary);
+    new ButtonBinder(form.cmdCancel, *cancel, boundary);
 
     TabThrough({all, list, ok, cancel});
     SetButtons(ok, cancel);

@@ -8,7 +8,7 @@ namespace kd {
 /// The window of frmAutoFilter.
 class AutoFilterDialog : public FormDialog {
 public:
-    AutoFilterDialog(frmAutoFilter& form, EventEdge& edge, QWidget* parent);
+    AutoFilterDialog(frmAutoFilter& form, EventBoundary& boundary, QWidget* parent);
 };
 
 }  // namespace kd

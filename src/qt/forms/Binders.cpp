@@ -1,6 +1,5 @@
 #include "qt/forms/Binders.h"
 
-#include <QGroupBox>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QProgressBar>
@@ -36,8 +35,8 @@ QString CaptionWithMnemonic(std::string_view caption, QChar mnemonic) {
 
 // --- what all have in common ------------------------------------------------------------------------------
 
-ControlBinder::ControlBinder(Control& control, QWidget& widget, EventEdge& edge)
-    : QObject(&widget), m_control(control), m_anyWidget(widget), m_edge(edge) {
+ControlBinder::ControlBinder(Control& control, QWidget& widget, EventBoundary& boundary)
+    : QObject(&widget), m_control(control), m_anyWidget(widget), m_boundary(boundary) {
     m_anyWidget.setObjectName(ToQt(control.Name()));
     m_anyWidget.installEventFilter(this);
     m_control.OnChanged = [this] { Show(); };
@@ -61,15 +60,15 @@ void ControlBinder::Show() {
 bool ControlBinder::eventFilter(QObject* watched, QEvent* event) {
     if (watched == &m_anyWidget && event->type() == QEvent::FocusIn &&
         IsUserFocus(*static_cast<QFocusEvent*>(event))) {
-        m_edge.Run([this] { m_control.UserFocus(); });
+        m_boundary.Run([this] { m_control.UserFocus(); });
     }
     return QObject::eventFilter(watched, event);
 }
 
 // --- label ------------------------------------------------------------------------------------------------
 
-LabelBinder::LabelBinder(Label& control, QLabel& widget, EventEdge& edge, bool clickable)
-    : ControlBinder(control, widget, edge), m_label(control), m_widget(widget), m_clickable(clickable) {
+LabelBinder::LabelBinder(Label& control, QLabel& widget, EventBoundary& boundary, bool clickable)
+    : ControlBinder(control, widget, boundary), m_label(control), m_widget(widget), m_clickable(clickable) {
     m_widget.setTextFormat(Qt::PlainText);
     if (clickable) {
         m_widget.setFocusPolicy(Qt::StrongFocus);
@@ -100,7 +99,7 @@ bool LabelBinder::eventFilter(QObject* watched, QEvent* event) {
             click = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
         }
         if (click) {
-            Edge().Run([this] { m_label.UserClick(); });
+            Boundary().Run([this] { m_label.UserClick(); });
             return true;
         }
     }
@@ -109,9 +108,10 @@ bool LabelBinder::eventFilter(QObject* watched, QEvent* event) {
 
 // --- buttons ----------------------------------------------------------------------------------------------
 
-ButtonBinder::ButtonBinder(Button& control, QPushButton& widget, EventEdge& edge, QChar mnemonic)
-    : ControlBinder(control, widget, edge), m_button(control), m_widget(widget), m_mnemonic(mnemonic) {
-    connect(&m_widget, &QPushButton::clicked, this, [this] { Edge().Run([this] { m_button.UserClick(); }); });
+ButtonBinder::ButtonBinder(Button& control, QPushButton& widget, EventBoundary& boundary, QChar mnemonic)
+    : ControlBinder(control, widget, boundary), m_button(control), m_widget(widget), m_mnemonic(mnemonic) {
+    connect(&m_widget, &QPushButton::clicked, this,
+            [this] { Boundary().Run([this] { m_button.UserClick(); }); });
     Show();
 }
 
@@ -120,10 +120,10 @@ void ButtonBinder::Show() {
     m_widget.setText(CaptionWithMnemonic(m_button.Caption(), m_mnemonic));
 }
 
-CheckBoxBinder::CheckBoxBinder(CheckBox& control, QCheckBox& widget, EventEdge& edge, QChar mnemonic)
-    : ControlBinder(control, widget, edge), m_check(control), m_widget(widget), m_mnemonic(mnemonic) {
+CheckBoxBinder::CheckBoxBinder(CheckBox& control, QCheckBox& widget, EventBoundary& boundary, QChar mnemonic)
+    : ControlBinder(control, widget, boundary), m_check(control), m_widget(widget), m_mnemonic(mnemonic) {
     connect(&m_widget, &QCheckBox::clicked, this, [this] {
-        Edge().Run([this] { m_check.UserClick(); });
+        Boundary().Run([this] { m_check.UserClick(); });
         Show();
     });
     Show();
@@ -137,11 +137,11 @@ void CheckBoxBinder::Show() {
                                                          : Qt::Unchecked);
 }
 
-OptionButtonBinder::OptionButtonBinder(OptionButton& control, QRadioButton& widget, EventEdge& edge,
+OptionButtonBinder::OptionButtonBinder(OptionButton& control, QRadioButton& widget, EventBoundary& boundary,
                                        QChar mnemonic)
-    : ControlBinder(control, widget, edge), m_option(control), m_widget(widget), m_mnemonic(mnemonic) {
+    : ControlBinder(control, widget, boundary), m_option(control), m_widget(widget), m_mnemonic(mnemonic) {
     connect(&m_widget, &QRadioButton::clicked, this, [this] {
-        Edge().Run([this] { m_option.UserClick(); });
+        Boundary().Run([this] { m_option.UserClick(); });
         Show();
     });
     Show();
@@ -154,8 +154,8 @@ void OptionButtonBinder::Show() {
 }
 
 OptionGroupBinder::OptionGroupBinder(OptionGroup& control, QWidget& box, std::vector<QRadioButton*> buttons,
-                                     EventEdge& edge)
-    : ControlBinder(control, box, edge), m_group(control), m_buttons(std::move(buttons)) {
+                                     EventBoundary& boundary)
+    : ControlBinder(control, box, boundary), m_group(control), m_buttons(std::move(buttons)) {
     for (std::size_t index = 0; index < m_buttons.size(); ++index) {
         QRadioButton* const button = m_buttons[index];
         const auto member = static_cast<std::int32_t>(index);
@@ -165,7 +165,7 @@ OptionGroupBinder::OptionGroupBinder(OptionGroup& control, QWidget& box, std::ve
         connect(button, &QRadioButton::clicked, this, [this, button, member] {
             // With the focus comes the selection already; a click adds nothing to it.
             if (m_group.Selected() != member || !button->hasFocus()) {
-                Edge().Run([this, member] { m_group.UserSelect(member); });
+                Boundary().Run([this, member] { m_group.UserSelect(member); });
             }
             Show();
         });
@@ -190,7 +190,7 @@ bool OptionGroupBinder::eventFilter(QObject* watched, QEvent* event) {
         const auto found = std::find(m_buttons.begin(), m_buttons.end(), watched);
         if (found != m_buttons.end()) {
             const auto member = static_cast<std::int32_t>(found - m_buttons.begin());
-            Edge().Run([this, member] { m_group.UserSelect(member); });
+            Boundary().Run([this, member] { m_group.UserSelect(member); });
         }
     }
     return ControlBinder::eventFilter(watched, event);
@@ -198,10 +198,10 @@ bool OptionGroupBinder::eventFilter(QObject* watched, QEvent* event) {
 
 // --- text -------------------------------------------------------------------------------------------------
 
-TextBoxBinder::TextBoxBinder(TextBox& control, QLineEdit& widget, EventEdge& edge)
-    : ControlBinder(control, widget, edge), m_text(control), m_widget(widget) {
+TextBoxBinder::TextBoxBinder(TextBox& control, QLineEdit& widget, EventBoundary& boundary)
+    : ControlBinder(control, widget, boundary), m_text(control), m_widget(widget) {
     connect(&m_widget, &QLineEdit::textEdited, this,
-            [this](const QString& text) { Edge().Run([&] { m_text.UserType(FromQt(text)); }); });
+            [this](const QString& text) { Boundary().Run([&] { m_text.UserType(FromQt(text)); }); });
     m_text.OnSelectAll = [this] { m_widget.selectAll(); };
     m_widget.setMaxLength(std::numeric_limits<int>::max());  // a text is never cut
     Show();
@@ -222,14 +222,14 @@ void TextBoxBinder::Show() {
     }
 }
 
-ComboBoxBinder::ComboBoxBinder(ComboBox& control, ComboBoxWidget& widget, EventEdge& edge)
-    : ControlBinder(control, widget, edge), m_combo(control), m_widget(widget) {
-    m_widget.AboutToDropDown = [this] { Edge().Run([this] { m_combo.UserDropDown(); }); };
+ComboBoxBinder::ComboBoxBinder(ComboBox& control, ComboBoxWidget& widget, EventBoundary& boundary)
+    : ControlBinder(control, widget, boundary), m_combo(control), m_widget(widget) {
+    m_widget.AboutToDropDown = [this] { Boundary().Run([this] { m_combo.UserDropDown(); }); };
     connect(&m_widget, &QComboBox::editTextChanged, this,
-            [this](const QString& text) { Edge().Run([&] { m_combo.UserType(FromQt(text)); }); });
+            [this](const QString& text) { Boundary().Run([&] { m_combo.UserType(FromQt(text)); }); });
     connect(&m_widget, &QComboBox::activated, this, [this](int index) {
         if (index >= 0 && index < static_cast<int>(m_combo.Entries().size())) {
-            Edge().Run([&] { m_combo.UserChoose(index); });
+            Boundary().Run([&] { m_combo.UserChoose(index); });
         }
     });
     Show();
@@ -254,8 +254,8 @@ void ComboBoxBinder::Show() {
 
 // --- progress bar -----------------------------------------------------------------------------------------
 
-ProgressBarBinder::ProgressBarBinder(ProgressBar& control, QProgressBar& widget, EventEdge& edge)
-    : ControlBinder(control, widget, edge), m_progress(control), m_widget(widget) {
+ProgressBarBinder::ProgressBarBinder(ProgressBar& control, QProgressBar& widget, EventBoundary& boundary)
+    : ControlBinder(control, widget, boundary), m_progress(control), m_widget(widget) {
     m_widget.setRange(0, 100);
     m_widget.setTextVisible(false);
     Show();

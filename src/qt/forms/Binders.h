@@ -5,12 +5,9 @@
 #include <QObject>
 
 #include "platform/Controls.h"
-#include "qt/services/EventEdge.h"
+#include "platform/EventBoundary.h"
 
-class QButtonGroup;
 class QCheckBox;
-class QComboBox;
-class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QProgressBar;
@@ -24,7 +21,7 @@ namespace kd {
 /// What all binders do: object name, enabled, visible, focus both ways.
 class ControlBinder : public QObject {
 public:
-    ControlBinder(Control& control, QWidget& widget, EventEdge& edge);
+    ControlBinder(Control& control, QWidget& widget, EventBoundary& boundary);
     ~ControlBinder() override;
     ControlBinder(const ControlBinder&) = delete;
     ControlBinder& operator=(const ControlBinder&) = delete;
@@ -33,12 +30,12 @@ protected:
     /// Shows the whole state. Called for the first time by the derived class's constructor.
     virtual void Show();
     bool eventFilter(QObject* watched, QEvent* event) override;
-    EventEdge& Edge() const noexcept { return m_edge; }
+    EventBoundary& Boundary() const noexcept { return m_boundary; }
 
 private:
     Control& m_control;
     QWidget& m_anyWidget;
-    EventEdge& m_edge;
+    EventBoundary& m_boundary;
 };
 
 /// Whether a focus event is the user's own move to the widget, and not the window's coming to the front or
@@ -49,7 +46,7 @@ bool IsUserFocus(const QFocusEvent& event);
 /// click.
 class LabelBinder : public ControlBinder {
 public:
-    LabelBinder(Label& control, QLabel& widget, EventEdge& edge, bool clickable = false);
+    LabelBinder(Label& control, QLabel& widget, EventBoundary& boundary, bool clickable = false);
 
 protected:
     void Show() override;
@@ -66,7 +63,7 @@ QString CaptionWithMnemonic(std::string_view caption, QChar mnemonic);
 
 class ButtonBinder : public ControlBinder {
 public:
-    ButtonBinder(Button& control, QPushButton& widget, EventEdge& edge, QChar mnemonic = {});
+    ButtonBinder(Button& control, QPushButton& widget, EventBoundary& boundary, QChar mnemonic = {});
 
 protected:
     void Show() override;
@@ -79,7 +76,7 @@ private:
 
 class TextBoxBinder : public ControlBinder {
 public:
-    TextBoxBinder(TextBox& control, QLineEdit& widget, EventEdge& edge);
+    TextBoxBinder(TextBox& control, QLineEdit& widget, EventBoundary& boundary);
     ~TextBoxBinder() override;
 
 protected:
@@ -93,7 +90,7 @@ private:
 /// The widget must be a CheckBoxWidget: its state is the control's alone.
 class CheckBoxBinder : public ControlBinder {
 public:
-    CheckBoxBinder(CheckBox& control, QCheckBox& widget, EventEdge& edge, QChar mnemonic = {});
+    CheckBoxBinder(CheckBox& control, QCheckBox& widget, EventBoundary& boundary, QChar mnemonic = {});
 
 protected:
     void Show() override;
@@ -107,7 +104,8 @@ private:
 /// The widget must be an OptionWidget: its state is the control's alone.
 class OptionButtonBinder : public ControlBinder {
 public:
-    OptionButtonBinder(OptionButton& control, QRadioButton& widget, EventEdge& edge, QChar mnemonic = {});
+    OptionButtonBinder(OptionButton& control, QRadioButton& widget, EventBoundary& boundary,
+                       QChar mnemonic = {});
 
 protected:
     void Show() override;
@@ -123,7 +121,7 @@ private:
 class OptionGroupBinder : public ControlBinder {
 public:
     OptionGroupBinder(OptionGroup& control, QWidget& box, std::vector<QRadioButton*> buttons,
-                      EventEdge& edge);
+                      EventBoundary& boundary);
 
 protected:
     void Show() override;
@@ -138,7 +136,7 @@ private:
 class ComboBoxWidget;
 class ComboBoxBinder : public ControlBinder {
 public:
-    ComboBoxBinder(ComboBox& control, ComboBoxWidget& widget, EventEdge& edge);
+    ComboBoxBinder(ComboBox& control, ComboBoxWidget& widget, EventBoundary& boundary);
 
 protected:
     void Show() override;
@@ -151,7 +149,7 @@ private:
 
 class ProgressBarBinder : public ControlBinder {
 public:
-    ProgressBarBinder(ProgressBar& control, QProgressBar& widget, EventEdge& edge);
+    ProgressBarBinder(ProgressBar& control, QProgressBar& widget, EventBoundary& boundary);
 
 protected:
     void Show() override;

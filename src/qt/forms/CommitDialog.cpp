@@ -11,8 +11,8 @@
 
 namespace kd {
 
-CommitDialog::CommitDialog(frmCommit& form, EventEdge& edge, QWidget* parent)
-    : FormDialog(form, edge, parent) {
+CommitDialog::CommitDialog(frmCommit& form, EventBoundary& boundary, QWidget* parent)
+    : FormDialog(form, boundary, parent) {
     auto* const label = new QLabel(this);
     auto* const list = new QListView(this);
     auto* const all = new CheckBoxWidget(this);
@@ -30,11 +30,11 @@ CommitDialog::CommitDialog(frmCommit& form, EventEdge& edge, QWidget* parent)
     column->addWidget(list, 1);
     column->addLayout(buttons);
 
-    new LabelBinder(form.Label1, *label, edge);
-    new ListBinder(form.lstFiles, *list, edge);
-    new CheckBoxBinder(form.chkSelectAll, *all, edge, QLatin1Char('S'));
-    new ButtonBinder(form.cmdOk, *ok, edge);
-    new ButtonBinder(form.cmdCancel, *cancel, edge);
+    new LabelBinder(form.Label1, *label, boundary);
+    new ListBinder(form.lstFiles, *list, boundary);
+    new CheckBoxBinder(form.chkSelectAll, *all, boundary, QLatin1Char('S'));
+    new ButtonBinder(form.cmdOk, *ok, boundary);
+    new ButtonBinder(form.cmdCancel, *cancel, boundary);
 
     label->setWordWrap(true);
     TabThrough({list, all, ok, cancel});

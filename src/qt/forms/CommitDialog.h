@@ -8,7 +8,7 @@ namespace kd {
 /// The window of frmCommit.
 class CommitDialog : public FormDialog {
 public:
-    CommitDialog(frmCommit& form, EventEdge& edge, QWidget* parent);
+    CommitDialog(frmCommit& form, EventBoundary& boundary, QWidget* parent);
 };
 
 }  // namespace kd

@@ -17,7 +17,7 @@ namespace kd {
 namespace {
 
 /// A frame with the group's options in one column, as far from each other as the frame is high.
-QGroupBox* FrameOf(OptionGroup& group, const Label& frame, EventEdge& edge, QWidget* parent) {
+QGroupBox* FrameOf(OptionGroup& group, const Label& frame, EventBoundary& boundary, QWidget* parent) {
     auto* const box = new QGroupBox(parent);
     box->setObjectName(ToQt(frame.Name()));
     auto* const holder = new QWidget(box);
@@ -30,20 +30,21 @@ QGroupBox* FrameOf(OptionGroup& group, const Label& frame, EventEdge& edge, QWid
     }
     column->addStretch();
     (new QVBoxLayout(box))->addWidget(holder);
-    new OptionGroupBinder(group, *holder, std::move(options), edge);
+    new OptionGroupBinder(group, *holder, std::move(options), boundary);
     box->setEnabled(frame.Enabled());  // the frame is switched off as a whole
     return box;
 }
 
 }  // namespace
 
-FillDialog::FillDialog(frmFill& form, EventEdge& edge, QWidget* parent) : FormDialog(form, edge, parent) {
+FillDialog::FillDialog(frmFill& form, EventBoundary& boundary, QWidget* parent)
+    : FormDialog(form, boundary, parent) {
     auto* const constant = new OptionWidget(this);
     auto* const text = new QLineEdit(this);
     auto* const calculation = new OptionWidget(this);
     auto* const target = new QLabel(this);
-    QGroupBox* const limitFrame = FrameOf(form.optLimits, form.fraLimits, edge, this);
-    QGroupBox* const operationFrame = FrameOf(form.optPlusMinus, form.fraPlusMinus, edge, this);
+    QGroupBox* const limitFrame = FrameOf(form.optLimits, form.fraLimits, boundary, this);
+    QGroupBox* const operationFrame = FrameOf(form.optPlusMinus, form.fraPlusMinus, boundary, this);
     auto* const value = new QLineEdit(this);
     auto* const ok = new QPushButton(this);
     auto* const cancel = new QPushButton(this);
@@ -70,13 +71,13 @@ FillDialog::FillDialog(frmFill& form, EventEdge& edge, QWidget* parent) : FormDi
     column->addStretch();
     column->addLayout(buttons);
 
-    new OptionButtonBinder(form.optFillConstant, *constant, edge, QLatin1Char('U'));
-    new TextBoxBinder(form.txtConstant, *text, edge);
-    new OptionButtonBinder(form.optFillLimit, *calculation, edge, QLatin1Char('c'));
-    new LabelBinder(form.lblLimit, *target, edge);
-    new TextBoxBinder(form.txtLimitValue, *value, edge);
-    new ButtonBinder(form.cmdOk, *ok, edge);
-    new ButtonBinder(form.cmdCancel, *cancel, edge);
+    new OptionButtonBinder(form.optFillConstant, *constant, boundary, QLatin1Char('U'));
+    new TextBoxBinder(form.txtConstant, *text, boundary);
+    new OptionButtonBinder(form.optFillLimit, *calculation, boundary, QLatin1Char('c'));
+    new LabelBinder(form.lblLimit, *target, boundary);
+    new TextBoxBinder(form.txtLimitValue, *value, boundary);
+    new ButtonBinder(form.cmdOk, *ok, boundary);
+    new ButtonBinder(form.cmdCancel, *cancel, boundary);
 
     SetButtons(ok, cancel);
     text->setFocus();

@@ -8,7 +8,7 @@ namespace kd {
 /// The window of frmFill.
 class FillDialog : public FormDialog {
 public:
-    FillDialog(frmFill& form, EventEdge& edge, QWidget* parent);
+    FillDialog(frmFill& form, EventBoundary& boundary, QWidget* parent);
 };
 
 }  // namespace kd

@@ -9,8 +9,8 @@
 
 namespace kd {
 
-FormDialog::FormDialog(Form& form, EventEdge& edge, QWidget* parent)
-    : QDialog(parent), m_form(form), m_edge(edge) {
+FormDialog::FormDialog(Form& form, EventBoundary& boundary, QWidget* parent)
+    : QDialog(parent), m_form(form), m_boundary(boundary) {
     setObjectName(ToQt(form.Name()));
     setWindowTitle(ToQt(form.Caption()));
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -52,7 +52,7 @@ void FormDialog::reject() {
 }
 
 void FormDialog::closeEvent(QCloseEvent* event) {
-    m_edge.Run([this] { m_form.UserClose(); });
+    m_boundary.Run([this] { m_form.UserClose(); });
     event->setAccepted(!m_form.Shown());
 }
 

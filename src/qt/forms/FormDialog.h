@@ -3,8 +3,8 @@
 #include <QDialog>
 #include <initializer_list>
 
+#include "platform/EventBoundary.h"
 #include "platform/Toolkit.h"
-#include "qt/services/EventEdge.h"
 
 class QPushButton;
 
@@ -15,7 +15,7 @@ namespace kd {
 /// the form's UserClose. A form that is shown again has the focus where it was.
 class FormDialog : public QDialog {
 public:
-    FormDialog(Form& form, EventEdge& edge, QWidget* parent);
+    FormDialog(Form& form, EventBoundary& boundary, QWidget* parent);
     ~FormDialog() override;
 
     /// Esc: presses the cancel button; does nothing where there is none.
@@ -31,13 +31,13 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    EventEdge& Edge() const noexcept { return m_edge; }
+    EventBoundary& Boundary() const noexcept { return m_boundary; }
 
 private:
     void MoveToPlace();
 
     Form& m_form;
-    EventEdge& m_edge;
+    EventBoundary& m_boundary;
     QPushButton* m_cancelButton = nullptr;
     bool m_placed = false;
 };

@@ -65,8 +65,8 @@ std::vector<std::int32_t> Rows(const QItemSelection& selection) {
 /// Turns a tick over by a click anywhere on the entry.
 class TickDelegate : public EvenDelegate {
 public:
-    TickDelegate(ListBox& control, QListView& view, EventEdge& edge)
-        : EvenDelegate(control, view), m_control(control), m_edge(edge) {}
+    TickDelegate(ListBox& control, QListView& view, EventBoundary& boundary)
+        : EvenDelegate(control, view), m_control(control), m_boundary(boundary) {}
 
     bool editorEvent(QEvent* event, QAbstractItemModel* /*model*/, const QStyleOptionViewItem& option,
                      const QModelIndex& index) override {
@@ -82,13 +82,13 @@ public:
             return false;
         }
         const std::int32_t row = index.row();
-        m_edge.Run([&] { m_control.UserSelect(row, !m_control.Selected(row)); });
+        m_boundary.Run([&] { m_control.UserSelect(row, !m_control.Selected(row)); });
         return true;
     }
 
 private:
     ListBox& m_control;
-    EventEdge& m_edge;
+    EventBoundary& m_boundary;
 };
 
 }  // namespace
@@ -133,8 +133,8 @@ void ListModel::Refresh() {
 
 // --- selection --------------------------------------------------------------------------------------------
 
-ListBinder::ListBinder(ListBox& control, QListView& widget, EventEdge& edge)
-    : ControlBinder(control, widget, edge),
+ListBinder::ListBinder(ListBox& control, QListView& widget, EventBoundary& boundary)
+    : ControlBinder(control, widget, boundary),
       m_list(control),
       m_view(widget),
       m_model(new ListModel(control, false, this)) {
@@ -163,7 +163,7 @@ void ListBinder::TakeSelection(const QItemSelection& selected, const QItemSelect
     {
         m_showing = true;  // the view shows this change already
         const Scope shown([this] { m_showing = false; });
-        Edge().Run([&] {
+        Boundary().Run([&] {
             if (!off.empty()) {
                 m_list.UserSelect(off, false);
             }
@@ -207,14 +207,14 @@ void ListBinder::ShowCurrent() {
 
 // --- ticks ------------------------------------------------------------------------------------------------
 
-CheckListBinder::CheckListBinder(ListBox& control, QListView& widget, EventEdge& edge)
-    : ControlBinder(control, widget, edge),
+CheckListBinder::CheckListBinder(ListBox& control, QListView& widget, EventBoundary& boundary)
+    : ControlBinder(control, widget, boundary),
       m_list(control),
       m_view(widget),
       m_model(new ListModel(control, true, this)) {
     m_view.setSelectionMode(QAbstractItemView::SingleSelection);
     SetUp(m_view, *m_model);
-    m_view.setItemDelegate(new TickDelegate(control, m_view, edge));
+    m_view.setItemDelegate(new TickDelegate(control, m_view, boundary));
     connect(m_view.selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {
                 if (!m_showing) {

@@ -31,7 +31,7 @@ private:
 /// others alone, Ctrl+A selects all.
 class ListBinder : public ControlBinder {
 public:
-    ListBinder(ListBox& control, QListView& widget, EventEdge& edge);
+    ListBinder(ListBox& control, QListView& widget, EventBoundary& boundary);
 
 protected:
     void Show() override;
@@ -50,7 +50,7 @@ private:
 /// until the user or the form makes one so.
 class CheckListBinder : public ControlBinder {
 public:
-    CheckListBinder(ListBox& control, QListView& widget, EventEdge& edge);
+    CheckListBinder(ListBox& control, QListView& widget, EventBoundary& boundary);
 
 protected:
     void Show() override;

@@ -32,7 +32,7 @@ MainWindow::MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit) : m_form(form),
     m_progress = new ProgressWidget(inner);
     m_progress->setAccessibleName(tr("Progress"));
     m_progress->setFixedHeight(fontMetrics().height());
-    new ProgressBarBinder(desk.ProgressBar1, *m_progress, toolkit.Edge());
+    new ProgressBarBinder(desk.ProgressBar1, *m_progress, toolkit.Boundary());
     form.GridPlace = [this] {
         const QPoint corner = frameGeometry().topLeft() + m_grid->pos();
         return Place{corner.x(), corner.y()};
@@ -60,7 +60,7 @@ MainWindow::~MainWindow() {
 
 void MainWindow::BuildMenuBar() {
     for (MenuItem* const item : m_form.MenuBar()) {
-        FillMenu(*item, *menuBar()->addMenu(QString()), m_toolkit.Edge());
+        FillMenu(*item, *menuBar()->addMenu(QString()));
     }
 }
 
@@ -68,7 +68,7 @@ void MainWindow::BuildStatusBar() {
     Desk& desk = m_form.Controls();
     for (Label* const panel : {&desk.Panel1, &desk.Panel2}) {
         auto* const view = new StatusPanel(statusBar());
-        new LabelBinder(*panel, *view, m_toolkit.Edge());
+        new LabelBinder(*panel, *view, m_toolkit.Boundary());
         statusBar()->addWidget(view, 1);
     }
 }
@@ -121,7 +121,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     if (m_toolkit.InPass()) {
         m_keptClose.start();
     } else {
-        m_toolkit.Edge().Run([&] { mayClose = m_form.Form_QueryUnload(); });
+        m_toolkit.Boundary().Run([&] { mayClose = m_form.Form_QueryUnload(); });
     }
     event->setAccepted(mayClose);
 }

@@ -39,7 +39,6 @@ private:
     GridWidget* m_grid = nullptr;
     QProgressBar* m_progress = nullptr;
     QTimer m_keptClose;  // runs while a request to close waits for the end of a job
-    bool m_placed = false;
 };
 
 }  // namespace kd

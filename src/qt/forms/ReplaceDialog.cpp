@@ -12,8 +12,8 @@
 
 namespace kd {
 
-ReplaceDialog::ReplaceDialog(frmReplace& form, EventEdge& edge, QWidget* parent)
-    : FormDialog(form, edge, parent) {
+ReplaceDialog::ReplaceDialog(frmReplace& form, EventBoundary& boundary, QWidget* parent)
+    : FormDialog(form, boundary, parent) {
     auto* const columnLabel = new QLabel(this);
     auto* const columnName = new QLabel(this);
     auto* const findLabel = new QLabel(this);
@@ -44,15 +44,15 @@ ReplaceDialog::ReplaceDialog(frmReplace& form, EventEdge& edge, QWidget* parent)
     column->addStretch();
     column->addLayout(buttons);
 
-    new LabelBinder(form.Label1, *columnLabel, edge);
-    new LabelBinder(form.lblColumn, *columnName, edge);
-    new LabelBinder(form.lblFind, *findLabel, edge);
-    new TextBoxBinder(form.txtFind, *find, edge);
-    new LabelBinder(form.LblReplace, *replaceLabel, edge);
-    new TextBoxBinder(form.txtReplace, *replace, edge);
-    new CheckBoxBinder(form.chkMatchCase, *matchCase, edge, QLatin1Char('M'));
-    new ButtonBinder(form.cmdReplace, *doReplace, edge, QLatin1Char('R'));
-    new ButtonBinder(form.cmdCancel, *cancel, edge);
+    new LabelBinder(form.Label1, *columnLabel, boundary);
+    new LabelBinder(form.lblColumn, *columnName, boundary);
+    new LabelBinder(form.lblFind, *findLabel, boundary);
+    new TextBoxBinder(form.txtFind, *find, boundary);
+    new LabelBinder(form.LblReplace, *replaceLabel, boundary);
+    new TextBoxBinder(form.txtReplace, *replace, boundary);
+    new CheckBoxBinder(form.chkMatchCase, *matchCase, boundary, QLatin1Char('M'));
+    new ButtonBinder(form.cmdReplace, *doReplace, boundary, QLatin1Char('R'));
+    new ButtonBinder(form.cmdCancel, *cancel, boundary);
 
     TabThrough({find, replace, matchCase, doReplace, cancel});
     SetButtons(doReplace, nullptr);

@@ -8,7 +8,7 @@ namespace kd {
 /// The window of frmReplace. It has no cancel button that Esc would press.
 class ReplaceDialog : public FormDialog {
 public:
-    ReplaceDialog(frmReplace& form, EventEdge& edge, QWidget* parent);
+    ReplaceDialog(frmReplace& form, EventBoundary& boundary, QWidget* parent);
 };
 
 }  // namespace kd

@@ -2,14 +2,14 @@
 
 #include <functional>
 
-#include "qt/services/EventEdge.h"
+#include "platform/EventBoundary.h"
 
 namespace kd {
 
 /// The program's edge as the parts of a grid's widget see it: none before the owner has given one.
 class GridEdge {
 public:
-    void Set(EventEdge* edge) noexcept { m_edge = edge; }
+    void Set(EventBoundary* edge) noexcept { m_edge = edge; }
     /// Runs what may reach the grid's handlers.
     void Run(const std::function<void()>& handler) const {
         if (m_edge != nullptr) {
@@ -20,7 +20,7 @@ public:
     }
 
 private:
-    EventEdge* m_edge = nullptr;  // not owned
+    EventBoundary* m_edge = nullptr;  // not owned
 };
 
 }  // namespace kd

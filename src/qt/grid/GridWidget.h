@@ -27,7 +27,7 @@ public:
     GridManner& Manner() const noexcept { return *m_manner; }
     /// Where the user's doing enters the logic; not owned. Without one, what the grid's handlers throw
     /// reaches the toolkit's event loop.
-    void SetEdge(EventEdge* edge) noexcept { m_edge.Set(edge); }
+    void SetEdge(EventBoundary* edge) noexcept { m_edge.Set(edge); }
     /// Where the cells stand now.
     const GridLayout& Layout() const { return m_scroll.Layout(); }
     /// Where a pop-up menu belongs, in screen coordinates: at the pointer, or below the current cell while

@@ -4,15 +4,15 @@
 
 namespace kd {
 
-ActionBinder::ActionBinder(MenuItem& item, QAction& action, EventEdge& edge, bool clicks)
+ActionBinder::ActionBinder(MenuItem& item, QAction& action, bool clicks)
     : QObject(&action), m_item(item), m_action(action) {
     m_action.setObjectName(ToQt(item.Name()));
     m_action.setMenuRole(QAction::NoRole);
     m_item.OnChanged = [this] { Show(); };
     if (clicks) {
-        connect(&m_action, &QAction::triggered, this, [this, &edge] {
+        connect(&m_action, &QAction::triggered, this, [this] {
             Show();  // a checkable action turned its mark over by itself
-            edge.Run([this] { m_item.UserClick(); });
+            m_item.UserClick();
         });
     }
     Show();
@@ -30,25 +30,24 @@ void ActionBinder::Show() {
     m_action.setChecked(m_item.Checked());
 }
 
-QAction* AddAction(MenuItem& item, QMenu& menu, EventEdge& edge, bool clicks) {
+QAction* AddAction(MenuItem& item, QMenu& menu, bool clicks) {
     auto* const action = new QAction(&menu);
-    new ActionBinder(item, *action, edge, clicks);
+    new ActionBinder(item, *action, clicks);
     menu.addAction(action);
     return action;
 }
 
-void FillMenu(MenuItem& item, QMenu& menu, EventEdge& edge) {
-    new ActionBinder(item, *menu.menuAction(), edge, false);
+void FillMenu(MenuItem& item, QMenu& menu) {
+    new ActionBinder(item, *menu.menuAction(), false);
     menu.setObjectName(ToQt(item.Name()));
-    QObject::connect(&menu, &QMenu::aboutToShow, &menu,
-                     [&item, &edge] { edge.Run([&item] { item.UserClick(); }); });
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&item] { item.UserClick(); });
     for (MenuItem* const entry : item.Entries()) {
         if (entry == nullptr) {
             menu.addSeparator();
         } else if (entry->Entries().empty()) {
-            AddAction(*entry, menu, edge, true);
+            AddAction(*entry, menu, true);
         } else {
-            FillMenu(*entry, *menu.addMenu(QString()), edge);
+            FillMenu(*entry, *menu.addMenu(QString()));
         }
     }
 }

@@ -4,15 +4,15 @@
 #include <QMenu>
 
 #include "platform/Controls.h"
-#include "qt/services/EventEdge.h"
 
 namespace kd {
 
-/// Joins a menu entry with an action: caption, enabled, visible, check mark; choosing it is its click.
+/// Joins a menu entry with an action: caption, enabled, visible, check mark; choosing it is its click, which
+/// the main form has put behind the event boundary.
 class ActionBinder : public QObject {
 public:
     /// With `clicks` false the choice is left to whoever shows the menu.
-    ActionBinder(MenuItem& item, QAction& action, EventEdge& edge, bool clicks = true);
+    ActionBinder(MenuItem& item, QAction& action, bool clicks = true);
     ~ActionBinder() override;
     ActionBinder(const ActionBinder&) = delete;
     ActionBinder& operator=(const ActionBinder&) = delete;
@@ -26,9 +26,9 @@ private:
 
 /// Fills a menu from its item, menus within it too. Opening it runs the item's click first, so that the
 /// entries are right when they are seen.
-void FillMenu(MenuItem& item, QMenu& menu, EventEdge& edge);
+void FillMenu(MenuItem& item, QMenu& menu);
 
 /// The action that stands for an entry, for a menu whose choice is looked at when it is over.
-QAction* AddAction(MenuItem& item, QMenu& menu, EventEdge& edge, bool clicks);
+QAction* AddAction(MenuItem& item, QMenu& menu, bool clicks);
 
 }  // namespace kd

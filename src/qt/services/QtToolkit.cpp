@@ -108,7 +108,7 @@ void QtToolkit::ShowModal(Form& form) {
         throw std::logic_error("No dialog for the form " + form.Name());
     }
     const PointerAside aside(*this);
-    const std::unique_ptr<QDialog> dialog = maker->second(form, m_edge, Owner());
+    const std::unique_ptr<QDialog> dialog = maker->second(form, Boundary(), Owner());
     form.MarkShown();
     (void)dialog->exec();  // the form itself knows how it ended
     if (form.Shown()) {
@@ -131,8 +131,7 @@ void QtToolkit::ShowPopupMenu(MenuItem& menu) {
         popup.setObjectName(ToQt(menu.Name()));
         std::vector<QAction*> actions;
         for (MenuItem* const entry : menu.Entries()) {
-            actions.push_back(entry == nullptr ? popup.addSeparator()
-                                               : AddAction(*entry, popup, m_edge, false));
+            actions.push_back(entry == nullptr ? popup.addSeparator() : AddAction(*entry, popup, false));
         }
         const QAction* const action = popup.exec(m_menuPlace ? m_menuPlace() : QCursor::pos());
         for (std::size_t at = 0; action != nullptr && at < actions.size(); ++at) {
@@ -141,7 +140,7 @@ void QtToolkit::ShowPopupMenu(MenuItem& menu) {
     }
     // The menu is gone before its command begins, which may open a dialog.
     if (chosen != nullptr) {
-        m_edge.Run([chosen] { chosen->UserClick(); });
+        chosen->UserClick();
     }
 }
 
@@ -184,14 +183,6 @@ void QtToolkit::ShowPointer(bool hourglass) {
 QSize QtToolkit::ScreenSize() const {
     const QScreen* const screen = m_window != nullptr ? m_window->screen() : QGuiApplication::primaryScreen();
     return screen != nullptr ? screen->availableGeometry().size() : QSize();
-}
-
-std::int32_t QtToolkit::ScreenWidth() const {
-    return ScreenSize().width();
-}
-
-std::int32_t QtToolkit::ScreenHeight() const {
-    return ScreenSize().height();
 }
 
 }  // namespace kd

@@ -8,7 +8,6 @@
 #include <unordered_map>
 
 #include "platform/Toolkit.h"
-#include "qt/services/EventEdge.h"
 
 namespace kd {
 
@@ -18,16 +17,13 @@ public:
     QtToolkit();
     ~QtToolkit() override;
 
-    /// Where all events of the user enter.
-    EventEdge& Edge() noexcept { return m_edge; }
-
     /// Makes the window of a form; `parent` may be null.
-    using DialogMaker = std::function<std::unique_ptr<QDialog>(Form&, EventEdge&, QWidget* parent)>;
+    using DialogMaker = std::function<std::unique_ptr<QDialog>(Form&, EventBoundary&, QWidget* parent)>;
     /// Which dialog shows a form of type F.
     template <typename F, typename D>
     void Register() {
-        m_makers[std::type_index(typeid(F))] = [](Form& form, EventEdge& edge, QWidget* parent) {
-            return std::unique_ptr<QDialog>(std::make_unique<D>(dynamic_cast<F&>(form), edge, parent));
+        m_makers[std::type_index(typeid(F))] = [](Form& form, EventBoundary& boundary, QWidget* parent) {
+            return std::unique_ptr<QDialog>(std::make_unique<D>(dynamic_cast<F&>(form), boundary, parent));
         };
     }
 
@@ -48,8 +44,6 @@ public:
     void KeepAlive() override;
     Pointer MousePointer() const override { return m_pointer; }
     void SetMousePointer(Pointer pointer) override;
-    std::int32_t ScreenWidth() const override;
-    std::int32_t ScreenHeight() const override;
 
 private:
     class PointerAside;
@@ -57,7 +51,6 @@ private:
     QSize ScreenSize() const;
     void ShowPointer(bool hourglass);
 
-    EventEdge m_edge{*this};
     std::unordered_map<std::type_index, DialogMaker> m_makers;
     QWidget* m_window = nullptr;
     std::function<void()> m_showWindow;

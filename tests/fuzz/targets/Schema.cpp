@@ -150,7 +150,7 @@ void SaveAndReload(std::string_view input) {
     const std::string before = t.files.Get(FuzzDesk::Path);
     if (!modKDLimitDesk::SaveSchema(t.g, 1)) {
         Promise(t.files.Get(FuzzDesk::Path) == before, "a failed save leaves the file");
-        Promise(t.toolkit.boxes == 1, "a failed save is told");
+        Promise(t.toolkit.boxes.size() == 1, "a failed save is told");
         return;
     }
     const std::string saved = t.files.Get(FuzzDesk::Path);

@@ -14,7 +14,7 @@ class BindersTest : public testing::Test {
 protected:
     std::vector<std::unique_ptr<Control>> controls;  // they outlive the window
     QtToolkit toolkit;
-    EventEdge& edge = toolkit.Edge();
+    EventBoundary& boundary = toolkit.Boundary();
     QWidget window;
     QVBoxLayout layout{&window};
 
@@ -34,14 +34,14 @@ protected:
 TEST_F(BindersTest, WidgetBearsTheControlsName) {
     auto& control = New<Button>("cmdOk");
     auto& widget = Add<QPushButton>();
-    new ButtonBinder(control, widget, edge);
+    new ButtonBinder(control, widget, boundary);
     EXPECT_EQ(widget.objectName(), "cmdOk");
 }
 
 TEST_F(BindersTest, EnabledAndVisibleFollowTheControlBothWays) {
     auto& control = New<Button>("cmdOk");
     auto& widget = Add<QPushButton>();
-    new ButtonBinder(control, widget, edge);
+    new ButtonBinder(control, widget, boundary);
     window.show();
     control.SetEnabled(false);
     EXPECT_FALSE(widget.isEnabled());
@@ -57,7 +57,7 @@ TEST_F(BindersTest, ControlThatIsHiddenBeforehandStaysHiddenWhenTheWindowComes) 
     auto& control = New<Button>("cmdOk");
     control.SetVisible(false);
     auto& widget = Add<QPushButton>();
-    new ButtonBinder(control, widget, edge);
+    new ButtonBinder(control, widget, boundary);
     window.show();
     EXPECT_FALSE(widget.isVisible());
 }
@@ -65,7 +65,7 @@ TEST_F(BindersTest, ControlThatIsHiddenBeforehandStaysHiddenWhenTheWindowComes) 
 TEST_F(BindersTest, WidgetThatGoesLeavesTheControlWithoutListeners) {
     auto& control = New<TextBox>("txtFind");
     auto* const widget = new QLineEdit;
-    new TextBoxBinder(control, *widget, edge);
+    new TextBoxBinder(control, *widget, boundary);
     delete widget;
     EXPECT_FALSE(control.OnChanged);
     EXPECT_FALSE(control.OnFocusWanted);
@@ -79,8 +79,8 @@ TEST_F(BindersTest, FormGivesTheFocusAndTheUsersFocusReachesTheForm) {
     second.GotFocus = [&] { ++got; };
     auto& firstWidget = Add<QLineEdit>();
     auto& secondWidget = Add<QLineEdit>();
-    new TextBoxBinder(first, firstWidget, edge);
-    new TextBoxBinder(second, secondWidget, edge);
+    new TextBoxBinder(first, firstWidget, boundary);
+    new TextBoxBinder(second, secondWidget, boundary);
     ShowActive(window);
     firstWidget.setFocus();
     Press(Qt::Key_Tab);
@@ -111,7 +111,7 @@ TEST_F(BindersTest, LabelShowsMarkupAndAmpersandsAsTheyStand) {
     auto& control = New<Label>("Label1");
     control.SetCaption("<b>x</b> & y\r\nz");
     auto& widget = Add<QLabel>();
-    new LabelBinder(control, widget, edge);
+    new LabelBinder(control, widget, boundary);
     EXPECT_EQ(widget.text(), "<b>x</b> & y\nz");
     EXPECT_EQ(widget.textFormat(), Qt::PlainText);
     control.SetCaption("later");
@@ -123,7 +123,7 @@ TEST_F(BindersTest, LabelThatActsAsLinkIsClickedByMouseAndKeyboard) {
     int clicks = 0;
     control.Click = [&] { ++clicks; };
     auto& widget = Add<QLabel>();
-    new LabelBinder(control, widget, edge, true);
+    new LabelBinder(control, widget, boundary, true);
     ShowActive(window);
     Click(widget);
     EXPECT_EQ(clicks, 1);
@@ -140,7 +140,7 @@ TEST_F(BindersTest, PlainLabelIsNotClicked) {
     auto& control = New<Label>("Label1");
     control.Click = [] { FAIL() << "clicked"; };
     auto& widget = Add<QLabel>();
-    new LabelBinder(control, widget, edge);
+    new LabelBinder(control, widget, boundary);
     window.show();
     Click(widget);
 }
@@ -153,7 +153,7 @@ TEST_F(BindersTest, ButtonShowsItsCaptionAndClicks) {
     int clicks = 0;
     control.Click = [&] { ++clicks; };
     auto& widget = Add<QPushButton>();
-    new ButtonBinder(control, widget, edge);
+    new ButtonBinder(control, widget, boundary);
     ShowActive(window);
     EXPECT_EQ(widget.text(), "Apply");
     Click(widget);
@@ -179,7 +179,7 @@ TEST_F(BindersTest, CheckBoxShowsThreeStatesAndItsClickIsTheControls) {
     control.SetCaption(" (Select All)");
     control.SetValue(csGrayed);
     auto& widget = Add<CheckBoxWidget>();
-    new CheckBoxBinder(control, widget, edge);
+    new CheckBoxBinder(control, widget, boundary);
     ShowActive(window);
     EXPECT_EQ(widget.text(), " (Select All)");
     EXPECT_EQ(widget.checkState(), Qt::PartiallyChecked);
@@ -200,7 +200,7 @@ TEST_F(BindersTest, OptionButtonIsSelectedByItsFormAlone) {
     auto& control = New<OptionButton>("optFillLimit");
     control.SetCaption("Limit");
     auto& widget = Add<OptionWidget>();
-    new OptionButtonBinder(control, widget, edge);
+    new OptionButtonBinder(control, widget, boundary);
     window.show();
     ClickMark(widget);
     EXPECT_FALSE(widget.isChecked());
@@ -226,7 +226,7 @@ protected:
             buttons.push_back(new QRadioButton(&box));
             row->addWidget(buttons.back());
         }
-        new OptionGroupBinder(control, box, buttons, edge);
+        new OptionGroupBinder(control, box, buttons, boundary);
         ShowActive(window);
     }
 };
@@ -277,7 +277,7 @@ TEST_F(BindersTest, TextBoxShowsAndTakesText) {
     auto& control = New<TextBox>("txtFind");
     control.SetValue("10.5");
     auto& widget = Add<QLineEdit>();
-    new TextBoxBinder(control, widget, edge);
+    new TextBoxBinder(control, widget, boundary);
     ShowActive(window);
     EXPECT_EQ(widget.text(), "10.5");
     widget.setFocus();
@@ -296,17 +296,17 @@ TEST_F(BindersTest, TextThatWasToBeSelectedBeforeItsWidgetCameIsSelectedOnce) {
     QLineEdit first;
     QLineEdit second;
     {
-        const TextBoxBinder binder(control, first, edge);
+        const TextBoxBinder binder(control, first, boundary);
         EXPECT_EQ(first.selectedText(), "milk");
     }
-    const TextBoxBinder binder(control, second, edge);
+    const TextBoxBinder binder(control, second, boundary);
     EXPECT_EQ(second.selectedText(), "");
 }
 
 TEST_F(BindersTest, ALongTextIsNeverCut) {
     auto& control = New<TextBox>("txtFind");
     auto& widget = Add<QLineEdit>();
-    new TextBoxBinder(control, widget, edge);
+    new TextBoxBinder(control, widget, boundary);
     const Text before(40000, 'a');
     control.SetValue(before);
     ShowActive(window);
@@ -319,7 +319,7 @@ TEST_F(BindersTest, TypingInTheMiddleKeepsTheCursorThere) {
     auto& control = New<TextBox>("txtFind");
     control.SetValue("ac");
     auto& widget = Add<QLineEdit>();
-    new TextBoxBinder(control, widget, edge);
+    new TextBoxBinder(control, widget, boundary);
     ShowActive(window);
     widget.setFocus();
     widget.setCursorPosition(1);
@@ -337,7 +337,7 @@ protected:
     void SetUp() override {
         control.DropDown = [&] { control.SetEntries({"", "Milk", "milk"}); };
         control.Click = [&] { ++chosen; };
-        new ComboBoxBinder(control, widget, edge);
+        new ComboBoxBinder(control, widget, boundary);
         ShowActive(window);
         widget.setFocus();
     }
@@ -406,7 +406,7 @@ TEST_F(ComboBoxTest, WheelDoesNotChoose) {
 TEST_F(BindersTest, ProgressBarShowsPercent) {
     auto& control = New<ProgressBar>("ProgressBar1");
     auto& widget = Add<QProgressBar>();
-    new ProgressBarBinder(control, widget, edge);
+    new ProgressBarBinder(control, widget, boundary);
     EXPECT_EQ(widget.value(), 0);
     EXPECT_EQ(widget.maximum(), 100);
     control.SetValue(66.6);
@@ -419,7 +419,7 @@ TEST_F(BindersTest, ProgressIsFilledFromTheLeft) {
     auto& control = New<ProgressBar>("ProgressBar1");
     auto& widget = Add<ProgressWidget>();
     widget.resize(200, 16);
-    new ProgressBarBinder(control, widget, edge);
+    new ProgressBarBinder(control, widget, boundary);
     control.SetValue(50);
     const QImage picture = widget.grab().toImage();
     EXPECT_EQ(picture.pixelColor(80, 8), widget.palette().color(QPalette::Highlight));
@@ -430,7 +430,7 @@ TEST_F(BindersTest, FailureInAHandlerEndsInOneBox) {
     auto& control = New<Button>("cmdOk");
     control.Click = [] { throw cError(errOverflow, "Test", {}, "/a/b.kdt"); };
     auto& widget = Add<QPushButton>();
-    new ButtonBinder(control, widget, edge);
+    new ButtonBinder(control, widget, boundary);
     window.show();
     toolkit.SetMousePointer(Pointer::Hourglass);
     QString text;
@@ -446,7 +446,7 @@ TEST_F(BindersTest, FailureInAHandlerEndsInOneBox) {
 TEST_F(BindersTest, StatusPanelCutsInTheMiddleAndTellsAllInItsToolTip) {
     auto& control = New<Label>("Panel1");
     auto& widget = Add<StatusPanel>();
-    new LabelBinder(control, widget, edge);
+    new LabelBinder(control, widget, boundary);
     const Text path = "/home/anna/documents/" + Text(300, 'x') + "/<b>milk</b>.kdt";
     control.SetCaption(path);
     window.resize(300, 100);

@@ -27,7 +27,7 @@ protected:
 };
 
 TEST_F(ListBinderTest, EntriesAndSelectionAreShown) {
-    new ListBinder(control, view, toolkit.Edge());
+    new ListBinder(control, view, toolkit.Boundary());
     EXPECT_EQ(view.model()->rowCount(), 3);
     EXPECT_EQ(view.model()->index(1, 0).data().toString(), "<b>b</b>");
     EXPECT_TRUE(Shown(0));
@@ -37,7 +37,7 @@ TEST_F(ListBinderTest, EntriesAndSelectionAreShown) {
 }
 
 TEST_F(ListBinderTest, ClickTurnsOneEntryOverAndLeavesTheOthers) {
-    new ListBinder(control, view, toolkit.Edge());
+    new ListBinder(control, view, toolkit.Boundary());
     ShowActive(view);
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, At(1));
     EXPECT_TRUE(control.Selected(0));
@@ -50,7 +50,7 @@ TEST_F(ListBinderTest, ClickTurnsOneEntryOverAndLeavesTheOthers) {
 }
 
 TEST_F(ListBinderTest, KeyboardMovesAndTurnsOver) {
-    new ListBinder(control, view, toolkit.Edge());
+    new ListBinder(control, view, toolkit.Boundary());
     ShowActive(view);
     view.setFocus();
     Press(Qt::Key_End);
@@ -62,7 +62,7 @@ TEST_F(ListBinderTest, KeyboardMovesAndTurnsOver) {
 }
 
 TEST_F(ListBinderTest, FormsRangeOperationIsShown) {
-    new ListBinder(control, view, toolkit.Edge());
+    new ListBinder(control, view, toolkit.Boundary());
     control.SetSelectedRange(0, 2, true);
     EXPECT_TRUE(Shown(1));
     control.SetSelectedRange(0, 2, false);
@@ -72,7 +72,7 @@ TEST_F(ListBinderTest, FormsRangeOperationIsShown) {
 
 TEST_F(ListBinderTest, HandlersChangeDuringTheUsersClickIsShown) {
     control.SelectionChange = [&] { control.SetSelectedRange(0, 2, false); };
-    new ListBinder(control, view, toolkit.Edge());
+    new ListBinder(control, view, toolkit.Boundary());
     view.show();
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, At(1));
     EXPECT_EQ(control.SelectedCount(), 0);
@@ -80,7 +80,7 @@ TEST_F(ListBinderTest, HandlersChangeDuringTheUsersClickIsShown) {
 }
 
 TEST_F(ListBinderTest, EntriesThatComeAndGoAreShown) {
-    new ListBinder(control, view, toolkit.Edge());
+    new ListBinder(control, view, toolkit.Boundary());
     control.Add("d", true);
     EXPECT_EQ(view.model()->rowCount(), 4);
     EXPECT_TRUE(Shown(3));
@@ -90,7 +90,7 @@ TEST_F(ListBinderTest, EntriesThatComeAndGoAreShown) {
 
 TEST_F(ListBinderTest, EntryThatIsWiderThanTheListCanBeScrolledToItsEnd) {
     control.SetEntries({Entry("a", true), Entry(Text(300, 'W'), false), Entry("c", true)});
-    new ListBinder(control, view, toolkit.Edge());
+    new ListBinder(control, view, toolkit.Boundary());
     view.resize(200, 100);
     view.show();
     QTest::qWait(0);
@@ -105,7 +105,7 @@ TEST_F(ListBinderTest, ListAtTheLimitIsShownWhole) {
         entries.push_back(Entry(std::to_string(i), i % 2 == 0));
     }
     control.SetEntries(std::move(entries));
-    new ListBinder(control, view, toolkit.Edge());
+    new ListBinder(control, view, toolkit.Boundary());
     view.show();
     EXPECT_EQ(view.model()->rowCount(), 32767);
     EXPECT_TRUE(Shown(32766));
@@ -122,7 +122,7 @@ protected:
 };
 
 TEST_F(CheckListBinderTest, TicksAreShownAndFollowTheForm) {
-    new CheckListBinder(control, view, toolkit.Edge());
+    new CheckListBinder(control, view, toolkit.Boundary());
     EXPECT_EQ(Tick(0), Qt::Checked);
     EXPECT_EQ(Tick(1), Qt::Unchecked);
     control.SetSelectedRange(0, 2, false);
@@ -131,7 +131,7 @@ TEST_F(CheckListBinderTest, TicksAreShownAndFollowTheForm) {
 }
 
 TEST_F(CheckListBinderTest, ClickOnTheMarkAndOnTheTextTurnsTheTickOverOnce) {
-    new CheckListBinder(control, view, toolkit.Edge());
+    new CheckListBinder(control, view, toolkit.Boundary());
     ShowActive(view);
     const QRect entry = view.visualRect(view.model()->index(1, 0));
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, QPoint(entry.left() + 8, entry.center().y()));
@@ -142,7 +142,7 @@ TEST_F(CheckListBinderTest, ClickOnTheMarkAndOnTheTextTurnsTheTickOverOnce) {
 }
 
 TEST_F(CheckListBinderTest, SpaceTurnsTheCurrentTickOver) {
-    new CheckListBinder(control, view, toolkit.Edge());
+    new CheckListBinder(control, view, toolkit.Boundary());
     ShowActive(view);
     view.setFocus();
     Press(Qt::Key_End);
@@ -153,7 +153,7 @@ TEST_F(CheckListBinderTest, SpaceTurnsTheCurrentTickOver) {
 }
 
 TEST_F(CheckListBinderTest, ListOpensWithoutACurrentEntryThoughItHasTheKeyboard) {
-    new CheckListBinder(control, view, toolkit.Edge());
+    new CheckListBinder(control, view, toolkit.Boundary());
     ShowActive(view);
     view.setFocus();
     EXPECT_FALSE(view.currentIndex().isValid());

@@ -158,7 +158,7 @@ TEST_F(MainWindowTest, RequestToCloseDuringAJobIsAskedWhenTheJobIsOver) {
         asked = true;
         ClickBoxButton(shown, QMessageBox::Yes);
     });
-    desk.toolkit.Edge().Run([&] {
+    desk.toolkit.Boundary().Run([&] {
         QTimer::singleShot(0, &window, [&] { window.close(); });
         for (int pass = 0; pass < 50; ++pass) {
             desk.toolkit.ProcessEvents();

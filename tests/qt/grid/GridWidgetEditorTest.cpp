@@ -4,8 +4,8 @@
 #include "base/CodePage.h"
 #include "base/cError.h"
 #include "fakes/ScriptedToolkit.h"
+#include "platform/EventBoundary.h"
 #include "qt/grid/GridFixture.h"
-#include "qt/services/EventEdge.h"
 
 namespace kd {
 namespace {
@@ -360,7 +360,7 @@ TEST_F(GridWidgetEditorTest, TheCurrentCellSelectedAnewByTheGridClosesTheEditor)
 TEST_F(GridWidgetEditorTest, AFailureOfTheGridsHandlersStopsAtTheEdge) {
     Open();
     ScriptedToolkit toolkit;
-    EventEdge edge(toolkit);
+    EventBoundary edge(toolkit);
     widget->SetEdge(&edge);
     grid.AfterEdit = [](std::int32_t, std::int32_t) { throw cError(errOverflow, "Test", "Overflow"); };
     toolkit.ExpectBox("Run-time error '6':\r\n\r\nOverflow", BoxIcon::Critical);

@@ -204,11 +204,6 @@ TEST_F(QtToolkitTest, AJobIsKeptAliveByAPassUnlessTheLastOneWasAMomentAgo) {
     EXPECT_TRUE(again) << "the next comes when it is time";
 }
 
-TEST_F(QtToolkitTest, ScreenHasASize) {
-    EXPECT_GT(toolkit.ScreenWidth(), 0);
-    EXPECT_GT(toolkit.ScreenHeight(), 0);
-}
-
 // --- forms ------------------------------------------------------------------------------------------------
 
 struct PlainForm : Form {
@@ -226,14 +221,15 @@ struct PlainForm : Form {
 
 class PlainDialog : public FormDialog {
 public:
-    PlainDialog(PlainForm& form, EventEdge& edge, QWidget* parent) : FormDialog(form, edge, parent) {
+    PlainDialog(PlainForm& form, EventBoundary& boundary, QWidget* parent)
+        : FormDialog(form, boundary, parent) {
         auto* const layout = new QVBoxLayout(this);
         auto* const text = new QLineEdit(this);
         auto* const ok = new QPushButton(this);
         auto* const cancel = new QPushButton(this);
-        new TextBoxBinder(form.txtFind, *text, edge);
-        new ButtonBinder(form.cmdOk, *ok, edge);
-        new ButtonBinder(form.cmdCancel, *cancel, edge);
+        new TextBoxBinder(form.txtFind, *text, boundary);
+        new ButtonBinder(form.cmdOk, *ok, boundary);
+        new ButtonBinder(form.cmdCancel, *cancel, boundary);
         for (QWidget* const widget : std::initializer_list<QWidget*>{text, ok, cancel}) {
             layout->addWidget(widget);
         }

@@ -7,8 +7,9 @@
 
 #include "admin/modBrowseForFile.h"
 #include "base/Paths.h"
-#include "base/Scope.h"
 #include "model/modKDLimitDesk.h"
+#include "platform/Hourglass.h"
+#include "platform/RedrawOff.h"
 
 namespace kd {
 
@@ -53,14 +54,15 @@ frmApplicationAdmin::frmApplicationAdmin(Globals& g) : Form("frmApplicationAdmin
 
 void frmApplicationAdmin::Display() {
     m_changed = false;
-    Grid.SetRedraw(false);
-    Grid.SetTextMatrix(0, 0, "List of Active Applications");
-    Grid.SetRows(m_g.gMasterFiles->Count() + 1);
-    std::int32_t row = 0;
-    for (const auto& file : *m_g.gMasterFiles) {
-        Grid.SetTextMatrix(++row, 0, file->Filename());
+    {
+        const RedrawOff quiet(Grid);
+        Grid.SetTextMatrix(0, 0, "List of Active Applications");
+        Grid.SetRows(m_g.gMasterFiles->Count() + 1);
+        std::int32_t row = 0;
+        for (const auto& file : *m_g.gMasterFiles) {
+            Grid.SetTextMatrix(++row, 0, file->Filename());
+        }
     }
-    Grid.SetRedraw(true);
     m_g.platform.toolkit.ShowModal(*this);
 }
 
@@ -88,17 +90,14 @@ bool frmApplicationAdmin::Matches(std::string_view criteria, std::string_view pa
 
 void frmApplicationAdmin::cmdFilter_Click() {
     const Text criteria = cboFilter.Value();
-    Grid.SetRedraw(false);
-    const Scope redrawn([this] { Grid.SetRedraw(true); });
+    const RedrawOff quiet(Grid);
     if (criteria.empty()) {
         for (std::int32_t row = 1; row < Grid.Rows(); ++row) {
             Grid.SetRowHidden(row, false);
         }
         return;
     }
-    Toolkit& toolkit = m_g.platform.toolkit;
-    toolkit.SetMousePointer(Pointer::Hourglass);
-    const Scope restored([&] { toolkit.SetMousePointer(Pointer::Default); });
+    const Hourglass hourglass(m_g.platform.toolkit);
     for (std::int32_t row = 1; row < Grid.Rows(); ++row) {
         Grid.SetIsSelected(row, false);
         Grid.SetRowHidden(row, !Matches(criteria, Grid.TextMatrix(row, 0)));
@@ -158,8 +157,7 @@ Text frmApplicationAdmin::AddFiles(const std::vector<Text>& chosen) {
 }
 
 void frmApplicationAdmin::cmdRemoveApplication_Click() {
-    Grid.SetRedraw(false);
-    const Scope redrawn([this] { Grid.SetRedraw(true); });
+    const RedrawOff quiet(Grid);
     for (std::int32_t row = Grid.Rows() - 1; row >= 1; --row) {
         if (Grid.IsSelected(row) && !Grid.RowHidden(row)) {
             Grid.RemoveItem(row);

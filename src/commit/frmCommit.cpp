@@ -15,13 +15,10 @@ frmCommit::frmCommit(Globals& g) : Form("frmCommit"), m_g(g) {
     cmdCancel.SetCaption("Cancel");
     cmdOk.Click = [this] { cmdOk_Click(); };
     cmdCancel.Click = [this] { cmdCancel_Click(); };
-    chkSelectAll.Click = [this] { chkSelectAll_Click(); };
-    lstFiles.SelectionChange = [this] { lstFiles_SelectionChange(); };
 }
 
 void frmCommit::Display() {
     m_cancel = true;
-    m_busy = true;
     std::vector<ListBox::Entry> entries;
     std::int32_t index = 0;
     for (const auto& file : *m_g.gFiles) {
@@ -32,9 +29,7 @@ void frmCommit::Display() {
         }
     }
     lstFiles.SetEntries(std::move(entries));
-    ShowListState();
-    lstFiles.SetListIndex(-1);
-    m_busy = false;
+    m_selectAll.Show();
     m_g.platform.toolkit.ShowModal(*this);
 }
 
@@ -47,15 +42,6 @@ void frmCommit::Destroy() {
 
 void frmCommit::UserClose() {
     cmdCancel_Click();
-}
-
-std::int32_t frmCommit::ListState() const {
-    const std::int32_t count = lstFiles.Count();
-    const std::int32_t selected = lstFiles.SelectedCount();
-    if (selected == count) {
-        return 1;
-    }
-    return selected == 0 ? 0 : 2;
 }
 
 void frmCommit::cmdOk_Click() {
@@ -76,32 +62,6 @@ void frmCommit::cmdOk_Click() {
 void frmCommit::cmdCancel_Click() {
     m_cancel = true;
     Hide();
-}
-
-void frmCommit::chkSelectAll_Click() {
-    if (m_busy) {
-        return;
-    }
-    m_busy = true;
-    if (ListState() == 2) {
-        chkSelectAll.SetValue(csChecked);
-    }
-    lstFiles.SetSelectedRange(0, lstFiles.Count() - 1, chkSelectAll.Value() == csChecked);
-    ShowListState();
-    m_busy = false;
-}
-
-void frmCommit::lstFiles_SelectionChange() {
-    if (m_busy) {
-        return;
-    }
-    m_busy = true;
-    ShowListState();
-    m_busy = false;
-}
-
-void frmCommit::ShowListState() {
-    chkSelectAll.SetValue(static_cast<CheckState>(ListState()));
 }
 
 Text frmCommit::EntryText(const cFile& file) const {

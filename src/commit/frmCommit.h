@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/Globals.h"
+#include "platform/SelectAll.h"
 #include "platform/Toolkit.h"
 
 namespace kd {
@@ -20,7 +21,7 @@ public:
     /// Closing the window counts as Cancel.
     void UserClose() override;
     /// 0 none selected, 1 all selected (an empty list too), 2 some selected.
-    std::int32_t ListState() const;
+    std::int32_t ListState() const { return m_selectAll.GetCheckState(); }
 
     Label Label1{"Label1"};
     ListBox lstFiles{"lstFiles"};  // multi-selection; an entry's data is the view's position in gFiles
@@ -31,14 +32,11 @@ public:
 private:
     void cmdOk_Click();
     void cmdCancel_Click();
-    void chkSelectAll_Click();
-    void lstFiles_SelectionChange();
-    void ShowListState();
     Text EntryText(const cFile& file) const;
 
     Globals& m_g;
+    SelectAll m_selectAll{chkSelectAll, lstFiles};
     bool m_cancel = true;
-    bool m_busy = false;
 };
 
 }  // namespace kd

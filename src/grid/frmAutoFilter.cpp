@@ -1,7 +1,6 @@
 #include "grid/frmAutoFilter.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <vector>
 
 namespace kd {
@@ -10,8 +9,6 @@ frmAutoFilter::frmAutoFilter(Globals& g) : Form("frmAutoFilter"), m_g(g) {
     chkSelectAll.SetCaption("(Select All)");
     cmdOk.SetCaption("Ok");
     cmdCancel.SetCaption("Cancel");
-    chkSelectAll.Click = [this] { chkSelectAll_Click(); };
-    lstAutoFilter.SelectionChange = [this] { lstAutoFilter_SelectionChange(); };
     cmdOk.Click = [this] { cmdOk_Click(); };
     cmdCancel.Click = [this] { cmdCancel_Click(); };
 }
@@ -24,11 +21,8 @@ const std::shared_ptr<cFilters>& frmAutoFilter::Filters() {
 }
 
 void frmAutoFilter::Display() {
-    m_busy = true;
     lstAutoFilter.SetEntries(SortedEntries());
-    chkSelectAll.SetValue(GetCheckState());
-    lstAutoFilter.SetListIndex(-1);
-    m_busy = false;
+    m_selectAll.Show();
     m_g.platform.toolkit.ShowModal(*this);
 }
 
@@ -54,17 +48,10 @@ std::vector<ListBox::Entry> frmAutoFilter::SortedEntries() {
     const CodePage& page = m_g.platform.locale.CodePage();
     std::vector<Keyed> keyed;
     keyed.reserve(static_cast<std::size_t>(Filters()->Count()));
-    Text keys;  // all of them, one behind the other
-    std::vector<std::size_t> ends;
+    std::vector<Text> keys;
+    keys.reserve(keyed.capacity());  // so that none of them moves
     for (const auto& filter : *Filters()) {
-        page.AppendUpper(filter->Name(), keys);
-        ends.push_back(keys.size());
-    }
-    std::size_t begin = 0;
-    for (const auto& filter : *Filters()) {
-        const std::size_t end = ends[keyed.size()];
-        keyed.push_back({std::string_view(keys).substr(begin, end - begin), filter.get()});
-        begin = end;
+        keyed.push_back({keys.emplace_back(page.Upper(filter->Name())), filter.get()});
     }
     std::stable_sort(keyed.begin(), keyed.end(),
                      [](const Keyed& a, const Keyed& b) { return a.key < b.key; });
@@ -76,38 +63,8 @@ std::vector<ListBox::Entry> frmAutoFilter::SortedEntries() {
     return entries;
 }
 
-CheckState frmAutoFilter::GetCheckState() const {
-    const std::int32_t ticked = lstAutoFilter.SelectedCount();
-    if (ticked == lstAutoFilter.Count()) {
-        return csChecked;  // an empty list too
-    }
-    return ticked == 0 ? csUnchecked : csGrayed;
-}
-
-void frmAutoFilter::chkSelectAll_Click() {
-    if (m_busy) {
-        return;
-    }
-    m_busy = true;
-    if (GetCheckState() == csGrayed) {
-        chkSelectAll.SetValue(csChecked);
-    }
-    lstAutoFilter.SetSelectedRange(0, lstAutoFilter.Count() - 1, chkSelectAll.Value() == csChecked);
-    chkSelectAll.SetValue(GetCheckState());
-    m_busy = false;
-}
-
-void frmAutoFilter::lstAutoFilter_SelectionChange() {
-    if (m_busy) {
-        return;
-    }
-    m_busy = true;
-    chkSelectAll.SetValue(GetCheckState());
-    m_busy = false;
-}
-
 void frmAutoFilter::cmdOk_Click() {
-    if (GetCheckState() == csUnchecked) {
+    if (m_selectAll.GetCheckState() == csUnchecked) {
         m_g.platform.toolkit.Say("Must have at least one selection!", BoxIcon::Exclamation, "KD LimitDesk");
         return;
     }

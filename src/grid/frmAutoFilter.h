@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "model/Globals.h"
+#include "platform/SelectAll.h"
 #include "platform/Toolkit.h"
 
 namespace kd {
@@ -35,17 +36,14 @@ public:
     Button cmdCancel{"cmdCancel"};           // cancel button
 
 private:
-    CheckState GetCheckState() const;
-    void chkSelectAll_Click();
-    void lstAutoFilter_SelectionChange();
     void cmdOk_Click();
     void cmdCancel_Click();
     std::vector<ListBox::Entry> SortedEntries();
 
     Globals& m_g;
     std::shared_ptr<cFilters> m_filters = std::make_shared<cFilters>();
+    SelectAll m_selectAll{chkSelectAll, lstAutoFilter};
     bool m_cancel = true;
-    bool m_busy = true;  // the program itself changes list and box
 };
 
 }  // namespace kd

@@ -33,8 +33,6 @@ public:
     void ProcessEvents() override {}
     Pointer MousePointer() const override { return m_pointer; }
     void SetMousePointer(Pointer pointer) override { m_pointer = pointer; }
-    std::int32_t ScreenWidth() const override { return 1920; }
-    std::int32_t ScreenHeight() const override { return 1080; }
 
 private:
     Pointer m_pointer = Pointer::Default;

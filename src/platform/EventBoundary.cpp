@@ -2,8 +2,6 @@
 
 #include <exception>
 
-#include "platform/Toolkit.h"
-
 namespace kd {
 
 Text UnhandledErrorText(const cError& error) {
@@ -23,12 +21,7 @@ bool EventBoundary::Run(const std::function<void()>& handler) {
         handler();
         return true;
     } catch (const std::exception& failure) {
-        const cError error = AsError(failure, "EventBoundary");
-        m_toolkit.SetMousePointer(Pointer::Default);
-        if (PutBack) {
-            PutBack();
-        }
-        m_toolkit.Say(UnhandledErrorText(error), BoxIcon::Critical);
+        m_tell(PutBack, UnhandledErrorText(AsError(failure, "EventBoundary")));
     }
     return false;
 }

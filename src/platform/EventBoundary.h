@@ -1,12 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 
 #include "base/cError.h"
 
 namespace kd {
-
-class Toolkit;
 
 /// The words of a failure that no command handled: "Run-time error '6':", two CR LF, the description, and
 /// where a file is at hand CR LF and its path.
@@ -18,7 +17,9 @@ Text UnhandledErrorText(const cError& error);
 /// does.
 class EventBoundary {
 public:
-    explicit EventBoundary(Toolkit& toolkit) : m_toolkit(toolkit) {}
+    /// Runs what `putBack` puts back, which may be empty, and shows the words of a failure.
+    using Tell = std::function<void(const std::function<void()>& putBack, const Text& words)>;
+    explicit EventBoundary(Tell tell) : m_tell(std::move(tell)) {}
     virtual ~EventBoundary() = default;
     EventBoundary(const EventBoundary&) = delete;
     EventBoundary& operator=(const EventBoundary&) = delete;
@@ -34,7 +35,7 @@ public:
     std::function<void()> PutBack;
 
 private:
-    Toolkit& m_toolkit;
+    Tell m_tell;
 };
 
 }  // namespace kd

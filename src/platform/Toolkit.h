@@ -124,7 +124,13 @@ public:
     virtual void SetMousePointer(Pointer pointer) = 0;
 
 private:
-    EventBoundary m_boundary{*this};
+    EventBoundary m_boundary{[this](const std::function<void()>& putBack, const Text& words) {
+        SetMousePointer(Pointer::Default);
+        if (putBack) {
+            putBack();
+        }
+        Say(words, BoxIcon::Critical);
+    }};
 };
 
 }  // namespace kd

@@ -7,7 +7,7 @@
 #include "commit/frmCommit.h"
 #include "edit/frmFill.h"
 #include "edit/frmReplace.h"
-#include "fakes/TestDesk.h"
+#include "fakes/TestMachine.h"
 #include "grid/Desk.h"
 #include "grid/frmAutoFilter.h"
 #include "help/frmAbout.h"
@@ -25,7 +25,7 @@ void ExpectNames(const Names& names) {
 }
 
 TEST(ControlNamesTest, EachControlOffrmAboutBearsItsName) {
-    TestDesk desk;
+    TestMachine desk;
     const frmAbout form(desk.g);
     EXPECT_EQ(form.Name(), "frmAbout");
     ExpectNames({{form.Image1.Name(), "Image1"},
@@ -38,7 +38,7 @@ TEST(ControlNamesTest, EachControlOffrmAboutBearsItsName) {
 }
 
 TEST(ControlNamesTest, EachControlOffrmApplicationAdminBearsItsName) {
-    TestDesk desk;
+    TestMachine desk;
     const frmApplicationAdmin form(desk.g);
     EXPECT_EQ(form.Name(), "frmApplicationAdmin");
     ExpectNames({{form.Label1.Name(), "Label1"},
@@ -53,7 +53,7 @@ TEST(ControlNamesTest, EachControlOffrmApplicationAdminBearsItsName) {
 }
 
 TEST(ControlNamesTest, EachControlOffrmAutoFilterBearsItsName) {
-    TestDesk desk;
+    TestMachine desk;
     const frmAutoFilter form(desk.g);
     EXPECT_EQ(form.Name(), "frmAutoFilter");
     ExpectNames({{form.chkSelectAll.Name(), "chkSelectAll"},
@@ -63,7 +63,7 @@ TEST(ControlNamesTest, EachControlOffrmAutoFilterBearsItsName) {
 }
 
 TEST(ControlNamesTest, EachControlOffrmCommitBearsItsName) {
-    TestDesk desk;
+    TestMachine desk;
     const frmCommit form(desk.g);
     EXPECT_EQ(form.Name(), "frmCommit");
     ExpectNames({{form.Label1.Name(), "Label1"},
@@ -74,7 +74,7 @@ TEST(ControlNamesTest, EachControlOffrmCommitBearsItsName) {
 }
 
 TEST(ControlNamesTest, EachControlOffrmFillBearsItsName) {
-    TestDesk desk;
+    TestMachine desk;
     const frmFill form(desk.g);
     EXPECT_EQ(form.Name(), "frmFill");
     ExpectNames({{form.optFillConstant.Name(), "optFillConstant"},
@@ -91,7 +91,7 @@ TEST(ControlNamesTest, EachControlOffrmFillBearsItsName) {
 }
 
 TEST(ControlNamesTest, EachControlOffrmReplaceBearsItsName) {
-    TestDesk desk;
+    TestMachine desk;
     const frmReplace form(desk.g);
     EXPECT_EQ(form.Name(), "frmReplace");
     ExpectNames({{form.Label1.Name(), "Label1"},
@@ -106,7 +106,7 @@ TEST(ControlNamesTest, EachControlOffrmReplaceBearsItsName) {
 }
 
 TEST(ControlNamesTest, EachControlOfTheMainFormBearsItsName) {
-    TestDesk test;
+    TestMachine test;
     const Desk desk(test.g);
     ExpectNames({{desk.Grid.Name(), "Grid"},
                  {desk.Panel1.Name(), "Panel1"},

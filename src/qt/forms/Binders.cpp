@@ -200,8 +200,10 @@ bool OptionGroupBinder::eventFilter(QObject* watched, QEvent* event) {
 
 TextBoxBinder::TextBoxBinder(TextBox& control, QLineEdit& widget, EventBoundary& boundary)
     : ControlBinder(control, widget, boundary), m_text(control), m_widget(widget) {
-    connect(&m_widget, &QLineEdit::textEdited, this,
-            [this](const QString& text) { Boundary().Run([&] { m_text.UserType(FromQt(text)); }); });
+    connect(&m_widget, &QLineEdit::textEdited, this, [this](const QString& text) {
+        Boundary().Run([&] { m_text.UserType(FromQt(text)); });
+        Show();  // what the control makes of the text need not be what was pasted
+    });
     m_text.OnSelectAll = [this] { m_widget.selectAll(); };
     m_widget.setMaxLength(std::numeric_limits<int>::max());  // a text is never cut
     Show();

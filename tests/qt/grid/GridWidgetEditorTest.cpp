@@ -360,7 +360,7 @@ TEST_F(GridWidgetEditorTest, TheCurrentCellSelectedAnewByTheGridClosesTheEditor)
 TEST_F(GridWidgetEditorTest, AFailureOfTheGridsHandlersStopsAtTheEdge) {
     Open();
     ScriptedToolkit toolkit;
-    EventBoundary edge(toolkit);
+    EventBoundary& edge = toolkit.Boundary();
     widget->SetEdge(&edge);
     grid.AfterEdit = [](std::int32_t, std::int32_t) { throw cError(errOverflow, "Test", "Overflow"); };
     toolkit.ExpectBox("Run-time error '6':\r\n\r\nOverflow", BoxIcon::Critical);

@@ -47,6 +47,9 @@ private:
         m_desk.Panel2.SetCaption("Loading: " + path);
         if (!OpenApplicationFile(*m_reader, path)) {
             entry.SetEnabled(false);
+            if (m_applications == m_total) {
+                m_g.platform.toolkit.ProcessEvents();  // so it is where the last one has failed
+            }
             return;
         }
         LoadView(path, {}, 0);
@@ -63,10 +66,10 @@ private:
         m_reader->CloseFile();
         ++m_done;
         m_desk.ProgressBar1.SetValue(100.0 * m_done / m_total);
-        if (m_done == m_total) {
-            m_g.platform.toolkit.ProcessEvents();  // the bar at its end is always shown
-        } else {
+        if (m_applications < m_total) {
             m_g.platform.toolkit.ProcessEventsInJob();
+        } else {
+            m_g.platform.toolkit.ProcessEvents();  // the last state is always shown
         }
     }
 

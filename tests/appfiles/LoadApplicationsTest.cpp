@@ -218,6 +218,24 @@ TEST(LoadApplicationsTest, TheWindowIsKeptAliveAfterEachViewWhoseRowsAreThere) {
     EXPECT_EQ(seen, (std::vector<Text>{"1|1|2", "2|1|2", "3|1|2"}));
 }
 
+TEST(LoadApplicationsTest, TheLastStateIsShownAlsoWhereATemplateFailed) {
+    for (const Text& failing : std::vector<Text>{"/a.kdt", "/c.kdt"}) {
+        LoadedDesk t;
+        for (const char* path : {"/a.kdt", "/b.kdt", "/c.kdt"}) {
+            if (path == failing) {
+                t.g.gMasterFiles->Add(path, true);
+            } else {
+                t.Put(anApplication(path));
+            }
+        }
+        std::vector<Text> shown;
+        t.toolkit.onProcessEvents = [&] { shown.push_back(t.desk.Panel2.Caption()); };
+        t.Load();
+        ASSERT_FALSE(shown.empty());
+        EXPECT_EQ(shown.back(), "Loading: /c.kdt") << failing;
+    }
+}
+
 TEST(LoadApplicationsTest, ThePathStandsInTheStatusBeforeItsApplicationIsOpenedAlsoIfItFailsTo) {
     LoadedDesk t;
     t.g.gMasterFiles->Add("/broken.kdt", true);

@@ -19,37 +19,37 @@ struct Desk {
     ProgressBar ProgressBar1{"ProgressBar1"};
 
     MenuItem mnuFile{"mnuFile", "&File"};
-    MenuItem mnuApplications{"mnuApplications", "Manage Applications"};
-    MenuItem mnuCommit{"mnuCommit", "Commit Changes"};
-    MenuItem mnuClose{"mnuClose", "Close"};
+    MenuItem mnuApplications{"mnuApplications", "Manage Applications", 'M'};
+    MenuItem mnuCommit{"mnuCommit", "Commit Changes", 'C'};
+    MenuItem mnuClose{"mnuClose", "Close", 'l'};
 
     MenuItem mnuEdit{"mnuEdit", "&Edit"};
-    MenuItem mnuEditRestore{"mnuEditRestore", "Restore Original Value"};
-    MenuItem mnuEditCut{"mnuEditCut", "Cut"};
-    MenuItem mnuEditCopy{"mnuEditCopy", "Copy"};
-    MenuItem mnuEditPaste{"mnuEditPaste", "Paste"};
-    MenuItem mnuEditFill{"mnuEditFill", "Fill..."};
-    MenuItem mnuEditReplace{"mnuEditReplace", "Replace..."};
+    MenuItem mnuEditRestore{"mnuEditRestore", "Restore Original Value", 'R'};
+    MenuItem mnuEditCut{"mnuEditCut", "Cut", 't'};
+    MenuItem mnuEditCopy{"mnuEditCopy", "Copy", 'C'};
+    MenuItem mnuEditPaste{"mnuEditPaste", "Paste", 'P'};
+    MenuItem mnuEditFill{"mnuEditFill", "Fill...", 'F'};
+    MenuItem mnuEditReplace{"mnuEditReplace", "Replace...", 'e'};
 
     MenuItem mnuOptions{"mnuOptions", "&Options"};
-    MenuItem mnuClearFilters{"mnuClearFilters", "Clear All Filters"};
+    MenuItem mnuClearFilters{"mnuClearFilters", "Clear All Filters", 'C'};
 
     MenuItem mnuView{"mnuView", "&View"};
-    MenuItem mnuShowPaths{"mnuShowPaths", "Show Paths"};
-    MenuItem mnuShowOnlyNumericVariables{"mnuShowOnlyNumericVariables", "Show Only Numeric Variables"};
-    MenuItem mnuShowAll{"mnuShowAll", "Show All Properties"};
+    MenuItem mnuShowPaths{"mnuShowPaths", "Show Paths", 'P'};
+    MenuItem mnuShowOnlyNumericVariables{"mnuShowOnlyNumericVariables", "Show Only Numeric Variables", 'N'};
+    MenuItem mnuShowAll{"mnuShowAll", "Show All Properties", 'A'};
 
     MenuItem mnuHelp{"mnuHelp", "&Help"};
-    MenuItem mnuHelpAbout{"mnuHelpAbout", "About KDLimitDesk"};
+    MenuItem mnuHelpAbout{"mnuHelpAbout", "About KDLimitDesk", 'A'};
 
     /// The pop-up menu of the grid, and its entries, which hold the edit commands.
     MenuItem mnuEditMenu{"mnuEditMenu", "Edit"};
-    MenuItem mnuRestore{"mnuRestore", "Restore Original Value"};
-    MenuItem mnuCut{"mnuCut", "Cut"};
-    MenuItem mnuCopy{"mnuCopy", "Copy"};
-    MenuItem mnuPaste{"mnuPaste", "Paste"};
-    MenuItem mnuFill{"mnuFill", "Fill..."};
-    MenuItem mnuReplace{"mnuReplace", "Replace..."};
+    MenuItem mnuRestore{"mnuRestore", "Restore Original Value", 'R'};
+    MenuItem mnuCut{"mnuCut", "Cut", 't'};
+    MenuItem mnuCopy{"mnuCopy", "Copy", 'C'};
+    MenuItem mnuPaste{"mnuPaste", "Paste", 'P'};
+    MenuItem mnuFill{"mnuFill", "Fill...", 'F'};
+    MenuItem mnuReplace{"mnuReplace", "Replace...", 'e'};
 };
 
 /// Closes an open cell editor by selecting the current cell anew; a refused text keeps the editor open.

@@ -281,7 +281,15 @@ private:
 /// A menu entry; one with entries of its own is a menu.
 class MenuItem : public Control {
 public:
-    MenuItem(Text name, Text caption) : Control(std::move(name)) { SetCaption(std::move(caption)); }
+    /// `accessLetter` is a letter of the caption; where the caption marks one itself, or none is to be had,
+    /// 0.
+    MenuItem(Text name, Text caption, char accessLetter = 0)
+        : Control(std::move(name)), m_accessLetter(accessLetter) {
+        SetCaption(std::move(caption));
+    }
+
+    /// The letter that chooses the entry in its open menu; 0 where the caption marks its own.
+    char AccessLetter() const noexcept { return m_accessLetter; }
 
     bool Checked() const noexcept { return m_checked; }
     void SetChecked(bool value) {
@@ -311,3 +319,4 @@ private:
 };
 
 }  // namespace kd
+    char m_accessLetter;

@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <set>
+
 #include "admin/frmApplicationAdmin.h"
 #include "edit/frmFill.h"
 #include "edit/frmReplace.h"
@@ -309,6 +312,23 @@ TEST_F(MenuCommandsTest, HelpOfManageApplicationsOpensTheDocumentation) {
     });
     desk.mnuApplications.UserClick();
     EXPECT_EQ(suite.helpTopics["Documentation"], 1);
+}
+
+TEST_F(MenuCommandsTest, EveryEntryHasAnAccessLetterOfItsOwnInItsMenu) {
+    std::vector<MenuItem*> menus = form.MenuBar();
+    menus.push_back(&desk.mnuEditMenu);
+    for (const MenuItem* const menu : menus) {
+        std::set<int> letters;
+        for (const MenuItem* const entry : menu->Entries()) {
+            if (entry == nullptr) {
+                continue;
+            }
+            const char letter = entry->AccessLetter();
+            EXPECT_NE(entry->Caption().find(letter), Text::npos) << entry->Caption();
+            EXPECT_TRUE(letters.insert(std::tolower(static_cast<unsigned char>(letter))).second)
+                << entry->Caption();
+        }
+    }
 }
 
 }  // namespace

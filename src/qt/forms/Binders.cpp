@@ -25,14 +25,6 @@ bool IsUserFocus(const QFocusEvent& event) {
     }
 }
 
-QString CaptionWithMnemonic(std::string_view caption, QChar mnemonic) {
-    QString text = ToQt(caption);
-    const auto at = mnemonic.isNull() || text.contains(QLatin1Char('&'))
-                        ? -1
-                        : text.indexOf(mnemonic, 0, Qt::CaseInsensitive);
-    return at < 0 ? text : text.insert(at, QLatin1Char('&'));
-}
-
 // --- what all have in common ------------------------------------------------------------------------------
 
 ControlBinder::ControlBinder(Control& control, QWidget& widget, EventBoundary& boundary)

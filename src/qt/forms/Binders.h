@@ -58,9 +58,6 @@ private:
     bool m_clickable;
 };
 
-/// The caption with `mnemonic` marked, where the caption marks none itself; a null letter marks nothing.
-QString CaptionWithMnemonic(std::string_view caption, QChar mnemonic);
-
 class ButtonBinder : public ControlBinder {
 public:
     ButtonBinder(Button& control, QPushButton& widget, EventBoundary& boundary, QChar mnemonic = {});

@@ -23,7 +23,7 @@ ActionBinder::~ActionBinder() {
 }
 
 void ActionBinder::Show() {
-    m_action.setText(ToQt(m_item.Caption()));
+    m_action.setText(CaptionWithMnemonic(m_item.Caption(), QLatin1Char(m_item.AccessLetter())));
     m_action.setEnabled(m_item.Enabled());
     m_action.setVisible(m_item.Visible());
     m_action.setCheckable(m_item.Checkable());

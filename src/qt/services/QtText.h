@@ -22,4 +22,14 @@ inline QString ToPlainToolTip(const QString& text) {
                                 QStringLiteral("</p>");
 }
 
+/// The caption with `mnemonic` marked where that letter stands first, unless the caption marks one itself; a
+/// null letter marks nothing.
+inline QString CaptionWithMnemonic(std::string_view caption, QChar mnemonic) {
+    QString text = ToQt(caption);
+    const auto at = mnemonic.isNull() || text.contains(QLatin1Char('&'))
+                        ? -1
+                        : text.indexOf(mnemonic, 0, Qt::CaseInsensitive);
+    return at < 0 ? text : text.insert(at, QLatin1Char('&'));
+}
+
 }  // namespace kd

@@ -24,7 +24,7 @@ protected:
 };
 
 TEST_F(AboutDialogTest, TellsTitleVersionAndMaker) {
-    EXPECT_EQ(Find<QAction>(window, "mnuHelpAbout").text(), "About KDLimitDesk");
+    EXPECT_EQ(Find<QAction>(window, "mnuHelpAbout").text(), "&About KDLimitDesk");
     About([](QWidget& dialog) {
         EXPECT_EQ(dialog.windowTitle(), "About");
         EXPECT_EQ(TextOf(dialog, "lblAppTitle"), "KDLimitDesk");

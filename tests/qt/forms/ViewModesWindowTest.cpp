@@ -59,7 +59,7 @@ TEST_F(ViewModesWindowTest, TicksOfALoadAreShownInTheMenu) {
     QMenu& menu = Open("mnuView");
     QStringList captions;
     for (const QAction* const action : menu.actions()) {
-        captions << action->text();
+        captions << action->text().remove('&');
     }
     EXPECT_EQ(captions, QStringList({"Show Paths", "Show Only Numeric Variables", "Show All Properties"}));
     EXPECT_TRUE(Ticked("mnuShowPaths"));

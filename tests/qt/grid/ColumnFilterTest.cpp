@@ -268,7 +268,7 @@ TEST_F(ColumnFilterTest, UntouchedTextIsNotJudgedAndTheDialogOpens) {
 TEST_F(ColumnFilterTest, ClearAllFiltersIsThereOnlyWhenAColumnIsFiltered) {
     LoadThree();
     QMenu& menu = Open("mnuOptions");
-    EXPECT_EQ(Find<QAction>(window, "mnuClearFilters").text(), "Clear All Filters");
+    EXPECT_EQ(Find<QAction>(window, "mnuClearFilters").text(), "&Clear All Filters");
     EXPECT_FALSE(Find<QAction>(window, "mnuClearFilters").isEnabled());
     menu.close();
     Keep(cnUSL, {Cell(2, cnUSL).c_str()});

@@ -12,7 +12,7 @@ class MenuBinderTest : public testing::Test {
 protected:
     QtToolkit toolkit;
     MenuItem view{"mnuView", "&View"};
-    MenuItem paths{"mnuShowPaths", "Show Paths"};
+    MenuItem paths{"mnuShowPaths", "Show Paths", 'P'};
     MenuItem clear{"mnuClearFilters", "Clear All Filters"};
     QMainWindow window;
     QMenu* menu = nullptr;
@@ -30,7 +30,7 @@ TEST_F(MenuBinderTest, EntriesStandInOrderWithTheirNames) {
     EXPECT_EQ(menu->title(), "&View");
     EXPECT_EQ(menu->objectName(), "mnuView");
     EXPECT_EQ(menu->actions()[0]->objectName(), "mnuShowPaths");
-    EXPECT_EQ(menu->actions()[0]->text(), "Show Paths");
+    EXPECT_EQ(menu->actions()[0]->text(), "Show &Paths");
     EXPECT_TRUE(menu->actions()[1]->isSeparator());
     EXPECT_EQ(menu->actions()[2]->text(), "Clear All Filters");
 }

@@ -40,6 +40,7 @@ frmApplicationAdmin::frmApplicationAdmin(Globals& g) : Form("frmApplicationAdmin
 
     cmdFilter.Click = [this] { cmdFilter_Click(); };
     cboFilter.Click = [this] { cmdFilter_Click(); };
+    cboFilter.Enter = [this] { return cboFilter_Enter(); };
     cboFilter.DropDown = [this] { cboFilter_DropDown(); };
     cmdAddApplication.Click = [this] { cmdAddApplication_Click(); };
     cmdRemoveApplication.Click = [this] { cmdRemoveApplication_Click(); };
@@ -84,6 +85,7 @@ bool frmApplicationAdmin::Matches(std::string_view criteria, std::string_view pa
         const auto parts = Split(criterion, '|');
         return parts.empty() ? occurs(criterion) : std::any_of(parts.begin(), parts.end(), occurs);
     };
+    m_appliedFilter = criteria;
     const auto all = Split(wanted, ' ');
     return std::all_of(all.begin(), all.end(), holds);
 }
@@ -98,6 +100,14 @@ void frmApplicationAdmin::cmdFilter_Click() {
         return;
     }
     const Hourglass hourglass(m_g.platform.toolkit);
+bool frmApplicationAdmin::cboFilter_Enter() {
+    if (cboFilter.Value() == m_appliedFilter) {
+        return false;
+    }
+    cmdFilter_Click();
+    return true;
+}
+
     for (std::int32_t row = 1; row < Grid.Rows(); ++row) {
         Grid.SetIsSelected(row, false);
         Grid.SetRowHidden(row, !Matches(criteria, Grid.TextMatrix(row, 0)));

@@ -40,6 +40,7 @@ public:
     /// What the Help button does; nothing when empty.
     std::function<void()> ShowHelp;
 
+    bool cboFilter_Enter();
 private:
     void cmdFilter_Click();
     void cboFilter_DropDown();
@@ -52,6 +53,7 @@ private:
     Text AddFiles(const std::vector<Text>& chosen);
     void RememberCriterion(const Text& criterion);
     bool Matches(std::string_view criteria, std::string_view path) const;
+    Text m_appliedFilter;
 
     Globals& m_g;
     bool m_cancel = true;

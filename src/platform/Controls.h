@@ -246,7 +246,12 @@ public:
     /// The form's handlers: the list is about to open; the user chose from the list.
     std::function<void()> DropDown;
     std::function<void()> Click;
-    void UserType(Text value) { SetValue(std::move(value)); }
+    /// The form's handler for the Enter key in the field: whether the form has used the key up. While empty,
+    /// Enter presses the window's default button.
+    std::function<bool()> Enter;
+    /// One line, as in a TextBox.
+    void UserType(std::string_view value) { SetValue(OneLine(value)); }
+    [[nodiscard]] bool UserEnter() { return Enter && Enter(); }
     void UserDropDown() {
         if (DropDown) {
             DropDown();

@@ -597,5 +597,28 @@ TEST(ManageApplicationsTest, TheHelpButtonReachesTheHook) {
     EXPECT_EQ(desk.calls, std::vector<Text>{"help"});
 }
 
+TEST(frmApplicationAdminTest, EnterInTheFilterAppliesATextThatIsNotYetAppliedAndIsTheWindowsElse) {
+    AdminDesk desk;
+    desk.Show([](frmApplicationAdmin& form) {
+        EXPECT_FALSE(form.cboFilter.UserEnter()) << "every row is shown, as for the empty text";
+        form.cboFilter.UserType("dairy");
+        EXPECT_TRUE(form.cboFilter.UserEnter());
+        EXPECT_EQ(AdminDesk::Hidden(form), (std::vector<bool>{true, false, true}));
+        EXPECT_FALSE(form.cboFilter.UserEnter());
+        form.cboFilter.UserType("");
+        EXPECT_TRUE(form.cboFilter.UserEnter());
+        EXPECT_EQ(AdminDesk::Hidden(form), (std::vector<bool>{false, false, false}));
+    });
+}
+
+TEST(frmApplicationAdminTest, APastedLineEndInTheFilterStaysInTheCriterion) {
+    AdminDesk desk;
+    desk.Show([](frmApplicationAdmin& form) {
+        form.cboFilter.UserType("x\r\n[FILES]\r\nFile = /other.kdt");
+        form.cmdOk.UserClick();
+    });
+    EXPECT_EQ(desk.Recents(), std::vector<Text>{"x  [FILES]  File = /other.kdt"});
+}
+
 }  // namespace
 }  // namespace kd

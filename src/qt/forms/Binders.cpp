@@ -219,8 +219,15 @@ void TextBoxBinder::Show() {
 ComboBoxBinder::ComboBoxBinder(ComboBox& control, ComboBoxWidget& widget, EventBoundary& boundary)
     : ControlBinder(control, widget, boundary), m_combo(control), m_widget(widget) {
     m_widget.AboutToDropDown = [this] { Boundary().Run([this] { m_combo.UserDropDown(); }); };
-    connect(&m_widget, &QComboBox::editTextChanged, this,
-            [this](const QString& text) { Boundary().Run([&] { m_combo.UserType(FromQt(text)); }); });
+    connect(&m_widget, &QComboBox::editTextChanged, this, [this](const QString& text) {
+        Boundary().Run([&] { m_combo.UserType(FromQt(text)); });
+        Show();  // what the control makes of the text need not be what was pasted
+    });
+    m_widget.EnterPressed = [this] {
+        bool usedUp = false;
+        Boundary().Run([&] { usedUp = m_combo.UserEnter(); });
+        return usedUp;
+    };
     connect(&m_widget, &QComboBox::activated, this, [this](int index) {
         if (index >= 0 && index < static_cast<int>(m_combo.Entries().size())) {
             Boundary().Run([&] { m_combo.UserChoose(index); });

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QRadioButton>
@@ -59,6 +60,8 @@ public:
         QComboBox::showPopup();
     }
 
+    /// Whether the Enter key in the field is used up; else it is the window's.
+    std::function<bool()> EnterPressed;
 protected:
     // The wheel over the closed field would choose from the list by accident.
     void wheelEvent(QWheelEvent* event) override { event->ignore(); }
@@ -67,6 +70,30 @@ protected:
 /// A progress bar in plain colours. The style's own is drawn with gradients, which cost a load of all
 /// applications a quarter of its time.
 class ProgressWidget : public QProgressBar {
+    // The arrow keys in the closed field would choose from the list, and the typed text were lost.
+    void keyPressEvent(QKeyEvent* event) override {
+        switch (event->key()) {
+            case Qt::Key_Return:
+            case Qt::Key_Enter:
+                if (EnterPressed && EnterPressed()) {
+                    event->accept();
+                    return;
+                }
+                break;
+            case Qt::Key_Up:
+            case Qt::Key_Down:
+            case Qt::Key_PageUp:
+            case Qt::Key_PageDown:
+                if (!event->modifiers().testFlag(Qt::AltModifier)) {
+                    event->accept();
+                    return;
+                }
+                break;
+            default:
+                break;
+        }
+        QComboBox::keyPressEvent(event);
+    }
 public:
     using QProgressBar::QProgressBar;
 

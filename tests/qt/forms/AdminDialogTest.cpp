@@ -121,12 +121,31 @@ TEST_F(AdminDialogTest, KeyboardAloneFiltersPicksAndRemoves) {
     EXPECT_TRUE(form.Cancel());
 }
 
-TEST_F(AdminDialogTest, EnterInTheFilterIsOk) {
-    Show([](QWidget&) {
+TEST_F(AdminDialogTest, EnterInTheFilterAppliesItAndOnceMoreIsOk) {
+    Show([&](QWidget& window) {
         Type("milk");
+        Press(Qt::Key_Return);
+        EXPECT_TRUE(window.isVisible());
+        EXPECT_EQ(VisiblePaths(), std::vector<Text>{"/data/milk.kdt"});
         Press(Qt::Key_Return);
     });
     EXPECT_FALSE(form.Cancel());
+}
+
+TEST_F(AdminDialogTest, TheArrowKeysInTheClosedFilterLeaveTheTypedText) {
+    desk.g.gRecents->Add("cheese");
+    Show([&](QWidget& window) {
+        auto& combo = Find<ComboBoxWidget>(window, "cboFilter");
+        combo.showPopup();
+        combo.hidePopup();
+        Type("mil");
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp}) {
+            Press(key);
+            EXPECT_EQ(combo.currentText(), "mil");
+        }
+        EXPECT_EQ(form.cboFilter.Value(), "mil");
+        Press(Qt::Key_Escape);
+    });
 }
 
 TEST_F(AdminDialogTest, RecentCriteriaAreOfferedAndChosen) {

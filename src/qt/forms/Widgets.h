@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractItemView>
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -27,7 +28,13 @@ protected:
 /// A radio button whose click changes nothing by itself.
 class OptionWidget : public QRadioButton {
 public:
-    explicit OptionWidget(QWidget* parent = nullptr) : QRadioButton(parent) { setAutoExclusive(false); }
+    explicit OptionWidget(QWidget* parent = nullptr) : QRadioButton(parent) {
+        // A group of its own leaves the state to the control; without the button's own exclusiveness screen
+        // readers would tell it as a check box.
+        auto* const alone = new QButtonGroup(this);
+        alone->setExclusive(false);
+        alone->addButton(this);
+    }
 
 protected:
     void nextCheckState() override {}

@@ -1,6 +1,8 @@
 #include "qt/forms/Binders.h"
 
 #include <QAbstractItemView>
+#include <QAccessible>
+#include <QClipboard>
 #include <QProgressBar>
 #include <QVBoxLayout>
 
@@ -329,6 +331,28 @@ TEST_F(BindersTest, TypingInTheMiddleKeepsTheCursorThere) {
 }
 
 class ComboBoxTest : public BindersTest {
+TEST_F(BindersTest, APastedLineEndIsSeenAsABlankWhereItWasPasted) {
+    auto& control = New<TextBox>("txtFind");
+    control.SetValue("ad");
+    auto& widget = Add<QLineEdit>();
+    new TextBoxBinder(control, widget, boundary);
+    ShowActive(window);
+    widget.setFocus();
+    widget.setCursorPosition(1);
+    QApplication::clipboard()->setText("b\tc");
+    widget.paste();
+    EXPECT_EQ(control.Value(), "ab cd");
+    EXPECT_EQ(widget.text(), "ab cd");
+    EXPECT_EQ(widget.cursorPosition(), 4);
+}
+
+TEST_F(BindersTest, OptionButtonIsARadioButtonForScreenReaders) {
+    auto& control = New<OptionButton>("optFillLimit");
+    auto& widget = Add<OptionWidget>();
+    new OptionButtonBinder(control, widget, boundary);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&widget)->role(), QAccessible::RadioButton);
+}
+
 protected:
     ComboBox& control = New<ComboBox>("cboFilter");
     ComboBoxWidget& widget = Add<ComboBoxWidget>();

@@ -46,8 +46,13 @@ MainWindow::MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit) : m_form(form),
     m_form.Unload = [this] { close(); };
     m_toolkit.SetMainWindow(
         this, [this] { ShowForm(); }, [this] { return m_grid->MenuPlace(); });
-    m_keptClose.setInterval(20);
-    connect(&m_keptClose, &QTimer::timeout, this, [this] { AskKeptClose(); });
+    m_toolkit.Paused = [this] {
+        if (m_closeWaits) {
+            // When the event comes, the job is over, or it comes in the job's next pass, which asks anew.
+            QMetaObject::invokeMethod(
+                this, [this] { AskWaitingClose(); }, Qt::QueuedConnection);
+        }
+    };
     PlaceRestored();
 }
 
@@ -55,6 +60,7 @@ MainWindow::~MainWindow() {
     m_form.OnChanged = nullptr;
     m_form.Unload = nullptr;
     m_form.GridPlace = nullptr;
+    m_toolkit.Paused = nullptr;
     m_toolkit.SetMainWindow(nullptr, nullptr, nullptr);
 }
 
@@ -74,11 +80,13 @@ void MainWindow::BuildStatusBar() {
 }
 
 void MainWindow::PlaceRestored() {
-    const QRect room = screen()->availableGeometry();
+    const QRect whole = screen()->geometry();
     const QSize wanted(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 48);
-    const QSize size = wanted.boundedTo(room.size() * 9 / 10);
-    const Area at = frmKDLimitDesk::Centred(room.width(), room.height(), size.width(), size.height());
-    setGeometry(room.left() + at.left, room.top() + at.top, size.width(), size.height());
+    const QSize size = wanted.boundedTo(screen()->availableGeometry().size() * 9 / 10);
+    // Of the frame nothing is known before the desktop has made it.
+    const Area at = frmKDLimitDesk::Centred(whole.width(), whole.height(), size.width(), size.height());
+    resize(size);
+    move(whole.left() + at.left, whole.top() + at.top);
 }
 
 void MainWindow::ShowForm() {
@@ -119,18 +127,18 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 void MainWindow::closeEvent(QCloseEvent* event) {
     bool mayClose = false;
     if (m_toolkit.InPass()) {
-        m_keptClose.start();
+        m_closeWaits = true;
     } else {
         m_toolkit.Boundary().Run([&] { mayClose = m_form.Form_QueryUnload(); });
     }
     event->setAccepted(mayClose);
 }
 
-void MainWindow::AskKeptClose() {
+void MainWindow::AskWaitingClose() {
     const bool asking =
         QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget() != nullptr;
-    if (!m_toolkit.InPass() && !asking) {
-        m_keptClose.stop();
+    if (m_closeWaits && !m_toolkit.InPass() && !asking) {
+        m_closeWaits = false;
         close();
     }
 }

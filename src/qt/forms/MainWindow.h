@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMainWindow>
-#include <QTimer>
 
 #include "lifecycle/frmKDLimitDesk.h"
 #include "qt/services/QtToolkit.h"
@@ -32,13 +31,13 @@ private:
     void ShowForm();
     void PlaceRestored();
     void LayOut();
-    void AskKeptClose();
+    void AskWaitingClose();
 
     frmKDLimitDesk& m_form;
     QtToolkit& m_toolkit;
     GridWidget* m_grid = nullptr;
     QProgressBar* m_progress = nullptr;
-    QTimer m_keptClose;  // runs while a request to close waits for the end of a job
+    bool m_closeWaits = false;  // for the end of a job
 };
 
 }  // namespace kd

@@ -75,6 +75,7 @@ QWidget* QtToolkit::Owner() const {
 
 BoxAnswer QtToolkit::MessageBox(std::string_view text, BoxIcon icon, BoxButtons buttons,
                                 std::string_view title) {
+    const Scope paused([this] { TellPaused(); });
     const PointerAside aside(*this);
     QMessageBox box(Owner());
     box.setObjectName(QStringLiteral("MessageBox"));
@@ -107,6 +108,7 @@ void QtToolkit::ShowModal(Form& form) {
     if (maker == m_makers.end()) {
         throw std::logic_error("No dialog for the form " + form.Name());
     }
+    const Scope paused([this] { TellPaused(); });
     const PointerAside aside(*this);
     const std::unique_ptr<QDialog> dialog = maker->second(form, Boundary(), Owner());
     form.MarkShown();
@@ -124,6 +126,7 @@ void QtToolkit::ShowModeless(Form& form) {
 }
 
 void QtToolkit::ShowPopupMenu(MenuItem& menu) {
+    const Scope paused([this] { TellPaused(); });
     MenuItem* chosen = nullptr;
     {
         const PointerAside aside(*this);
@@ -145,10 +148,17 @@ void QtToolkit::ShowPopupMenu(MenuItem& menu) {
 }
 
 void QtToolkit::ProcessEvents() {
+    const Scope paused([this] { TellPaused(); });
     ++m_passes;
     const Scope leave([this] { --m_passes; });
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     m_lastPass = std::chrono::steady_clock::now();
+}
+
+void QtToolkit::TellPaused() {
+    if (Paused) {
+        Paused();
+    }
 }
 
 void QtToolkit::ProcessEventsInJob() {

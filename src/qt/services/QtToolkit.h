@@ -31,6 +31,10 @@ public:
     /// coordinates. All null when the window goes; pop-up menus then open at the pointer.
     void SetMainWindow(QWidget* window, std::function<void()> show, std::function<QPoint()> menuPlace);
 
+    /// Runs whenever a pass of the message loop, a box, a dialog or a menu has come to its end. What waits
+    /// for the end of a job asks here for its next turn.
+    std::function<void()> Paused;
+
     /// Whether the message loop is being given a pass in the middle of a job.
     bool InPass() const noexcept { return m_passes > 0; }
 
@@ -49,6 +53,7 @@ private:
     class PointerAside;
     QWidget* Owner() const;
     QSize ScreenSize() const;
+    void TellPaused();
     void ShowPointer(bool hourglass);
 
     std::unordered_map<std::type_index, DialogMaker> m_makers;

@@ -67,12 +67,6 @@ void frmApplicationAdmin::Display() {
     m_g.platform.toolkit.ShowModal(*this);
 }
 
-void frmApplicationAdmin::Destroy() {
-    if (Shown()) {
-        Hide();
-    }
-}
-
 bool frmApplicationAdmin::Matches(std::string_view criteria, std::string_view path) const {
     const CodePage& page = m_g.platform.locale.CodePage();
     const Text wanted = page.Upper(criteria);

@@ -20,8 +20,6 @@ public:
 
     /// Fills the grid from gMasterFiles, every row shown, and shows the dialog.
     void Display();
-    /// Unloads the dialog.
-    void Destroy();
     /// Whether the user cancelled; true until Ok succeeds.
     bool Cancel() const noexcept { return m_cancel; }
     /// Whether a row was added or removed.

@@ -34,9 +34,7 @@ void frmCommit::Display() {
 }
 
 void frmCommit::Destroy() {
-    if (Shown()) {
-        Hide();
-    }
+    Form::Destroy();
     lstFiles.Clear();
 }
 

@@ -16,8 +16,8 @@ public:
     void Display();
     /// Whether the user cancelled; true until Ok succeeds.
     bool Cancel() const noexcept { return m_cancel; }
-    /// Unloads the dialog.
-    void Destroy();
+    /// Empties the list too.
+    void Destroy() override;
     /// Closing the window counts as Cancel.
     void UserClose() override;
     /// 0 none selected, 1 all selected (an empty list too), 2 some selected.

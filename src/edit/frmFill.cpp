@@ -53,12 +53,6 @@ void frmFill::Display() {
     m_g.platform.toolkit.ShowModal(*this);
 }
 
-void frmFill::Destroy() {
-    if (Shown()) {
-        Hide();
-    }
-}
-
 void frmFill::cmdOk_Click() {
     const Locale& locale = m_g.platform.locale;
     if (optFillConstant.Value()) {

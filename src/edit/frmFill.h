@@ -39,8 +39,6 @@ public:
 
     /// Shows the dialog. When it is shown again, the focus stays where it was.
     void Display();
-    /// Unloads the dialog.
-    void Destroy();
 
     OptionButton optFillConstant{"optFillConstant"};  // of a pair with optFillLimit
     TextBox txtConstant{"txtConstant"};

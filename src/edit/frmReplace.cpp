@@ -25,12 +25,6 @@ void frmReplace::Display() {
     m_g.platform.toolkit.ShowModal(*this);
 }
 
-void frmReplace::Destroy() {
-    if (Shown()) {
-        Hide();
-    }
-}
-
 void frmReplace::cmdReplace_Click() {
     if (txtFind.Value().empty()) {
         m_g.platform.toolkit.Say("Find Text must be specified!", BoxIcon::Exclamation);

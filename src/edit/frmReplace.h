@@ -28,8 +28,6 @@ public:
 
     /// Shows the dialog. When it is shown again, the focus stays where it was.
     void Display();
-    /// Unloads the dialog.
-    void Destroy();
 
     Label Label1{"Label1"};
     Label lblColumn{"lblColumn"};

@@ -26,12 +26,6 @@ void frmAutoFilter::Display() {
     m_g.platform.toolkit.ShowModal(*this);
 }
 
-void frmAutoFilter::Destroy() {
-    if (Shown()) {
-        Hide();
-    }
-}
-
 std::int32_t frmAutoFilter::SelectedCount() {
     std::int32_t count = 0;
     for (const auto& filter : *Filters()) {

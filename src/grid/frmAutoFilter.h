@@ -25,8 +25,6 @@ public:
 
     /// Fills the list from Filters and shows the dialog.
     void Display();
-    /// Unloads the dialog.
-    void Destroy();
     /// Number of entries of Filters that are selected.
     std::int32_t SelectedCount();
 

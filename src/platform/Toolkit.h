@@ -28,6 +28,15 @@ struct Place {
     bool operator==(const Place&) const = default;
 };
 
+/// Where the frame of a window stands, and how large the window is inside it.
+struct WindowGeometry {
+    Place corner;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+
+    bool operator==(const WindowGeometry&) const = default;
+};
+
 /// A window of the program as plain state. Its widget shows the state and calls the handlers.
 class Form {
 public:
@@ -48,12 +57,23 @@ public:
 
     /// Where the window opens; nothing for the middle of the screen.
     const std::optional<Place>& OwnPlace() const noexcept { return m_place; }
-    void SetOwnPlace(Place place) { m_place = place; }
+    void SetOwnPlace(Place place) {
+        m_place = place;
+        m_lastGeometry.reset();
+    }
 
     /// Name of the control that had the keyboard when the form was last hidden; kept by the screen, so that a
     /// form that is shown again begins there.
     const Text& FocusedControl() const noexcept { return m_focusedControl; }
     void SetFocusedControl(Text name) { m_focusedControl = std::move(name); }
+    /// Where the window stood when the form was last hidden; kept by the screen in the same way.
+    const std::optional<WindowGeometry>& LastGeometry() const noexcept { return m_lastGeometry; }
+    void SetLastGeometry(WindowGeometry geometry) { m_lastGeometry = geometry; }
+    /// Unloads a hidden form: shown again, it would begin as for the first time.
+    virtual void Destroy() {
+        m_focusedControl.clear();
+        m_lastGeometry.reset();
+    }
 
     bool Shown() const noexcept { return m_shown; }
     /// Ends a modal showing; the form keeps its state.
@@ -80,6 +100,7 @@ private:
     Text m_caption;
     std::optional<Place> m_place;
     Text m_focusedControl;
+    std::optional<WindowGeometry> m_lastGeometry;
     bool m_shown = false;
 };
 

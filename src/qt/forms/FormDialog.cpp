@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QPushButton>
 #include <QScreen>
+#include <QWindow>
 #include <algorithm>
 
 #include "qt/services/QtText.h"
@@ -22,6 +23,9 @@ FormDialog::FormDialog(Form& form, EventBoundary& boundary, QWidget* parent)
 FormDialog::~FormDialog() {
     if (const QWidget* const focus = focusWidget()) {
         m_form.SetFocusedControl(FromQt(focus->objectName()));
+    }
+    if (m_placed) {
+        m_form.SetLastGeometry({{pos().x(), pos().y()}, width(), height()});
     }
     m_form.OnChanged = nullptr;
     m_form.OnHide = nullptr;
@@ -62,10 +66,13 @@ void FormDialog::MoveToPlace() {
         return;
     }
     const QRect room = at->availableGeometry();
-    resize(size().boundedTo(room.size()));
+    const auto& last = m_form.LastGeometry();
+    resize((last ? QSize(last->width, last->height) : size()).boundedTo(room.size()));
     QRect frame(QPoint(), frameGeometry().size());
-    if (const auto& own = m_form.OwnPlace()) {
-        frame.moveTo(own->left, own->top);
+    const auto& own = m_form.OwnPlace();
+    if (own || last) {
+        const Place corner = last ? last->corner : *own;
+        frame.moveTo(corner.left, corner.top);
         frame.moveRight(std::min(frame.right(), room.right()));
         frame.moveBottom(std::min(frame.bottom(), room.bottom()));
         frame.moveLeft(std::max(frame.left(), room.left()));
@@ -74,6 +81,10 @@ void FormDialog::MoveToPlace() {
         frame.moveCenter(room.center());
     }
     move(frame.topLeft());
+    if (QWindow* const window = windowHandle()) {
+        // The corner is the frame's, however high its title bar is, which is known only when it is there.
+        window->setFramePosition(frame.topLeft());
+    }
 }
 
 void FormDialog::showEvent(QShowEvent* event) {

@@ -12,7 +12,8 @@ namespace kd {
 
 /// The window of a modal form: caption and name from the form; it ends when the form hides. It stands at the
 /// form's own place, else in the middle of the screen. Esc presses the cancel button; the frame's close is
-/// the form's UserClose. A form that is shown again has the focus where it was.
+/// the form's UserClose. A form that is shown again has place, size and focus
+/// as they were.
 class FormDialog : public QDialog {
 public:
     FormDialog(Form& form, EventBoundary& boundary, QWidget* parent);

@@ -292,6 +292,28 @@ TEST_F(FillDialogTest, RefusedConstantIsToldAndMayBeCorrected) {
     EXPECT_EQ(Cell(3, cnUSL), "30.000");
 }
 
+TEST_F(FillDialogTest, ADialogThatComesBackStandsWhereItWasAndAsLarge) {
+    LoadLimits();
+    ClickCell(1, cnUSL);
+    QRect before;
+    Modals modals;
+    modals
+        .Then("frmFill",
+              [&](QWidget& dialog) {
+                  dialog.move(30, 40);
+                  dialog.resize(dialog.size() + QSize(60, 20));
+                  before = QRect(dialog.pos(), dialog.size());
+                  Type("abc");
+                  Press(Qt::Key_Return);
+              })
+        .ThenBox("Fill contains invalid data - Could not Fill!\n\nFound: USL = 'abc'")
+        .Then("frmFill", [&](QWidget& dialog) {
+            EXPECT_EQ(QRect(dialog.pos(), dialog.size()), before);
+            Cancel(dialog);
+        });
+    ChooseFill();
+}
+
 TEST_F(FillDialogTest, ResultBeyondANumberIsAnInvalidValueAndChangesNothing) {
     Load({aField().Usl(1), aField().Usl(1000)});
     SelectCells(1, cnUSL, 2, cnUSL);

@@ -1,6 +1,7 @@
 #include "ini/INIfile.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 #include "ini/IniScanner.h"
@@ -9,12 +10,12 @@ namespace kd {
 
 namespace {
 
-/// The bytes of a file, or none where it cannot be read.
-std::string BytesOf(Files& files, std::string_view path) {
+/// The bytes of a file; nothing where it cannot be read.
+std::optional<std::string> BytesOf(Files& files, std::string_view path) {
     try {
         return files.Read(path);
     } catch (const cError&) {
-        return {};  // by contract a missing or unreadable file is an empty one
+        return std::nullopt;  // by contract a missing or unreadable file is an empty one
     }
 }
 
@@ -33,14 +34,15 @@ void AppendBlanks(Text& text, std::int64_t count) {
 
 }  // namespace
 
-void INIfile::LoadFile(std::string_view path) {
+bool INIfile::LoadFile(std::string_view path) {
     m_lines.Clear();
     const CodePage& page = m_locale.CodePage();
-    const std::string bytes = BytesOf(m_files, path);
-    IniScanner(page).Scan(page.DecodeMarked(bytes),
+    const std::optional<std::string> bytes = BytesOf(m_files, path);
+    IniScanner(page).Scan(page.DecodeMarked(bytes.value_or("")),
                           [&](std::string_view group, std::string_view section, std::string_view value) {
                               m_lines.Add(Text(group), Text(section), Text(value));
                           });
+    return bytes.has_value();
 }
 
 void INIfile::SaveFile(std::string_view path) {

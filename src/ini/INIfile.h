@@ -29,7 +29,8 @@ public:
     void SetEqualPos(std::int32_t value) noexcept { m_equalPos = value; }
 
     /// Replaces the records by those of a file; a missing or unreadable one gives none, without a word.
-    void LoadFile(std::string_view path);
+    /// @returns whether the file was read.
+    bool LoadFile(std::string_view path);
 
     /// Replaces the file by the records. What fails on the disk is not told; the earlier file then stays.
     /// @throws cError(errOverflow) for more than 32,767 records; nothing is written.

@@ -1,6 +1,7 @@
 #include "lifecycle/Settings.h"
 
 #include "ini/INIfile.h"
+#include "platform/Missing.h"
 
 namespace kd::modKDLimitDesk {
 
@@ -22,13 +23,13 @@ bool IsEntry(const INIline& line, std::string_view group, std::string_view key) 
 
 }  // namespace
 
-void ReadSettings(Globals& g, std::string_view path) {
+bool ReadSettings(Globals& g, std::string_view path) {
     g.gMasterFiles = std::make_shared<cMasterFiles>();
     g.gRecents = std::make_shared<cRecents>();
     g.gFiles = std::make_shared<cFiles>();
 
     INIfile file(g.platform.files, g.platform.locale);
-    file.LoadFile(path);
+    const bool read = file.LoadFile(path);
     for (const auto& line : file.INIlines()) {
         if (IsEntry(*line, RecentsGroup, RecentKey)) {
             g.gRecents->Add(line->Value());
@@ -45,6 +46,23 @@ void WriteSettings(Globals& g, std::string_view path) {
     file.SetEqualPos(EqualColumn);
     INIlines& lines = file.INIlines();
     lines.Add(ProgramGroup, {}, {});
+    return read;
+}
+
+bool SetAside(Files& files, const Text& path) {
+    const Text aside = path + ".old";
+    try {
+        files.Rename(path, aside);  // needs no right to read it
+        return true;
+    } catch (const cError&) {
+        // An earlier one is in the way, or there is nothing to rename.
+    }
+    try {
+        files.MoveOver(path, aside);
+        return true;
+    } catch (const cError& error) {
+        return SaysMissing(error, Refusal::SaysNothing);
+    }
     lines.Add({}, {}, {});
     lines.Add(RecentsGroup, {}, {});
     for (const auto& recent : *g.gRecents) {

@@ -8,7 +8,12 @@ namespace kd::modKDLimitDesk {
 /// Takes a new gMasterFiles, gRecents and gFiles, and fills the first two from the file: the applications
 /// sorted and all enabled, the criteria in the file's order. A missing or unreadable file leaves both empty,
 /// without a word.
-void ReadSettings(Globals& g, std::string_view path);
+/// @returns whether the file was read.
+bool ReadSettings(Globals& g, std::string_view path);
+
+/// Puts a file that was never read aside, under its name with ".old" behind, in the place of an earlier one.
+/// @returns whether the place is free now: false where the file is still there.
+bool SetAside(Files& files, const Text& path);
 
 /// Replaces the file by the present criteria and applications, disabled ones too. What fails on the disk is
 /// not told.

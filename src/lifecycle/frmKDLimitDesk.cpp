@@ -148,13 +148,9 @@ bool frmKDLimitDesk::RunStart(std::uintptr_t window) {
 
 void frmKDLimitDesk::FindSettings() {
     const Presence settings = PresenceOf(m_g.platform.files, m_g.gSettingsPath);
-    if (settings != Presence::Missing) {
-        ReadSettings(m_g, m_g.gSettingsPath);
-    }
-    m_settingsUnseen =
-        settings == Presence::Unknown && m_g.gMasterFiles->Count() == 0 && m_g.gRecents->Count() == 0;
-    if (settings == Presence::Missing || m_settingsUnseen) {
-        ReadSettings(m_g, FallbackSettingsPath(m_g));
+    m_settingsKnown = settings == Presence::Missing || ReadSettings(m_g, m_g.gSettingsPath);
+    if (settings == Presence::Missing || (settings == Presence::Unknown && !m_settingsKnown)) {
+        (void)ReadSettings(m_g, FallbackSettingsPath(m_g));  // a missing one leaves the lists empty
     }
     if (settings == Presence::Missing) {
         WriteSettings(m_g, m_g.gSettingsPath);
@@ -162,9 +158,10 @@ void frmKDLimitDesk::FindSettings() {
 }
 
 void frmKDLimitDesk::KeepSettings() {
-    // Another list than the user's own must not go over his, which may only have been out of sight.
-    if (m_settingsUnseen && PresenceOf(m_g.platform.files, m_g.gSettingsPath) != Presence::Missing) {
-        return;
+    // The user's own list, which was only out of sight, must not be lost by another one that goes over it.
+    if (m_settingsKnown || SetAside(m_g.platform.files, m_g.gSettingsPath)) {
+        m_settingsKnown = true;
+        WriteSettings(m_g, m_g.gSettingsPath);
     }
     WriteSettings(m_g, m_g.gSettingsPath);
 }

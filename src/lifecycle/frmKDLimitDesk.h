@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "edit/EditMemory.h"
@@ -86,9 +85,7 @@ private:
     EditMemory m_editMemory;
     std::vector<MenuItem*> m_menuBar;
     bool m_maximised = false;
-    bool m_settingsUnseen = false;  // whether the user has any could not be told at the start
-    bool m_closesFromMenu = false;
-    std::optional<Text> m_refusedText;  // of the cell editor, told as the File menu opened
+    bool m_settingsKnown = true;  // what stands at gSettingsPath was read by this run, or there was nothing
 };
 
 }  // namespace kd

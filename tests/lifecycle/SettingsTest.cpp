@@ -249,5 +249,42 @@ TEST_F(SettingsTest, UnknownSectionsAndKeysAreLostAtTheNextWrite) {
     EXPECT_EQ(Written(), "[KDLIMITDESK]\r\n\r\n[RECENTS]\r\n\r\n[FILES]\r\n   File   = a\r\n");
 }
 
+TEST_F(SettingsTest, ALineEndInTheNameOfAFileListsNoOtherApplication) {
+    AddFile("/a\r\n[FILES]\r\nFile = /planted.kdt");
+    (void)Written();
+    ReadSettings(desk.g, Path);
+    EXPECT_EQ(Files(), (Texts{"/a  [FILES]  File = /planted.kdt"}));
+}
+
+TEST_F(SettingsTest, ReadingTellsWhetherThereWasAFileToRead) {
+    EXPECT_FALSE(ReadSettings(desk.g, Path));
+    desk.files.Put(Path, "");
+    EXPECT_TRUE(ReadSettings(desk.g, Path));
+}
+
+TEST_F(SettingsTest, AFileThatIsSetAsideTakesThePlaceOfAnEarlierOne) {
+    const Text aside = Text(Path) + ".old";
+    desk.files.Put(Path, "first");
+    EXPECT_TRUE(SetAside(desk.files, Path));
+    EXPECT_EQ(desk.files.Get(aside), "first");
+    EXPECT_FALSE(desk.files.Has(Path));
+    desk.files.Put(Path, "second");
+    EXPECT_TRUE(SetAside(desk.files, Path));
+    EXPECT_EQ(desk.files.Get(aside), "second");
+    EXPECT_TRUE(SetAside(desk.files, Path)) << "nothing is in the way";
+    EXPECT_EQ(desk.files.Get(aside), "second");
+}
+
+TEST_F(SettingsTest, AFileThatCannotBeSetAsideIsStillInTheWay) {
+    desk.files.Put(Path, "own");
+    desk.files.onStep = [](const Text& step) {
+        if (step.starts_with("Rename") || step.starts_with("CopyFile")) {
+            throw cError(errDevice, "Test");
+        }
+    };
+    EXPECT_FALSE(SetAside(desk.files, Path));
+    EXPECT_EQ(desk.files.Get(Path), "own");
+}
+
 }  // namespace
 }  // namespace kd

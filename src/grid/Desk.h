@@ -52,11 +52,4 @@ struct Desk {
     MenuItem mnuReplace{"mnuReplace", "Replace...", 'e'};
 };
 
-/// Closes an open cell editor by selecting the current cell anew; a refused text keeps the editor open.
-inline void CloseCellEditor(Desk& desk) {
-    if (desk.Grid.EditWindow()) {
-        desk.Grid.Select(desk.Grid.Row(), desk.Grid.Col());
-    }
-}
-
 }  // namespace kd

@@ -1,5 +1,6 @@
 #include "grid/GridEvents.h"
 
+#include "grid/CellEditing.h"
 #include "grid/CellGate.h"
 #include "grid/ColumnCatalogue.h"
 
@@ -124,12 +125,8 @@ void GridEvents::Grid_BeforeEdit(std::int32_t row, std::int32_t screenCol, bool&
 void GridEvents::Grid_ValidateEdit(std::int32_t row, std::int32_t screenCol, bool& cancel) {
     const VSFlexGrid& grid = m_desk.Grid;
     const Text text = grid.EditText();
-    if (text == grid.TextMatrix(row, screenCol)) {
-        cancel = false;  // an untouched cell is never judged
-        return;
-    }
-    if (!IsCellValueValid(m_desk, row, screenCol, text)) {
-        cancel = true;
+    cancel = !MayStand(m_desk, row, screenCol, text);
+    if (cancel) {
         m_desk.g.platform.toolkit.Say("Invalid value '" + text + "' entered for cell!");
     }
 }

@@ -1,6 +1,7 @@
 #include "grid/ViewModes.h"
 
 #include "grid/AutoFilter.h"
+#include "grid/CellEditing.h"
 #include "grid/ColumnCatalogue.h"
 #include "model/Columns.h"
 #include "platform/Hourglass.h"

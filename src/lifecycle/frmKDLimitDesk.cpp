@@ -10,6 +10,7 @@
 #include "edit/Replace.h"
 #include "edit/RestoreCutCopyPaste.h"
 #include "grid/AutoFilter.h"
+#include "grid/CellEditing.h"
 #include "grid/ColumnCatalogue.h"
 #include "grid/GridEvents.h"
 #include "grid/ViewModes.h"
@@ -64,11 +65,13 @@ void frmKDLimitDesk::WireMenus() {
     Desk& d = m_desk;
     d.mnuFile.Click = Bounded([this] { mnuFile_Click(); });
     d.mnuApplications.Click = Bounded([this] { mnuApplications_Click(); });
-    d.mnuCommit.Click = Bounded([this] { CommitChanges(m_desk); });
+    d.mnuCommit.Click = Bounded([this] {
+        LeaveToldCellEditor(m_desk);
+        CommitChanges(m_desk);
+    });
     d.mnuClose.Click = Bounded([this] {
+        LeaveToldCellEditor(m_desk);
         if (Unload) {
-            m_closesFromMenu = true;
-            const Scope closed([this] { m_closesFromMenu = false; });
             Unload();
         }
     });
@@ -168,10 +171,6 @@ void frmKDLimitDesk::KeepSettings() {
 
 void frmKDLimitDesk::mnuFile_Click() {
     CloseCellEditor(m_desk);
-    m_refusedText.reset();
-    if (m_desk.Grid.EditWindow()) {
-        m_refusedText = m_desk.Grid.EditText();
-    }
     m_desk.mnuCommit.SetEnabled(AnyChanges(m_g));
 }
 
@@ -199,14 +198,7 @@ void frmKDLimitDesk::LoadAndShowApplications() {
 }
 
 bool frmKDLimitDesk::Form_QueryUnload() {
-    // What stands in an open editor is an edit too: taken, it counts below; refused, it keeps the window. The
-    // menu's opening has settled it already, and told a refusal: its command goes by the cell's old text.
-    if (!m_closesFromMenu || m_refusedText != m_desk.Grid.EditText()) {
-        CloseCellEditor(m_desk);
-        if (m_desk.Grid.EditWindow()) {
-            return false;
-        }
-    }
+    LeaveCellEditor(m_desk);  // what stands in it is an edit too
     if (!AnyChanges(m_g)) {
         return true;
     }

@@ -34,9 +34,8 @@ public:
     /// The start of the program. False when the program must end at once, without a word.
     /// `window` is the handle of the form's window.
     [[nodiscard]] bool Form_Load(std::uintptr_t window);
-    /// The user wants to close the window: whether it may close. Settles an open cell editor first; a refused
-    /// text in it keeps the window open, unless the wish came from the File menu, which has told the refusal
-    /// as it opened.
+    /// The user wants to close the window: whether it may close. An open cell editor is left first: a text
+    /// that may stand is taken, a refused one told and given up.
     [[nodiscard]] bool Form_QueryUnload();
     /// Lays out progress bar and grid; `inner` is the window's inner area below the menu bar, `gridTop` the
     /// grid's top in it, `pixel` the size of a pixel in the form's units.

@@ -420,16 +420,15 @@ TEST(frmKDLimitDeskTest, ATextInTheOpenEditorIsAChangeWhenTheWindowCloses) {
     EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 20);
 }
 
-TEST(frmKDLimitDeskTest, ARefusedTextInTheEditorKeepsTheWindowUntilItIsGivenUp) {
+TEST(frmKDLimitDeskTest, ARefusedTextInTheEditorIsToldOnceAndGivenUpAtClosing) {
     RunningDesk desk;
     desk.grid.Select(1, ColUsl);
     ASSERT_TRUE(desk.grid.StartEdit());
     desk.grid.SetEditText("abc");
     desk.toolkit.ExpectBox("Invalid value 'abc' entered for cell!");
-    EXPECT_FALSE(desk.form.Form_QueryUnload());
-    EXPECT_EQ(desk.grid.EditText(), "abc");
-    desk.grid.CancelEdit();
-    EXPECT_TRUE(desk.form.Form_QueryUnload());
+    EXPECT_TRUE(desk.form.Form_QueryUnload()) << "nothing is changed, so nothing is asked";
+    EXPECT_FALSE(desk.grid.EditWindow());
+    EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 12.5);
 }
 
 TEST(frmKDLimitDeskTest, CloseThatComesWithoutTheMenuSettlesTheEditorFirst) {
@@ -466,7 +465,7 @@ TEST(frmKDLimitDeskTest, CloseInTheFileMenuGoesByTheOldTextOnceItsOpeningHasTold
         }
         desk.desk.mnuClose.UserClick();
         EXPECT_EQ(mayClose, !changed);
-        EXPECT_EQ(desk.grid.EditText(), "abc");
+        EXPECT_FALSE(desk.grid.EditWindow());
     }
 }
 
@@ -614,6 +613,23 @@ TEST(frmKDLimitDeskTest, TheLoopFromFileToFileCloses) {
     EXPECT_EQ(desk.suite.records[0].oldValue, "12.500");
     EXPECT_EQ(desk.suite.records[0].newValue, "20.000");
     EXPECT_TRUE(desk.form.Form_QueryUnload());
+}
+
+TEST(frmKDLimitDeskTest, CommitOverARefusedTextLeavesTheEditorAndShowsTheFaultsCell) {
+    RunningDesk desk;
+    desk.Change();
+    desk.g.gFields->Ref(1).SetMinimum(99);  // a fault of another cell
+    desk.grid.Select(1, ColUsl + 1);
+    ASSERT_TRUE(desk.grid.StartEdit());
+    desk.grid.SetEditText("abc");
+    desk.toolkit.ExpectBox("Invalid value 'abc' entered for cell!");
+    desk.desk.mnuFile.UserClick();
+    EXPECT_TRUE(desk.grid.EditWindow()) << "the menu opens beside it";
+    desk.toolkit.ExpectBox("Invalid Limit Entered!", BoxIcon::Exclamation);
+    desk.desk.mnuCommit.UserClick();
+    EXPECT_FALSE(desk.grid.EditWindow());
+    EXPECT_EQ(desk.grid.Row(), 1);
+    EXPECT_NE(desk.grid.Col(), ColUsl + 1);
 }
 
 }  // namespace

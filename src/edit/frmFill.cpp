@@ -57,7 +57,7 @@ void frmFill::cmdOk_Click() {
     const Locale& locale = m_g.platform.locale;
     if (optFillConstant.Value()) {
         m_fillType = fkConstant;
-        m_fillText = OneLine(locale.CodePage().Narrowed(txtConstant.Value()));
+        m_fillText = locale.CodePage().Narrowed(txtConstant.Value());
     }
     if (optFillLimit.Value()) {
         if (!IsNumericText(txtLimitValue.Value(), locale)) {

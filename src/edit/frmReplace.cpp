@@ -34,7 +34,7 @@ void frmReplace::cmdReplace_Click() {
     // The find text is taken as typed: a character that the code page lacks stands in no cell, and must not
     // find the "?" that stands for such characters.
     m_findText = txtFind.Value();
-    m_replaceText = OneLine(m_g.platform.locale.CodePage().Narrowed(txtReplace.Value()));
+    m_replaceText = m_g.platform.locale.CodePage().Narrowed(txtReplace.Value());
     m_matchCase = chkMatchCase.Value() == csChecked;
     m_cancel = false;
     Hide();

@@ -17,6 +17,14 @@ constexpr const char* FileKey = "File";
 constexpr std::int32_t Indent = 3;
 constexpr std::int32_t EqualColumn = 11;
 
+/// A line end in the name of a file would begin a line of its own, which could list another application.
+Text WithoutLineEnds(Text text) {
+    for (std::size_t at = text.find(CrLf); at != Text::npos; at = text.find(CrLf, at)) {
+        text.replace(at, CrLf.size(), CrLf.size(), ' ');
+    }
+    return text;
+}
+
 bool IsEntry(const INIline& line, std::string_view group, std::string_view key) {
     return EqualsNoCaseAscii(line.Group(), group) && EqualsNoCaseAscii(line.Section(), key);
 }
@@ -66,12 +74,12 @@ bool SetAside(Files& files, const Text& path) {
     lines.Add({}, {}, {});
     lines.Add(RecentsGroup, {}, {});
     for (const auto& recent : *g.gRecents) {
-        lines.Add(RecentsGroup, RecentKey, recent->Criteria());
+        lines.Add(RecentsGroup, RecentKey, WithoutLineEnds(recent->Criteria()));
     }
     lines.Add({}, {}, {});
     lines.Add(FilesGroup, {}, {});
     for (const auto& application : *g.gMasterFiles) {
-        lines.Add(FilesGroup, FileKey, application->Filename());
+        lines.Add(FilesGroup, FileKey, WithoutLineEnds(application->Filename()));
     }
     file.SaveFile(path);
 }

@@ -166,7 +166,6 @@ void frmKDLimitDesk::KeepSettings() {
         m_settingsKnown = true;
         WriteSettings(m_g, m_g.gSettingsPath);
     }
-    WriteSettings(m_g, m_g.gSettingsPath);
 }
 
 void frmKDLimitDesk::mnuFile_Click() {

@@ -103,7 +103,9 @@ public:
     using Control::Control;
     const Text& Value() const noexcept { return m_value; }
     void SetValue(Text value) { Set(m_value, std::move(value)); }
-    void UserType(Text value) { SetValue(std::move(value)); }
+    /// A field holds one line: TAB, CR and LF that are typed or pasted become blanks. A text that nobody
+    /// touches stays as it was set.
+    void UserType(std::string_view value) { SetValue(OneLine(value)); }
     /// Asks the screen to select the whole text. A form asks before its window is there: the wish waits.
     void SelectAll() {
         m_selectAllWaits = !OnSelectAll;

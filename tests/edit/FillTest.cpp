@@ -265,5 +265,14 @@ TEST_F(FillTest, ClosingByTheFrameAfterAnOkGoesOnWithTheLastChoices) {
     EXPECT_THAT(Column(cnUSL), ElementsAre("1.000"));
 }
 
+TEST_F(FillTest, AConstantThatNobodyTouchedIsHandedOnAsItWasGiven) {
+    AddUnits({"a\nb"});
+    Select(1, cnUnits, 1, cnUnits);
+    Expect([](frmFill& form) { form.cmdOk.UserClick(); });
+    Run();
+    EXPECT_THAT(Column(cnUnits), ElementsAre("a\nb"));
+    EXPECT_FALSE(ChangesMade());
+}
+
 }  // namespace
 }  // namespace kd

@@ -379,7 +379,7 @@ TEST(GridEventsTest, EveryEventPassesTheBoundary) {
         }
     };
     EventsDesk desk;
-    Counting boundary(desk.toolkit);
+    Counting boundary([](const auto&, const Text& words) { FAIL() << words; });
     const GridEvents events(desk.desk, boundary);
     bool cancel = false;
     desk.grid.SetMouseCell(1, ColType);

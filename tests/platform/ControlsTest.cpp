@@ -342,5 +342,20 @@ TEST(OptionGroupTest, AMemberThatIsNotThereBreaksThePrecondition) {
 }
 #endif
 
+TEST(ControlsTest, WhatIsTypedIntoAFieldIsOneLine) {
+    TextBox text("txtFind");
+    text.UserType("a\tb\r\nc");
+    EXPECT_EQ(text.Value(), "a b  c");
+    ComboBox combo("cboFilter");
+    combo.UserType("x\r\n[FILES]\r\nFile = /a.kdt");
+    EXPECT_EQ(combo.Value(), "x  [FILES]  File = /a.kdt");
+}
+
+TEST(ControlsTest, ATextThatNobodyTouchesStaysAsItWasSet) {
+    TextBox text("txtFind");
+    text.SetValue("a\nb");
+    EXPECT_EQ(text.Value(), "a\nb");
+}
+
 }  // namespace
 }  // namespace kd

@@ -212,7 +212,11 @@ void TextBoxBinder::Show() {
     ControlBinder::Show();
     const QString text = ToQt(m_text.Value());
     if (m_widget.text() != text) {
+        const int cursor = m_widget.text().size() == text.size() ? m_widget.cursorPosition() : -1;
         m_widget.setText(text);
+        if (cursor >= 0) {
+            m_widget.setCursorPosition(cursor);  // where the user pasted
+        }
     }
 }
 
@@ -249,7 +253,9 @@ void ComboBoxBinder::Show() {
     }
     const QString text = ToQt(m_combo.Value());
     if (m_widget.currentText() != text) {
+        const int cursor = m_widget.lineEdit()->cursorPosition();
         m_widget.setEditText(text);
+        m_widget.lineEdit()->setCursorPosition(cursor);
     }
 }
 

@@ -167,7 +167,7 @@ TEST_F(AdminDialogTest, RecentCriteriaAreOfferedAndChosen) {
 TEST_F(AdminDialogTest, TheListOfCriteriaOpensOnNoEntryAndLeavesTheText) {
     desk.g.gRecents->Add("cheese");
     Show([&](QWidget& window) {
-        auto& combo = Find<ComboBoxView>(window, "cboFilter");
+        auto& combo = Find<ComboBoxWidget>(window, "cboFilter");
         combo.setFocus();
         Type("mi");
         combo.showPopup();

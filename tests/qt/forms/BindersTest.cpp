@@ -8,6 +8,7 @@
 
 #include "qt/Screen.h"
 #include "qt/forms/Widgets.h"
+#include "qt/services/QtText.h"
 
 namespace kd {
 namespace {

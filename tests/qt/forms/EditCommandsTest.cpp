@@ -385,7 +385,7 @@ TEST_F(EditCommandsTest, ClosingTheWindowSettlesAnAcceptedTextAndAsks) {
     EXPECT_EQ(Cell(2, cnUSL), "7.000");
 }
 
-TEST_F(EditCommandsTest, ClosingTheWindowOverARefusedTextKeepsBoth) {
+TEST_F(EditCommandsTest, ClosingTheWindowOverARefusedTextTellsItOnceAndGivesItUp) {
     ClickCell(2, cnUSL);
     Type("x");
     Modals modals;

@@ -79,13 +79,13 @@ bool frmApplicationAdmin::Matches(std::string_view criteria, std::string_view pa
         const auto parts = Split(criterion, '|');
         return parts.empty() ? occurs(criterion) : std::any_of(parts.begin(), parts.end(), occurs);
     };
-    m_appliedFilter = criteria;
     const auto all = Split(wanted, ' ');
     return std::all_of(all.begin(), all.end(), holds);
 }
 
 void frmApplicationAdmin::cmdFilter_Click() {
     const Text criteria = cboFilter.Value();
+    m_appliedFilter = criteria;
     const RedrawOff quiet(Grid);
     if (criteria.empty()) {
         for (std::int32_t row = 1; row < Grid.Rows(); ++row) {
@@ -94,18 +94,18 @@ void frmApplicationAdmin::cmdFilter_Click() {
         return;
     }
     const Hourglass hourglass(m_g.platform.toolkit);
+    for (std::int32_t row = 1; row < Grid.Rows(); ++row) {
+        Grid.SetIsSelected(row, false);
+        Grid.SetRowHidden(row, !Matches(criteria, Grid.TextMatrix(row, 0)));
+    }
+}
+
 bool frmApplicationAdmin::cboFilter_Enter() {
     if (cboFilter.Value() == m_appliedFilter) {
         return false;
     }
     cmdFilter_Click();
     return true;
-}
-
-    for (std::int32_t row = 1; row < Grid.Rows(); ++row) {
-        Grid.SetIsSelected(row, false);
-        Grid.SetRowHidden(row, !Matches(criteria, Grid.TextMatrix(row, 0)));
-    }
 }
 
 void frmApplicationAdmin::cboFilter_DropDown() {

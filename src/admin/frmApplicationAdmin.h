@@ -38,9 +38,9 @@ public:
     /// What the Help button does; nothing when empty.
     std::function<void()> ShowHelp;
 
-    bool cboFilter_Enter();
 private:
     void cmdFilter_Click();
+    bool cboFilter_Enter();
     void cboFilter_DropDown();
     void cmdAddApplication_Click();
     void cmdRemoveApplication_Click();
@@ -51,9 +51,9 @@ private:
     Text AddFiles(const std::vector<Text>& chosen);
     void RememberCriterion(const Text& criterion);
     bool Matches(std::string_view criteria, std::string_view path) const;
-    Text m_appliedFilter;
 
     Globals& m_g;
+    Text m_appliedFilter;
     bool m_cancel = true;
     bool m_changed = false;
 };

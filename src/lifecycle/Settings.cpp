@@ -46,14 +46,6 @@ bool ReadSettings(Globals& g, std::string_view path) {
         }
     }
     g.gMasterFiles->Sort("A");
-}
-
-void WriteSettings(Globals& g, std::string_view path) {
-    INIfile file(g.platform.files, g.platform.locale);
-    file.SetLeadingSpaces(Indent);
-    file.SetEqualPos(EqualColumn);
-    INIlines& lines = file.INIlines();
-    lines.Add(ProgramGroup, {}, {});
     return read;
 }
 
@@ -71,6 +63,14 @@ bool SetAside(Files& files, const Text& path) {
     } catch (const cError& error) {
         return SaysMissing(error, Refusal::SaysNothing);
     }
+}
+
+void WriteSettings(Globals& g, std::string_view path) {
+    INIfile file(g.platform.files, g.platform.locale);
+    file.SetLeadingSpaces(Indent);
+    file.SetEqualPos(EqualColumn);
+    INIlines& lines = file.INIlines();
+    lines.Add(ProgramGroup, {}, {});
     lines.Add({}, {}, {});
     lines.Add(RecentsGroup, {}, {});
     for (const auto& recent : *g.gRecents) {

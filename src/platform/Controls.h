@@ -320,10 +320,10 @@ public:
     }
 
 private:
+    char m_accessLetter;
     bool m_checked = false;
     bool m_checkable = false;
     std::vector<MenuItem*> m_entries;
 };
 
 }  // namespace kd
-    char m_accessLetter;

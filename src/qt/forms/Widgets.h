@@ -4,8 +4,8 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QLabel>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QRadioButton>
@@ -60,6 +60,8 @@ public:
         view()->setAccessibleName(name);
     }
     std::function<void()> AboutToDropDown;
+    /// Whether the Enter key in the field is used up; else it is the window's.
+    std::function<bool()> EnterPressed;
     void showPopup() override {
         if (AboutToDropDown) {
             AboutToDropDown();
@@ -67,16 +69,7 @@ public:
         QComboBox::showPopup();
     }
 
-    /// Whether the Enter key in the field is used up; else it is the window's.
-    std::function<bool()> EnterPressed;
 protected:
-    // The wheel over the closed field would choose from the list by accident.
-    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
-};
-
-/// A progress bar in plain colours. The style's own is drawn with gradients, which cost a load of all
-/// applications a quarter of its time.
-class ProgressWidget : public QProgressBar {
     // The arrow keys in the closed field would choose from the list, and the typed text were lost.
     void keyPressEvent(QKeyEvent* event) override {
         switch (event->key()) {
@@ -101,6 +94,13 @@ class ProgressWidget : public QProgressBar {
         }
         QComboBox::keyPressEvent(event);
     }
+    // The wheel over the closed field would choose from the list by accident.
+    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+};
+
+/// A progress bar in plain colours. The style's own is drawn with gradients, which cost a load of all
+/// applications a quarter of its time.
+class ProgressWidget : public QProgressBar {
 public:
     using QProgressBar::QProgressBar;
 

@@ -331,7 +331,6 @@ TEST_F(BindersTest, TypingInTheMiddleKeepsTheCursorThere) {
     EXPECT_EQ(widget.cursorPosition(), 2);
 }
 
-class ComboBoxTest : public BindersTest {
 TEST_F(BindersTest, APastedLineEndIsSeenAsABlankWhereItWasPasted) {
     auto& control = New<TextBox>("txtFind");
     control.SetValue("ad");
@@ -354,6 +353,7 @@ TEST_F(BindersTest, OptionButtonIsARadioButtonForScreenReaders) {
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&widget)->role(), QAccessible::RadioButton);
 }
 
+class ComboBoxTest : public BindersTest {
 protected:
     ComboBox& control = New<ComboBox>("cboFilter");
     ComboBoxWidget& widget = Add<ComboBoxWidget>();

@@ -80,15 +80,15 @@ protected:
                     return;
                 }
                 break;
-            case Qt::Key_Up:
             case Qt::Key_Down:
+                showPopup();
+                event->accept();
+                return;
+            case Qt::Key_Up:
             case Qt::Key_PageUp:
             case Qt::Key_PageDown:
-                if (!event->modifiers().testFlag(Qt::AltModifier)) {
-                    event->accept();
-                    return;
-                }
-                break;
+                event->accept();
+                return;
             default:
                 break;
         }

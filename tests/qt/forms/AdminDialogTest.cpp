@@ -139,7 +139,7 @@ TEST_F(AdminDialogTest, TheArrowKeysInTheClosedFilterLeaveTheTypedText) {
         combo.showPopup();
         combo.hidePopup();
         Type("mil");
-        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp}) {
+        for (const Qt::Key key : {Qt::Key_Up, Qt::Key_PageDown, Qt::Key_PageUp}) {
             Press(key);
             EXPECT_EQ(combo.currentText(), "mil");
         }

@@ -3,12 +3,15 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "base/Numbers.h"
+#include "base/Scope.h"
 #include "commit/GroupCommit.h"
 #include "commit/frmCommit.h"
 #include "grid/ColumnCatalogue.h"
 #include "model/Columns.h"
+#include "platform/Hourglass.h"
 
 namespace kd {
 
@@ -44,11 +47,26 @@ public:
     explicit Commit(Desk& desk) : m_desk(desk), m_g(desk.g), m_panelText(desk.Panel2.Caption()) {}
 
     void Run() {
-        m_g.platform.toolkit.SetMousePointer(Pointer::Hourglass);
+        if (SaveAll()) {
+            m_g.platform.toolkit.Say(Digits(m_modified) + " File(s) have been modified.",
+                                     BoxIcon::Information);
+        }
+    }
+
+private:
+    /// Whether all went as it should; else the failure was told.
+    bool SaveAll() {
+        const Hourglass hourglass(m_g.platform.toolkit);
+        const Scope atRest([this] {
+            m_views.reset();
+            m_archiveContext.reset();
+            m_archiver.reset();
+            m_desk.Panel2.SetCaption(std::move(m_panelText));
+            m_desk.ProgressBar1.SetValue(0);
+        });
         m_desk.ProgressBar1.SetValue(0);
         m_desk.Panel2.SetCaption({});
         try {
-            m_g.platform.toolkit.KeepAlive();  // the dialog has gone, and is painted over
             Begin();
             for (std::int32_t index = 1; index <= m_g.gFiles->Count(); ++index) {
                 if (m_g.gFiles->Ref(index).Selected()) {
@@ -56,19 +74,14 @@ public:
                 }
             }
             m_views->Finish();
+            m_modified = m_views->Modified();
         } catch (const std::exception& failure) {
             Fail(AsError(failure, "CommitChanges"));
-            return;
+            return false;
         }
-        const std::int32_t modified = m_views->Modified();
-        Release();
-        m_desk.Panel2.SetCaption(m_panelText);
-        m_desk.ProgressBar1.SetValue(0);
-        m_g.platform.toolkit.SetMousePointer(Pointer::Default);
-        m_g.platform.toolkit.Say(Digits(modified) + " File(s) have been modified.", BoxIcon::Information);
+        return true;
     }
 
-private:
     void Begin() {
         const auto selected = std::count_if(m_g.gFiles->begin(), m_g.gFiles->end(),
                                             [](const auto& file) { return file->Selected(); });
@@ -90,16 +103,6 @@ private:
         text += CrLf;
         text += Digits(error.Number()) + " (" + error.Source() + ") - " + error.Description();
         m_g.platform.toolkit.Say(text, BoxIcon::Critical);
-        Release();
-        m_g.platform.toolkit.SetMousePointer(Pointer::Default);
-        m_desk.Panel2.SetCaption(m_panelText);
-        m_desk.ProgressBar1.SetValue(0);
-    }
-
-    void Release() {
-        m_views.reset();
-        m_archiveContext.reset();
-        m_archiver.reset();
     }
 
     Desk& m_desk;
@@ -108,6 +111,7 @@ private:
     std::unique_ptr<KDArchiver> m_archiver;
     std::unique_ptr<KDArchiveContext> m_archiveContext;
     std::optional<GroupCommit> m_views;
+    std::int32_t m_modified = 0;
 };
 
 }  // namespace

@@ -16,11 +16,12 @@ constexpr std::array<std::string_view, 9> ReportTypes{"V", "VT", "A", "A1", "A3"
 constexpr std::array<std::string_view, 3> RequiredMarks{"Y", "N", "P"};
 constexpr std::array<std::string_view, 2> UpperCaseMarks{"Y", "N"};
 
-/// Whether the text is one of the words, in any case.
+/// Whether the text is one of the words, in any case that the code page knows.
 template <std::size_t N>
-bool IsOneOf(const std::array<std::string_view, N>& words, std::string_view text) {
+bool IsOneOf(const std::array<std::string_view, N>& words, std::string_view text, const Locale& locale) {
+    const Text upper = locale.CodePage().Upper(text);
     return std::any_of(words.begin(), words.end(),
-                       [&](std::string_view word) { return EqualsNoCaseAscii(word, text); });
+                       [&](std::string_view word) { return EqualsNoCaseAscii(word, upper); });
 }
 
 bool IsNumberFrom(double least, std::string_view text, const Locale& locale) {
@@ -62,17 +63,17 @@ bool MayHold(CellRule rule, std::string_view text, const Globals& g) {
             // not. CellGateTest.ARunOfTypeLettersPasses
             return !text.empty() && std::string_view("NARCTPL").find(text) != std::string_view::npos;
         case crReportType:
-            return IsOneOf(ReportTypes, text);
+            return IsOneOf(ReportTypes, text, locale);
         case crLimitMethod:
-            return IsOneOf(LimitMethodWords, text);
+            return IsOneOf(LimitMethodWords, text, locale);
         case crTargetMethod:
-            return IsOneOf(TargetMethodWords, text);
+            return IsOneOf(TargetMethodWords, text, locale);
         case crRequired:
-            return IsOneOf(RequiredMarks, text);
+            return IsOneOf(RequiredMarks, text, locale);
         case crRuleLetters:
             return AreRuleLetters(text, g);
         case crYesNo:
-            return IsOneOf(UpperCaseMarks, text);
+            return IsOneOf(UpperCaseMarks, text, locale);
     }
     return true;
 }

@@ -81,9 +81,10 @@ void FormatMethod(const cField& field, std::int32_t number, std::span<const std:
 }
 
 void StoreMethod(cField& field, std::size_t slot, std::span<const std::string_view> words,
-                 std::string_view text) {
+                 std::string_view text, const Locale& locale) {
+    const Text upper = locale.CodePage().Upper(text);
     for (std::size_t number = 0; number < words.size(); ++number) {
-        if (EqualsNoCaseAscii(words[number], text)) {
+        if (EqualsNoCaseAscii(words[number], upper)) {
             field.SetLongAt(slot, static_cast<std::int32_t>(number));
         }
     }
@@ -160,10 +161,10 @@ void StoreCellText(cField& field, const Property& property, std::string_view tex
             StoreLimit(field, property.slot, text, locale);
             return;
         case vkLimitMethod:
-            StoreMethod(field, property.slot, LimitMethodWords, text);
+            StoreMethod(field, property.slot, LimitMethodWords, text, locale);
             return;
         case vkTargetMethod:
-            StoreMethod(field, property.slot, TargetMethodWords, text);
+            StoreMethod(field, property.slot, TargetMethodWords, text, locale);
             return;
         case vkRules:
             field.SetRules(Text(text));

@@ -190,6 +190,17 @@ TEST(CellGateTest, RuleLettersAreCharactersInTheCodePagesUpperCase) {
     EXPECT_FALSE(desk.Valid(cnRules, "\xC3\x96")) << "shares a byte with a letter of the catalogue";
 }
 
+TEST(CellGateTest, WordsAreComparedInTheCodePagesUpperCase) {
+    GateDesk desk;
+    const Text fixed = "f\xC4\xB1xed";  // with the letter i without its dot
+    desk.locale.page = 1252;
+    EXPECT_FALSE(desk.Valid(cnTargetMethod, fixed)) << "the page lacks the letter";
+    desk.locale.page = 1254;
+    EXPECT_TRUE(desk.Valid(cnTargetMethod, fixed)) << "its capital there is the plain one";
+    EXPECT_TRUE(desk.Valid(cnLimitMethod, "Mrest\xC4\xB1mate"));
+    EXPECT_FALSE(desk.Valid(cnLimitMethod, "Mrest\xC4\xB1mates"));
+}
+
 TEST(CellGateTest, TheOrderOfTheLimitsIsNotTestedAtTheCell) {
     GateDesk desk;
     EXPECT_TRUE(desk.Valid(cnUSL, "5000")) << "above Max";

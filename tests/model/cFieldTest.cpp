@@ -415,6 +415,16 @@ TEST_F(cFieldTest, MethodsReadAsWordsOrDigits) {
     }
 }
 
+TEST_F(cFieldTest, AMethodsWordIsKnownInTheCodePagesUpperCase) {
+    field.SetTargetMethod(1);
+    desk.locale.page = 1254;
+    Write(cnTargetMethod,
+          "f\xC4\xB1xed");  // with the letter i without its dot, whose capital is the plain one
+    EXPECT_EQ(Read(cnTargetMethod), "Fixed");
+    Write(cnLimitMethod, "Mrest\xC4\xB1mate");
+    EXPECT_EQ(Read(cnLimitMethod), "MrEstimate");
+}
+
 TEST_F(cFieldTest, FixedLimitShowsOneDecimalMoreThanItsVariable) {
     struct Case {
         const char* label;

@@ -86,14 +86,6 @@ struct FilterCase {
     std::vector<bool> hidden;
 };
 
-TEST(frmApplicationAdminTest, DestroyTakesTheWindowAwayThatIsStillShown) {
-    AdminDesk desk;
-    desk.Show([](frmApplicationAdmin& form) {
-        form.Destroy();
-        EXPECT_FALSE(form.Shown());
-    });
-}
-
 TEST(frmApplicationAdminTest, ABlankMeansAndABarMeansOrOverTheWholePathInAnyCase) {
     const FilterCase cases[] = {
         {"water", {false, true, false}},

@@ -55,9 +55,11 @@ bool GroupCommit::Prepare(std::int32_t index, Manner manner) {
         return false;
     }
     try {
+        WrittenSchema written =
+            WriteSchema(m_g, index, isAlone ? AfterFailure::Blocked : AfterFailure::MayBeTriedAgain);
+        const CodePage& page = m_g.platform.locale.CodePage();
         m_group.push_back(
-            {index, path,
-             WriteSchema(m_g, index, isAlone ? AfterFailure::Blocked : AfterFailure::MayBeTriedAgain)});
+            {index, path, page.Upper(written.target), page.Upper(written.temporary), std::move(written)});
         return true;
     } catch (const cError& error) {
         if (!isAlone) {
@@ -93,17 +95,17 @@ bool GroupCommit::BeginArchive(const Text& path, Manner manner) {
 /// application share a temporary file: one that waits in it is set aside under a name of its own.
 bool GroupCommit::MakeRoomFor(const cFile& file) {
     const CodePage& page = m_g.platform.locale.CodePage();
-    const auto upper = [&page](std::string_view path) { return page.Upper(path); };
     const Text target = SchemaPath(m_g, file);
-    const Text temporary = TemporaryPath(m_g, target);
+    const Text upperTarget = page.Upper(target);
+    const Text upperTemporary = page.Upper(TemporaryPath(m_g, target));
     for (View& view : m_group) {
         WrittenSchema& written = view.written;
         // Of the same file the next text is made from what the last one has left there.
-        if (upper(written.target) == upper(target) || upper(written.target) == upper(temporary) ||
-            upper(written.temporary) == upper(target)) {
+        if (view.upperTarget == upperTarget || view.upperTarget == upperTemporary ||
+            view.upperTemporary == upperTarget) {
             return false;
         }
-        if (upper(written.temporary) != upper(temporary)) {
+        if (view.upperTemporary != upperTemporary) {
             continue;
         }
         const Text aside =
@@ -118,6 +120,7 @@ bool GroupCommit::MakeRoomFor(const cFile& file) {
             }
         }
         written.temporary = aside;
+        view.upperTemporary = page.Upper(aside);
     }
     return true;
 }
@@ -198,11 +201,15 @@ void GroupCommit::Place(View& view) {
     m_isPending = true;
     // Deliberate: a view whose file could not be overwritten counts as saved; its user has seen the box.
     // CommitChangesTest.AFailedOverwriteStillCountsAsSaved
+    bool isPlaced = false;
     try {
         m_g.platform.files.MoveSettled(view.written.temporary, view.written.target);
-        m_saved[paths::FolderToList(view.written.target)].insert(Text(paths::FileName(view.written.target)));
+        isPlaced = true;
     } catch (const std::exception& failure) {
         TellSettled([&] { TellOverwriteFailure(m_g, AsError(failure, "OverwriteFile")); });
+    }
+    if (isPlaced) {
+        m_saved[paths::FolderToList(view.written.target)].insert(Text(paths::FileName(view.written.target)));
     }
     view.written.file.reset();
     Record(view.index);
@@ -262,12 +269,14 @@ void GroupCommit::TellSettled(const std::function<void()>& tell) {
     }
 }
 
-/// A flush of all that was pending has failed: whether the records of the group before are on the disk is
-/// asked of their files alone.
+/// A flush of all that was pending has failed: whether the records of the group before and the names of its
+/// views are on the disk is asked of their files and folders alone.
 /// @throws cError where they are not.
 void GroupCommit::CheckRecords() {
     std::set<Text> files;
+    std::set<Text> folders;  // of the names of the views
     for (const Text& path : std::exchange(m_recorded, {})) {
+        folders.insert(paths::FolderToList(path));
         files.insert(ChangeLogPath(m_g, path));
         files.insert(ChangeReportPath(m_g, path));
     }
@@ -275,6 +284,15 @@ void GroupCommit::CheckRecords() {
         const auto file = m_g.platform.files.OpenForAppend(path);
         file->Flush();
         file->Close();
+    }
+    for (const Text& folder : folders) {
+        try {
+            m_g.platform.files.FlushFolder(folder);
+        } catch (const cError& error) {
+            if (error.Number() != errPermissionDenied) {  // one that may not be listed cannot be flushed
+                throw;
+            }
+        }
     }
 }
 

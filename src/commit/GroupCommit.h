@@ -46,6 +46,8 @@ private:
     struct View {
         std::int32_t index;  // in gFiles
         Text path;           // of the template
+        Text upperTarget;    // the two paths as file systems compare them that ignore case
+        Text upperTemporary;
         modKDLimitDesk::WrittenSchema written;
     };
     enum class Manner : bool { AmongOthers, Alone };

@@ -85,7 +85,7 @@ public:
     /// a user who could override it.
     virtual void CopyFile(std::string_view source, std::string_view target) = 0;
     /// The same, and the source is deleted. Where that takes nothing away from the promise, the source itself
-    /// is put in the target's place.
+    /// is put in the target's place. The new name is left to Settle.
     virtual void MoveOver(std::string_view source, std::string_view target);
     /// The same for a source that was closed for settling, has been settled since, and was kept from other
     /// programs all the while: it is flushed no more where that is not needed, and the name that it gets is

@@ -30,6 +30,7 @@ struct GridHandlers {
 /// The grid as plain state, with a screen side attached to it. It stands on floors, each of which knows
 /// nothing of those above: GridOnScreen tells the screen, GridColumns and GridTable hold the cells,
 /// GridCursor the current cell and the selection; the cell editor, the pointer and the events are here.
+// Final, and no floor below can be deleted. NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class VSFlexGrid final : public GridCursor, public GridHandlers {
 public:
     using GridCursor::GridCursor;

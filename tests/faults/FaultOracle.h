@@ -53,8 +53,8 @@ private:
         const cError error(FailingFiles::NumberOf(m_kind), {});
         return Digits(error.Number()) + ": " + error.Description();
     }
-    static std::ptrdiff_t CountOf(const std::vector<Step>& steps, std::size_t upTo, const char* operation) {
-        return std::count_if(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(upTo) + 1,
+    static std::ptrdiff_t CountOf(const std::vector<Step>& steps, std::size_t last, const char* operation) {
+        return std::count_if(steps.begin(), steps.begin() + static_cast<std::ptrdiff_t>(last) + 1,
                              [&](const Step& step) { return step.operation == operation; });
     }
 

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "base/Bytes.h"
+#include "base/Paths.h"
 #include "base/cError.h"
 #include "system/SystemFiles.h"
 #include "system/Waiting.h"
@@ -291,6 +292,11 @@ void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
 }
 
 void SystemFiles::MoveOver(std::string_view source, std::string_view target) {
+    // The new name is left to Settle, as in Rename; a folder that may not be listed may not be flushed.
+    const Text folder = paths::FolderToList(target);
+    if (const Descriptor open(Open(folder + "/.", O_RDONLY | O_DIRECTORY)); open.IsOpen()) {
+        (void)m_unsettled->Add(open.Get(), target);
+    }
     if (!PutInPlace(Resolved(source), Resolved(target), nullptr)) {
         Files::MoveOver(source, target);
     }

@@ -46,14 +46,6 @@ int RenameToNew(const Text& present, const Text& target) noexcept {
     return ::rename(present.c_str(), target.c_str()) == 0 ? 0 : errno;
 }
 
-/// Whether copies for an archive are flushed one by one: where the flush of a folder is not that of all that
-/// is in it.
-#ifdef __linux__
-constexpr bool CopiesAreFlushed = false;
-#else
-constexpr bool CopiesAreFlushed = true;
-#endif
-
 }  // namespace
 
 std::vector<Text> SystemFiles::FolderEntries(std::string_view folder) {
@@ -107,11 +99,12 @@ void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::strin
     if (!target.IsOpen()) {
         Raise("CopyForArchive", folder, errno);
     }
-    (void)m_unsettled->Add(target.Get(), folder);
+    const bool isNoted = m_unsettled->Add(target.Get(), folder);
+    // One by one where the folder's flush is not that of all that is in it.
+    const FlushCopy flush = isNoted && OneFlushIsEnough(target.Get()) ? FlushCopy::No : FlushCopy::Yes;
     for (const Text& source : sources) {
         try {
-            CopyToArchive(source, paths::Join(folder, paths::FileName(source), Delimiter()),
-                          CopiesAreFlushed ? FlushCopy::Yes : FlushCopy::No);
+            CopyToArchive(source, paths::Join(folder, paths::FileName(source), Delimiter()), flush);
         } catch (const cError& error) {
             throw cError(error.Number(), error.Source(), error.Description(), source);
         }

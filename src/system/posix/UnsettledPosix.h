@@ -11,6 +11,10 @@
 
 namespace kd::posix {
 
+/// Whether one flush of its file system brings an open file to the disk for good. Not where the files are a
+/// server's or another program's: such a flush stops short of those.
+bool OneFlushIsEnough(int fd) noexcept;
+
 /// What was written or renamed and has not been brought to the disk yet.
 class Unsettled {
 public:
@@ -23,8 +27,8 @@ public:
     void AddInFolder(int fd, const Text& path);
     /// Whether such a one has been added for the folder since the last call of Settle.
     bool HasIn(const Text& folder) const { return m_folders.count(folder) != 0; }
-    /// Brings all of it to the disk: with one flush for each file system where the system has such, else each
-    /// file by itself.
+    /// Brings all of it to the disk: with one flush for each file system where that is enough, else each file
+    /// by itself.
     /// @throws cError(errDiskFull, errDevice) the first failure; nothing is left in any case.
     void Settle();
 
@@ -34,13 +38,10 @@ private:
         Descriptor file;
         Text path;
     };
-#ifdef __linux__
-    /// One of each file system, opened before the later ones were written: its flush then tells their
-    /// failures too.
-    std::map<dev_t, Kept> m_kept;
-#else
-    std::vector<Kept> m_kept;
-#endif
+    /// One of each file system that one flush is enough for, opened before the later ones were written: its
+    /// flush then tells their failures too.
+    std::map<dev_t, Kept> m_systems;
+    std::vector<Kept> m_files;  // of the others
 };
 
 }  // namespace kd::posix

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # A first start with the samples in a folder of its own, for scripts to source.
 
 # Lays out the folder $1 anew: the program of the build folder $2 with what lies beside it, copies of the samples, and the

@@ -78,7 +78,7 @@ Text ProgramDataFolder(Files& files, const Text& programFolder) {
         return programFolder;
     }
     for (Text folder(paths::Folder(programFolder)); !folder.empty(); folder = Text(paths::Folder(folder))) {
-        const Text shared = paths::Join(paths::Join(folder, "share", delimiter), "kdlimitdesk", delimiter);
+        Text shared = paths::Join(paths::Join(folder, "share", delimiter), "kdlimitdesk", delimiter);
         if (HoldsData(files, shared)) {
             return shared;
         }

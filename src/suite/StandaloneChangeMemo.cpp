@@ -63,8 +63,14 @@ Text StandaloneChangeMemo::EntryText() const {
     Text text = m_head;
     text += CrLf;
     for (const auto& [variable, property, oldValue, newValue] : m_items) {
-        text += "   " + Padded(variable + ",", widths[0] + 1) + " " + Padded(property + ",", widths[1] + 1) +
-                " " + Padded(oldValue, widths[2]) + " -> " + newValue;
+        text += "   ";
+        text += Padded(variable + ",", widths[0] + 1);
+        text += " ";
+        text += Padded(property + ",", widths[1] + 1);
+        text += " ";
+        text += Padded(oldValue, widths[2]);
+        text += " -> ";
+        text += newValue;
         text += CrLf;
     }
     text += CrLf;

@@ -152,7 +152,7 @@ void SystemFiles::RemoveFolder(std::string_view folder) {
         return;
     }
     for (const Text& name : FolderEntries(path)) {
-        RemoveFolder(path + "/" + name);
+        RemoveFolder(paths::Join(path, name, Delimiter()));
     }
     if (::rmdir(path.c_str()) != 0) {
         Raise("RemoveFolder", folder, errno);

@@ -1,5 +1,5 @@
 #include <langinfo.h>
-#include <locale.h>
+#include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale is not in <clocale>
 #include <pwd.h>
 #include <unistd.h>
 

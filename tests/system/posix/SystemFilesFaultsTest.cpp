@@ -2,8 +2,8 @@
 #include <cerrno>
 #include <iterator>
 
-#include "system/SystemFilesFixture.h"
 #include "system/posix/FailingCalls.h"
+#include "system/posix/SystemFilesFixture.h"
 
 namespace kd {
 namespace {

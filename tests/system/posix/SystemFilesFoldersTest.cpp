@@ -4,8 +4,8 @@
 #include <array>
 #include <cerrno>
 
-#include "system/SystemFilesFixture.h"
 #include "system/posix/FailingCalls.h"
+#include "system/posix/SystemFilesFixture.h"
 
 namespace kd {
 namespace {

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "system/SystemFilesFixture.h"
 #include "system/posix/FailingCalls.h"
+#include "system/posix/SystemFilesFixture.h"
 
 namespace kd {
 namespace {

@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "system/SystemFilesFixture.h"
+#include "system/posix/SystemFilesFixture.h"
 
 namespace kd {
 namespace {

@@ -1,6 +1,6 @@
 #include <sys/resource.h>
 
-#include "system/SystemFilesFixture.h"
+#include "system/posix/SystemFilesFixture.h"
 
 namespace kd {
 namespace {

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstring>
 
-#include "system/SystemFilesFixture.h"
+#include "system/posix/SystemFilesFixture.h"
 
 namespace kd {
 namespace {

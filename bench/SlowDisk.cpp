@@ -4,14 +4,14 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <stdio.h>
+#include <stdio.h>  // NOLINT(modernize-deprecated-headers): the system's own names
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/syscall.h>
 #include <sys/types.h>
 #include <sys/vfs.h>
 #include <sys/xattr.h>
-#include <time.h>
+#include <time.h>  // NOLINT(modernize-deprecated-headers)
 #include <unistd.h>
 #include <utime.h>
 

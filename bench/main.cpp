@@ -53,7 +53,7 @@ void RunOnce(const std::string& folder, const std::string& scratch, Medians& med
 
 /// An empty folder beside the applications.
 std::string ScratchFor(const std::string& folder) {
-    const std::string scratch = fs::absolute(folder).string() + ".scratch";
+    std::string scratch = fs::absolute(folder).string() + ".scratch";
     fs::remove_all(scratch);
     fs::create_directories(scratch);
     return scratch;

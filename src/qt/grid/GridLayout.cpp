@@ -85,7 +85,8 @@ std::int32_t GridLayout::RowAt(int y) const {
         return 0;
     }
     const auto& visible = m_grid.VisibleRows();
-    const auto index = static_cast<std::size_t>(m_topIndex + (y - m_sizes.headerHeight) / m_sizes.rowHeight);
+    const int shown = m_topIndex + (y - m_sizes.headerHeight) / m_sizes.rowHeight;
+    const auto index = static_cast<std::size_t>(shown);
     return index < visible.size() ? visible[index] : -1;
 }
 

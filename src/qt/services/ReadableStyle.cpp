@@ -109,6 +109,7 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     if (!OnDarkGround(*option)) {
         return;
     }
+    // NOLINTNEXTLINE(bugprone-branch-clone): box after box, each with a reason of its own
     if (element == PE_IndicatorCheckBox || element == PE_IndicatorItemViewItemCheck) {
         DrawEdge(*option, *painter, Shape::Box);
     } else if (element == PE_IndicatorRadioButton) {

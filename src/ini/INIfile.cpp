@@ -45,7 +45,7 @@ bool INIfile::LoadFile(std::string_view path) {
     return bytes.has_value();
 }
 
-void INIfile::SaveFile(std::string_view path) {
+bool INIfile::SaveFile(std::string_view path) {
     if (m_lines.Count() > MostRecords) {
         throw cError(errOverflow, "INIfile.SaveFile", {}, Text(path));
     }
@@ -56,7 +56,9 @@ void INIfile::SaveFile(std::string_view path) {
     }
     try {
         m_files.ReplaceFile(path, Encoded(m_locale.CodePage(), text));
-    } catch (const cError&) {  // by contract without a word
+        return true;
+    } catch (const cError&) {
+        return false;  // by contract without a word
     }
 }
 

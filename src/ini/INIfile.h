@@ -33,8 +33,9 @@ public:
     bool LoadFile(std::string_view path);
 
     /// Replaces the file by the records. What fails on the disk is not told; the earlier file then stays.
+    /// @returns whether the file was written.
     /// @throws cError(errOverflow) for more than 32,767 records; nothing is written.
-    void SaveFile(std::string_view path);
+    bool SaveFile(std::string_view path);
 
 private:
     void AppendLine(const INIline& line, Text& text) const;

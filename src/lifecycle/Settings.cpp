@@ -1,7 +1,6 @@
 #include "lifecycle/Settings.h"
 
 #include "ini/INIfile.h"
-#include "platform/Missing.h"
 
 namespace kd::modKDLimitDesk {
 
@@ -49,23 +48,21 @@ bool ReadSettings(Globals& g, std::string_view path) {
     return read;
 }
 
-bool SetAside(Files& files, const Text& path) {
+void SetAside(Files& files, const Text& path) {
     const Text aside = path + ".old";
     try {
         files.Rename(path, aside);  // needs no right to read it
-        return true;
+        return;
     } catch (const cError&) {
         // An earlier one is in the way, or there is nothing to rename.
     }
     try {
         files.MoveOver(path, aside);
-        return true;
-    } catch (const cError& error) {
-        return SaysMissing(error, Refusal::SaysNothing);
+    } catch (const cError&) {  // by contract without a word
     }
 }
 
-void WriteSettings(Globals& g, std::string_view path) {
+bool WriteSettings(Globals& g, std::string_view path) {
     INIfile file(g.platform.files, g.platform.locale);
     file.SetLeadingSpaces(Indent);
     file.SetEqualPos(EqualColumn);
@@ -81,7 +78,7 @@ void WriteSettings(Globals& g, std::string_view path) {
     for (const auto& application : *g.gMasterFiles) {
         lines.Add(FilesGroup, FileKey, WithoutLineEnds(application->Filename()));
     }
-    file.SaveFile(path);
+    return file.SaveFile(path);
 }
 
 }  // namespace kd::modKDLimitDesk

@@ -12,11 +12,12 @@ namespace kd::modKDLimitDesk {
 bool ReadSettings(Globals& g, std::string_view path);
 
 /// Puts a file that was never read aside, under its name with ".old" behind, in the place of an earlier one.
-/// @returns whether the place is free now: false where the file is still there.
-bool SetAside(Files& files, const Text& path);
+/// One that is missing is none to keep, and one that cannot be put aside stays; neither is told.
+void SetAside(Files& files, const Text& path);
 
 /// Replaces the file by the present criteria and applications, disabled ones too. What fails on the disk is
-/// not told.
-void WriteSettings(Globals& g, std::string_view path);
+/// not told; the earlier file then stays.
+/// @returns whether the file was written.
+bool WriteSettings(Globals& g, std::string_view path);
 
 }  // namespace kd::modKDLimitDesk

@@ -151,21 +151,22 @@ bool frmKDLimitDesk::RunStart(std::uintptr_t window) {
 
 void frmKDLimitDesk::FindSettings() {
     const Presence settings = PresenceOf(m_g.platform.files, m_g.gSettingsPath);
-    m_settingsKnown = settings == Presence::Missing || ReadSettings(m_g, m_g.gSettingsPath);
+    m_settingsKnown = settings != Presence::Missing && ReadSettings(m_g, m_g.gSettingsPath);
     if (settings == Presence::Missing || (settings == Presence::Unknown && !m_settingsKnown)) {
         (void)ReadSettings(m_g, FallbackSettingsPath(m_g));  // a missing one leaves the lists empty
     }
     if (settings == Presence::Missing) {
-        WriteSettings(m_g, m_g.gSettingsPath);
+        m_settingsKnown = WriteSettings(m_g, m_g.gSettingsPath);
     }
 }
 
 void frmKDLimitDesk::KeepSettings() {
-    // The user's own list, which was only out of sight, must not be lost by another one that goes over it.
-    if (m_settingsKnown || SetAside(m_g.platform.files, m_g.gSettingsPath)) {
-        m_settingsKnown = true;
-        WriteSettings(m_g, m_g.gSettingsPath);
+    if (!m_settingsKnown) {
+        // The user's own list, which was only out of sight, would be lost by the one that goes over it.
+        SetAside(m_g.platform.files, m_g.gSettingsPath);
     }
+    // Also where nothing could be kept: what has just been confirmed is what the next start must show.
+    m_settingsKnown = WriteSettings(m_g, m_g.gSettingsPath) || m_settingsKnown;
 }
 
 void frmKDLimitDesk::mnuFile_Click() {

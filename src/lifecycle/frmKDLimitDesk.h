@@ -84,7 +84,7 @@ private:
     EditMemory m_editMemory;
     std::vector<MenuItem*> m_menuBar;
     bool m_maximised = false;
-    bool m_settingsKnown = true;  // what stands at gSettingsPath was read by this run, or there was nothing
+    bool m_settingsKnown = true;  // what stands at gSettingsPath was read or written by this run
 };
 
 }  // namespace kd

@@ -250,8 +250,9 @@ TEST(INIfileTest, AFailedSaveIsSilentAndKeepsTheEarlierFile) {
     bool saved = false;
     for (int failAt = 1; !saved; ++failAt) {
         t.files.FailAt(failAt, errDiskFull);
-        t.ini.SaveFile("/a.ini");
+        const bool told = t.ini.SaveFile("/a.ini");
         saved = t.files.Operations() < failAt;
+        EXPECT_EQ(told, saved) << failAt;
         EXPECT_EQ(t.files.Get("/a.ini"), saved ? "   K            = v\r\n" : "old") << failAt;
     }
     t.files.SetReadOnly("/a.ini");

@@ -265,24 +265,30 @@ TEST_F(SettingsTest, ReadingTellsWhetherThereWasAFileToRead) {
 TEST_F(SettingsTest, AFileThatIsSetAsideTakesThePlaceOfAnEarlierOne) {
     const Text aside = Text(Path) + ".old";
     desk.files.Put(Path, "first");
-    EXPECT_TRUE(SetAside(desk.files, Path));
+    SetAside(desk.files, Path);
     EXPECT_EQ(desk.files.Get(aside), "first");
     EXPECT_FALSE(desk.files.Has(Path));
     desk.files.Put(Path, "second");
-    EXPECT_TRUE(SetAside(desk.files, Path));
+    SetAside(desk.files, Path);
     EXPECT_EQ(desk.files.Get(aside), "second");
-    EXPECT_TRUE(SetAside(desk.files, Path)) << "nothing is in the way";
-    EXPECT_EQ(desk.files.Get(aside), "second");
+    SetAside(desk.files, Path);
+    EXPECT_EQ(desk.files.Get(aside), "second") << "nothing is in the way";
 }
 
-TEST_F(SettingsTest, AFileThatCannotBeSetAsideIsStillInTheWay) {
+TEST_F(SettingsTest, WritingTellsWhetherTheFileWasWritten) {
+    EXPECT_TRUE(WriteSettings(desk.g, Path));
+    desk.files.FailOn("ReplaceFile", ".IKD", errDiskFull);
+    EXPECT_FALSE(WriteSettings(desk.g, Path));
+}
+
+TEST_F(SettingsTest, AFileThatCannotBeSetAsideStays) {
     desk.files.Put(Path, "own");
     desk.files.onStep = [](const Text& step) {
         if (step.starts_with("Rename") || step.starts_with("CopyFile")) {
             throw cError(errDevice, "Test");
         }
     };
-    EXPECT_FALSE(SetAside(desk.files, Path));
+    SetAside(desk.files, Path);
     EXPECT_EQ(desk.files.Get(Path), "own");
 }
 

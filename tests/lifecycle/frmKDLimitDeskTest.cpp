@@ -235,6 +235,43 @@ TEST(frmKDLimitDeskTest, SettingsThatWereOutOfSightAreKeptBesideTheListThatIsCon
     EXPECT_FALSE(desk.files.Has(Text(SettingsFile) + ".old")) << "what stands there now is this run's own";
 }
 
+TEST(frmKDLimitDeskTest, SettingsThatCameAfterTheStartAreKeptBesideTheListThatIsConfirmed) {
+    StartDesk desk;
+    const std::string own = desk.files.Get(SettingsFile);
+    desk.files.Erase(SettingsFile);
+    desk.files.Put(FallbackFile, SettingsWith({"/apps/plant.kdt"}));
+    desk.files.FailOn("ReplaceFile", ".IKD", errPathNotFound);  // the folder's disk is away
+    frmKDLimitDesk form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& dialog) {
+        desk.files.FailNoMore();
+        desk.files.Put(SettingsFile, own);
+        dialog.cmdOk.UserClick();
+    });
+    EXPECT_TRUE(form.Form_Load(1));
+    EXPECT_EQ(desk.files.Get(Text(SettingsFile) + ".old"), own);
+    EXPECT_NE(desk.files.Get(SettingsFile).find("/apps/plant.kdt"), Text::npos);
+}
+
+TEST(frmKDLimitDeskTest, AConfirmedListIsWrittenAlsoWhereTheUnreadOneCannotBeKept) {
+    StartDesk desk;
+    desk.HideSettings({"/apps/plant.kdt"});
+    desk.files.FailOn("Read", ".IKD", errDevice);
+    frmKDLimitDesk form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& dialog) {
+        desk.files.FailNoMore();
+        desk.files.Put(SettingsFile, "unread");
+        desk.files.onStep = [](const Text& step) {
+            if (step.starts_with("Rename") || step.starts_with("CopyFile")) {
+                throw cError(errPermissionDenied, "Test");
+            }
+        };
+        dialog.cmdOk.UserClick();
+    });
+    EXPECT_TRUE(form.Form_Load(1));
+    EXPECT_NE(desk.files.Get(SettingsFile).find("/apps/plant.kdt"), Text::npos);
+    EXPECT_FALSE(desk.files.Has(Text(SettingsFile) + ".old"));
+}
+
 TEST(frmKDLimitDeskTest, SettingsThatComeIntoSightAgainAreTheUsersOwn) {
     StartDesk desk;
     const std::string own = desk.files.Get(SettingsFile);

@@ -60,37 +60,56 @@ void FormDialog::closeEvent(QCloseEvent* event) {
     event->setAccepted(!m_form.Shown());
 }
 
-void FormDialog::MoveToPlace() {
+QMargins FormDialog::Frame() const {
+    const QWindow* const window = windowHandle();
+    return window != nullptr ? window->frameMargins() : QMargins();
+}
+
+void FormDialog::MoveToPlace(const QMargins& frame) {
+    m_frame = frame;
     const QScreen* const at = screen();
     if (at == nullptr) {
         return;
     }
     const QRect room = at->availableGeometry();
     const auto& last = m_form.LastGeometry();
-    resize((last ? QSize(last->width, last->height) : size()).boundedTo(room.size()));
-    QRect frame(QPoint(), frameGeometry().size());
+    resize((last ? QSize(last->width, last->height) : size()).boundedTo(room.size().shrunkBy(frame)));
+    QRect outer(QPoint(), size().grownBy(frame));
     const auto& own = m_form.OwnPlace();
     if (own || last) {
         const Place corner = last ? last->corner : *own;
-        frame.moveTo(corner.left, corner.top);
-        frame.moveRight(std::min(frame.right(), room.right()));
-        frame.moveBottom(std::min(frame.bottom(), room.bottom()));
-        frame.moveLeft(std::max(frame.left(), room.left()));
-        frame.moveTop(std::max(frame.top(), room.top()));
+        outer.moveTo(corner.left, corner.top);
+        outer.moveRight(std::min(outer.right(), room.right()));
+        outer.moveBottom(std::min(outer.bottom(), room.bottom()));
+        outer.moveLeft(std::max(outer.left(), room.left()));
+        outer.moveTop(std::max(outer.top(), room.top()));
     } else {
-        frame.moveCenter(room.center());
+        outer.moveCenter(room.center());
     }
-    move(frame.topLeft());
-    if (QWindow* const window = windowHandle()) {
+    move(outer.topLeft());
+    if (QWindow* const window = windowHandle(); window != nullptr && !window->isVisible()) {
         // The corner is the frame's, however high its title bar is, which is known only when it is there.
-        window->setFramePosition(frame.topLeft());
+        window->setFramePosition(outer.topLeft());
+    }
+}
+
+void FormDialog::FollowFrame() {
+    const QMargins frame = m_placed && m_frameWaits ? Frame() : QMargins();
+    if (frame.isNull()) {
+        return;
+    }
+    m_frameWaits = false;  // from here on the place is the user's
+    if (frame != m_frame) {
+        MoveToPlace(frame);
     }
 }
 
 void FormDialog::showEvent(QShowEvent* event) {
     if (!m_placed) {
         m_placed = true;
-        MoveToPlace();
+        // The desktop frames a window when it is there; most likely as it has framed the one below.
+        const QWindow* const below = parentWidget() != nullptr ? parentWidget()->windowHandle() : nullptr;
+        MoveToPlace(Frame().isNull() && below != nullptr ? below->frameMargins() : Frame());
         if (auto* const focus = findChild<QWidget*>(ToQt(m_form.FocusedControl()));
             focus != nullptr && !m_form.FocusedControl().empty()) {
             focus->setFocus(Qt::ActiveWindowFocusReason);  // the user did not move it
@@ -99,8 +118,14 @@ void FormDialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
 }
 
+void FormDialog::moveEvent(QMoveEvent* event) {
+    QDialog::moveEvent(event);
+    FollowFrame();
+}
+
 void FormDialog::changeEvent(QEvent* event) {
     QDialog::changeEvent(event);
+    FollowFrame();
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
         setAttribute(Qt::WA_KeyboardFocusChange);  // whoever has the keyboard shows it from the beginning
     }

@@ -83,8 +83,8 @@ void MainWindow::PlaceRestored() {
     const QRect whole = screen()->geometry();
     const QSize wanted(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 48);
     const QSize size = wanted.boundedTo(screen()->availableGeometry().size() * 9 / 10);
-    // Of the frame nothing is known before the desktop has made it.
-    const Area at = frmKDLimitDesk::Centred(whole.width(), whole.height(), size.width(), size.height());
+    const QSize framed = size.grownBy(m_toolkit.KnownFrame());
+    const Area at = frmKDLimitDesk::Centred(whole.width(), whole.height(), framed.width(), framed.height());
     resize(size);
     move(whole.left() + at.left, whole.top() + at.top);
 }
@@ -93,6 +93,7 @@ void MainWindow::ShowForm() {
     if (isVisible()) {
         return;
     }
+    PlaceRestored();  // a dialog has come first: the desktop's frames are known
     if (m_form.Maximised()) {
         showMaximized();
     } else {

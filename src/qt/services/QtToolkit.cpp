@@ -113,6 +113,10 @@ void QtToolkit::ShowModal(Form& form) {
     const std::unique_ptr<QDialog> dialog = maker->second(form, Boundary(), Owner());
     form.MarkShown();
     (void)dialog->exec();  // the form itself knows how it ended
+    const QRect inner = dialog->geometry();
+    const QRect outer = dialog->frameGeometry();
+    m_frame = {inner.left() - outer.left(), inner.top() - outer.top(), outer.right() - inner.right(),
+               outer.bottom() - inner.bottom()};
     if (form.Shown()) {
         form.Hide();  // the program is being ended while the dialog stands open
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QMargins>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -38,6 +39,9 @@ public:
     /// Whether the message loop is being given a pass in the middle of a job.
     bool InPass() const noexcept { return m_passes > 0; }
 
+    /// What the desktop has put around the last modal form; null before there was one.
+    const QMargins& KnownFrame() const noexcept { return m_frame; }
+
     BoxAnswer MessageBox(std::string_view text, BoxIcon icon, BoxButtons buttons,
                          std::string_view title) override;
     void ShowModal(Form& form) override;
@@ -63,6 +67,7 @@ private:
     Pointer m_pointer = Pointer::Default;
     bool m_hourglassShown = false;
     int m_passes = 0;
+    QMargins m_frame;
     std::chrono::steady_clock::time_point m_lastPass;
 };
 

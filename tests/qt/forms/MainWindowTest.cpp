@@ -5,6 +5,7 @@
 #include <QStatusBar>
 
 #include "qt/Screen.h"
+#include "qt/forms/AboutDialog.h"
 #include "qt/forms/Widgets.h"
 #include "qt/grid/GridWidget.h"
 
@@ -175,6 +176,21 @@ TEST_F(MainWindowTest, WindowIsShownMaximisedAndHasASensibleSizeWhenRestored) {
     EXPECT_TRUE(room.contains(window.geometry()));
     EXPECT_GE(window.width(), room.width() / 2);
     EXPECT_NEAR(window.geometry().center().x(), window.screen()->geometry().center().x(), 2);
+}
+
+TEST_F(MainWindowTest, FirstPlaceCountsTheFrameThatADialogHasShown) {
+    desk.toolkit.Register<frmAbout, AboutDialog>();
+    {
+        NextModal about([](QWidget&) { Press(Qt::Key_Escape); });
+        Find<QAction>(window, "mnuHelpAbout").trigger();
+    }
+    const QMargins frame = desk.toolkit.KnownFrame();
+    ASSERT_FALSE(frame.isNull());
+    desk.toolkit.ShowModeless(form);
+    const QSize whole = window.screen()->geometry().size();
+    const QSize framed = window.size().grownBy(frame);
+    EXPECT_EQ(window.pos(),
+              QPoint((whole.width() - framed.width()) / 2, (whole.height() - framed.height()) / 2));
 }
 
 }  // namespace

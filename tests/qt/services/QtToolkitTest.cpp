@@ -2,8 +2,10 @@
 
 #include <QLineEdit>
 #include <QMenu>
+#include <QMoveEvent>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <optional>
 
 #include "qt/Screen.h"
 #include "qt/forms/Binders.h"
@@ -217,12 +219,13 @@ struct PlainForm : Form {
     Button cmdCancel{"cmdCancel"};
     TextBox txtFind{"txtFind"};
     bool withCancel = true;
+    std::optional<QMargins> frame;  // that the desktop tells instead of its own
 };
 
 class PlainDialog : public FormDialog {
 public:
     PlainDialog(PlainForm& form, EventBoundary& boundary, QWidget* parent)
-        : FormDialog(form, boundary, parent) {
+        : FormDialog(form, boundary, parent), m_plain(form) {
         auto* const layout = new QVBoxLayout(this);
         auto* const text = new QLineEdit(this);
         auto* const ok = new QPushButton(this);
@@ -235,6 +238,12 @@ public:
         }
         SetButtons(ok, form.withCancel ? cancel : nullptr);
     }
+
+protected:
+    QMargins Frame() const override { return m_plain.frame ? *m_plain.frame : FormDialog::Frame(); }
+
+private:
+    PlainForm& m_plain;
 };
 
 class FormDialogTest : public QtToolkitTest {
@@ -313,6 +322,46 @@ TEST_F(FormDialogTest, StandsInTheMiddleOfTheScreenOrAtItsOwnPlace) {
     form.SetOwnPlace({30000, 30000});
     Show([&](QWidget& window) {
         EXPECT_TRUE(room.contains(window.frameGeometry()));
+        form.Hide();
+    });
+}
+
+/// The desktop tells a frame late, with a tall title bar; the window's way from where it stood.
+QPoint WayWhenFramed(QWidget& window, PlainForm& form) {
+    const QPoint before = window.pos();
+    form.frame = QMargins(6, 48, 6, 6);
+    QMoveEvent told(before, before);
+    QApplication::sendEvent(&window, &told);
+    return window.pos() - before;
+}
+
+TEST_F(FormDialogTest, AFrameThatIsToldLateCountsAtTheScreensEdgeAndInTheMiddle) {
+    const QPoint end = QGuiApplication::primaryScreen()->availableGeometry().bottomRight() + QPoint(1, 1);
+    form.frame = QMargins();
+    form.SetOwnPlace({30000, 30000});
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.pos() + QPoint(window.width(), window.height()), end);
+        EXPECT_EQ(WayWhenFramed(window, form), QPoint(-12, -54));
+        EXPECT_EQ(WayWhenFramed(window, form), QPoint(0, 0)) << "once";
+        form.Hide();
+    });
+    PlainForm centred;
+    centred.frame = QMargins();
+    NextModal next([&](QWidget& window) {
+        EXPECT_EQ(WayWhenFramed(window, centred), QPoint(-6, -27));
+        centred.Hide();
+    });
+    toolkit.ShowModal(centred);
+}
+
+TEST_F(FormDialogTest, AFrameThatIsToldLateLeavesAPlaceInsideTheScreenAndTheUsersOwn) {
+    form.frame = QMargins();
+    form.SetOwnPlace({60, 70});
+    Show([&](QWidget& window) {
+        EXPECT_EQ(WayWhenFramed(window, form), QPoint(0, 0));
+        EXPECT_EQ(window.pos(), QPoint(60, 70));
+        window.move(30000, 210);
+        EXPECT_EQ(WayWhenFramed(window, form), QPoint(0, 0));
         form.Hide();
     });
 }

@@ -25,4 +25,5 @@ fi
 
 echo "run: no display, so a guided run on a virtual one; pictures go to build/run/pictures"
 start_virtual_display || exit 1
-QT_QPA_PLATFORM=xcb "$build/bin/guided_run" --samples "$scratch/samples" --pictures "$scratch/pictures"
+QT_QPA_PLATFORM=xcb "$build/bin/guided_run" --samples "$scratch/samples" --pictures "$scratch/pictures" \
+    --places

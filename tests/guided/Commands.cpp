@@ -3,7 +3,9 @@
 #include <QApplication>
 #include <QCursor>
 #include <QLineEdit>
+#include <QScreen>
 #include <QTest>
+#include <algorithm>
 #include <memory>
 
 #include "grid/ColumnCatalogue.h"
@@ -47,6 +49,7 @@ public:
     void Filter() {
         Idle("filter the variable names", [this] { m_guide.PressHeader(ColName); });
         m_guide.Form("frmAutoFilter", nullptr, [this](QWidget& dialog) {
+            CheckPlace(dialog);
             Guide::Press(dialog, "chkSelectAll");
             m_guide.ClickEntry(dialog, "lstAutoFilter", m_variable.variable);
             m_guide.SavePicture("10-filter");
@@ -62,6 +65,12 @@ public:
             return !grid.VisibleRows().empty() && grid.CellPicture(ColName) == HeaderPicture::FilterOn;
         });
         m_guide.Picture("11-filtered");
+        Idle("a filter at the edge of the screen",
+             [this] { m_guide.PressHeader(Grid().VisibleColFrom(Grid().Cols() - 1, -1)); });
+        m_guide.Form("frmAutoFilter", "21-filter-at-the-edge", [this](QWidget& dialog) {
+            CheckPlace(dialog);
+            Guide::Press(dialog, "cmdCancel");
+        });
     }
 
     void PopUp() {
@@ -168,6 +177,24 @@ private:
     void Idle(std::string title, std::function<void()> act) {
         m_guide.Then(
             std::move(title), [this] { return m_guide.IsIdle(); }, std::move(act));
+    }
+    /// The frame of a column's filter stands 10 pixels to the right of the header cell's left edge and 50
+    /// below its end, counted from the window's corner, unless the screen ends before.
+    void CheckPlace(const QWidget& dialog) {
+        const VSFlexGrid& grid = Grid();
+        const Place from = m_program.Form().GridPlace();
+        const QRect room = dialog.screen()->availableGeometry();
+        const QRect frame = dialog.frameGeometry();
+        const QPoint place(
+            std::min(from.left + grid.CellLeft() + 10, room.right() + 1 - frame.width()),
+            std::min(from.top + grid.CellTop() + grid.CellHeight() + 50, room.bottom() + 1 - frame.height()));
+        if (m_guide.JudgesPlaces() && frame.topLeft() != place) {
+            m_guide.Fail("the filter stands at " + PlaceText(frame.topLeft()) + " instead of " +
+                         PlaceText(place));
+        }
+    }
+    static std::string PlaceText(QPoint place) {
+        return std::to_string(place.x()) + ", " + std::to_string(place.y());
     }
     void Restore(const char* what) {
         m_guide.Choose("mnuEdit", "mnuEditRestore");

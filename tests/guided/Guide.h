@@ -27,6 +27,11 @@ public:
     /// not look at the screen itself.
     void TakePicturesWith(QStringList camera) { m_camera = std::move(camera); }
 
+    /// From here on a window that stands elsewhere than it should fails the run: for desktops that put
+    /// windows where they ask to be.
+    void JudgePlaces() { m_judgesPlaces = true; }
+    bool JudgesPlaces() const { return m_judgesPlaces; }
+
     /// Adds a step.
     void Then(std::string title, std::function<bool()> ready, std::function<void()> act);
 
@@ -93,6 +98,7 @@ private:
     Application& m_program;
     QString m_pictures;
     QStringList m_camera;
+    bool m_judgesPlaces = false;
     std::function<void(const std::string&)> m_tell;
     std::deque<OneStep> m_steps;
     QTimer m_timer;

@@ -1,5 +1,5 @@
 // The main job on the sample applications, by simulated mouse and keyboard through the real program:
-//     guided_run --samples DIR --pictures DIR [--camera "PROGRAM ARGUMENTS"] [--dark]
+//     guided_run --samples DIR --pictures DIR [--camera "PROGRAM ARGUMENTS"] [--places] [--dark]
 // DIR/../bin holds the program's data and the list of applications. Exits with 0 only if the files on the
 // disk are as they must be.
 
@@ -82,6 +82,8 @@ int main(int argc, char** argv) {
         {QStringLiteral("camera"),
          QStringLiteral("Takes the pictures where the program may not: gets a path behind its arguments."),
          QStringLiteral("COMMAND")});
+    options.addOption({QStringLiteral("places"),
+                       QStringLiteral("The desktop puts windows where they ask to be: places are judged.")});
     options.addOption({QStringLiteral("dark"), QStringLiteral("In the colours of a dark desktop.")});
     options.process(loop);
     if (options.isSet(QStringLiteral("dark"))) {
@@ -89,7 +91,8 @@ int main(int argc, char** argv) {
     }
     const QString samples = options.value(QStringLiteral("samples"));
     if (samples.isEmpty()) {
-        std::fprintf(stderr, "guided_run --samples DIR [--pictures DIR] [--camera COMMAND] [--dark]\n");
+        std::fprintf(stderr,
+                     "guided_run --samples DIR [--pictures DIR] [--camera COMMAND] [--places] [--dark]\n");
         return 2;
     }
     ProvideUserName();
@@ -104,6 +107,9 @@ int main(int argc, char** argv) {
     Guide guide(program, options.value(QStringLiteral("pictures")), Print);
     guide.TakePicturesWith(
         options.value(QStringLiteral("camera")).split(QLatin1Char(' '), Qt::SkipEmptyParts));
+    if (options.isSet(QStringLiteral("places"))) {
+        guide.JudgePlaces();
+    }
     Print("on " + QGuiApplication::platformName().toStdString());
     LoadAll(guide, program);
     TryCommands(guide, program, changes.front());

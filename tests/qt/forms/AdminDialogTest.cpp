@@ -148,6 +148,23 @@ TEST_F(AdminDialogTest, TheArrowKeysInTheClosedFilterLeaveTheTypedText) {
     });
 }
 
+TEST_F(AdminDialogTest, DownInTheClosedFilterOpensTheListAndLeavesTheTypedText) {
+    desk.g.gRecents->Add("cheese");
+    Show([&](QWidget& window) {
+        auto& combo = Find<ComboBoxWidget>(window, "cboFilter");
+        combo.showPopup();
+        combo.hidePopup();
+        Type("mil");
+        Press(Qt::Key_Down);
+        EXPECT_TRUE(combo.view()->isVisible());
+        EXPECT_EQ(combo.currentText(), "mil");
+        combo.hidePopup();
+        EXPECT_EQ(form.cboFilter.Value(), "mil");
+        EXPECT_EQ(VisiblePaths().size(), form.Grid.Rows() - 1U) << "nothing was chosen";
+        Press(Qt::Key_Escape);
+    });
+}
+
 TEST_F(AdminDialogTest, RecentCriteriaAreOfferedAndChosen) {
     desk.g.gRecents->Add("cheese");
     Show([&](QWidget& window) {

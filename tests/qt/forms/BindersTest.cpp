@@ -346,6 +346,25 @@ TEST_F(BindersTest, APastedLineEndIsSeenAsABlankWhereItWasPasted) {
     EXPECT_EQ(widget.cursorPosition(), 4);
 }
 
+TEST_F(BindersTest, ATabThatIsPastedOverABlankIsSeenAsABlankThoughTheTextIsTheSame) {
+    auto& text = New<TextBox>("txtFind");
+    auto& edit = Add<QLineEdit>();
+    new TextBoxBinder(text, edit, boundary);
+    auto& combo = New<ComboBox>("cboFilter");
+    auto& box = Add<ComboBoxWidget>();
+    new ComboBoxBinder(combo, box, boundary);
+    text.SetValue("a b");
+    combo.SetValue("a b");
+    ShowActive(window);
+    QApplication::clipboard()->setText("\t");
+    for (QLineEdit* const field : {&edit, box.lineEdit()}) {
+        field->setFocus();
+        field->setSelection(1, 1);
+        field->paste();
+        EXPECT_EQ(field->text(), "a b");
+    }
+}
+
 TEST_F(BindersTest, OptionButtonIsARadioButtonForScreenReaders) {
     auto& control = New<OptionButton>("optFillLimit");
     auto& widget = Add<OptionWidget>();

@@ -226,6 +226,17 @@ TEST_F(EditCommandsTest, CarriageReturnsAloneEndLines) {
     EXPECT_EQ(Cell(4, cnUnits), "\ne");
 }
 
+TEST_F(EditCommandsTest, ATextOfSeveralLinesOnWhichNobodyTypesComesOutOfFillAsItWas) {
+    Clipboard() = "m\ng";
+    ClickCell(1, cnVariableName);
+    Choose("mnuEdit", "mnuEditPaste");
+    ASSERT_EQ(Cell(1, cnVariableName), "m\ng");
+    Modals modals;
+    modals.Then("frmFill", [](QWidget&) { Press(Qt::Key_Return); });
+    Choose("mnuEdit", "mnuEditFill");
+    EXPECT_EQ(Cell(1, cnVariableName), "m\ng");
+}
+
 TEST_F(EditCommandsTest, AnEmptyClipboardPastesNothing) {
     Clipboard().clear();
     ClickCell(1, cnUSL);

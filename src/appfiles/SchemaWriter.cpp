@@ -41,10 +41,11 @@ void CheckTemporary(Globals& g, const Text& temporary, std::initializer_list<Tex
 enum class Flushing : bool { BySettling, ByMoving };
 
 /// Writes the view's text to its temporary file, which is open.
-void WriteText(Globals& g, const cFile& file, const Text& target, OutputFile& output, Flushing flushing) {
-    output.Write(SchemaBytes(g, file, target));
+void WriteText(Globals& g, const cFile& file, WrittenSchema& written, Flushing flushing) {
+    OutputFile& output = *written.file;
+    output.Write(SchemaBytes(g, file, written.target));
     if (flushing == Flushing::BySettling) {
-        output.TakeRightsOf(target);
+        written.targetFile = output.TakeRightsOf(written.target);
         output.CloseForSettling();
     } else {
         output.Close();  // the copy over the target is what must reach the disk
@@ -61,9 +62,10 @@ WrittenSchema Written(Globals& g, std::int32_t fileIndex, Flushing flushing, Aft
     if (std::find(g.openTemporaries.begin(), g.openTemporaries.end(), temporary) != g.openTemporaries.end()) {
         throw cError(errFileAlreadyOpen, "SaveSchema", {}, temporary);
     }
-    written.file = g.platform.files.OpenForOutput(temporary);
+    written.file = g.platform.files.OpenForOutput(
+        temporary, afterFailure == AfterFailure::Blocked ? Patience::ForASave : Patience::None);
     try {
-        WriteText(g, *file, written.target, *written.file, flushing);
+        WriteText(g, *file, written, flushing);
         return written;
     } catch (...) {
         written.file->LetOthersIn();

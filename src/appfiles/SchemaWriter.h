@@ -22,12 +22,13 @@ Text FormatSchemaLine(std::string_view key, std::string_view value);
 /// file for a save of its own.
 struct WrittenSchema {
     Text target;
+    FileIdentity targetFile;  // unknown where there is none yet
     Text temporary;
     std::unique_ptr<OutputFile> file;
 };
 
 /// What a failed writing leaves: the temporary file as after a failed SaveSchema, or nothing, so that the
-/// same save can be tried again.
+/// same save can be tried again. One that is tried again waits for nobody the first time.
 enum class AfterFailure : bool { Blocked, MayBeTriedAgain };
 
 /// The first part of SaveSchema, for a view that is saved beside others: its text is left to Files::Settle,

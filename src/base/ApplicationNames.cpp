@@ -16,6 +16,7 @@ std::string_view ViewStem(std::string_view templatePath) noexcept {
 }
 
 constexpr std::string_view Waiting = ".kdsave-";
+constexpr std::string_view Unfinished = ".unfinished-";
 constexpr std::size_t RandomLetters = 16;
 
 Text WithRandomLetters(std::string_view stem) {
@@ -66,11 +67,15 @@ Text ArchivesOf(std::string_view templatePath, char delimiter) {
 }
 
 Text UnfinishedArchiveName() {
-    return WithRandomLetters(".unfinished-");
+    return WithRandomLetters(Unfinished);
 }
 
-Text WaitingName(std::string_view schemaName) {
-    return WithRandomLetters(Waiting).append("-").append(schemaName);
+bool IsUnfinishedArchive(std::string_view folderName) noexcept {
+    return folderName.size() == Unfinished.size() + RandomLetters && folderName.starts_with(Unfinished);
+}
+
+Text WaitingName(std::string_view fileName) {
+    return WithRandomLetters(Waiting).append("-").append(fileName);
 }
 
 std::string_view WaitsFor(std::string_view fileName) noexcept {

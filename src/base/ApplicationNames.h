@@ -29,10 +29,11 @@ Text ArchivesOf(std::string_view templatePath, char delimiter);
 
 /// Name for a folder that may become an archive, and is none yet; nobody can foresee it.
 Text UnfinishedArchiveName();
-/// Name for a new text that waits for the turn of its schema file, beside it, while the temporary file is
-/// needed for the next one; nobody can foresee it.
-Text WaitingName(std::string_view schemaName);
-/// Name of the schema file that a file of such a name waits for; empty for any other name.
+/// Whether a folder has such a name.
+bool IsUnfinishedArchive(std::string_view folderName) noexcept;
+/// Name for a new text that waits for the turn of its file, beside it; nobody can foresee it.
+Text WaitingName(std::string_view fileName);
+/// Name of the file that a file of such a name waits for; empty for any other name.
 std::string_view WaitsFor(std::string_view fileName) noexcept;
 
 }  // namespace kd::names

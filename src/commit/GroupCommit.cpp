@@ -20,7 +20,9 @@ GroupCommit::GroupCommit(Desk& desk, CommitStamp stamp, std::int64_t selected, K
     : m_desk(desk), m_g(desk.g), m_stamp(std::move(stamp)), m_selected(selected), m_archiver(archiver) {}
 
 void GroupCommit::Take(std::int32_t index) {
-    if (m_group.size() >= MostInAGroup) {
+    const bool isFull = m_group.size() >= MostInAGroup;
+    const bool isAnother = !m_group.empty() && m_group.back().path != m_g.gFiles->Ref(index).Filename();
+    if (isFull || (isAnother && !m_g.platform.files.SettlesTogether())) {
         Complete();
     }
     if (m_group.empty() || !Prepare(index, Manner::AmongOthers)) {
@@ -57,6 +59,10 @@ bool GroupCommit::Prepare(std::int32_t index, Manner manner) {
     try {
         WrittenSchema written =
             WriteSchema(m_g, index, isAlone ? AfterFailure::Blocked : AfterFailure::MayBeTriedAgain);
+        if (!isAlone && !IsOnlyOne(written.targetFile)) {
+            Discard(written);
+            return false;
+        }
         const CodePage& page = m_g.platform.locale.CodePage();
         m_group.push_back(
             {index, path, page.Upper(written.target), page.Upper(written.temporary), std::move(written)});
@@ -66,6 +72,7 @@ bool GroupCommit::Prepare(std::int32_t index, Manner manner) {
             return false;
         }
         Complete();  // the archive of the view is whole all the same
+        ShowArchiving(path);
         ShowSaving(path);
         TellSettled([&] { TellSaveFailure(m_g, error); });
         return true;
@@ -78,13 +85,13 @@ bool GroupCommit::BeginArchive(const Text& path, Manner manner) {
     if (ItemExists(path, m_archived)) {
         return true;
     }
-    m_desk.Panel2.SetCaption("Archiving: " + path);
     const Text failure = m_archiver.BeginArchive(path);
     if (failure.empty()) {
         m_begun.push_back(path);
     } else if (manner == Manner::AmongOthers) {
         return false;
     } else {
+        ShowArchiving(path);
         TellSettled([&] { TellArchiveFailure(path, failure); });
     }
     m_archived.insert(path);
@@ -101,8 +108,8 @@ bool GroupCommit::MakeRoomFor(const cFile& file) {
     for (View& view : m_group) {
         WrittenSchema& written = view.written;
         // Of the same file the next text is made from what the last one has left there.
-        if (view.upperTarget == upperTarget || view.upperTarget == upperTemporary ||
-            view.upperTemporary == upperTarget) {
+        if (!written.targetFile.IsKnown() || view.upperTarget == upperTarget ||
+            view.upperTarget == upperTemporary || view.upperTemporary == upperTarget) {
             return false;
         }
         if (view.upperTemporary != upperTemporary) {
@@ -123,6 +130,14 @@ bool GroupCommit::MakeRoomFor(const cFile& file) {
         view.upperTemporary = page.Upper(aside);
     }
     return true;
+}
+
+/// Whether no view of the group has that file for its target: links give it as many names as they like. One
+/// that is not known may be any.
+bool GroupCommit::IsOnlyOne(const FileIdentity& targetFile) const {
+    return targetFile.IsKnown() && std::none_of(m_group.begin(), m_group.end(), [&](const View& view) {
+               return view.written.targetFile == targetFile;
+           });
 }
 
 /// Brings the group to the disk and to its places.
@@ -159,11 +174,13 @@ bool GroupCommit::SettleGroup() {
     try {
         m_isPending = false;
         m_g.platform.files.Settle();
-    } catch (const cError&) {
-        CheckRecords();
+    } catch (const cError& error) {
+        if (error.Path().empty() || IsOfPlaced(error.Path())) {
+            CheckPlaced(error);
+        }
         return false;
     }
-    m_recorded.clear();
+    m_placed.clear();
     m_g.platform.toolkit.KeepAlive();
     if (m_begun.empty()) {
         return true;
@@ -189,16 +206,23 @@ void GroupCommit::Withdraw() noexcept {
     }
     m_begun.clear();
     for (View& view : m_group) {
-        view.written.file->LetOthersIn();
-        view.written.file.reset();
-        m_g.platform.files.DeleteAbandoned(view.written.temporary);
+        Discard(view.written);
     }
     m_group.clear();
 }
 
+/// Takes away a new text that is not to have its turn.
+void GroupCommit::Discard(WrittenSchema& written) noexcept {
+    written.file->LetOthersIn();
+    written.file.reset();
+    m_g.platform.files.DeleteAbandoned(written.temporary);
+}
+
 void GroupCommit::Place(View& view) {
+    ShowArchiving(view.path);
     ShowSaving(view.path);
     m_isPending = true;
+    m_placed[view.path].views.push_back(view.index);
     // Deliberate: a view whose file could not be overwritten counts as saved; its user has seen the box.
     // CommitChangesTest.AFailedOverwriteStillCountsAsSaved
     bool isPlaced = false;
@@ -222,6 +246,7 @@ void GroupCommit::TakeAlone(std::int32_t index) {
     ShowSaving(path);
     if (SaveSchema(m_g, index)) {
         m_isPending = true;
+        m_placed[path].views.push_back(index);
         Record(index);
         SettleRecords();
     }
@@ -232,7 +257,7 @@ void GroupCommit::ArchiveAlone(const Text& path) {
     if (ItemExists(path, m_archived)) {
         return;
     }
-    m_desk.Panel2.SetCaption("Archiving: " + path);
+    ShowArchiving(path);
     m_archived.insert(path);
     if (const Text failure = m_archiver.ArchiveApplication(path); !failure.empty()) {
         TellArchiveFailure(path, failure);
@@ -242,16 +267,22 @@ void GroupCommit::ArchiveAlone(const Text& path) {
 void GroupCommit::Record(std::int32_t index) {
     ++m_modified;
     const auto file = m_g.gFiles->Item(index);
-    m_recorded.insert(file->Filename());
+    m_placed[file->Filename()].hasRecords = true;
     ReportChanges(m_desk, *file, m_stamp);
     file->SetChangesMade(false);
 }
 
+/// @throws cError where something of it is not on the disk.
 void GroupCommit::SettleRecords() {
-    if (m_isPending) {
-        m_isPending = false;
+    if (!m_isPending) {
+        return;
+    }
+    m_isPending = false;
+    try {
         m_g.platform.files.Settle();
-        m_recorded.clear();
+        m_placed.clear();
+    } catch (const cError& error) {
+        CheckPlaced(error);
     }
 }
 
@@ -269,30 +300,63 @@ void GroupCommit::TellSettled(const std::function<void()>& tell) {
     }
 }
 
-/// A flush of all that was pending has failed: whether the records of the group before and the names of its
-/// views are on the disk is asked of their files and folders alone.
-/// @throws cError where they are not.
-void GroupCommit::CheckRecords() {
-    std::set<Text> files;
-    std::set<Text> folders;  // of the names of the views
-    for (const Text& path : std::exchange(m_recorded, {})) {
-        folders.insert(paths::FolderToList(path));
-        files.insert(ChangeLogPath(m_g, path));
-        files.insert(ChangeReportPath(m_g, path));
+/// A flush of all that was pending has failed. One that names its file is that file's failure. One of a whole
+/// file system may be another program's: whether the records of the views and the names that these have taken
+/// are on the disk is then asked of their files and folders alone. A view of which they may not be is one
+/// with changes again.
+/// @throws cError where there is such a view.
+void GroupCommit::CheckPlaced(const cError& failure) {
+    const bool isKnown = !failure.Path().empty();
+    std::optional<cError> first;
+    for (const auto& [path, placed] : std::exchange(m_placed, {})) {
+        const std::optional<cError> error = isKnown ? failure : FailureOf(path, placed);
+        if (!error) {
+            continue;
+        }
+        for (const std::int32_t index : placed.views) {
+            m_g.gFiles->Item(index)->SetChangesMade(true);
+        }
+        if (!first) {
+            first.emplace(*error);
+        }
     }
-    for (const Text& path : files) {
-        const auto file = m_g.platform.files.OpenForAppend(path);
-        file->Flush();
-        file->Close();
+    if (first) {
+        throw cError(*first);
     }
-    for (const Text& folder : folders) {
-        try {
-            m_g.platform.files.FlushFolder(folder);
-        } catch (const cError& error) {
-            if (error.Number() != errPermissionDenied) {  // one that may not be listed cannot be flushed
-                throw;
+}
+
+/// Whether a flush that failed is one of what has been placed and recorded.
+bool GroupCommit::IsOfPlaced(std::string_view path) const {
+    const CodePage& page = m_g.platform.locale.CodePage();
+    const Text upper = page.Upper(path);
+    const auto is = [&](const Text& other) { return page.Upper(other) == upper; };
+    return std::any_of(m_placed.begin(), m_placed.end(), [&](const auto& one) {
+        const std::vector<std::int32_t>& views = one.second.views;
+        return is(ChangeLogPath(m_g, one.first)) || is(ChangeReportPath(m_g, one.first)) ||
+               std::any_of(views.begin(), views.end(),
+                           [&](std::int32_t index) { return is(SchemaPath(m_g, *m_g.gFiles->Item(index))); });
+    });
+}
+
+/// Flushes the change files of an application, and the names of its views; what failed in that.
+std::optional<cError> GroupCommit::FailureOf(const Text& path, const Placed& placed) {
+    Files& files = m_g.platform.files;
+    try {
+        if (placed.hasRecords) {
+            for (const Text& changeFile : {ChangeLogPath(m_g, path), ChangeReportPath(m_g, path)}) {
+                const auto file = files.OpenForAppend(changeFile);
+                file->Flush();
+                file->Close();
             }
         }
+        files.FlushFolder(paths::FolderToList(path));
+        return std::nullopt;
+    } catch (const cError& error) {
+        const bool isFolder = error.Path() == paths::FolderToList(path);
+        if (isFolder && error.Number() == errPermissionDenied) {
+            return std::nullopt;  // one that may not be listed cannot be flushed
+        }
+        return error;
     }
 }
 
@@ -310,6 +374,14 @@ void GroupCommit::DeleteLeftovers() noexcept {
         } catch (...) {
             // They harm nobody, and the next commit comes by again.
         }
+    }
+}
+
+/// Told for each view when its turn has come: the panel then tells the steps of one view after the other,
+/// as if there were no groups.
+void GroupCommit::ShowArchiving(const Text& path) {
+    if (m_shown.insert(path).second) {
+        m_desk.Panel2.SetCaption("Archiving: " + path);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -24,7 +25,8 @@ class GroupCommit {
 public:
     /// A flush is shared by that many views. With more of them a flush more would be saved for every few
     /// hundred, and more would lie about after a program that is ended, and wait for its records after a
-    /// machine that goes down.
+    /// machine that goes down. Where every file is flushed by itself there is nothing to share but the change
+    /// files of an application: a group ends with it there.
     static constexpr std::size_t MostInAGroup = 16;
 
     /// `selected` is how many views will be taken, for the progress bar.
@@ -51,10 +53,17 @@ private:
         modKDLimitDesk::WrittenSchema written;
     };
     enum class Manner : bool { AmongOthers, Alone };
+    /// What has been done for an application and is not settled.
+    struct Placed {
+        std::vector<std::int32_t> views;  // positions in gFiles
+        bool hasRecords = false;
+    };
 
     bool Prepare(std::int32_t index, Manner manner);
     bool BeginArchive(const Text& path, Manner manner);
     bool MakeRoomFor(const cFile& file);
+    bool IsOnlyOne(const FileIdentity& targetFile) const;
+    void Discard(modKDLimitDesk::WrittenSchema& written) noexcept;
     void Complete();
     bool SettleGroup();
     void Withdraw() noexcept;
@@ -64,8 +73,11 @@ private:
     void Record(std::int32_t index);
     void SettleRecords();
     void TellSettled(const std::function<void()>& tell);
-    void CheckRecords();
+    void CheckPlaced(const cError& failure);
+    bool IsOfPlaced(std::string_view path) const;
+    std::optional<cError> FailureOf(const Text& path, const Placed& placed);
     void DeleteLeftovers() noexcept;
+    void ShowArchiving(const Text& path);
     void ShowSaving(const Text& path);
     void TellArchiveFailure(const Text& path, const Text& failure);
 
@@ -75,9 +87,10 @@ private:
     std::int64_t m_selected;
     KDArchiver& m_archiver;
     std::set<Text> m_archived;               // templates
+    std::set<Text> m_shown;                  // templates whose archiving the status panel has told
     std::vector<View> m_group;               // prepared, and not at their place yet
     std::vector<Text> m_begun;               // templates whose archives belong to the group
-    std::set<Text> m_recorded;               // templates with records that are not settled
+    std::map<Text, Placed> m_placed;         // by template
     std::map<Text, std::set<Text>> m_saved;  // names of the schema files that have been saved, by folder
     bool m_isPending = false;                // whether anything has taken its place and is not settled
     std::int32_t m_worked = 0;

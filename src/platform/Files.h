@@ -9,6 +9,15 @@
 
 namespace kd {
 
+/// What tells one file from all others, whatever its names are, while both exist.
+struct FileIdentity {
+    std::uint64_t volume = 0;
+    std::uint64_t file = 0;  // 0 where the system does not tell, and where there is no file
+
+    bool IsKnown() const noexcept { return file != 0; }
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
 /// A file open for writing. Destroying it without Close gives the handle back and drops what was not flushed.
 class OutputFile {
 public:
@@ -32,11 +41,18 @@ public:
     virtual void CloseForSettling() { Close(); }
     /// Gives a file just opened for output the owner, the mode and the rights of another as far as the user
     /// may, so that Files::MoveSettled has nothing left to give. What cannot be given is no failure.
-    virtual void TakeRightsOf(std::string_view path) noexcept { (void)path; }
+    /// @returns which file the other one is, so that two names of one file are seen.
+    virtual FileIdentity TakeRightsOf(std::string_view path) noexcept {
+        (void)path;
+        return {};
+    }
     /// From Files::OpenForOutput on, closed or not, the file is kept from other programs' OpenForOutput where
     /// the system can do that; no longer from here on. Nothing is written after it.
     virtual void LetOthersIn() noexcept {}
 };
+
+/// How long what another program keeps is waited for: as long as it takes to save a file, or not at all.
+enum class Patience : bool { None, ForASave };
 
 /// The file system as the logic sees it; every access to a file goes through here, so that faults can be
 /// injected. Bytes are bytes: no code page, no line ends. Paths are Text.
@@ -74,8 +90,13 @@ public:
     virtual std::string ReadEnd(std::string_view path, std::size_t count);
 
     /// Opens a file for writing, replacing what stands there. A link or anything else that is no regular file
-    /// is not written through: errPermissionDenied. One that another program keeps: errFileAlreadyOpen.
-    virtual std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) = 0;
+    /// is not written through: errPermissionDenied. One that another program keeps, and goes on keeping while
+    /// `patience` lasts: errFileAlreadyOpen.
+    virtual std::unique_ptr<OutputFile> OpenForOutput(std::string_view path, Patience patience) = 0;
+    /// The same with the patience of a save.
+    std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) {
+        return OpenForOutput(path, Patience::ForASave);
+    }
     /// Opens a file for writing at its end; made when missing.
     virtual std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) = 0;
 
@@ -94,8 +115,12 @@ public:
     /// Brings to the disk itself, in as few flushes as the system has, what was left to it since it was
     /// called last: files closed for settling, copies of CopyAllForArchive, and the names that Rename and
     /// MoveSettled have given. All of it is tried; none of it is left any more, also when some of it fails.
-    /// @throws cError(errDiskFull, errDevice) the first failure.
+    /// What is settled by itself is settled in the order in which it was left.
+    /// @throws cError(errDiskFull, errDevice) the first failure. It has no path where one flush stands for a
+    /// whole file system: it may then be another program's, and the flush of each file by itself tells that.
     virtual void Settle() = 0;
+    /// Whether Settle has one flush for files of several applications, and not one for each.
+    virtual bool SettlesTogether() const noexcept { return true; }
     /// Deletes a file; one that may not be written is refused.
     virtual void DeleteFile(std::string_view path) = 0;
     /// Deletes a file that a program which is gone has left, as far as that can be known: one that another
@@ -110,6 +135,9 @@ public:
     /// Makes a folder and the missing ones above it, with the user's own permissions. One that exists is no
     /// error.
     virtual void MakeFolder(std::string_view folder) = 0;
+    /// The same for a folder that is then filled: from here on until it is renamed or removed it is kept from
+    /// DeleteAbandonedFolder, where the system can do that.
+    virtual void MakeKeptFolder(std::string_view folder) { MakeFolder(folder); }
     /// Copies a regular file to a new place: bytes, times and mode, flushed to the disk. Nobody gets a right
     /// by it that the source does not give him. The target must not exist.
     virtual void CopyForArchive(std::string_view source, std::string_view target) = 0;
@@ -122,6 +150,11 @@ public:
     virtual void FlushFolder(std::string_view folder) = 0;
     /// Removes a folder with all that is in it. One that is missing is no error.
     virtual void RemoveFolder(std::string_view folder) = 0;
+    /// Removes a folder that is empty; any other stays. Never throws.
+    virtual void RemoveEmptyFolder(std::string_view folder) noexcept = 0;
+    /// Removes a folder, with all that is in it, that a program which is gone has made by MakeKeptFolder and
+    /// left. One that is kept stays, and so does every one where the system cannot tell. Never throws.
+    virtual void DeleteAbandonedFolder(std::string_view folder) noexcept { (void)folder; }
 };
 
 }  // namespace kd

@@ -40,6 +40,20 @@ bool StandaloneArchiver::IsFile(const Text& path) {
     }
 }
 
+const StandaloneArchiver::Listing& StandaloneArchiver::ListingOf(const Text& folder) {
+    const auto known = m_listings.find(folder);
+    if (known != m_listings.end()) {
+        return known->second;
+    }
+    Listing listing;
+    for (Text& name : m_files.FolderEntries(folder)) {
+        Text upper = m_locale.CodePage().Upper(name);
+        listing.emplace_back(std::move(upper), std::move(name));
+    }
+    std::sort(listing.begin(), listing.end());
+    return m_listings[folder] = std::move(listing);
+}
+
 std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
     const CodePage& page = m_locale.CodePage();
     const Text folder = paths::FolderToList(templatePath);
@@ -50,22 +64,26 @@ std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
     const Text upperReport =
         page.Upper(paths::ChangeExtension(templateName, names::ChangeReportExtension(templateName)));
 
-    const auto entries = m_files.FolderEntries(folder);
+    // All names of an application begin as its template's does.
+    const Listing& listing = ListingOf(folder);
+    const Text begin = page.Upper(paths::BaseName(templateName));
+    const auto first = std::lower_bound(listing.begin(), listing.end(), std::pair(begin, Text()));
+    const auto last = std::find_if(first, listing.end(),
+                                   [&](const auto& entry) { return !entry.first.starts_with(begin); });
     // Where several names differ in case alone, the exact one is the application's.
-    const bool exact = std::find(entries.begin(), entries.end(), templateName) != entries.end();
+    const bool exact =
+        std::any_of(first, last, [&](const auto& entry) { return entry.second == templateName; });
     std::vector<Text> found;
     bool hasTemplate = false;
-    for (const Text& name : entries) {
-        const Text upper = page.Upper(name);
+    std::for_each(first, last, [&](const auto& entry) {
+        const auto& [upper, name] = entry;
         const bool isTemplate = exact ? name == templateName : upper == upperTemplate;
-        const bool isOther =
-            upper == upperLog || upper == upperReport || names::ViewNumberOf(name, templateName, page) >= 1;
-        const Text path = paths::Join(folder, name, m_files.Delimiter());
-        if (isTemplate || (isOther && IsFile(path))) {
+        if (isTemplate || upper == upperLog || upper == upperReport ||
+            names::ViewNumberOf(name, templateName, page) >= 1) {
             hasTemplate = hasTemplate || isTemplate;
-            found.push_back(path);
+            found.push_back(paths::Join(folder, name, m_files.Delimiter()));
         }
-    }
+    });
     if (!hasTemplate) {
         throw cError(errFileNotFound, "StandaloneArchiver.FilesOf", {}, Text(templatePath));
     }
@@ -73,31 +91,69 @@ std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
     return found;
 }
 
-Text StandaloneArchiver::FreeName(std::string_view parent) {
+void StandaloneArchiver::CopyAll(std::vector<Text> sources, const Text& folder,
+                                 std::string_view templatePath) {
+    const CodePage& page = m_locale.CodePage();
+    const auto isTemplate = [&](const Text& source) {
+        return page.Upper(paths::FileName(source)) == page.Upper(paths::FileName(templatePath));
+    };
+    while (!sources.empty()) {
+        try {
+            m_files.CopyAllForArchive(sources, folder);
+            return;
+        } catch (const cError& error) {
+            const auto failed = std::find(sources.begin(), sources.end(), error.Path());
+            if (failed == sources.end() || isTemplate(*failed) || IsFile(*failed)) {
+                throw;
+            }
+            sources.erase(sources.begin(), failed + 1);
+        }
+    }
+}
+
+Text StandaloneArchiver::FreeName(const std::vector<Text>& present) {
     const DateTime now = m_clock.Now();
     Text time = TimeText(now);
     std::replace(time.begin(), time.end(), ':', '-');  // no file system of any platform minds it
-    const Text name = paths::Join(parent, DateText(now) + "_" + time, m_files.Delimiter());
+    const Text name = DateText(now) + "_" + time;
     Text free = name;
-    for (int counter = 2; m_files.Exists(free); ++counter) {
+    for (int counter = 2; std::find(present.begin(), present.end(), free) != present.end(); ++counter) {
         free = name + "_" + Digits(counter);
     }
     return free;
 }
 
 Text StandaloneArchiver::TakeName(const Text& made, std::string_view parent) {
+    std::vector<Text> present;
+    try {
+        present = m_files.FolderEntries(parent);
+    } catch (const cError& error) {
+        if (error.Number() != errPermissionDenied) {
+            throw;
+        }
+        // One that may not be listed tells at the renaming which names are taken.
+    }
+    const char delimiter = m_files.Delimiter();
     constexpr int Tries = 10;
     for (int tries = 1;; ++tries) {
-        Text name = FreeName(parent);
+        const Text name = FreeName(present);
+        Text path = paths::Join(parent, name, delimiter);
         try {
-            m_files.Rename(made, name);
-            return name;
+            m_files.Rename(made, path);
         } catch (const cError&) {
             // Another program may have taken the name since it was looked for.
-            if (tries == Tries || !m_files.Exists(name) || !m_files.Exists(made)) {
+            if (tries == Tries || !m_files.Exists(path) || !m_files.Exists(made)) {
                 throw;
             }
+            present.push_back(name);
+            continue;
         }
+        for (const Text& left : present) {
+            if (names::IsUnfinishedArchive(left) && left != paths::FileName(made)) {
+                m_files.DeleteAbandonedFolder(paths::Join(parent, left, delimiter));
+            }
+        }
+        return path;
     }
 }
 
@@ -108,10 +164,9 @@ Text StandaloneArchiver::BeginArchive(std::string_view path) {
         const char delimiter = m_files.Delimiter();
         const Text parent = names::ArchivesOf(path, delimiter);
         const Text folder = paths::Join(parent, names::UnfinishedArchiveName(), delimiter);
-        m_files.MakeFolder(parent);
         m_begun[key] = {folder, {}};
-        m_files.MakeFolder(folder);
-        m_files.CopyAllForArchive(sources, folder);
+        m_files.MakeKeptFolder(folder);
+        CopyAll(sources, folder, path);
         return {};
     } catch (const std::exception& failure) {
         Text description = Describe(AsError(failure, "ArchiveApplication"), path);
@@ -121,6 +176,7 @@ Text StandaloneArchiver::BeginArchive(std::string_view path) {
 }
 
 Text StandaloneArchiver::NameArchive(std::string_view path) {
+    m_listings.clear();
     try {
         Begun& begun = m_begun.at(Text(path));
         begun.name = TakeName(begun.folder, paths::Folder(begun.folder));
@@ -133,6 +189,7 @@ Text StandaloneArchiver::NameArchive(std::string_view path) {
 }
 
 void StandaloneArchiver::DropArchive(std::string_view path) noexcept {
+    m_listings.clear();
     try {
         const auto found = m_begun.find(Text(path));
         if (found == m_begun.end()) {
@@ -145,12 +202,17 @@ void StandaloneArchiver::DropArchive(std::string_view path) noexcept {
             m_files.Rename(begun.name, begun.folder);
         }
         m_files.RemoveFolder(begun.folder);
+        // Those above it go too where there never was an archive in them.
+        const Text parent(paths::Folder(begun.folder));
+        m_files.RemoveEmptyFolder(parent);
+        m_files.RemoveEmptyFolder(paths::Folder(parent));
     } catch (...) {
         // A whole archive stays, or one without a name. The failure that led here is the one to tell.
     }
 }
 
 Text StandaloneArchiver::ArchiveApplication(std::string_view path) {
+    m_listings.clear();
     Text failure = BeginArchive(path);
     if (failure.empty()) {
         failure = Settled(path);

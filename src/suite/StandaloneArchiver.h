@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "platform/Files.h"
@@ -21,13 +22,20 @@ public:
     void DropArchive(std::string_view path) noexcept override;
 
 private:
+    /// Names of a folder's entries, and before each of them the same in capitals, which they are ordered by.
+    using Listing = std::vector<std::pair<Text, Text>>;
+    /// That of a folder that holds templates. One serves all archives that are begun together.
+    const Listing& ListingOf(const Text& folder);
     /// The template, its view files and its change files, as far as they are there.
     std::vector<Text> FilesOf(std::string_view templatePath);
+    /// Copies the application's files; what turns out to be no file is none of them.
+    void CopyAll(std::vector<Text> sources, const Text& folder, std::string_view templatePath);
     /// Whether a file is there; a folder or FIFO that only bears a file's name is none of the application's.
     bool IsFile(const Text& path);
-    /// A folder name that is not taken yet.
-    Text FreeName(std::string_view parent);
-    /// Gives the finished folder a name that is free, and returns it.
+    /// Name of an archive of this moment that is not among those present.
+    Text FreeName(const std::vector<Text>& present);
+    /// Gives the finished folder a name that is free, and returns its path. What earlier programs have left
+    /// unfinished beside it goes.
     Text TakeName(const Text& made, std::string_view parent);
     /// Settles what is begun or named; what failed, with the archive dropped.
     Text Settled(std::string_view path);
@@ -41,7 +49,8 @@ private:
     Files& m_files;
     Clock& m_clock;
     const Locale& m_locale;
-    std::map<Text, Begun> m_begun;  // by template
+    std::map<Text, Begun> m_begun;       // by template
+    std::map<Text, Listing> m_listings;  // by folder, until the first archive gets its name
 };
 
 }  // namespace kd

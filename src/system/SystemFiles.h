@@ -20,6 +20,7 @@ class Unsettled;
 #else
 namespace posix {
 class Descriptor;
+struct KeptFolders;
 class Unsettled;
 }  // namespace posix
 #endif
@@ -37,20 +38,30 @@ public:
     bool IsRegularFile(std::string_view path) override;
     std::string Read(std::string_view path) override;
     void Read(std::string_view path, std::string& bytes) override;
-    std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) override;
+    using Files::OpenForOutput;
+    std::unique_ptr<OutputFile> OpenForOutput(std::string_view path, Patience patience) override;
     std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) override;
     void CopyFile(std::string_view source, std::string_view target) override;
 #ifndef _WIN32
     std::string ReadEnd(std::string_view path, std::size_t count) override;
     void MoveOver(std::string_view source, std::string_view target) override;
-    void MoveSettled(std::string_view source, std::string_view target) override;
 #endif
+    void MoveSettled(std::string_view source, std::string_view target) override;
     void Settle() override;
+#ifdef _WIN32
+    bool SettlesTogether() const noexcept override {
+        return false;
+    }  // a plain user cannot flush a volume
+#endif
     void DeleteFile(std::string_view path) override;
     void DeleteAbandoned(std::string_view path) noexcept override;
     void ReplaceFile(std::string_view path, std::string_view bytes) override;
     std::vector<Text> FolderEntries(std::string_view folder) override;
     void MakeFolder(std::string_view folder) override;
+#ifndef _WIN32
+    void MakeKeptFolder(std::string_view folder) override;
+    void DeleteAbandonedFolder(std::string_view folder) noexcept override;
+#endif
     void CopyForArchive(std::string_view source, std::string_view target) override;
 #ifndef _WIN32
     void CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) override;
@@ -58,6 +69,7 @@ public:
     void Rename(std::string_view from, std::string_view to) override;
     void FlushFolder(std::string_view folder) override;
     void RemoveFolder(std::string_view folder) override;
+    void RemoveEmptyFolder(std::string_view folder) noexcept override;
 
 private:
 #ifndef _WIN32  // there the file system itself looks regardless of case
@@ -78,6 +90,7 @@ private:
     std::unique_ptr<windows::Unsettled> m_unsettled;
 #else
     std::unique_ptr<posix::Unsettled> m_unsettled;
+    std::unique_ptr<posix::KeptFolders> m_keptFolders;
 #endif
 };
 

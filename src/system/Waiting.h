@@ -8,10 +8,9 @@ namespace kd::waiting {
 /// A virus scanner, an indexer or a backup holds a file for a moment: what is refused for that reason is
 /// tried again after each of these pauses, then the refusal stands.
 inline constexpr std::uint32_t GlanceInMilliseconds[] = {10, 20, 40, 80, 160};
-/// A file that another program keeps for a save of its own is waited for as long as a save takes, which
-/// shares its flushes with others and may meet a disk that is busy with something else: so often, and so long
-/// each time.
-inline constexpr int PausesForASave = 500;
+/// A file that another program keeps for a save of its own is waited for as long as a save takes: so often,
+/// and so long each time.
+inline constexpr int PausesForASave = 100;
 inline constexpr std::uint32_t PauseForASaveInMilliseconds = 10;
 
 /// Lets that time pass. Tests put one of their own in its place, so that none of them sleeps.

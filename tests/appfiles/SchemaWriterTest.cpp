@@ -404,8 +404,8 @@ TEST(SaveSchemaTest, TheTemporaryFileIsKeptFromOtherProgramsUntilItStandsInTheTa
             bool& kept;
         };
         using FailingFiles::FailingFiles;
-        std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) override {
-            return std::make_unique<Kept>(FailingFiles::OpenForOutput(path), isKept);
+        std::unique_ptr<OutputFile> OpenForOutput(std::string_view path, Patience patience) override {
+            return std::make_unique<Kept>(FailingFiles::OpenForOutput(path, patience), isKept);
         }
         bool isKept = false;
     };

@@ -87,9 +87,10 @@ public:
         Do("Read", path, [&] { bytes = m_disk.Read(path); });
         return bytes;
     }
-    std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) override {
+    using Files::OpenForOutput;
+    std::unique_ptr<OutputFile> OpenForOutput(std::string_view path, Patience patience) override {
         std::unique_ptr<OutputFile> file;
-        Do("OpenForOutput", path, [&] { file = m_disk.OpenForOutput(path); });
+        Do("OpenForOutput", path, [&] { file = m_disk.OpenForOutput(path, patience); });
         return std::make_unique<Output>(*this, std::move(file), Text(path));
     }
     std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) override {
@@ -109,6 +110,7 @@ public:
     void Settle() override {
         Do("Settle", "", [&] { m_disk.Settle(); });
     }
+    bool SettlesTogether() const noexcept override { return m_disk.SettlesTogether(); }
     void DeleteFile(std::string_view path) override {
         Do("DeleteFile", path, [&] { m_disk.DeleteFile(path); });
     }
@@ -131,6 +133,13 @@ public:
     }
     void FlushFolder(std::string_view folder) override {
         Do("FlushFolder", folder, [&] { m_disk.FlushFolder(folder); });
+    }
+    void RemoveEmptyFolder(std::string_view folder) noexcept override { m_disk.RemoveEmptyFolder(folder); }
+    void DeleteAbandonedFolder(std::string_view folder) noexcept override {
+        m_disk.DeleteAbandonedFolder(folder);
+    }
+    void MakeKeptFolder(std::string_view folder) override {
+        Do("MakeFolder", folder, [&] { m_disk.MakeKeptFolder(folder); });
     }
     void RemoveFolder(std::string_view folder) override {
         Do("RemoveFolder", folder, [&] { m_disk.RemoveFolder(folder); });
@@ -157,6 +166,9 @@ private:
         void CloseForSettling() override {
             const auto close = [&] { m_file->CloseForSettling(); };
             m_files.Do("Close", m_path, close, close);
+        }
+        FileIdentity TakeRightsOf(std::string_view path) noexcept override {
+            return m_file->TakeRightsOf(path);
         }
         void LetOthersIn() noexcept override { m_file->LetOthersIn(); }
 

@@ -95,7 +95,8 @@ public:
         }
         return found->second.bytes;
     }
-    std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) override {
+    using Files::OpenForOutput;
+    std::unique_ptr<OutputFile> OpenForOutput(std::string_view path, Patience) override {
         Step("OpenForOutput", path);
         CheckFolder(path);
         CheckWritable("OpenForOutput", m_files.find(Text(path)), path);
@@ -192,6 +193,23 @@ public:
             m_files.erase(found);
         }
     }
+    void RemoveEmptyFolder(std::string_view folder) noexcept override {
+        const Text path(folder);
+        const bool isFull =
+            std::any_of(m_files.begin(), m_files.end(),
+                        [&](const auto& file) { return file.first.starts_with(path + "/"); }) ||
+            std::any_of(m_folders.begin(), m_folders.end(),
+                        [&](const Text& inner) { return inner.starts_with(path + "/"); });
+        if (!isFull) {
+            m_folders.erase(path);
+        }
+    }
+    void DeleteAbandonedFolder(std::string_view folder) noexcept override {
+        const Text prefix = Text(folder) + "/";
+        std::erase_if(m_files, [&](const auto& file) { return file.first.starts_with(prefix); });
+        std::erase_if(m_folders,
+                      [&](const Text& path) { return path == folder || path.starts_with(prefix); });
+    }
     void RemoveFolder(std::string_view folder) override {
         Step("RemoveFolder", folder);
         const Text prefix = Text(folder) + "/";
@@ -218,6 +236,10 @@ private:
             m_memory.m_files[m_path].bytes += bytes;
         }
         void Flush() override { m_memory.Step("Flush", m_path); }
+        FileIdentity TakeRightsOf(std::string_view path) noexcept override {
+            const auto found = m_memory.Find(path);
+            return {1, found == m_memory.m_files.end() ? 0 : std::hash<Text>()(found->first)};
+        }
         void CloseForSettling() override {
             m_memory.m_unsettled.insert(m_path);
             Close();

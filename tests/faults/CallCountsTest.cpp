@@ -1,66 +1,17 @@
-#ifdef __linux__
-
 #include "commit/GroupCommit.h"
-#include "faults/RealFolder.h"
+#include "faults/Applications.h"
+#ifdef __linux__
 #include "system/posix/FailingCalls.h"
+#endif
+#ifdef _WIN32
+#include "system/windows/FilesWindows.h"
+#include "system/windows/WindowsApi.h"
+#endif
 
 namespace kd {
 namespace {
 
-/// Several applications of the same shape in one folder, over the machine's own files.
-class Applications {
-public:
-    Applications(std::int32_t count, std::int32_t views) : m_count(count), m_views(views) {
-        std::filesystem::remove_all(m_folder.path);
-        std::filesystem::create_directory(m_folder.path);
-        for (std::int32_t application = 1; application <= count; ++application) {
-            std::string text = "[VIEWS]\r\n";
-            for (std::int32_t view = 1; view < views; ++view) {
-                text += "   VIEW         = " + std::to_string(view) + ",view\r\n";
-                Put(paths::ChangeExtension(Template(application), ".V" + Digits(view)),
-                    CommitScene::OriginalText(view));
-            }
-            Put(Template(application), text + "\r\n" + CommitScene::OriginalText(1));
-        }
-        scene.g.gMasterFiles = std::make_shared<cMasterFiles>();
-        for (std::int32_t application = 1; application <= count; ++application) {
-            (void)scene.g.gMasterFiles->Add(Template(application), true);
-        }
-        modKDLimitDesk::LoadRuleCatalogue(scene.g);
-        modKDLimitDesk::BuildColumnCatalogue(scene.g);
-        SetupGridColumns(scene.desk);
-    }
-    void Load() { LoadApplications(scene.desk); }
-    /// One changed cell in each view.
-    void EditEach(std::string_view limit) {
-        for (std::int32_t row = 1; row <= scene.g.gFields->Count(); row += CommitScene::PerView) {
-            scene.Edit(row, CommitScene::UslColumn, limit);
-        }
-    }
-    void Commit() {
-        scene.toolkit.boxes.clear();
-        scene.Commit();
-        ASSERT_EQ(scene.toolkit.boxes.size(), 1U) << scene.toolkit.boxes.front();
-        EXPECT_EQ(scene.toolkit.boxes.front().text,
-                  Digits(m_count * m_views) + " File(s) have been modified.");
-    }
-    std::int32_t Files() const { return m_count * m_views; }
-
-private:
-    Text Template(std::int32_t application) const {
-        return m_folder.path + "/application" + Digits(application) + ".kdt";
-    }
-    static void Put(const Text& path, const std::string& bytes) {
-        std::ofstream(path, std::ios::binary) << bytes;
-    }
-
-    std::int32_t m_count;
-    std::int32_t m_views;
-    RealFolder m_folder;
-
-public:
-    CommitScene scene{m_folder.files, m_folder.path};
-};
+#ifdef __linux__
 
 std::ptrdiff_t CountOf(const FailingCalls& calls, const std::set<std::string>& names) {
     return std::count_if(calls.Calls().begin(), calls.Calls().end(),
@@ -71,8 +22,8 @@ std::ptrdiff_t Flushes(const FailingCalls& calls) {
 }
 /// Calls that name a file: over a network each of them is a round trip.
 std::ptrdiff_t Naming(const FailingCalls& calls) {
-    return CountOf(calls, {"open", "stat", "lstat", "mkdir", "unlink", "rmdir", "opendir", "rename",
-                           "renameat2", "mkostemp"});
+    return CountOf(calls,
+                   {"open", "stat", "lstat", "mkdir", "unlink", "rmdir", "opendir", "rename", "renameat2"});
 }
 
 void ExpectFewFlushes(std::int32_t count, std::int32_t views) {
@@ -101,6 +52,43 @@ TEST(CallCountsTest, ACommitFlushesTwiceForEachGroupAndThreeTimesBesides) {
     }
 }
 
+TEST(CallCountsTest, OnADriveThatOneFlushDoesNotReachEachFileAndEachNameIsFlushedByItself) {
+    Applications applications(2, 2);
+    applications.Load();
+    applications.EditEach("50");
+    FailingCalls calls;
+    calls.FailEach("fstatfs", EIO);  // what cannot be asked is not trusted
+    applications.Commit();
+    EXPECT_EQ(CountOf(calls, {"syncfs"}), 0);
+    const Text& folder = applications.scene.Folder();
+    const auto flushed = [&](const auto& isMeant) {
+        return std::count_if(calls.Flushed().begin(), calls.Flushed().end(), isMeant);
+    };
+    const auto endsIn = [&](const Text& ending) {
+        return flushed([&](const std::string& path) { return path.ends_with(ending); });
+    };
+    EXPECT_EQ(flushed([&](const std::string& path) {
+                  return path.find("/.kdsave-") != Text::npos || path.ends_with(".temp");
+              }),
+              4)
+        << "the new texts";
+    for (const char* const name : {"application1", "application2"}) {
+        for (const char* const extension : {".kdt", ".V1"}) {
+            EXPECT_EQ(flushed([&](const std::string& path) {
+                          return path.find("/.unfinished-") != Text::npos &&
+                                 path.ends_with(Text("/") + name + extension);
+                      }),
+                      1)
+                << "a copy of the archive";
+        }
+        EXPECT_EQ(endsIn(Text("/Archive/") + name), 2) << "made, and with the archive's name";
+        EXPECT_EQ(endsIn(Text("/") + name + ".KDL"), 1);
+        EXPECT_EQ(endsIn(Text("/") + name + ".KDM"), 1);
+    }
+    EXPECT_EQ(endsIn(folder), 2) << "the folder of the archives, and the names that the texts have taken";
+    EXPECT_EQ(endsIn("/Archive"), 1);
+}
+
 TEST(CallCountsTest, ALoadNamesEachFileOnce) {
     Applications applications(20, 6);
     FailingCalls calls;
@@ -121,7 +109,71 @@ TEST(CallCountsTest, ACommitOfSixViewsInThreeApplicationsNamesFilesAHundredAndFi
     }
 }
 
-}  // namespace
-}  // namespace kd
+#endif
+
+#ifdef _WIN32
+
+/// Counts what is flushed for the length of a scope, by its kind.
+class CountedFlushes {
+public:
+    CountedFlushes() {
+        texts = changeFiles = archives = others = 0;
+        m_before = std::exchange(windows::FlushBuffers, &Count);
+    }
+    ~CountedFlushes() { windows::FlushBuffers = m_before; }
+    CountedFlushes(const CountedFlushes&) = delete;
+    CountedFlushes& operator=(const CountedFlushes&) = delete;
+
+    static inline int texts = 0;
+    static inline int changeFiles = 0;
+    static inline int archives = 0;
+    static inline int others = 0;
+
+private:
+    static int Count(windows::RawHandle file) {
+        std::wstring wide(1000, L'\0');
+        wide.resize(::GetFinalPathNameByHandleW(file, wide.data(), static_cast<DWORD>(wide.size()), 0));
+        const Text path = windows::Narrow(wide);
+        if (path.find("\\Archive") != Text::npos) {
+            ++archives;
+        } else if (path.ends_with(".KDL") || path.ends_with(".KDM")) {
+            ++changeFiles;
+        } else if (path.ends_with(".temp") || path.find("\\.kdsave-") != Text::npos) {
+            ++texts;
+        } else {
+            ++others;
+        }
+        return m_before(file);
+    }
+
+    static inline int (*m_before)(windows::RawHandle) = nullptr;
+};
+
+TEST(CallCountsTest, ACommitFlushesEachNewTextOnceAndTheChangeFilesOfAGroupOnce) {
+    struct Case {
+        std::int32_t applications;
+        std::int32_t views;
+        int groups;
+    };
+    for (const Case& c : {Case{1, 1, 1}, Case{1, 17, 2}, Case{20, 1, 20}, Case{5, 6, 5}}) {
+        SCOPED_TRACE(Digits(c.applications) + " applications of " + Digits(c.views) + " views");
+        Applications applications(c.applications, c.views);
+        applications.Load();
+        applications.EditEach("50");
+        const CountedFlushes counted;
+        applications.Commit();
+        EXPECT_EQ(counted.texts, applications.Files());
+        EXPECT_EQ(counted.changeFiles, 2 * c.groups);
+        EXPECT_LE(counted.archives, applications.Files() + c.applications)
+            << "each file, and its folder's name";
+        EXPECT_EQ(counted.others, 0);
+        std::cout << c.applications << " applications of " << c.views << " views: " << counted.texts
+                  << " flushes of new texts, " << counted.changeFiles << " of change files, "
+                  << counted.archives << " of archives" << std::endl;
+    }
+}
 
 #endif
+
+}  // namespace
+}  // namespace kd

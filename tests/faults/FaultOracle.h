@@ -137,18 +137,39 @@ private:
             outcomes[at] = operation == "CopyFile" ? Outcome::NotOverwritten : Outcome::Done;
             return;
         }
-        End(isMoved ? Text("Settle") : operation);
-        for (std::size_t other = at; operation != "Settle" && other < outcomes.size(); ++other) {
-            outcomes[other] = other == at ? Outcome::ReportFailed : Outcome::Untouched;
+        const bool isSettling = operation == "Settle";
+        if (isSettling && !m_forGood) {
+            return;  // each file by itself is on the disk
         }
+        End(isMoved || isSettling ? FailingCheck(view) : operation);
+        for (std::size_t other = 0; other < outcomes.size(); ++other) {
+            if (other < at) {
+                outcomes[other] = m_forGood ? Outcome::ReportFailed : Outcome::Done;
+            } else if (!isSettling || other == at) {
+                outcomes[other] = other == at ? Outcome::ReportFailed : Outcome::Untouched;
+            }
+        }
+    }
+    /// What fails first when all that has been done up to a view is asked for by itself. Before the first
+    /// record that is the folder; one that may not be listed is passed over, and the log cannot be opened.
+    Text FailingCheck(std::int32_t view) const {
+        return view == 0 && m_kind != FailingFiles::Kind::PermissionDenied ? "FlushFolder" : "OpenForAppend";
     }
 
     /// The archive fails, now or in the try of its own that follows.
     void NoArchive(const std::vector<Step>& steps, std::size_t at) {
         const bool isNow = CountOf(steps, at, "OpenForOutput") == 0;
-        const auto failed = std::find_if(
+        auto failed = std::find_if(
             steps.begin() + static_cast<std::ptrdiff_t>(at), steps.end(),
             [&](const Step& step) { return step.failed && (isNow || step.operation == "FolderEntries"); });
+        // What can neither be copied nor read is no file of the application, up to the template.
+        using Kind = FailingFiles::Kind;
+        const bool passesOver = m_kind == Kind::NotFound || m_kind == Kind::PermissionDenied;
+        for (auto later = failed; m_forGood && passesOver && later != steps.end(); ++later) {
+            if (failed->operation == "CopyForArchive" && later->operation == "CopyForArchive") {
+                failed = later;
+            }
+        }
         archived = false;
         boxes.push_back({"The following error occured while creating an archive of '" + m_scene.path +
                              "'\r\nError " + Failure() + "\r\n" + failed->path,

@@ -196,6 +196,48 @@ TEST_F(LimitsTest, LinksModeAndOtherNamesOfATargetStay) {
     EXPECT_EQ(static_cast<unsigned>(fs::status(scene.FilePath(3)).permissions()), 0640U);
 }
 
+/// How often a file has been saved, by the revision in its header.
+Text RevisionOf(const Text& path) {
+    const std::string text = RealFolder::Get(path);
+    const std::size_t from = text.find("7.");
+    return text.substr(from, text.find("\r\n", from) - from);
+}
+
+TEST_F(LimitsTest, TwoNamesOfOneFileInACommitAreSavedOneAfterTheOther) {
+    enum class Name : std::uint8_t { OfAFolder, Soft, Hard };
+    for (const Name kind : {Name::OfAFolder, Name::Soft, Name::Hard}) {
+        SCOPED_TRACE(static_cast<int>(kind));
+        folder.PutAll();
+        const Text first = folder.path + "/plant.kdt";
+        Text second = folder.path + "/second.kdt";
+        if (kind == Name::OfAFolder) {
+            fs::create_directory_symlink(folder.path, folder.path + "/other");
+            second = folder.path + "/other/plant.kdt";
+        } else if (kind == Name::Soft) {
+            fs::create_symlink("plant.kdt", second);
+        } else {
+            fs::create_hard_link(first, second);
+        }
+        for (const bool isTurned : {false, true}) {
+            CommitScene twice(folder.files, folder.path);
+            twice.Load();
+            twice.EditAll(isTurned ? "40" : "50");
+            // The view beside the template becomes the template by its other name.
+            twice.g.gFiles->Ref(2).SetViewNo(0);
+            twice.g.gFiles->Ref(2).SetFilename(second);
+            if (isTurned) {
+                twice.g.gFiles->Ref(1).SetFilename(second);
+                twice.g.gFiles->Ref(2).SetFilename(first);
+            }
+            twice.Commit();
+            EXPECT_EQ(twice.toolkit.boxes, Boxes{AllSaved});
+            EXPECT_EQ(RevisionOf(first), isTurned ? "7.004" : "7.002") << "the second is made from the first";
+            EXPECT_EQ(RealFolder::Get(first), RealFolder::Get(second));
+            EXPECT_NE(RealFolder::Get(first).find("= v1x1\r\n"), std::string::npos);
+        }
+    }
+}
+
 TEST_F(LimitsTest, ALinkPlantedUnderTheTemporaryNameIsNotWrittenThrough) {
     const Text victim = folder.path + "/victim";
     std::ofstream(victim, std::ios::binary) << "precious";

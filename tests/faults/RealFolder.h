@@ -186,7 +186,11 @@ public:
         }
         for (const auto& entry : std::filesystem::directory_iterator(m_folder.path)) {
             const Text name = entry.path().filename().string();
-            EXPECT_EQ(names::WaitsFor(name), "") << name << " is left though its file is whole";
+            EXPECT_FALSE(name.starts_with(".kdsave-")) << name << " is left though its file is whole";
+        }
+        for (const auto& entry : std::filesystem::directory_iterator(m_folder.path + "/Archive/plant")) {
+            const Text name = entry.path().filename().string();
+            EXPECT_FALSE(name.starts_with(".unfinished-")) << name << " is left though there is a whole one";
         }
     }
 

@@ -175,5 +175,36 @@ TEST(TwoProgramsTest, ATemporaryFileThatAnotherProgramHoldsIsNotTaken) {
     }
 }
 
+TEST(TwoProgramsTest, WhatAnotherProgramHoldsIsWaitedForWhenTheOthersOfItsGroupAreThrough) {
+    const Text extension = ".kdt6";  // the template has a temporary file of its own
+    const RealFolder folder(extension);
+    SystemFiles other(CodePage::Of(1252));
+    CommitScene scene(folder.files, folder.path, extension);
+    scene.Load();
+    scene.EditAll();
+    static std::unique_ptr<OutputFile> held;
+    static int pauses;
+    static std::function<bool()> isFirstThrough;
+    held = other.OpenForOutput(scene.TemporaryPath(1));
+    pauses = 0;
+    isFirstThrough = [&] {
+        const Text record = CommitScene::LogLine(0, 1, CommitScene::UslColumn);
+        return !scene.ChangesMade(0) && RealFolder::Get(scene.LogPath()).find(record) != Text::npos;
+    };
+    const auto pause = std::exchange(waiting::Pause, [](std::uint32_t) {
+        EXPECT_TRUE(isFirstThrough());
+        if (++pauses == 3) {
+            held.reset();
+        }
+    });
+    scene.Commit();
+    waiting::Pause = pause;
+    isFirstThrough = nullptr;
+    EXPECT_EQ(pauses, 3);
+    EXPECT_EQ(scene.toolkit.boxes,
+              (std::vector<ScriptedToolkit::Box>{
+                  {"4 File(s) have been modified.", BoxIcon::Information, "KDLimitDesk"}}));
+}
+
 }  // namespace
 }  // namespace kd

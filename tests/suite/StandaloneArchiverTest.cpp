@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/ApplicationNames.h"
 #include "fakes/FailingFiles.h"
 #include "fakes/FakeServices.h"
 #include "fakes/MemoryFiles.h"
@@ -89,15 +90,16 @@ TEST_F(StandaloneArchiverTest, ANameThatAnotherProgramTakesAtTheLastMomentIsLeft
     bool taken = false;
     // The question whether the name is free is behind it, its use is still to come.
     late.OnDone = [&](const FailingFiles::Step& step) {
-        if (step.operation == "Exists" && step.path == "/a/Archive/plant/2026-03-04_05-06-07" && !taken) {
+        if (step.operation == "FolderEntries" && step.path == "/a/Archive/plant") {
             taken = true;
-            files.Put(step.path + "/plant.kdt", "another's");
+            files.Put(step.path + "/2026-03-04_05-06-07/plant.kdt", "another's");
         }
     };
     EXPECT_EQ(StandaloneArchiver(late, clock, locale).ArchiveApplication("/a/plant.kdt"), "");
     EXPECT_EQ(files.Get("/a/Archive/plant/2026-03-04_05-06-07/plant.kdt"), "another's");
     EXPECT_FALSE(files.Has("/a/Archive/plant/2026-03-04_05-06-07/plant.V1"));
     EXPECT_EQ(files.Get("/a/Archive/plant/2026-03-04_05-06-07_2/plant.kdt"), "template");
+    EXPECT_TRUE(taken);
     EXPECT_EQ(Archived().size(), 6U) << "nothing unfinished stays";
 }
 
@@ -110,7 +112,8 @@ TEST_F(StandaloneArchiverTest, TheFolderGetsItsNameWhenAllIsInItAndSettled) {
     EXPECT_EQ(
         std::count_if(log.begin(), renamed, [](const Text& l) { return l.rfind("CopyForArchive ", 0) == 0; }),
         5);
-    EXPECT_EQ(*(renamed - 1), "Settle ");
+    EXPECT_EQ(*(renamed - 2), "Settle ");
+    EXPECT_EQ(*(renamed - 1), "FolderEntries /a/Archive/plant") << "for a name that is free";
     EXPECT_EQ(Names(renamed + 1, log.end()), Names{"Settle "});
 }
 
@@ -170,11 +173,71 @@ TEST_F(StandaloneArchiverTest, ATemplateThatIsNoFileIsAFailure) {
 }
 
 TEST_F(StandaloneArchiverTest, AFileThatTheDiskDeniesForAMomentIsNotLeftOut) {
+    files.onStep = [](const Text& step) {
+        if (step.starts_with("CopyForArchive ") && step.ends_with("plant.KDM")) {
+            throw cError(errDevice, "MemoryFiles.CopyForArchive");
+        }
+    };
     FailingFiles failing(files);
-    failing.FailAt(2, FailingFiles::Kind::Device, false);  // the listing, then the first file
-    EXPECT_EQ(StandaloneArchiver(failing, clock, locale).ArchiveApplication("/a/plant.kdt"), "");
-    ASSERT_EQ(failing.Steps().at(1).operation, "IsRegularFile");
-    EXPECT_EQ(Archived().size(), 5U);
+    failing.FailAt(5, FailingFiles::Kind::Device, false);  // what kind of file it is, asked behind its copy
+    EXPECT_EQ(StandaloneArchiver(failing, clock, locale).ArchiveApplication("/a/plant.kdt"),
+              "Error 57: Device I/O error\r\n/a/plant.KDM");
+    ASSERT_EQ(failing.Steps().at(4).operation, "IsRegularFile");
+    EXPECT_EQ(Archived().size(), 0U);
+}
+
+TEST_F(StandaloneArchiverTest, AWholeFolderIsListedOnceForAllThatAreBegunTogether) {
+    files.Put("/a/mill.kdt", "another");
+    files.Put("/b/silo.kdt", "elsewhere");
+    StandaloneArchiver archiver(files, clock, locale);
+    const auto listings = [&](const Text& folder) {
+        return std::count(files.Log().begin(), files.Log().end(), "FolderEntries " + folder);
+    };
+    for (const char* path : {"/a/plant.kdt", "/b/silo.kdt", "/a/mill.kdt"}) {
+        EXPECT_EQ(archiver.BeginArchive(path), "");
+    }
+    EXPECT_EQ(listings("/a"), 1);
+    EXPECT_EQ(listings("/b"), 1);
+    for (const char* path : {"/a/plant.kdt", "/b/silo.kdt", "/a/mill.kdt"}) {
+        EXPECT_EQ(archiver.NameArchive(path), "");
+    }
+    files.Put("/a/plant.V3", "three");
+    EXPECT_EQ(archiver.BeginArchive("/a/plant.kdt"), "");
+    EXPECT_EQ(archiver.NameArchive("/a/plant.kdt"), "");
+    EXPECT_TRUE(files.Has("/a/Archive/plant/2026-03-04_05-06-07_2/plant.V3"))
+        << "the next ones are looked for anew";
+}
+
+TEST_F(StandaloneArchiverTest, WhatAnotherProgramHasLeftUnfinishedGoesWhenAnArchiveHasItsName) {
+    const Text left = "/a/Archive/plant/" + names::UnfinishedArchiveName();
+    const Text mine = "/a/Archive/plant/.unfinished-mine/notes";
+    files.Put(left + "/plant.kdt", "half");
+    files.Put(mine, "no program's");
+    StandaloneArchiver archiver(files, clock, locale);
+    EXPECT_EQ(archiver.BeginArchive("/a/plant.kdt"), "");
+    EXPECT_TRUE(files.Has(left + "/plant.kdt")) << "there is no whole one yet";
+    EXPECT_EQ(archiver.NameArchive("/a/plant.kdt"), "");
+    EXPECT_FALSE(files.Exists(left));
+    EXPECT_TRUE(files.Has(mine));
+    EXPECT_EQ(Archived().size(), 6U);
+}
+
+TEST_F(StandaloneArchiverTest, AFolderOfArchivesThatMayNotBeListedGetsOneAllTheSame) {
+    EXPECT_EQ(Archive("/a/plant.kdt"), "");
+    files.FailOn("FolderEntries", "/Archive/plant", errPermissionDenied);
+    EXPECT_EQ(Archive("/a/plant.kdt"), "");
+    EXPECT_TRUE(files.Has("/a/Archive/plant/2026-03-04_05-06-07_2/plant.kdt"));
+}
+
+TEST_F(StandaloneArchiverTest, AnArchiveThatIsDroppedLeavesNoEmptyFolders) {
+    StandaloneArchiver archiver(files, clock, locale);
+    EXPECT_EQ(archiver.BeginArchive("/a/plant.kdt"), "");
+    archiver.DropArchive("/a/plant.kdt");
+    EXPECT_FALSE(files.Exists("/a/Archive"));
+    EXPECT_EQ(archiver.ArchiveApplication("/a/plant.kdt"), "");
+    EXPECT_EQ(archiver.BeginArchive("/a/plant.kdt"), "");
+    archiver.DropArchive("/a/plant.kdt");
+    EXPECT_EQ(Archived().size(), 5U) << "nor takes it another's away";
 }
 
 TEST_F(StandaloneArchiverTest, AFolderThatBearsAViewsNameIsLeftOut) {

@@ -1,6 +1,7 @@
 #include "system/posix/FilesPosix.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 
 #include <cerrno>
 #include <string>
@@ -59,6 +60,16 @@ void Raise(const char* operation, std::string_view path, int code) {
 bool IsPresent(const Text& path) noexcept {
     struct stat status {};
     return ::lstat(path.c_str(), &status) == 0;
+}
+
+bool IsStillThere(int fd, const Text& path, struct stat& open) noexcept {
+    struct stat named {};
+    return ::fstat(fd, &open) == 0 && ::lstat(path.c_str(), &named) == 0 && open.st_dev == named.st_dev &&
+           open.st_ino == named.st_ino;
+}
+
+bool Keep(int fd) noexcept {
+    return ::flock(fd, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
 int Open(const Text& path, int flags, mode_t mode) {

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -40,6 +41,11 @@ private:
     int m_fd;
 };
 
+/// Folders that are kept from other programs as long as they are open here, by path.
+struct KeptFolders {
+    std::map<Text, Descriptor> open;
+};
+
 /// A folder's listing, closed at the end of the scope.
 struct CloseListing {
     void operator()(DIR* listing) const noexcept { (void)::closedir(listing); }
@@ -48,6 +54,13 @@ using Listing = std::unique_ptr<DIR, CloseListing>;
 
 /// Whether something stands at the path, be it a link to nowhere; errno says why not.
 bool IsPresent(const Text& path) noexcept;
+
+/// Whether the open file or folder is still the one of that name; `open` tells about it.
+bool IsStillThere(int fd, const Text& path, struct stat& open) noexcept;
+
+/// Keeps an open file or folder from other programs that ask the same, as long as it is open; false where one
+/// of them keeps it. A file system without locks keeps nothing, and says yes.
+bool Keep(int fd) noexcept;
 
 /// Raises the failure that `code` (an errno) stands for. A missing file in a missing folder is
 /// errPathNotFound.

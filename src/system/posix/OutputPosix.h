@@ -51,12 +51,12 @@ public:
         if (m_kind == Kind::Fresh) {
             m_unsettled.AddInFolder(m_file.Get(), m_path);  // no link is ever written through
         } else {
-            (void)m_unsettled.Add(m_file.Get(), m_path);  // noted or flushed, either will do
+            m_unsettled.AddOnce(m_file.Get(), m_path);
         }
         Close();
     }
-    void TakeRightsOf(std::string_view path) noexcept override {
-        (void)TakeOverRightsOf(m_file.Get(), Text(path));
+    FileIdentity TakeRightsOf(std::string_view path) noexcept override {
+        return TakeOverRightsOf(m_file.Get(), Text(path));
     }
 
     void LetOthersIn() noexcept override {

@@ -14,6 +14,7 @@
 #include <optional>
 #include <string>
 
+#include "base/ApplicationNames.h"
 #include "base/Scope.h"
 #include "system/posix/FilesPosix.h"
 #include "system/posix/UnsettledPosix.h"
@@ -32,13 +33,32 @@ Text FinalTarget(const Text& path) {
     return real ? Text(real.get()) : path;
 }
 
-/// A new file beside the target, under a name that nobody can foresee, not readable by others before it is
-/// done.
-Descriptor NewBeside(const Text& target, Text& name) {
+/// A new file beside the target, under a name that nobody can foresee and that tells what it is for, not
+/// readable by others before it is done. `lock` keeps it from those who look for what others have left
+/// behind.
+Descriptor NewBeside(const Text& target, Text& name, Descriptor& lock) {
     const auto slash = target.find_last_of('/');
     const Text folder = slash == Text::npos ? Text() : target.substr(0, slash + 1);
-    name = folder + ".kdsave-XXXXXX";
-    return Descriptor(::mkostemp(name.data(), O_CLOEXEC));
+    const Text file = target.substr(folder.size());
+    constexpr int Tries = 5;
+    for (int tries = 1;; ++tries) {
+        name = folder + names::WaitingName(file);
+        Descriptor made(Open(name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, 0600));
+        if (!made.IsOpen() && errno == ENAMETOOLONG) {
+            name = folder + names::WaitingName({});
+            made = Descriptor(Open(name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, 0600));
+        }
+        if (!made.IsOpen()) {
+            return made;
+        }
+        struct stat status {};
+        lock = Descriptor(::fcntl(made.Get(), F_DUPFD_CLOEXEC, 0));
+        const bool isKept = Keep(made.Get());
+        const bool isGone = ::fstat(made.Get(), &status) == 0 && status.st_nlink == 0;
+        if ((isKept && !isGone) || tries == Tries) {
+            return made;
+        }
+    }
 }
 
 /// Writes over an open file from its beginning, and flushes it. Returns 0 or an errno.
@@ -223,7 +243,8 @@ enum class Outcome { Done, NotPossibleHere };
 Outcome WriteBeside(const char* operation, const Text& target, std::string_view bytes,
                     const struct stat* present) {
     Text temporary;
-    Descriptor file = NewBeside(target, temporary);
+    Descriptor lock;
+    Descriptor file = NewBeside(target, temporary, lock);
     if (!file.IsOpen()) {
         if (present != nullptr && FolderForbids(errno)) {
             return Outcome::NotPossibleHere;
@@ -295,16 +316,21 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
     }
 }
 
-bool TakeOverRightsOf(int fd, const Text& path) noexcept {
+FileIdentity TakeOverRightsOf(int fd, const Text& path) noexcept {
+    struct stat present {};
     try {
-        struct stat present {};
         struct stat made {};
         const Descriptor file = OpenToReplace(path, present);
-        return file.IsOpen() && ::fstat(fd, &made) == 0 && IsOurs(made, present) &&
-               TakeOverRights(fd, file.Get(), present);
+        if (!file.IsOpen() && ::stat(path.c_str(), &present) != 0) {
+            return {};
+        }
+        if (file.IsOpen() && ::fstat(fd, &made) == 0 && IsOurs(made, present)) {
+            (void)TakeOverRights(fd, file.Get(), present);  // what cannot be given is given later
+        }
     } catch (...) {
-        return false;  // for want of memory: the rights are given later
+        return {};  // for want of memory
     }
+    return {present.st_dev, present.st_ino};
 }
 
 bool PutInPlace(const Text& source, const Text& target, Unsettled* settled) {
@@ -325,7 +351,7 @@ bool PutInPlace(const Text& source, const Text& target, Unsettled* settled) {
     }
     code = isReady ? 0 : Flush(file.Get());
     if (code == 0 && settled != nullptr) {
-        (void)settled->Add(file.Get(), source);
+        settled->AddName(file.Get(), target);
     }
     if (const int closed = file.Close(); code == 0) {
         code = closed;

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "base/Text.h"
+#include "platform/Files.h"
 
 namespace kd::posix {
 
@@ -32,8 +33,8 @@ class Unsettled;
 /// @throws cError as Files::CopyFile, with the target untouched and the source still there.
 bool PutInPlace(const Text& source, const Text& target, Unsettled* settled);
 
-/// Gives an open file of the user's own the owner, the mode and the list of rights of the file at `path`, as
-/// PutInPlace does; false where it would not.
-bool TakeOverRightsOf(int fd, const Text& path) noexcept;
+/// Gives an open file of the user's own the owner, the mode and the list of rights of the file at `path`
+/// where PutInPlace would do it. Returns which file that one is, by whatever name.
+FileIdentity TakeOverRightsOf(int fd, const Text& path) noexcept;
 
 }  // namespace kd::posix

@@ -49,7 +49,10 @@ private:
 
 }  // namespace
 
-SystemFiles::SystemFiles(const CodePage& page) : m_page(page), m_unsettled(std::make_unique<Unsettled>()) {
+SystemFiles::SystemFiles(const CodePage& page)
+    : m_page(page),
+      m_unsettled(std::make_unique<Unsettled>()),
+      m_keptFolders(std::make_unique<KeptFolders>()) {
     struct sigaction action {};
     if (::sigaction(SIGXFSZ, nullptr, &action) == 0 && (action.sa_flags & SA_SIGINFO) == 0 &&
         action.sa_handler == SIG_DFL) {
@@ -202,13 +205,6 @@ Descriptor OpenAnew(const Text& target) {
     return own;
 }
 
-/// Whether the open file is still the one of that name; `open` tells about it.
-bool IsStillThere(int fd, const Text& target, struct stat& open) noexcept {
-    struct stat named {};
-    return ::fstat(fd, &open) == 0 && ::lstat(target.c_str(), &named) == 0 && open.st_dev == named.st_dev &&
-           open.st_ino == named.st_ino;
-}
-
 /// A file that nobody else has in hand, emptied, and kept from others from here on.
 std::unique_ptr<OutputFile> EmptyOutput(Unsettled& unsettled, Descriptor file, const Text& target,
                                         const struct stat& status) {
@@ -229,22 +225,21 @@ constexpr int MostTries = waiting::PausesForASave + 1;
 
 }  // namespace
 
-std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
+std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path, Patience patience) {
     const Text target(path);
     struct stat status {};
     // At most once, whoever goes on making files of that name.
     bool hasRemoved = false;
     for (int tries = 1;; ++tries) {
         Descriptor file = OpenAnew(target);
-        // A file system without locks gives another errno: there the file is taken as it is.
-        const bool isKept = ::flock(file.Get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+        const bool isKept = !Keep(file.Get());
         // One that is gone was another program's, which has done with it.
         const bool isOurs = !isKept && IsStillThere(file.Get(), target, status);
         const bool isForeign = isOurs && status.st_uid != ::geteuid() && !hasRemoved;
         if (isOurs && !isForeign) {
             return EmptyOutput(*m_unsettled, std::move(file), target, status);
         }
-        if (tries >= MostTries) {
+        if (tries >= MostTries || (isKept && patience == Patience::None)) {
             throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, target);
         }
         if (isForeign) {
@@ -292,11 +287,7 @@ void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
 }
 
 void SystemFiles::MoveOver(std::string_view source, std::string_view target) {
-    // The new name is left to Settle, as in Rename; a folder that may not be listed may not be flushed.
-    const Text folder = paths::FolderToList(target);
-    if (const Descriptor open(Open(folder + "/.", O_RDONLY | O_DIRECTORY)); open.IsOpen()) {
-        (void)m_unsettled->Add(open.Get(), target);
-    }
+    m_unsettled->AddName(Text(target));
     if (!PutInPlace(Resolved(source), Resolved(target), nullptr)) {
         Files::MoveOver(source, target);
     }
@@ -308,7 +299,7 @@ void SystemFiles::MoveSettled(std::string_view source, std::string_view target) 
     if (!PutInPlace(Text(source), Text(target), m_unsettled.get())) {
         struct stat status {};
         const Descriptor file = OpenToRead(source, status);
-        (void)m_unsettled->Add(file.Get(), source);  // the name that the target gets is in the same folder
+        m_unsettled->AddName(file.Get(), Text(target));
         Files::MoveOver(source, target);
     }
 }

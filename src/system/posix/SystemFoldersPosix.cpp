@@ -1,5 +1,6 @@
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -71,19 +72,54 @@ std::vector<Text> SystemFiles::FolderEntries(std::string_view folder) {
     return names;
 }
 
-void SystemFiles::MakeFolder(std::string_view folder) {
-    const Text path(folder);
+namespace {
+
+/// Makes a folder and the missing ones above it; `made` gets the paths of those that were not there.
+void MakeAll(const Text& path, std::vector<Text>& made) {
     const auto make = [&path] { return ::mkdir(path.c_str(), 0777) == 0 ? 0 : errno; };
     int code = make();
     const auto slash = path.find_last_of('/');
     if (code == ENOENT && slash != Text::npos && slash > 0) {
-        MakeFolder(path.substr(0, slash));
+        MakeAll(path.substr(0, slash), made);
         code = make();
     }
-    if (code != 0) {
-        struct stat status {};  // an existing folder may also be one above which nobody may write
-        if (::stat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
-            Raise("MakeFolder", path, code == EEXIST ? EACCES : code);
+    if (code == 0) {
+        made.push_back(path);
+        return;
+    }
+    struct stat status {};  // an existing folder may also be one above which nobody may write
+    if (::stat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
+        Raise("MakeFolder", path, code == EEXIST ? EACCES : code);
+    }
+}
+
+}  // namespace
+
+void SystemFiles::MakeFolder(std::string_view folder) {
+    std::vector<Text> made;
+    MakeAll(Text(folder), made);
+}
+
+void SystemFiles::MakeKeptFolder(std::string_view folder) {
+    constexpr int Tries = 5;
+    const Text path(folder);
+    for (int tries = 1;; ++tries) {
+        std::vector<Text> names;
+        MakeAll(path, names);
+        Descriptor made(Open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
+        struct stat status {};
+        // Another program may have taken it for an abandoned one before it was kept.
+        if (made.IsOpen() && Keep(made.Get()) && ::fstat(made.Get(), &status) == 0 && status.st_nlink > 0) {
+            const bool isShared = OneFlushIsEnough(made.Get());
+            m_keptFolders->open.insert_or_assign(path, std::move(made));
+            // What is in a folder is not on the disk before the folder's own name is.
+            for (const Text& name : isShared ? std::vector<Text>() : names) {
+                m_unsettled->AddName(name);
+            }
+            return;
+        }
+        if (tries == Tries) {
+            Raise("MakeFolder", path, errno);
         }
     }
 }
@@ -95,13 +131,16 @@ void SystemFiles::CopyForArchive(std::string_view source, std::string_view targe
 void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) {
     // Opened and noted first: a failure to write what is copied is then told by this one's flush, whenever it
     // comes.
-    const Descriptor target(Open(Text(folder), O_RDONLY | O_DIRECTORY));
-    if (!target.IsOpen()) {
+    const auto kept = m_keptFolders->open.find(Text(folder));
+    const bool isKept = kept != m_keptFolders->open.end();
+    const Descriptor opened(isKept ? -1 : Open(Text(folder), O_RDONLY | O_DIRECTORY));
+    const int target = isKept ? kept->second.Get() : opened.Get();
+    if (target < 0) {
         Raise("CopyForArchive", folder, errno);
     }
-    const bool isNoted = m_unsettled->Add(target.Get(), folder);
+    const bool isNoted = m_unsettled->Add(target, folder);
     // One by one where the folder's flush is not that of all that is in it.
-    const FlushCopy flush = isNoted && OneFlushIsEnough(target.Get()) ? FlushCopy::No : FlushCopy::Yes;
+    const FlushCopy flush = isNoted && OneFlushIsEnough(target) ? FlushCopy::No : FlushCopy::Yes;
     for (const Text& source : sources) {
         try {
             CopyToArchive(source, paths::Join(folder, paths::FileName(source), Delimiter()), flush);
@@ -114,18 +153,13 @@ void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::strin
 void SystemFiles::Rename(std::string_view from, std::string_view to) {
     const Text target(to);
     const Text present(from);
-    // Noted by the folder of the new name, where no other file of it is: one that may not be listed is one
-    // that may not be flushed.
-    if (const Text folder = paths::FolderToList(target); !m_unsettled->HasIn(folder)) {
-        if (const Descriptor open(Open(folder + "/.", O_RDONLY | O_DIRECTORY)); open.IsOpen()) {
-            (void)m_unsettled->Add(open.Get(), target);
-        }
-    }
+    m_unsettled->AddName(target);
     if (const int code = RenameToNew(present, target); code != 0) {
         // What is missing is either the one that gets the name, or the folder of the new name.
         Raise("Rename", code == EEXIST || (code == ENOENT && IsPresent(present)) ? to : from,
               code == ENOTEMPTY || code == EEXIST ? EACCES : code);
     }
+    m_keptFolders->open.erase(present);
 }
 
 void SystemFiles::FlushFolder(std::string_view folder) {
@@ -138,6 +172,7 @@ void SystemFiles::FlushFolder(std::string_view folder) {
 
 void SystemFiles::RemoveFolder(std::string_view folder) {
     const Text path(folder);
+    m_keptFolders->open.erase(path);
     struct stat status {};
     if (::lstat(path.c_str(), &status) != 0) {
         if (errno == ENOENT) {
@@ -156,6 +191,30 @@ void SystemFiles::RemoveFolder(std::string_view folder) {
     }
     if (::rmdir(path.c_str()) != 0) {
         Raise("RemoveFolder", folder, errno);
+    }
+}
+
+void SystemFiles::RemoveEmptyFolder(std::string_view folder) noexcept {
+    try {
+        (void)::rmdir(Text(folder).c_str());  // one that is not empty is refused
+    } catch (...) {
+        // For want of memory: it stays.
+    }
+}
+
+void SystemFiles::DeleteAbandonedFolder(std::string_view folder) noexcept {
+    try {
+        const Text path(folder);
+        struct stat status {};
+        const Descriptor left(Open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
+        // By its name at last: it may have got another one since it was opened. A file system without locks
+        // does not tell whether it is kept.
+        if (left.IsOpen() && ::flock(left.Get(), LOCK_EX | LOCK_NB) == 0 &&
+            IsStillThere(left.Get(), path, status)) {
+            RemoveFolder(path);
+        }
+    } catch (...) {
+        // What cannot be removed stays.
     }
 }
 

@@ -50,11 +50,10 @@ bool Unsettled::Add(int fd, std::string_view path) {
         return true;
     }
     if (Descriptor second(::fcntl(fd, F_DUPFD_CLOEXEC, 0)); second.IsOpen()) {
-        Kept kept{std::move(second), Text(path)};
         if (isShared) {
-            m_systems.emplace(status.st_dev, std::move(kept));
+            m_systems.emplace(status.st_dev, std::move(second));
         } else {
-            m_files.push_back(std::move(kept));
+            m_files.push_back({std::move(second), Text(path)});
         }
         return true;
     }
@@ -64,33 +63,60 @@ bool Unsettled::Add(int fd, std::string_view path) {
     return false;
 }
 
+void Unsettled::AddOnce(int fd, const Text& path) {
+    // One that was flushed at once instead is flushed again when it has grown.
+    if (m_once.count(path) == 0 && Add(fd, path)) {
+        m_once.insert(path);
+    }
+}
+
 void Unsettled::AddInFolder(int fd, const Text& path) {
     if (Add(fd, path) && OneFlushIsEnough(fd)) {
         m_folders.insert(paths::FolderToList(path));
     }
 }
 
+void Unsettled::AddName(int fd, const Text& path) {
+    if (OneFlushIsEnough(fd)) {
+        (void)Add(fd, path);
+    } else {
+        AddName(path);  // the flush of a file alone need not be that of its name
+    }
+}
+
+void Unsettled::AddName(const Text& path) {
+    const Text folder = paths::FolderToList(path);
+    if (m_folders.count(folder) != 0) {
+        return;
+    }
+    if (const Descriptor open(Open(folder + "/.", O_RDONLY | O_DIRECTORY)); open.IsOpen()) {
+        (void)Add(open.Get(), path);
+        m_folders.insert(folder);
+    }
+}
+
 void Unsettled::Settle() {
     m_folders.clear();
+    m_once.clear();
     const auto systems = std::exchange(m_systems, {});
     const auto files = std::exchange(m_files, {});
     int first = 0;
     Text path;
-    const auto note = [&](int code, const Kept& one) {
+    const auto note = [&](int code, const Text& failed) {
         if (code != 0 && first == 0) {
             first = code;
-            path = one.path;
+            path = failed;
         }
     };
-#ifdef __linux__
-    for (const auto& [device, one] : systems) {
-        note(::syncfs(one.file.Get()) == 0 ? 0 : errno, one);
-    }
-#endif
     for (const Kept& one : files) {
         const int code = Flush(one.file.Get());
-        note(code == EINVAL || code == ENOTSUP ? 0 : code, one);  // some systems flush no folders
+        note(code == EINVAL || code == ENOTSUP ? 0 : code, one.path);  // some systems flush no folders
     }
+#ifdef __linux__
+    for (const auto& [device, file] : systems) {
+        note(::syncfs(file.Get()) == 0 ? 0 : errno, {});
+    }
+#endif
     if (first != 0) {
         Raise("Settle", path, first);
     }

@@ -23,24 +23,33 @@ public:
     /// `path` is what a failure to flush it names.
     /// @throws cError(errDiskFull, errDevice)
     bool Add(int fd, std::string_view path);
+    /// The same for a file that is added to again and again under one name.
+    void AddOnce(int fd, const Text& path);
     /// The same for a file that is itself in the folder of its path.
     void AddInFolder(int fd, const Text& path);
-    /// Whether such a one has been added for the folder since the last call of Settle.
-    bool HasIn(const Text& folder) const { return m_folders.count(folder) != 0; }
+    /// Takes note that the open file gets the name `path`, in the same file system.
+    /// @throws cError as Add.
+    void AddName(int fd, const Text& path);
+    /// The same where the file is not at hand. A folder that may not be listed cannot be flushed, and is not
+    /// noted.
+    /// @throws cError as Add.
+    void AddName(const Text& path);
     /// Brings all of it to the disk: with one flush for each file system where that is enough, else each file
-    /// by itself.
-    /// @throws cError(errDiskFull, errDevice) the first failure; nothing is left in any case.
+    /// by itself, in the order in which they were added.
+    /// @throws cError(errDiskFull, errDevice) the first failure, without a path where it is a file system's;
+    /// nothing is left in any case.
     void Settle();
 
 private:
-    std::set<Text> m_folders;
+    std::set<Text> m_folders;  // whose names are settled with what has been noted
+    std::set<Text> m_once;     // paths of those that were added once
     struct Kept {
         Descriptor file;
         Text path;
     };
     /// One of each file system that one flush is enough for, opened before the later ones were written: its
     /// flush then tells their failures too.
-    std::map<dev_t, Kept> m_systems;
+    std::map<dev_t, Descriptor> m_systems;
     std::vector<Kept> m_files;  // of the others
 };
 

@@ -51,6 +51,8 @@ std::size_t LongestName(std::wstring_view path) noexcept {
 
 }  // namespace
 
+int (*FlushBuffers)(RawHandle) = [](RawHandle file) -> int { return ::FlushFileBuffers(file); };
+
 std::uint64_t (*Ticks)() = []() -> std::uint64_t { return ::GetTickCount64(); };
 
 std::wstring Wide(std::string_view text) {
@@ -197,6 +199,24 @@ Handle OpenRegular(const char* operation, std::string_view path, const OpenMode&
     return file;
 }
 
+FileIdentity IdentityOf(std::string_view path) noexcept {
+    try {
+        const NativePath native = Native("IdentityOf", path);
+        const HANDLE handle = ::CreateFileW(native.text.c_str(), FILE_READ_ATTRIBUTES,
+                                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                            OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+        const Handle file(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+        BY_HANDLE_FILE_INFORMATION known{};
+        if (!file.IsOpen() || ::GetFileInformationByHandle(handle, &known) == 0) {
+            return {};
+        }
+        return {known.dwVolumeSerialNumber,
+                (std::uint64_t{known.nFileIndexHigh} << 32U) | known.nFileIndexLow};
+    } catch (...) {
+        return {};  // for want of memory
+    }
+}
+
 bool Attributes(const NativePath& path, std::uint32_t& attributes, Code& code) noexcept {
     code = path.refusal;
     if (code != 0) {
@@ -278,7 +298,7 @@ Code AppendAll(RawHandle file, std::string_view bytes) noexcept {
 }
 
 Code Flush(RawHandle file) noexcept {
-    return ::FlushFileBuffers(file) != 0 ? 0 : ::GetLastError();
+    return FlushBuffers(file) != 0 ? 0 : ::GetLastError();
 }
 
 Code CutAt(RawHandle file, std::uint64_t size) noexcept {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/Text.h"
+#include "platform/Files.h"
 
 /// The system's calls, with the failures of the house. Only for the sources beside this header and their
 /// tests.
@@ -62,6 +63,9 @@ bool IsSharedOrRefused(Code code) noexcept;
 /// Milliseconds of the system's clock, which goes on in steps of some of them. May be replaced by tests.
 extern std::uint64_t (*Ticks)();
 
+/// The system's flush of an open file or folder; 0 for a failure. May be replaced by tests.
+extern int (*FlushBuffers)(RawHandle);
+
 /// What is known of an open file.
 struct FileStatus {
     std::uint32_t attributes = 0;
@@ -84,6 +88,9 @@ Handle OpenAtOnce(const NativePath& path, const OpenMode& mode, Code& code);
 Handle TryOpen(const NativePath& path, const OpenMode& mode, Code& code);
 /// The same, with the failure raised.
 Handle OpenRegular(const char* operation, std::string_view path, const OpenMode& mode, FileStatus& status);
+
+/// Which file a path leads to; unknown where that is none, or the system does not tell.
+FileIdentity IdentityOf(std::string_view path) noexcept;
 
 /// Attributes of what stands at the path itself (a link is not followed); false where there is nothing.
 bool Attributes(const NativePath& path, std::uint32_t& attributes, Code& code) noexcept;

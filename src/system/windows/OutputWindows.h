@@ -40,15 +40,18 @@ public:
     }
     void Flush() override { Check("Flush", windows::Flush(m_file.Get())); }
     void Close() override { Check("Close", m_file.Close()); }
-    /// A new text is left to its turn: it is copied over its target, and the copy is what is flushed.
     void CloseForSettling() override {
         if (m_kind == Kind::Appended) {
-            m_unsettled.Add(m_file.Get(), m_path);
+            m_unsettled.AddOnce(m_file.Get(), m_path);
+        } else {
+            m_ticket = m_unsettled.Add(m_file.Get(), m_path);
         }
         Close();
     }
+    FileIdentity TakeRightsOf(std::string_view path) noexcept override { return IdentityOf(path); }
     void LetOthersIn() noexcept override {
-        // Either handle keeps the file, and what was not written by now never will be.
+        // Each handle keeps the file, and what was not written or settled by now never will be.
+        m_unsettled.Forget(m_ticket);
         (void)m_lock.Close();
         (void)m_file.Close();
     }
@@ -65,6 +68,7 @@ private:
     Handle m_lock;
     Text m_path;
     Kind m_kind;
+    Unsettled::Ticket m_ticket = 0;
     bool m_waits = true;
 };
 

@@ -165,6 +165,16 @@ bool LeavesTheFileItself(Code code) noexcept {
            code == ERROR_INVALID_NAME;
 }
 
+/// Puts one file in the place of another. Returns 0 or a code.
+Code TakePlace(const NativePath& source, const std::wstring& target) {
+    return waiting::Glance(
+        [&] {
+            const DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+            return ::MoveFileExW(source.text.c_str(), target.c_str(), how) != 0 ? 0 : ::GetLastError();
+        },
+        IsSharedOrRefused);
+}
+
 /// What came of writing beside the target.
 enum class Outcome { Done, NotPossibleHere };
 
@@ -209,12 +219,7 @@ Outcome WriteBeside(const char* operation, std::string_view path, const std::wst
     }
     (void)present.Close();  // only its rights were asked for
     if (code == 0) {
-        code = waiting::Glance(
-            [&] {
-                const DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-                return ::MoveFileExW(temporary.text.c_str(), target.c_str(), how) != 0 ? 0 : ::GetLastError();
-            },
-            IsSharedOrRefused);
+        code = TakePlace(temporary, target);
         if (code != 0 && !isNew && LeavesTheFileItself(code)) {
             return Outcome::NotPossibleHere;
         }
@@ -241,6 +246,27 @@ std::wstring FinalPath(RawHandle file, const std::wstring& asGiven) {
 
 }  // namespace
 
+namespace {
+
+/// The target, open so that it shows whether it may be written; the user's own rights count too: who may
+/// write a folder could replace what he may not write. Not open where it may not, with the reason in `code`.
+Handle OpenTarget(const NativePath& target, FileStatus& status, Code& code) {
+    Handle present = TryOpen(
+        target, {FILE_GENERIC_WRITE | FILE_READ_ATTRIBUTES | READ_CONTROL, ShareAll, OPEN_EXISTING}, code);
+    if (code == 0) {
+        code = StatusOf(present.Get(), status);
+    }
+    return present;
+}
+
+/// Whether a new file would not be kept secret as this one is, or would leave its other names with the old
+/// content.
+bool IsWrittenInPlace(const FileStatus& status) noexcept {
+    return status.links > 1 || (status.attributes & FILE_ATTRIBUTE_ENCRYPTED) != 0;
+}
+
+}  // namespace
+
 void ReplaceWhole(const char* operation, std::string_view path, std::string_view bytes) {
     NativePath target = Native(operation, path);
     std::uint32_t attributes = 0;
@@ -252,15 +278,9 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
         (void)WriteBeside(operation, path, target.text, Handle(), bytes);
         return;
     }
-    // Opening it asks for the user's own rights too: who may write a folder could replace what he may not
-    // write.
-    const bool isLink = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-    Handle present = TryOpen(
-        target, {FILE_GENERIC_WRITE | FILE_READ_ATTRIBUTES | READ_CONTROL, ShareAll, OPEN_EXISTING}, code);
+    const bool isLink = IsLink(attributes);
     FileStatus status;
-    if (code == 0) {
-        code = StatusOf(present.Get(), status);
-    }
+    Handle present = OpenTarget(target, status, code);
     if (code != 0) {
         Raise(operation, path, isLink ? ERROR_ACCESS_DENIED : code);
     }
@@ -270,13 +290,39 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
     if (isLink) {
         target.text = FinalPath(present.Get(), target.text);
     }
-    // A new file would not be kept secret as this one is, and would leave its other names with the old
-    // content.
-    const bool onlyInPlace = status.links > 1 || (status.attributes & FILE_ATTRIBUTE_ENCRYPTED) != 0;
-    if (onlyInPlace ||
+    if (IsWrittenInPlace(status) ||
         WriteBeside(operation, path, target.text, std::move(present), bytes) == Outcome::NotPossibleHere) {
         OverwriteInPlace(operation, path, target, bytes);
     }
+}
+
+bool PutInPlace(const char* operation, std::string_view source, std::string_view target) {
+    const NativePath from = Native(operation, source);
+    const NativePath to = Native(operation, target);
+    std::uint32_t attributes = 0;
+    Code code = 0;
+    FileStatus status;
+    if (!Attributes(to, attributes, code) || IsLink(attributes)) {
+        return false;
+    }
+    Handle present = OpenTarget(to, status, code);
+    if (code != 0 || !MayWrite(status.attributes) || IsWrittenInPlace(status)) {
+        return false;
+    }
+    constexpr DWORD Access =
+        READ_CONTROL | WRITE_DAC | WRITE_OWNER | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES;
+    Handle file = TryOpen(from, {Access, ShareAll, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT}, code);
+    if (code != 0 || !TakeOverRights(file.Get(), present.Get()) ||
+        TakeOverAttributes(file.Get(), present.Get()) != 0) {
+        return false;
+    }
+    (void)file.Close();
+    (void)present.Close();  // only its rights were asked for
+    code = TakePlace(from, to.text);
+    if (code != 0 && !LeavesTheFileItself(code)) {
+        Raise(operation, target, code);
+    }
+    return code == 0;
 }
 
 }  // namespace kd::windows

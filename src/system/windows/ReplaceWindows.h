@@ -12,4 +12,10 @@ namespace kd::windows {
 /// @throws cError as Files::CopyFile.
 void ReplaceWhole(const char* operation, std::string_view target, std::string_view bytes);
 
+/// Puts `source`, whose content is on the disk, itself in the place of `target`, with the target's owner,
+/// access rights, attributes and time of creation. Returns false where ReplaceWhole would not replace the
+/// target by a new file, or where there is none: both files stand as before then.
+/// @throws cError as Files::CopyFile, with the target untouched and the source still there.
+bool PutInPlace(const char* operation, std::string_view source, std::string_view target);
+
 }  // namespace kd::windows

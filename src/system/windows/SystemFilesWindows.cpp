@@ -17,9 +17,8 @@ using namespace windows;
 
 namespace {
 
-/// Opens a file to be written anew, as the only one who may write it; it is not emptied yet. Another program
-/// that has it in hand is waited for, as long as a save takes.
-Handle OpenAlone(std::string_view path, const NativePath& native, FileStatus& status) {
+/// Opens a file to be written anew, as the only one who may write it; it is not emptied yet.
+Handle OpenAlone(std::string_view path, const NativePath& native, Patience patience, FileStatus& status) {
     constexpr OpenMode Alone{GENERIC_WRITE, ShareAllButWriting, OPEN_ALWAYS, FILE_FLAG_OPEN_REPARSE_POINT};
     Code code = 0;
     std::uint32_t attributes = 0;
@@ -35,9 +34,13 @@ Handle OpenAlone(std::string_view path, const NativePath& native, FileStatus& st
         file = OpenAtOnce(native, Alone, code);
         return code;
     };
-    // A name that was deleted is refused until the last who has the file open is gone.
-    (void)waiting::Glance([&] { return waiting::ASave(open, IsShared); },
-                          [](Code refused) noexcept { return refused == ERROR_ACCESS_DENIED; });
+    if (patience == Patience::None) {
+        (void)open();
+    } else {
+        // A name that was deleted is refused until the last who has the file open is gone.
+        (void)waiting::Glance([&] { return waiting::ASave(open, IsShared); },
+                              [](Code refused) noexcept { return refused == ERROR_ACCESS_DENIED; });
+    }
     if (IsShared(code)) {
         throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, Text(path));
     }
@@ -129,10 +132,10 @@ void SystemFiles::Read(std::string_view path, std::string& bytes) {
     }
 }
 
-std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
+std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path, Patience patience) {
     const NativePath native = Native("OpenForOutput", path);
     FileStatus status;
-    Handle file = OpenAlone(path, native, status);
+    Handle file = OpenAlone(path, native, patience, status);
     Code code = 0;
     if (status.links > 1) {
         // Somebody else's name for the same file: what is written here must not reach it.
@@ -142,7 +145,7 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path) {
             throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, Text(path));
         }
         if (code == 0) {
-            file = OpenAlone(path, native, status);
+            file = OpenAlone(path, native, patience, status);
             code = status.links > 1 ? ERROR_ACCESS_DENIED : 0;
         }
     }
@@ -177,6 +180,12 @@ void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
 
 void SystemFiles::ReplaceFile(std::string_view path, std::string_view bytes) {
     ReplaceWhole("ReplaceFile", path, bytes);
+}
+
+void SystemFiles::MoveSettled(std::string_view source, std::string_view target) {
+    if (!PutInPlace("MoveSettled", source, target)) {
+        Files::MoveOver(source, target);
+    }
 }
 
 void SystemFiles::Settle() {

@@ -146,7 +146,7 @@ void SystemFiles::CopyForArchive(std::string_view source, std::string_view targe
 void SystemFiles::Rename(std::string_view from, std::string_view to) {
     const NativePath present = Native("Rename", from);
     const NativePath wanted = Native("Rename", to);
-    (void)AttributesOf("Rename", from, present);
+    const bool isFolder = IsFolder(AttributesOf("Rename", from, present));
     std::uint32_t attributes = 0;
     Code code = 0;
     if (Attributes(wanted, attributes, code)) {
@@ -166,7 +166,18 @@ void SystemFiles::Rename(std::string_view from, std::string_view to) {
         // What is missing now can only be the folder of the new name.
         Raise("Rename", code == ERROR_PATH_NOT_FOUND ? to : from, code);
     }
-    m_unsettled->AddFolder(paths::FolderToList(to));
+    if (isFolder) {  // a file that is renamed is on its way to another name
+        m_unsettled->AddFolder(paths::FolderToList(to));
+    }
+}
+
+void SystemFiles::RemoveEmptyFolder(std::string_view folder) noexcept {
+    try {
+        // One that is not empty is refused.
+        (void)::RemoveDirectoryW(Native("RemoveEmptyFolder", folder).text.c_str());
+    } catch (...) {
+        // For want of memory: it stays.
+    }
 }
 
 void SystemFiles::FlushFolder(std::string_view folder) {

@@ -8,19 +8,22 @@
 
 namespace kd::windows {
 
-void Unsettled::Add(RawHandle file, const Text& path) {
-    if (m_files.count(path) != 0) {
-        return;
-    }
+Unsettled::Ticket Unsettled::Add(RawHandle file, const Text& path) {
     Handle second;
-    Code code = Duplicate(file, second);
-    if (code == 0) {
-        m_files.emplace(path, std::move(second));
-        return;
+    if (Duplicate(file, second) == 0) {
+        m_files.emplace(++m_last, Kept{std::move(second), path});
+        return m_last;
     }
-    code = Flush(file);
-    if (code != 0) {
+    if (const Code code = Flush(file); code != 0) {
         Raise("Settle", path, code);
+    }
+    return 0;
+}
+
+void Unsettled::AddOnce(RawHandle file, const Text& path) {
+    if (m_once.count(path) == 0) {
+        (void)Add(file, path);
+        m_once.insert(path);
     }
 }
 
@@ -29,14 +32,15 @@ void Unsettled::AddFolder(Text path) {
 }
 
 void Unsettled::Settle() {
+    m_once.clear();
     const auto files = std::exchange(m_files, {});
     const auto folders = std::exchange(m_folders, {});
     Code first = 0;
     Text failed;
-    for (const auto& [path, file] : files) {
-        if (const Code code = Flush(file.Get()); code != 0 && first == 0) {
+    for (const auto& [ticket, kept] : files) {
+        if (const Code code = Flush(kept.file.Get()); code != 0 && first == 0) {
             first = code;
-            failed = path;
+            failed = kept.path;
         }
     }
     for (const Text& folder : folders) {

@@ -4,6 +4,9 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#ifdef __linux__
+#include <sys/vfs.h>
+#endif
 #include <unistd.h>
 
 #include <algorithm>
@@ -72,6 +75,17 @@ int FailingCalls::FailureOf(const char* name) {
     return active != nullptr && active->m_failing == name ? active->m_failingCode : 0;
 }
 
+void FailingCalls::NoteFlush(int fd) {
+    std::string path(4096, '\0');
+    const ssize_t size = active == nullptr ? -1
+                                           : ::readlink(("/proc/self/fd/" + std::to_string(fd)).c_str(),
+                                                        path.data(), path.size());
+    if (size > 0) {
+        path.resize(static_cast<std::size_t>(size));
+        active->m_flushed.push_back(std::move(path));
+    }
+}
+
 bool FailingCalls::Stutters() {
     return active != nullptr && active->m_stutters;
 }
@@ -120,10 +134,22 @@ ssize_t pread(int fd, void* bytes, size_t size, off_t offset) {
 
 int fsync(int fd) {
     static const auto real = Real<int(int)>("fsync");
+    kd::FailingCalls::NoteFlush(fd);
     return Fails("fsync") ? -1 : real(fd);
 }
 
 #ifdef __linux__
+// Not counted: it asks for the kind of file system, and touches none of its files.
+int fstatfs(int fd, struct statfs* system) noexcept {
+    static const auto real = Real<int(int, struct statfs*)>("fstatfs");
+    const int code = kd::FailingCalls::FailureOf("fstatfs");
+    if (code != 0) {
+        errno = code;
+        return -1;
+    }
+    return real(fd, system);
+}
+
 int syncfs(int fd) noexcept {
     static const auto real = Real<int(int)>("syncfs");
     return Fails("syncfs") ? -1 : real(fd);
@@ -148,11 +174,6 @@ int fchmod(int fd, mode_t mode) noexcept {
 int futimens(int fd, const struct timespec* times) noexcept {
     static const auto real = Real<int(int, const struct timespec*)>("futimens");
     return Fails("futimens") ? -1 : real(fd, times);
-}
-
-int mkostemp(char* pattern, int flags) {
-    static const auto real = Real<int(char*, int)>("mkostemp");
-    return Fails("mkostemp") ? -1 : real(pattern, flags);
 }
 
 int open(const char* path, int flags, ...) {

@@ -28,6 +28,11 @@ public:
     /// Names of the calls so far, in order.
     const std::vector<std::string>& Calls() const { return m_calls; }
 
+    /// Names of the files and folders that were flushed by themselves so far, in order, as they were then.
+    const std::vector<std::string>& Flushed() const { return m_flushed; }
+
+    /// For the calls alone: takes note of what is flushed.
+    static void NoteFlush(int fd);
     /// For the calls alone: the errno that this one has to fail with, or 0.
     static int Ask(const char* name);
     /// The same for a call that is not counted and fails with its name alone.
@@ -43,6 +48,7 @@ private:
     std::string m_failing;
     int m_failingCode = 0;
     std::vector<std::string> m_calls;
+    std::vector<std::string> m_flushed;
     int m_actionAt = 0;
     std::function<void()> m_action;
 };

@@ -229,6 +229,47 @@ TEST_F(SystemFilesTest, AFileThatIsAbandonedIsDeletedAndOneInHandStays) {
     EXPECT_EQ(Names(), (std::set<Text>{"fifo", "folder", "link", "other"}));
 }
 
+TEST_F(SystemFilesTest, AFolderThatIsAbandonedIsRemovedAndOneThatIsBeingFilledStays) {
+    SystemFiles other(CodePage::Of(1252));
+    const Text filled = At("archives/filled");
+    files.MakeKeptFolder(filled);
+    Put("archives/filled/inner", "text");
+    other.DeleteAbandonedFolder(filled);
+    files.DeleteAbandonedFolder(filled);
+    EXPECT_TRUE(std::filesystem::exists(filled + "/inner"));
+    files.Rename(filled, At("archives/done"));
+    other.DeleteAbandonedFolder(At("archives/done"));
+    EXPECT_FALSE(std::filesystem::exists(At("archives/done"))) << "a name is no shelter by itself";
+    files.MakeKeptFolder(filled);
+    files.RemoveFolder(filled);
+    MakeFolderAt("archives/filled");
+    other.DeleteAbandonedFolder(filled);
+    EXPECT_EQ(Names(), std::set<Text>{"archives"});
+    Put("file", "text");
+    MakeLink("link", "archives");
+    for (const char* name : {"file", "link", "none"}) {
+        other.DeleteAbandonedFolder(At(name));
+    }
+    EXPECT_EQ(Names(), (std::set<Text>{"archives", "file", "link"}));
+    other.RemoveEmptyFolder(folder);
+    other.RemoveEmptyFolder(At("archives"));
+    other.RemoveEmptyFolder(At("none"));
+    EXPECT_EQ(Names(), (std::set<Text>{"file", "link"}));
+}
+
+TEST_F(SystemFilesTest, AFolderThatAnotherProgramTakesForAnAbandonedOneIsMadeAnew) {
+    SystemFiles other(CodePage::Of(1252));
+    FailingCalls calls;
+    bool wasTaken = false;
+    calls.Before(2, [&] {  // it is made, and not kept yet
+        other.DeleteAbandonedFolder(At("filled"));
+        wasTaken = !std::filesystem::exists(At("filled"));
+    });
+    files.MakeKeptFolder(At("filled"));
+    EXPECT_TRUE(wasTaken);
+    EXPECT_TRUE(std::filesystem::exists(At("filled")));
+}
+
 TEST_F(SystemFilesTest, FlushFolderNeedsAFolder) {
     EXPECT_EQ(ErrorOf([&] { files.FlushFolder(folder); }), 0);
     EXPECT_NE(ErrorOf([&] { files.FlushFolder(At("none")); }), 0);

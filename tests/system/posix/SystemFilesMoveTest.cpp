@@ -76,6 +76,7 @@ TEST_F(SystemFilesTest, AMoveWhoseFlushFailsOnceIsNotTriedInAnotherWay) {
         flushAt = static_cast<int>(at - calls.Calls().begin()) + 1;
     }
     for (const int failAt : {flushAt, flushAt + 1}) {  // the closing comes behind it
+        files.Settle();
         Put("a.kdt", "old");
         Put("a.temp", "new");
         const FailingCalls failing(failAt, EIO);

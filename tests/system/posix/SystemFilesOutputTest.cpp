@@ -89,6 +89,8 @@ TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsNotTaken) {
     held->Write("another's");
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), errFileAlreadyOpen);
     EXPECT_EQ(pauses, waiting::PausesForASave);
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp"), Patience::None); }), errFileAlreadyOpen);
+    EXPECT_EQ(pauses, waiting::PausesForASave) << "who has no patience does not wait";
     held->Close();
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), errFileAlreadyOpen);
     EXPECT_EQ(Get(At("a.temp")), "another's");

@@ -1,8 +1,11 @@
 #include <sys/xattr.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
+#include "base/ApplicationNames.h"
+#include "system/posix/FailingCalls.h"
 #include "system/posix/SystemFilesFixture.h"
 
 namespace kd {
@@ -241,6 +244,36 @@ TEST_F(SystemFilesTest, AListOfAccessRightsIsKept) {
     ASSERT_GT(size, 0);
     EXPECT_EQ(kept.substr(0, static_cast<std::size_t>(size)), list);
     EXPECT_EQ(Mode(path), 0640U);
+}
+
+TEST_F(SystemFilesTest, ANewFileBesideItsTargetTellsWhatItIsForAndIsKeptFromThoseWhoTidyUp) {
+    const Text target = Put("a.kdt", "old");
+    SystemFiles other(CodePage::Of(1252));
+    const auto renaming = [&] {
+        const FailingCalls calls;
+        files.ReplaceFile(target, "first");
+        const auto at = std::find(calls.Calls().begin(), calls.Calls().end(), "rename");
+        return static_cast<int>(at - calls.Calls().begin()) + 1;
+    }();
+    Text beside;
+    {
+        FailingCalls calls;
+        calls.Before(renaming, [&] {
+            for (const Text& name : Names()) {
+                if (name != "a.kdt") {
+                    beside = name;
+                    other.DeleteAbandoned(At(name));
+                }
+            }
+        });
+        files.ReplaceFile(target, "second");
+    }
+    EXPECT_EQ(names::WaitsFor(beside), "a.kdt");
+    EXPECT_EQ(Get(target), "second");
+    const Text longest = At(Text(250, 'a'));
+    files.ReplaceFile(longest, "new");
+    files.ReplaceFile(longest, "newer");
+    EXPECT_EQ(Get(longest), "newer");
 }
 
 }  // namespace

@@ -105,6 +105,83 @@ TEST_F(TwoAtAFileTest, TheOneThatKeepsAFileMovesItOverItsTarget) {
     EXPECT_EQ(Names(), (std::set<Text>{"there", "new"}));
 }
 
+TEST_F(TwoAtAFileTest, ASettledTextIsFlushedOnceAndTakesItsPlaceItselfWhileItIsKept) {
+    static int flushes;
+    const auto number = [&](const Text& path) {
+        BY_HANDLE_FILE_INFORMATION information{};
+        EXPECT_NE(
+            ::GetFileInformationByHandle(
+                HeldOpen(path, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE).Get(), &information),
+            0);
+        return information.nFileIndexLow;
+    };
+    const Text path = At("a.temp");
+    const Text target = Put("a.kdt", "old", FILE_ATTRIBUTE_HIDDEN);
+    const auto flush = std::exchange(windows::FlushBuffers, [](windows::RawHandle) {
+        ++flushes;
+        return 1;
+    });
+    flushes = 0;
+    auto text = files.OpenForOutput(path);
+    text->Write("new");
+    EXPECT_TRUE(text->TakeRightsOf(target) == text->TakeRightsOf(At("A.KDT")));
+    EXPECT_TRUE(text->TakeRightsOf(target).IsKnown());
+    EXPECT_FALSE(text->TakeRightsOf(target) == text->TakeRightsOf(path));
+    EXPECT_FALSE(text->TakeRightsOf(At("none")).IsKnown());
+    text->CloseForSettling();
+    EXPECT_EQ(flushes, 0);
+    files.Settle();
+    EXPECT_EQ(flushes, 1);
+    EXPECT_EQ(ErrorOf([&] { (void)other.OpenForOutput(path, Patience::None); }), errFileAlreadyOpen);
+    EXPECT_EQ(pauses, 0);
+    const auto before = number(path);
+    files.MoveSettled(path, target);
+    EXPECT_EQ(number(target), before);
+    text.reset();
+    files.Settle();
+    EXPECT_EQ(flushes, 1);
+    windows::FlushBuffers = flush;
+    EXPECT_EQ(Get(target), "new");
+    EXPECT_EQ(AttributesOf(target) & FILE_ATTRIBUTE_HIDDEN, DWORD{FILE_ATTRIBUTE_HIDDEN});
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
+TEST_F(TwoAtAFileTest, ASettledTextIsNotPutInThePlaceOfAFileWithSeveralNamesOrOfOneThatMayNotBeWritten) {
+    const auto settled = [&](const Text& path) {
+        auto text = files.OpenForOutput(path);
+        text->Write("new");
+        text->CloseForSettling();
+        files.Settle();
+        return text;
+    };
+    const Text refused = Put("refused", "old", FILE_ATTRIBUTE_READONLY);
+    auto text = settled(At("a.temp"));
+    EXPECT_EQ(ErrorOf([&] { files.MoveSettled(At("a.temp"), refused); }), errPermissionDenied);
+    EXPECT_EQ(Get(refused), "old");
+    text.reset();
+    const Text target = Put("several", "old");
+    if (::CreateHardLinkW(Wide(At("second")).c_str(), Wide(target).c_str(), nullptr) != 0) {
+        text = settled(At("a.temp"));
+        files.MoveSettled(At("a.temp"), target);
+        EXPECT_EQ(Get(At("second")), "new");
+        text.reset();
+    }
+    text = settled(At("a.temp"));
+    files.MoveSettled(At("a.temp"), At("missing"));
+    EXPECT_EQ(Get(At("missing")), "new");
+}
+
+TEST_F(TwoAtAFileTest, ATextThatIsNotToHaveItsTurnIsLetGoBeforeItIsSettled) {
+    auto text = files.OpenForOutput(At("a.temp"));
+    text->Write("new");
+    text->CloseForSettling();
+    text->LetOthersIn();
+    text.reset();
+    files.DeleteAbandoned(At("a.temp"));
+    EXPECT_EQ(Names(), std::set<Text>{});
+    files.Settle();
+}
+
 TEST_F(TwoAtAFileTest, AFileThatTheOtherIsAboutToBeDoneWithIsMadeAnew) {
     const Text path = At("a.temp");
     const Text target = Put("a.kdt", "old");

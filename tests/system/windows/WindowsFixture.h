@@ -8,6 +8,7 @@
 #include <iterator>
 #include <set>
 #include <string>
+#include <utility>
 
 #include "base/cError.h"
 #include "system/SystemFiles.h"

@@ -46,6 +46,15 @@ public:
                       [this] { return Grid().ColWidth(ColName) == m_noted->width; });
     }
 
+    void FilterAtTheEdge() {
+        Idle("a filter at the edge of the screen",
+             [this] { m_guide.PressHeader(Grid().VisibleColFrom(Grid().Cols() - 1, -1)); });
+        m_guide.Form("frmAutoFilter", "21-filter-at-the-edge", [this](QWidget& dialog) {
+            CheckPlace(dialog);
+            Guide::Press(dialog, "cmdCancel");
+        });
+    }
+
     void Filter() {
         Idle("filter the variable names", [this] { m_guide.PressHeader(ColName); });
         m_guide.Form("frmAutoFilter", nullptr, [this](QWidget& dialog) {
@@ -65,12 +74,6 @@ public:
             return !grid.VisibleRows().empty() && grid.CellPicture(ColName) == HeaderPicture::FilterOn;
         });
         m_guide.Picture("11-filtered");
-        Idle("a filter at the edge of the screen",
-             [this] { m_guide.PressHeader(Grid().VisibleColFrom(Grid().Cols() - 1, -1)); });
-        m_guide.Form("frmAutoFilter", "21-filter-at-the-edge", [this](QWidget& dialog) {
-            CheckPlace(dialog);
-            Guide::Press(dialog, "cmdCancel");
-        });
     }
 
     void PopUp() {
@@ -215,6 +218,7 @@ void TryCommands(Guide& guide, Application& program, const LimitChange& variable
     // The steps run later: they keep the trial alive.
     const auto trial = std::make_shared<Trial>(guide, program, variable);
     trial->SizeAColumn();
+    trial->FilterAtTheEdge();
     trial->Filter();
     trial->PopUp();
     trial->FillAndRestore();

@@ -202,6 +202,7 @@ TEST_F(ColumnDividersTest, AListHasNone) {
     Drag(Edge(0, -2), -50);
     Press(Qt::Key_Right, Qt::AltModifier);
     EXPECT_EQ(widget->Layout().CellRect(0, 0).width(), width);
+    Move(Edge(0, -2));
     EXPECT_NE(Port()->cursor().shape(), Qt::SplitHCursor);
 }
 

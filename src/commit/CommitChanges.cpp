@@ -10,27 +10,11 @@
 #include "commit/GroupCommit.h"
 #include "commit/frmCommit.h"
 #include "grid/ColumnCatalogue.h"
-#include "model/Columns.h"
 #include "platform/Hourglass.h"
 
 namespace kd {
 
 namespace {
-
-/// Column number of the first limit or bound that is above the one before it; 0 when all are in order.
-std::int32_t FaultyColumn(const cField& field) {
-    double bound = field.Maximum();
-    for (int limit = 0; limit < LimitCount; ++limit) {
-        if (field.LimitFlag(limit) != "F") {
-            continue;
-        }
-        if (field.Limit(limit) > bound) {
-            return LimitColumn(limit);
-        }
-        bound = field.Limit(limit);
-    }
-    return field.Minimum() > bound ? cnMin : 0;
-}
 
 void ShowFault(Desk& desk, const GridCell& fault) {
     desk.Grid.SetRedraw(true);
@@ -119,10 +103,7 @@ private:
 std::optional<GridCell> ValidateLimits(Desk& desk) {
     for (std::int32_t row = 1; row < desk.Grid.Rows(); ++row) {
         const cField& field = desk.g.gFields->Ref(desk.Grid.RowData(row));
-        if (!IsNumericType(field.FieldType())) {
-            continue;
-        }
-        if (const std::int32_t column = FaultyColumn(field); column != 0) {
+        if (const std::int32_t column = field.ColumnOutOfOrder(); column != 0) {
             return GridCell{row, LabelIndexToGridColumn(desk, column)};
         }
     }

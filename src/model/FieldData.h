@@ -7,8 +7,8 @@
 #include "base/Text.h"
 #include "model/FieldSlots.h"
 
-/// What a variable keeps. Only cField.cpp and PropertyTable.h go by it, so that a new property leaves
-/// everybody else as it is.
+/// What a variable keeps. Only cField.cpp, FieldTexts.cpp and PropertyTable.h go by it, so that a new
+/// property leaves everybody else as it is.
 namespace kd {
 
 /// Slots of texts without a pair of accessors: their columns alone lead to them. They begin empty.

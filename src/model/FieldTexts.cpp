@@ -5,6 +5,7 @@
 
 #include "base/Numbers.h"
 #include "model/Decimals.h"
+#include "model/FieldData.h"
 #include "model/PropertyTable.h"
 
 namespace kd {
@@ -28,11 +29,12 @@ void Localise(const Locale* locale, Text& text, std::size_t from) {
     }
 }
 
-void FormatLimit(const cField& field, int index, bool withF, const Locale* localised, Text& text) {
-    if (!IsNumericType(field.FieldType())) {
+void FormatLimit(const FieldData& data, int index, bool withF, const Locale* localised, Text& text) {
+    if (!IsNumericType(data.texts[tsFieldType])) {
         return;
     }
-    const Text& letters = field.LimitFlag(index);
+    const LimitPair& limit = data.limits[static_cast<std::size_t>(index)];
+    const Text& letters = *limit.flag;
     const char flag = letters.size() == 1 ? letters.front() : '\0';
     if (flag == 'C' || flag == 'B') {
         text += flag;
@@ -42,35 +44,38 @@ void FormatLimit(const cField& field, int index, bool withF, const Locale* local
         return;
     }
     // A limit shows one decimal more than its variable.
-    const int behindPoint = field.Decimals() + 1;
-    const int width = field.Length() + (behindPoint <= 1 ? 2 : 1);
-    if (field.Length() < 0 || behindPoint >= width) {
+    const int length = data.shorts[ssLength];
+    const int behindPoint = data.shorts[ssDecimals] + 1;
+    const int width = length + (behindPoint <= 1 ? 2 : 1);
+    if (length < 0 || behindPoint >= width) {
         throw cError(errInvalidArgument, "cField.FormatLimit");
     }
     if (withF) {
         text += 'F';
     }
     const std::size_t from = text.size();
-    AppendIntoMask(field.Limit(index), width, behindPoint, text);
+    AppendIntoMask(limit.value, width, behindPoint, text);
     Localise(localised, text, from);
 }
 
-void FormatBound(const cField& field, double value, const Locale* localised, Text& text) {
-    if (!IsNumericType(field.FieldType())) {
+void FormatBound(const FieldData& data, double value, const Locale* localised, Text& text) {
+    if (!IsNumericType(data.texts[tsFieldType])) {
         return;
     }
-    const bool hasPoint = field.Decimals() > 0;
-    if (field.Length() < 0 || (hasPoint && field.Decimals() >= field.Length())) {
+    const int length = data.shorts[ssLength];
+    const int decimals = data.shorts[ssDecimals];
+    const bool hasPoint = decimals > 0;
+    if (length < 0 || (hasPoint && decimals >= length)) {
         throw cError(errInvalidArgument, "cField.FormatBound");
     }
     const std::size_t from = text.size();
-    AppendIntoMask(value, field.Length(), hasPoint ? field.Decimals() : -1, text);
+    AppendIntoMask(value, length, hasPoint ? decimals : -1, text);
     Localise(localised, text, from);
 }
 
-void FormatMethod(const cField& field, std::int32_t number, std::span<const std::string_view> words,
+void FormatMethod(const FieldData& data, std::int32_t number, std::span<const std::string_view> words,
                   std::int32_t mode, Text& text) {
-    if (!IsNumericType(field.FieldType())) {
+    if (!IsNumericType(data.texts[tsFieldType])) {
         return;
     }
     if (mode == vmFile) {
@@ -107,37 +112,38 @@ void StoreLimit(cField& field, int index, std::string_view text, const Locale& l
 
 void AppendProperty(const cField& field, const Property& property, std::int32_t mode, const Locale& locale,
                     Text& text) {
+    const FieldData& data = field.Data();
     const Locale* const localised = mode == vmGrid ? &locale : nullptr;
     switch (property.kind) {
         case vkView:
             return;
         case vkText:
         case vkCapitals:
-            text += field.TextAt(property.slot);
+            text += data.texts[property.slot];
             return;
         case vkShort:
-            AppendDigits(field.ShortAt(property.slot), text);
+            AppendDigits(data.shorts[property.slot], text);
             return;
         case vkLong:
-            AppendDigits(field.LongAt(property.slot), text);
+            AppendDigits(data.longs[property.slot], text);
             return;
         case vkBound:
-            FormatBound(field, field.BoundAt(property.slot), localised, text);
+            FormatBound(data, data.bounds[property.slot], localised, text);
             return;
         case vkLimit:
-            FormatLimit(field, property.slot, mode == vmFile, localised, text);
+            FormatLimit(data, property.slot, mode == vmFile, localised, text);
             return;
         case vkLimitMethod:
-            FormatMethod(field, field.LongAt(property.slot), LimitMethodWords, mode, text);
+            FormatMethod(data, data.longs[property.slot], LimitMethodWords, mode, text);
             return;
         case vkTargetMethod:
-            FormatMethod(field, field.LongAt(property.slot), TargetMethodWords, mode, text);
+            FormatMethod(data, data.longs[property.slot], TargetMethodWords, mode, text);
             return;
         case vkRules:
             text += field.Rules();
             return;
         case vkRelation:
-            text += field.Relation();
+            text += *data.relation;
             return;
     }
 }

@@ -97,6 +97,25 @@ void cField::SetBoundAt(std::size_t slot, double value) {
     }
 }
 
+std::int32_t cField::ColumnOutOfOrder() const noexcept {
+    const FieldData& data = *m_data;
+    if (!IsNumericType(data.texts[tsFieldType])) {
+        return 0;
+    }
+    double bound = data.bounds[bsMaximum];
+    for (int limit = 0; limit < LimitCount; ++limit) {
+        const LimitPair& pair = data.limits[static_cast<std::size_t>(limit)];
+        if (*pair.flag != "F") {
+            continue;
+        }
+        if (pair.value > bound) {
+            return LimitColumn(limit);
+        }
+        bound = pair.value;
+    }
+    return data.bounds[bsMinimum] > bound ? cnMin : 0;
+}
+
 const Text& cField::LimitFlag(int index) const noexcept {
     return *m_data->limits[static_cast<std::size_t>(index)].flag;
 }

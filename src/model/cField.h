@@ -169,6 +169,10 @@ public:
     std::int16_t VariableNo() const noexcept { return ShortAt(ssVariableNo); }
     void SetVariableNo(std::int16_t value) { SetShortAt(ssVariableNo, value); }
 
+    /// Column of the first fixed limit or bound that is above the one before it, from Maximum down to
+    /// Minimum; 0 when all are in order, and for a type without limits.
+    std::int32_t ColumnOutOfOrder() const noexcept;
+
     /// The pairs of the limits by index.
     const Text& LimitFlag(int index) const noexcept;
     double Limit(int index) const noexcept;
@@ -184,6 +188,9 @@ public:
     void SetLongAt(std::size_t slot, std::int32_t value);
     double BoundAt(std::size_t slot) const noexcept;
     void SetBoundAt(std::size_t slot, double value);
+
+    /// All but the rules at once, for who knows their slots. A loan until the record is changed.
+    const FieldData& Data() const noexcept { return *m_data; }
 
     /// Takes every property of another record.
     void CopyFrom(const cField& source);

@@ -187,8 +187,16 @@ class Worker:
                  and word.endswith(".so") and word != str(output) else word for word in words]
         return self.execute(words, COMPILE_SECONDS) == 0
 
+    def clear_home(self):
+        """Takes away what a test has left behind; one that was stopped may leave a file system mounted."""
+        for line in pathlib.Path("/proc/self/mounts").read_text(encoding="utf-8").splitlines():
+            if line.split()[1].startswith(f"{self.place}/"):
+                subprocess.run(["umount", "--lazy", line.split()[1]], check=False, stdin=subprocess.DEVNULL)
+        shutil.rmtree(self.place / "home", ignore_errors=True)
+
     def make(self, name, mutation, source):
         """Makes the mutant; what is to be run for each program, or None when it does not compile."""
+        self.clear_home()
         shutil.rmtree(self.place, ignore_errors=True)
         self.lib.mkdir(parents=True)
         text = mutation.apply(source)
@@ -250,8 +258,8 @@ class Worker:
         return None
 
     def test(self, program, path, name):
+        self.clear_home()
         home = self.place / "home" / "test"
-        shutil.rmtree(self.place / "home", ignore_errors=True)
         home.mkdir(parents=True)
         env = dict(os.environ, LD_LIBRARY_PATH=str(self.lib), TMPDIR=str(home), HOME=str(home), QT_QPA_PLATFORM="offscreen",
                    XDG_CONFIG_HOME=str(home), XDG_RUNTIME_DIR=str(home))

@@ -1,6 +1,8 @@
+#include <fcntl.h>
 #include <sys/inotify.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -30,6 +32,17 @@ TEST_F(SystemFilesTest, ReadTakesLargeFilesWhole) {
         bytes += "line " + std::to_string(bytes.size()) + "\r\n";
     }
     EXPECT_EQ(files.Read(Put("large.kdt", bytes)), bytes);
+}
+
+TEST_F(SystemFilesTest, ReadWorksWhereStandardInputIsClosed) {
+    const Text path = Put("a.kdt", "one");
+    const int kept = ::dup(STDIN_FILENO);  // the next file to be opened gets its number
+    ASSERT_EQ(::close(STDIN_FILENO), 0);
+    const int error = ErrorOf([&] { EXPECT_EQ(files.Read(path), "one"); });
+    EXPECT_EQ(::fcntl(STDIN_FILENO, F_GETFD), -1) << "the file has been closed";
+    ASSERT_EQ(::dup2(kept, STDIN_FILENO), STDIN_FILENO);
+    ASSERT_EQ(::close(kept), 0);
+    EXPECT_EQ(error, 0);
 }
 
 TEST_F(SystemFilesTest, ReadTakesFilesThatTellNoSize) {

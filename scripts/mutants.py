@@ -176,10 +176,9 @@ class Worker:
         return made if self.execute(words, COMPILE_SECONDS) == 0 else None
 
     def link(self, target, output, instead=None, first=None):
-        """Links a library or program with an object exchanged, or with another that goes before all."""
+        """Links a library or program with objects exchanged, or with another that goes before all."""
         words = list(self.commands.link(target))
-        if instead:
-            words[words.index(instead[0])] = str(instead[1])
+        words = [(instead or {}).get(word, word) for word in words]
         if first:
             words.insert(1, str(first))
         words[words.index("-o") + 1] = str(output)
@@ -202,23 +201,26 @@ class Worker:
         text = mutation.apply(source)
         if name.endswith(".h") and mutation.used is not None:
             return self.make_inline(name, mutation, text, len(source))
+        changed = [name]
         if name.endswith(".h"):
-            (self.overlay / pathlib.Path(name).relative_to("src")).parent.mkdir(parents=True)
-            (self.overlay / pathlib.Path(name).relative_to("src")).write_bytes(text)
-            name = name[:-2] + ".cpp"
-            if name not in self.commands.sources:
+            header = pathlib.Path(name)
+            (self.overlay / header.relative_to("src")).parent.mkdir(parents=True)
+            (self.overlay / header.relative_to("src")).write_bytes(text)
+            # Its own source or sources: Files.cpp, or posix/FilesPosix.cpp.
+            changed = [each for each in self.commands.sources
+                       if each.startswith(f"{header.parent}/") and pathlib.Path(each).stem.startswith(header.stem)]
+        instead = {}
+        for each in changed:
+            made = self.compile(each, text if each == name else (TREE / each).read_bytes(), each)
+            if made is None:
                 return None
-            text = (TREE / name).read_bytes()
-        made = self.compile(name, text, name)
-        if made is None:
-            return None
-        words = self.commands.sources[name]
-        whole = words[words.index("-o") + 1]
+            words = self.commands.sources[each]
+            instead[words[words.index("-o") + 1]] = str(made)
         for library in LIBRARIES:
-            if whole in self.commands.link(library):
-                if not self.link(library, self.lib / pathlib.Path(library).name, instead=(whole, made)):
+            if any(whole in self.commands.link(library) for whole in instead):
+                if not self.link(library, self.lib / pathlib.Path(library).name, instead=instead):
                     return None
-        return {program.name: str(BUILD / program.path) for program in self.programs}
+        return {program.name: str(BUILD / program.path) for program in self.programs} if changed else None
 
     def make_inline(self, name, mutation, text, size):
         """An inline function's changed copy goes before all others in every library and program."""

@@ -28,9 +28,14 @@ DECLARED = (Kind.VAR_DECL, Kind.FIELD_DECL, Kind.PARM_DECL)
 LEFT_OUT = (Kind.STATIC_ASSERT, Kind.ALIGNED_ATTR, Kind.ENUM_DECL, Kind.FRIEND_DECL, Kind.TYPE_ALIAS_DECL)
 # Calls without which only time or the moved object differs.
 NO_DIFFERENCE = ("move", "forward", "as_const")
+ROOM_AHEAD = ("reserve", "shrink_to_fit")
 # Statements that can go or change places: all but those that declare or branch.
 STEP_KINDS = (Kind.CALL_EXPR, Kind.BINARY_OPERATOR, Kind.COMPOUND_ASSIGNMENT_OPERATOR, Kind.UNARY_OPERATOR,
               Kind.CXX_THROW_EXPR, Kind.UNEXPOSED_EXPR, Kind.CSTYLE_CAST_EXPR)
+# A variable that is emptied, gets a value that stands by itself, or a caption: two of them can change places if they do
+# not name each other.
+SETTING = re.compile(rb"^([\w.]+(?:->\w+)?)(?:\.clear\(\)|\.SetCaption\(.*\)| = (?:[\w.]+|\{\}|std::make_\w+<\w+>\(\)))$",
+                     re.S)
 JUMPS = (Kind.RETURN_STMT, Kind.BREAK_STMT, Kind.CONTINUE_STMT)
 
 
@@ -82,6 +87,8 @@ class Finder:
     def walk(self, node):
         if node.kind in LEFT_OUT or (node.kind == Kind.VAR_DECL and not self.names and self.path.endswith(".h")):
             return  # a constant of a header is in whatever has included it
+        if node.kind in FUNCTIONS and self.text(node).startswith(b"consteval "):
+            return  # it runs in the compiler alone, whose word ends the build
         entered = self.enter(node)
         if node.kind == Kind.FIELD_DECL and self.used is None and not self.in_template:
             self.used = self.constructor_of(node.semantic_parent)
@@ -222,7 +229,7 @@ class Finder:
         children = list(node.get_children())
         for i, child in enumerate(children):
             end = self.statement_end(child)
-            if end is None:
+            if end is None or child.spelling in ROOM_AHEAD:
                 continue
             is_last_of_function = i + 1 == len(children) and child.kind == Kind.RETURN_STMT and self.is_body(node)
             if child.kind in STEP_KINDS or (child.kind in JUMPS and not is_last_of_function):
@@ -230,10 +237,16 @@ class Finder:
             following = children[i + 1] if i + 1 < len(children) else None
             if child.kind in STEP_KINDS and following is not None and following.kind in STEP_KINDS:
                 last = self.statement_end(following)
-                if last is not None:
+                if last is not None and not self.are_apart(child, following):
                     swapped = (self.source[following.extent.start.offset:last] + b" "
                                + self.source[child.extent.start.offset:end])
                     self.add(child.extent.start.offset, last, swapped, "statements exchanged")
+
+    def are_apart(self, first, second):
+        """Whether nothing can tell which of the two came first."""
+        one, other = SETTING.match(self.text(first)), SETTING.match(self.text(second))
+        return (one is not None and other is not None and one.group(1) not in other.group(0)
+                and other.group(1) not in one.group(0))
 
     def is_body(self, node):
         # Where the function's own block ends, a value must be given back.

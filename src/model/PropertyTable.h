@@ -120,7 +120,7 @@ inline constexpr auto RowOfColumn = [] {
     return rows;
 }();
 
-constexpr bool EveryColumnHasOneRow() noexcept {
+consteval bool EveryColumnHasOneRow() noexcept {
     std::int32_t found = 0;
     for (const Property& property : PropertyTable) {
         found += property.column != 0 ? 1 : 0;

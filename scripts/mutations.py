@@ -87,6 +87,8 @@ class Finder:
     def walk(self, node):
         if node.kind in LEFT_OUT or (node.kind == Kind.VAR_DECL and not self.names and self.path.endswith(".h")):
             return  # a constant of a header is in whatever has included it
+        if node.kind == Kind.PARM_DECL and self.path.endswith(".h"):
+            return  # a value that is not given is in whatever has called
         if node.kind in FUNCTIONS and self.text(node).startswith(b"consteval "):
             return  # it runs in the compiler alone, whose word ends the build
         entered = self.enter(node)

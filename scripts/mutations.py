@@ -34,8 +34,8 @@ STEP_KINDS = (Kind.CALL_EXPR, Kind.BINARY_OPERATOR, Kind.COMPOUND_ASSIGNMENT_OPE
               Kind.CXX_THROW_EXPR, Kind.UNEXPOSED_EXPR, Kind.CSTYLE_CAST_EXPR)
 # A variable that is emptied, gets a value that stands by itself, or a caption: two of them can change places if they do
 # not name each other.
-SETTING = re.compile(rb"^([\w.]+(?:->\w+)?)(?:\.clear\(\)|\.SetCaption\(.*\)| = (?:[\w.]+|\{\}|std::make_\w+<\w+>\(\)))$",
-                     re.S)
+SETTING = re.compile(rb"^([\w.]+(?:->\w+)?)(?:\.clear\(\)|\.SetCaption\(.*\)| [-+]?= "
+                     rb"(?:[^()]*|std::move\(\w+\)|std::make_\w+<\w+>\(\)))$", re.S)
 JUMPS = (Kind.RETURN_STMT, Kind.BREAK_STMT, Kind.CONTINUE_STMT)
 
 

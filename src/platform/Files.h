@@ -38,7 +38,7 @@ public:
     virtual void Close() = 0;
     /// The same, and what was written is left to Files::Settle, which brings it to the disk with all else.
     /// @throws cError(errDiskFull, errDevice)
-    virtual void CloseForSettling() { Close(); }
+    virtual void CloseForSettling() = 0;
     /// Gives a file just opened for output the owner, the mode and the rights of another as far as the user
     /// may, so that Files::MoveSettled has nothing left to give. What cannot be given is no failure.
     /// @returns which file the other one is, so that two names of one file are seen.

@@ -60,6 +60,21 @@ TEST_F(GridMannerTest, KeysWithoutAUseAreLeft) {
     EXPECT_EQ(Current(), (GridCell{3, 1}));
 }
 
+TEST_F(GridMannerTest, AColumnIsSelectedWhenAllOfItsRowsAre) {
+    EXPECT_FALSE(cells.IsColSelected(0)) << "nothing is selected yet";
+    grid.Select(1, 1);
+    grid.ExtendSelection(10, 2);
+    EXPECT_FALSE(cells.IsColSelected(0));
+    EXPECT_TRUE(cells.IsColSelected(1));
+    EXPECT_TRUE(cells.IsColSelected(2));
+    grid.Select(2, 1);
+    grid.ExtendSelection(10, 2);
+    EXPECT_FALSE(cells.IsColSelected(1));
+    grid.Select(1, 1);
+    grid.ExtendSelection(9, 2);
+    EXPECT_FALSE(cells.IsColSelected(1));
+}
+
 TEST_F(GridMannerTest, CtrlASelectsWhatIsInSight) {
     EXPECT_TRUE(cells.KeyPress(kcA, sbCtrl, Page));
     EXPECT_EQ(grid.GetSelection(), (GridSelection{1, 1, 10, 2}));
@@ -163,6 +178,9 @@ TEST_F(GridMannerTest, APressInAListTurnsOneRow) {
     EXPECT_EQ(list.SelectedCount(), 3);
     EXPECT_EQ(list.SelectedCells(100, 1, 10), (std::vector<GridCell>{{5, 0}}));
     EXPECT_TRUE(list.IsCurrent({2, 1}));
+    grid.Select(1, 1);
+    EXPECT_TRUE(list.IsCurrent({1, 2}));
+    EXPECT_FALSE(list.IsCurrent({2, 2}));
 }
 
 TEST_F(GridMannerTest, ARangeOfRowsFollowsItsEndAndPassesOverHiddenOnes) {

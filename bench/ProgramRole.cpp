@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScrollBar>
+#include <QTest>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -158,7 +159,7 @@ private:
         Expect(line != nullptr, std::string("there is a field ") + field);
         line->setFocus();
         line->selectAll();
-        Guide::Keys(text);
+        QTest::keyClicks(line, QLatin1String(text));
     }
 
     void Toggle(const char* figure, const char* entry, const char* menu = "mnuView") {

@@ -399,6 +399,7 @@ TEST(SaveSchemaTest, TheTemporaryFileIsKeptFromOtherProgramsUntilItStandsInTheTa
             void Write(std::string_view bytes) override { file->Write(bytes); }
             void Flush() override { file->Flush(); }
             void Close() override { file->Close(); }
+            void CloseForSettling() override { file->CloseForSettling(); }
             void LetOthersIn() noexcept override { kept = false; }
             std::unique_ptr<OutputFile> file;
             bool& kept;

@@ -38,7 +38,7 @@ GridEditing::GridEditing(const GridParts& parts, const GridPainter& painter)
     m_editor->installEventFilter(this);
     m_editor->hide();
     connect(m_editor, &QLineEdit::textEdited, this, [this](const QString& text) {
-        m_parts.edge.Run([&] { m_parts.grid.SetEditText(FromQt(text)); });
+        m_parts.grid.SetEditText(FromQt(text));
         Arrange();
     });
 }
@@ -143,20 +143,17 @@ void GridEditing::Colour() {
 }
 
 bool GridEditing::eventFilter(QObject* watched, QEvent* event) {
-    bool taken = true;
     // The types of the events say which classes they are of.
     switch (event->type()) {
         case QEvent::KeyPress:
-            m_parts.edge.Run([&] { taken = Key(*static_cast<QKeyEvent*>(event)); });
-            return taken;
+            return Key(*static_cast<QKeyEvent*>(event));
         case QEvent::FocusOut:
             FocusLost(static_cast<QFocusEvent*>(event)->reason());
             break;
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
         case QEvent::MouseButtonRelease:
-            m_parts.edge.Run([&] { taken = RightButton(*static_cast<QMouseEvent*>(event)); });
-            return taken;
+            return RightButton(*static_cast<QMouseEvent*>(event));
         default:
             break;
     }
@@ -212,7 +209,7 @@ void GridEditing::FocusLost(Qt::FocusReason reason) {
     if (m_parts.grid.EditWindow() && !ComesBack(reason)) {
         // Not at once: a press on the grid still has to find the editor open.
         QMetaObject::invokeMethod(
-            this, [this] { m_parts.edge.Run([this] { FinishAfterFocusLoss(); }); }, Qt::QueuedConnection);
+            this, [this] { FinishAfterFocusLoss(); }, Qt::QueuedConnection);
     }
 }
 

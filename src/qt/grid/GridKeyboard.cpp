@@ -14,9 +14,7 @@ bool GridKeyboard::Press(QKeyEvent& event) {
         m_editing.Send(event);  // typed on before the focus had moved
         return event.isAccepted();
     }
-    bool taken = true;
-    m_parts.edge.Run([&] { taken = GridKey(event); });
-    return taken;
+    return GridKey(event);
 }
 
 bool GridKeyboard::GridKey(const QKeyEvent& event) {
@@ -79,19 +77,12 @@ bool GridKeyboard::Type(const QKeyEvent& event) {
 }
 
 bool GridKeyboard::Tab(bool forward) {
-    bool moved = false;
-    if (m_parts.area.hasFocus()) {
-        m_parts.edge.Run([&] { moved = m_parts.manner.Tab(forward); });
-    }
-    return moved;
+    return m_parts.area.hasFocus() && m_parts.manner.Tab(forward);
 }
 
 void GridKeyboard::Compose(QInputMethodEvent& event) {
-    bool opened = false;
-    if (!event.commitString().isEmpty() || !event.preeditString().isEmpty()) {
-        m_parts.edge.Run([&] { opened = m_parts.manner.OpenEditor(); });
-    }
-    if (opened) {
+    const bool types = !event.commitString().isEmpty() || !event.preeditString().isEmpty();
+    if (types && m_parts.manner.OpenEditor()) {
         m_editing.Send(event);
     } else {
         event.ignore();
@@ -99,7 +90,7 @@ void GridKeyboard::Compose(QInputMethodEvent& event) {
 }
 
 void GridKeyboard::MenuKey() {
-    m_parts.edge.Run([this] { OpenMenu(); });
+    OpenMenu();
 }
 
 void GridKeyboard::OpenMenu() {

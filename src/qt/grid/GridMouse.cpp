@@ -86,37 +86,29 @@ bool GridMouse::TakeDivider(const QMouseEvent& event) {
     }
     if (event.type() == QEvent::MouseMove) {
         // Over no cell: the header's hint would promise what a press does not do here.
-        m_parts.edge.Run([&] {
-            GridPointer pointer = PointerAt(event.position().toPoint(), event.modifiers());
-            pointer.cell = {};
-            m_parts.presses.Move(pointer);
-        });
+        GridPointer pointer = PointerAt(event.position().toPoint(), event.modifiers());
+        pointer.cell = {};
+        m_parts.presses.Move(pointer);
     }
     return true;
 }
 
 void GridMouse::Press(const QMouseEvent& event) {
     if (const auto button = ButtonOf(event)) {
-        m_parts.edge.Run([&] {
-            // Nothing follows a press.
-            (void)m_parts.presses.Press(*button, PointerAt(event.position().toPoint(), event.modifiers()));
-        });
+        // Nothing follows a press.
+        (void)m_parts.presses.Press(*button, PointerAt(event.position().toPoint(), event.modifiers()));
     }
 }
 
 void GridMouse::DoublePress(const QMouseEvent& event) {
     if (const auto button = ButtonOf(event)) {
-        m_parts.edge.Run([&] {
-            m_parts.presses.DoublePress(*button, PointerAt(event.position().toPoint(), event.modifiers()));
-        });
+        m_parts.presses.DoublePress(*button, PointerAt(event.position().toPoint(), event.modifiers()));
     }
 }
 
 void GridMouse::Release(const QMouseEvent& event) {
     if (const auto button = ButtonOf(event)) {
-        m_parts.edge.Run([&] {
-            m_parts.presses.Release(*button, PointerAt(event.position().toPoint(), event.modifiers()));
-        });
+        m_parts.presses.Release(*button, PointerAt(event.position().toPoint(), event.modifiers()));
     }
     if (!m_parts.presses.Dragging()) {
         m_dragTimer.stop();
@@ -124,14 +116,12 @@ void GridMouse::Release(const QMouseEvent& event) {
 }
 
 void GridMouse::Move(const QMouseEvent& event) {
-    m_parts.edge.Run([&] {
-        const QPoint position = event.position().toPoint();
-        const GridPointer pointer = PointerAt(position, event.modifiers());
-        if (m_parts.presses.Dragging() && event.buttons().testFlag(Qt::LeftButton)) {
-            DragTo(position);
-        }
-        m_parts.presses.Move(pointer);
-    });
+    const QPoint position = event.position().toPoint();
+    const GridPointer pointer = PointerAt(position, event.modifiers());
+    if (m_parts.presses.Dragging() && event.buttons().testFlag(Qt::LeftButton)) {
+        DragTo(position);
+    }
+    m_parts.presses.Move(pointer);
 }
 
 void GridMouse::ScrollTowards(QPoint position) {
@@ -185,7 +175,7 @@ void GridMouse::timerEvent(QTimerEvent* event) {
     if (event->timerId() != m_dragTimer.timerId()) {
         QObject::timerEvent(event);
     } else if (m_parts.presses.Dragging() && QApplication::mouseButtons().testFlag(Qt::LeftButton)) {
-        m_parts.edge.Run([this] { DragTo(m_dragPosition); });
+        DragTo(m_dragPosition);
     } else {
         m_dragTimer.stop();
     }

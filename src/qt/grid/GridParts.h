@@ -2,7 +2,6 @@
 
 #include "platform/GridManner.h"
 #include "platform/GridPresses.h"
-#include "qt/grid/GridEdge.h"
 #include "qt/grid/GridScroll.h"
 
 namespace kd {
@@ -14,7 +13,6 @@ struct GridParts {
     GridManner& manner;
     GridPresses& presses;
     GridScroll& scroll;
-    const GridEdge& edge;
 };
 
 }  // namespace kd

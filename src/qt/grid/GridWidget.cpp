@@ -18,10 +18,10 @@ GridWidget::GridWidget(VSFlexGrid& grid, QWidget* parent, std::unique_ptr<GridMa
       m_presses(grid, *m_manner),
       m_scroll(*this, grid, *m_manner),
       m_painter(grid, *m_manner, m_scroll),
-      m_dividers({*this, grid, *m_manner, m_presses, m_scroll, m_edge}),
-      m_mouse({*this, grid, *m_manner, m_presses, m_scroll, m_edge}, m_dividers),
-      m_editing({*this, grid, *m_manner, m_presses, m_scroll, m_edge}, m_painter),
-      m_keyboard({*this, grid, *m_manner, m_presses, m_scroll, m_edge}, m_editing, m_dividers),
+      m_dividers({*this, grid, *m_manner, m_presses, m_scroll}),
+      m_mouse({*this, grid, *m_manner, m_presses, m_scroll}, m_dividers),
+      m_editing({*this, grid, *m_manner, m_presses, m_scroll}, m_painter),
+      m_keyboard({*this, grid, *m_manner, m_presses, m_scroll}, m_editing, m_dividers),
       m_telling(*this, grid) {
     setObjectName(ToQt(grid.Name()));
     setFocusPolicy(Qt::StrongFocus);

@@ -14,7 +14,8 @@ namespace kd {
 
 /// The screen side of a grid: draws the state that VSFlexGrid holds, turns mouse and keyboard into its
 /// selection, its cell editor and its events, and decides nothing else. It joins the parts that do so. The
-/// grid outlives the widget.
+/// grid outlives the widget. What the grid's handlers throw would reach the toolkit's event loop: they are
+/// to go through the EventBoundary, as GridEvents' do.
 class GridWidget : public QAbstractScrollArea, public GridScreen {
     Q_OBJECT
 public:
@@ -25,9 +26,6 @@ public:
 
     VSFlexGrid& Grid() const noexcept { return m_grid; }
     GridManner& Manner() const noexcept { return *m_manner; }
-    /// Where the user's doing enters the logic; not owned. Without one, what the grid's handlers throw
-    /// reaches the toolkit's event loop.
-    void SetEdge(EventBoundary* edge) noexcept { m_edge.Set(edge); }
     /// Where the cells stand now.
     const GridLayout& Layout() const { return m_scroll.Layout(); }
     /// Where a pop-up menu belongs, in screen coordinates: at the pointer, or below the current cell while
@@ -64,7 +62,6 @@ private:
     VSFlexGrid& m_grid;
     std::unique_ptr<GridManner> m_manner;
     GridPresses m_presses;
-    GridEdge m_edge;
     GridScroll m_scroll;
     GridPainter m_painter;
     ColumnDividers m_dividers;

@@ -357,22 +357,16 @@ TEST_F(GridWidgetEditorTest, TheCurrentCellSelectedAnewByTheGridClosesTheEditor)
     EXPECT_TRUE(widget->hasFocus());
 }
 
-TEST_F(GridWidgetEditorTest, AFailureOfTheGridsHandlersStopsAtTheEdge) {
+TEST_F(GridWidgetEditorTest, AFailureBehindTheBoundaryLeavesTheEditorClosed) {
     Open();
     ScriptedToolkit toolkit;
-    EventBoundary& edge = toolkit.Boundary();
-    widget->SetEdge(&edge);
-    grid.AfterEdit = [](std::int32_t, std::int32_t) { throw cError(errOverflow, "Test", "Overflow"); };
+    grid.AfterEdit = [&](std::int32_t, std::int32_t) {
+        toolkit.Boundary().Run([] { throw cError(errOverflow, "Test", "Overflow"); });
+    };
     toolkit.ExpectBox("Run-time error '6':\r\n\r\nOverflow", BoxIcon::Critical);
     Press(Qt::Key_Return);
     EXPECT_FALSE(grid.EditWindow());
     EXPECT_FALSE(Editor()->isVisible());
-    grid.BeforeMouseDown = [](MouseButton, int, int, int, bool&) {
-        throw cError(errOverflow, "Test", "Overflow");
-    };
-    toolkit.ExpectBox("Run-time error '6':\r\n\r\nOverflow", BoxIcon::Critical);
-    Click(3, 1);
-    widget->SetEdge(nullptr);
 }
 
 TEST_F(GridWidgetEditorTest, AWidgetThatGoesLeavesTheGridWithoutAScreen) {

@@ -15,10 +15,9 @@ namespace {
 
 std::int32_t TargetLimitOf(const Desk& desk, const SelectedCells& cells) {
     if (cells.nCols() != 1) {
-        return NoTargetLimit;
+        return NoLimit;
     }
-    const int limit = LimitOf(desk.Grid.ColData(cells.SelCols(1)));
-    return limit == NoLimit ? NoTargetLimit : limit;
+    return LimitOf(desk.Grid.ColData(cells.SelCols(1)));
 }
 
 double Calculated(double base, double value, std::int32_t how) {

@@ -39,7 +39,7 @@ void frmFill::Display() {
         m_loaded = true;
         txtConstant.SetValue(m_fillText);
     }
-    if (m_targetLimit == NoTargetLimit) {
+    if (m_targetLimit == NoLimit) {
         optFillLimit.SetEnabled(false);
         fraLimits.SetEnabled(false);
         optLimits.SetEnabled(false);  // a disabled frame takes its options along

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/Columns.h"
 #include "model/Globals.h"
 #include "platform/Toolkit.h"
 
@@ -9,8 +10,6 @@ namespace kd {
 enum FillKind : std::int32_t { fkConstant = 0, fkCalculation = 1 };
 /// How a limit is calculated from another one, as frmFill::LimitPlusMinus gives it.
 enum PlusMinus : std::int32_t { pmPlus = 0, pmMinus = 1, pmPlusPercent = 2, pmMinusPercent = 3 };
-/// frmFill::TargetLimit where a calculation is not offered.
-inline constexpr std::int32_t NoTargetLimit = -1;
 
 /// The dialog that asks what to fill a range of cells with. It only collects: the command does the work, and
 /// shows it again after a refusal, with what was typed still in it.
@@ -24,7 +23,7 @@ public:
     /// The constant; shown when the dialog is first displayed.
     const Text& FillText() const noexcept { return m_fillText; }
     void SetFillText(Text value) { m_fillText = std::move(value); }
-    /// Index into optLimits of the limit that is filled, or NoTargetLimit.
+    /// Index into optLimits of the limit that is filled; NoLimit, and a calculation is not offered.
     std::int32_t TargetLimit() const noexcept { return m_targetLimit; }
     void SetTargetLimit(std::int32_t value) noexcept { m_targetLimit = value; }
     /// Index into optLimits of the limit to calculate from.
@@ -61,7 +60,7 @@ private:
     std::int32_t m_fillType = fkConstant;
     bool m_cancel = true;
     Text m_fillText;
-    std::int32_t m_targetLimit = NoTargetLimit;
+    std::int32_t m_targetLimit = NoLimit;
     std::int32_t m_limitType = 0;
     std::int32_t m_limitPlusMinus = pmPlus;
     Text m_limitValue;

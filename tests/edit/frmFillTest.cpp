@@ -63,7 +63,7 @@ TEST_F(frmFillTest, OtherColumnsOfferTheConstantOnly) {
     for (const ColumnNumber number : {cnVariableName, cnMax, cnMin, cnType, cnUnits}) {
         Select(1, number, 1, number);
         Expect([&](frmFill& form) {
-            EXPECT_EQ(form.TargetLimit(), NoTargetLimit) << number;
+            EXPECT_EQ(form.TargetLimit(), NoLimit) << number;
             EXPECT_EQ(form.lblLimit.Caption(), "USL  =");
             EXPECT_FALSE(form.optFillLimit.Enabled());
             EXPECT_FALSE(form.fraLimits.Enabled());
@@ -82,7 +82,7 @@ TEST_F(frmFillTest, TwoVisibleLimitColumnsOfferTheConstantOnly) {
     AddLimits(cnUSL, {1});
     Select(1, cnUSL, 1, cnUCL);
     Expect([](frmFill& form) {
-        EXPECT_EQ(form.TargetLimit(), NoTargetLimit);
+        EXPECT_EQ(form.TargetLimit(), NoLimit);
         form.cmdCancel.UserClick();
     });
     Run();

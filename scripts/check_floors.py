@@ -73,11 +73,15 @@ def faults_of(path):
             yield place
 
 
-def circles(files):
-    """Sources that include each other, a header and its source being one."""
+def sources(src):
+    return [path for path in sorted(src.rglob("*")) if path.suffix in (".h", ".cpp")]
+
+
+def circles(src):
+    """Sources below `src` that include each other, a header and its source being one."""
     uses = {}
-    for path in files:
-        unit = path.relative_to(SRC).with_suffix("").as_posix()
+    for path in sources(src):
+        unit = path.relative_to(src).with_suffix("").as_posix()
         used = {name.rpartition(".")[0] for _, quote, name in includes_of(path) if quote == '"'}
         uses.setdefault(unit, set()).update(used - {unit})
     done, road = set(), []
@@ -97,13 +101,13 @@ def circles(files):
 
 
 def main():
-    files = [path for path in sorted(SRC.rglob("*")) if path.suffix in (".h", ".cpp")]
+    files = sources(SRC)
     rooms = {room_of(path.relative_to(SRC).as_posix()) for path in files}
     faults = [f"src/{room}: a room that USES does not know" for room in sorted(rooms - set(USES))]
     for path in files:
         if room_of(path.relative_to(SRC).as_posix()) in USES:
             faults += faults_of(path)
-    faults += [f"a circle: {circle}" for circle in circles(files)]
+    faults += [f"a circle: {circle}" for circle in circles(SRC)]
     print("\n".join(faults) if faults else f"{len(files)} files, every include leads down, and none in a circle")
     return 1 if faults else 0
 

@@ -18,12 +18,13 @@ import re
 import statistics
 import sys
 
+from check_floors import circles, sources
+
 BLANK = re.compile(r'//[^\n]*|/\*.*?\*/|R"(\w*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])\'', re.S)
 DIRECTIVE = re.compile(r"^[ \t]*#(?:[^\n]*\\\n)*[^\n]*", re.M)
 TYPE = re.compile(r"[^()]*\b(?:class|struct|union)\s+(\w+)[^()]*", re.S)
 NAME = re.compile(r"((?:\w+(?:<[^<>]*>)?::)*~?(?:operator\s*\W{1,3}|operator\s+\w+|\w+))\s*\(")
 TAIL = re.compile(r"(?:\)|\b(?:const|noexcept|override|final|try)|->[\w:<>&*\s]+|[\w)}]\s*[)}])\s*$")
-INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.M)
 DUPLICATE = 6
 
 
@@ -161,10 +162,6 @@ def rooms_of(root):
     return rooms
 
 
-def sources(folder):
-    return [path for path in sorted(folder.rglob("*")) if path.suffix in (".h", ".cpp")]
-
-
 def lengths(functions):
     lines = sorted(each[0] for each in functions)
     if not lines:
@@ -188,24 +185,6 @@ def duplicates(paths):
             repeated += index + DUPLICATE - max(free, index)
             free = index + DUPLICATE
     return blocks, repeated
-
-
-def circles(src):
-    """Sources that include each other, a header and its source being one: each group once."""
-    uses = collections.defaultdict(set)
-    for path in sources(src):
-        unit = path.relative_to(src).with_suffix("").as_posix()
-        uses[unit] |= {name.rpartition(".")[0] for name in INCLUDE.findall(path.read_text(encoding="utf-8"))} - {unit}
-    reach = {unit: set(used) for unit, used in uses.items()}
-    changed = True
-    while changed:
-        changed = False
-        for unit, used in reach.items():
-            more = set().union(*(reach.get(other, set()) for other in used)) - used
-            used |= more
-            changed = changed or bool(more)
-    return sorted({tuple(sorted(other for other in reach[unit] if unit in reach.get(other, set())))
-                   for unit in reach if unit in reach[unit]})
 
 
 def largest(items):
@@ -252,8 +231,8 @@ def main():
     for folder in ("src", "tests"):
         blocks, lines = duplicates(sources(options.root / folder))
         print(f"Duplicates in {folder}: {blocks} blocks, {lines} lines")
-    found = circles(options.root / "src")
-    print("Circles: " + ("; ".join(" - ".join(group) for group in found) if found else "none"))
+    found = list(circles(options.root / "src"))
+    print("Circles: " + ("; ".join(found) if found else "none"))
     for lines, name, owner in sorted(whole.functions, reverse=True)[:options.longest]:
         print(f"{lines:5} {name}" + (f" of {owner}" if owner and "::" not in name else ""))
     for name, (lines, members) in sorted(whole.classes.items(), key=lambda item: -item[1][0])[:options.longest]:

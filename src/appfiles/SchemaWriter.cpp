@@ -68,7 +68,7 @@ WrittenSchema Written(Globals& g, std::int32_t fileIndex, Flushing flushing, Aft
         WriteText(g, *file, written, flushing);
         return written;
     } catch (...) {
-        written.file->LetOthersIn();
+        written.file->Unlock();
         if (afterFailure == AfterFailure::Blocked) {
             // It stays open until the program ends, so that no later save of this program takes what is left.
             g.openTemporaries.push_back(temporary);

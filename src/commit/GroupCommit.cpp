@@ -213,7 +213,7 @@ void GroupCommit::Withdraw() noexcept {
 
 /// Takes away a new text that is not to have its turn.
 void GroupCommit::Discard(WrittenSchema& written) noexcept {
-    written.file->LetOthersIn();
+    written.file->Unlock();
     written.file.reset();
     m_g.platform.files.DeleteAbandoned(written.temporary);
 }

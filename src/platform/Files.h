@@ -46,9 +46,9 @@ public:
         (void)path;
         return {};
     }
-    /// From Files::OpenForOutput on, closed or not, the file is kept from other programs' OpenForOutput where
-    /// the system can do that; no longer from here on. Nothing is written after it.
-    virtual void LetOthersIn() noexcept {}
+    /// From Files::OpenForOutput on, closed or not, the file is locked: kept from other programs'
+    /// OpenForOutput where the system can do that. No longer from here on. Nothing is written after it.
+    virtual void Unlock() noexcept {}
 };
 
 /// How long what another program keeps is waited for: as long as it takes to save a file, or not at all.

@@ -400,7 +400,7 @@ TEST(SaveSchemaTest, TheTemporaryFileIsKeptFromOtherProgramsUntilItStandsInTheTa
             void Flush() override { file->Flush(); }
             void Close() override { file->Close(); }
             void CloseForSettling() override { file->CloseForSettling(); }
-            void LetOthersIn() noexcept override { kept = false; }
+            void Unlock() noexcept override { kept = false; }
             std::unique_ptr<OutputFile> file;
             bool& kept;
         };

@@ -170,7 +170,7 @@ private:
         FileIdentity TakeRightsOf(std::string_view path) noexcept override {
             return m_file->TakeRightsOf(path);
         }
-        void LetOthersIn() noexcept override { m_file->LetOthersIn(); }
+        void Unlock() noexcept override { m_file->Unlock(); }
 
     private:
         FailingFiles& m_files;

@@ -59,7 +59,7 @@ public:
         return TakeOverRightsOf(m_file.Get(), Text(path));
     }
 
-    void LetOthersIn() noexcept override {
+    void Unlock() noexcept override {
         if (m_lock.IsOpen()) {
             (void)::flock(m_lock.Get(), LOCK_UN);  // fails for a descriptor that is none only
         }

@@ -49,7 +49,7 @@ public:
         Close();
     }
     FileIdentity TakeRightsOf(std::string_view path) noexcept override { return IdentityOf(path); }
-    void LetOthersIn() noexcept override {
+    void Unlock() noexcept override {
         // Each handle keeps the file, and what was not written or settled by now never will be.
         m_unsettled.Forget(m_ticket);
         (void)m_lock.Close();

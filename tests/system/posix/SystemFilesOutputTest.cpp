@@ -99,7 +99,7 @@ TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsNotTaken) {
     EXPECT_EQ(Get(At("a.temp")), "ours");
 
     held = other.OpenForOutput(At("a.temp"));
-    held->LetOthersIn();
+    held->Unlock();
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), 0) << "though it is still open";
 }
 

@@ -39,11 +39,11 @@ TEST_F(TwoAtAFileTest, OutputThatLetsOthersInIsTaken) {
         if (isClosed) {
             held->Close();
         }
-        held->LetOthersIn();
+        held->Unlock();
         EXPECT_EQ(Get(path), "another's");
         EXPECT_EQ(ErrorOf([&] { files.OpenForOutput(path)->Write("ours"); }), 0);
         EXPECT_EQ(Get(path), "ours");
-        held->LetOthersIn();
+        held->Unlock();
         held->Close();
     }
     EXPECT_EQ(pauses, 0);
@@ -175,7 +175,7 @@ TEST_F(TwoAtAFileTest, ATextThatIsNotToHaveItsTurnIsLetGoBeforeItIsSettled) {
     auto text = files.OpenForOutput(At("a.temp"));
     text->Write("new");
     text->CloseForSettling();
-    text->LetOthersIn();
+    text->Unlock();
     text.reset();
     files.DeleteAbandoned(At("a.temp"));
     EXPECT_EQ(Names(), std::set<Text>{});

@@ -126,7 +126,7 @@ void frmApplicationAdmin::cmdAddApplication_Click() {
     std::vector<Text> files(chosen->begin() + (chosen->size() == 1 ? 0 : 1), chosen->end());
     if (chosen->size() > 1) {
         for (Text& file : files) {
-            file = paths::Join(chosen->front(), file, m_g.platform.files.Delimiter());
+            file = paths::InFolder(chosen->front(), file, m_g.platform.files.Delimiter());
         }
     }
     const Text duplicates = AddFiles(files);

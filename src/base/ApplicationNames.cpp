@@ -62,8 +62,8 @@ std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateNa
 }
 
 Text ArchivesOf(std::string_view templatePath, char delimiter) {
-    const Text archives = paths::Join(paths::FolderToList(templatePath), "Archive", delimiter);
-    return paths::Join(archives, paths::BaseName(templatePath), delimiter);
+    const Text archives = paths::InFolder(paths::FolderToList(templatePath), "Archive", delimiter);
+    return paths::InFolder(archives, paths::BaseName(templatePath), delimiter);
 }
 
 Text UnfinishedArchiveName() {

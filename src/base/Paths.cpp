@@ -48,7 +48,7 @@ Text ChangeExtension(std::string_view path, std::string_view extension) {
     return result;
 }
 
-Text Join(std::string_view folder, std::string_view name, char delimiter) {
+Text InFolder(std::string_view folder, std::string_view name, char delimiter) {
     Text result(folder);
     if (result.empty() || !IsDelimiter(result.back())) {
         result += delimiter;

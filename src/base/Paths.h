@@ -17,7 +17,8 @@ std::string_view BaseName(std::string_view path) noexcept;
 /// further dots), or with it added where there is none. The extension begins at the last "." of the file
 /// name; a name such as ".kdt" is all extension.
 Text ChangeExtension(std::string_view path, std::string_view extension);
-/// `folder`, one delimiter, `name`. A folder that ends in a delimiter gets no second one.
-Text Join(std::string_view folder, std::string_view name, char delimiter);
+/// The path of `name` in `folder`: the two with one delimiter between. A folder that ends in a delimiter gets
+/// no second one.
+Text InFolder(std::string_view folder, std::string_view name, char delimiter);
 
 }  // namespace kd::paths

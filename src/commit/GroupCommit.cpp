@@ -115,9 +115,9 @@ bool GroupCommit::MakeRoomFor(const cFile& file) {
         if (view.upperTemporary != upperTemporary) {
             continue;
         }
-        const Text aside =
-            paths::Join(paths::FolderToList(written.target),
-                        names::WaitingName(paths::FileName(written.target)), m_g.platform.files.Delimiter());
+        const Text aside = paths::InFolder(paths::FolderToList(written.target),
+                                           names::WaitingName(paths::FileName(written.target)),
+                                           m_g.platform.files.Delimiter());
         try {
             m_g.platform.files.Rename(written.temporary, aside);
         } catch (const cError&) {
@@ -368,7 +368,7 @@ void GroupCommit::DeleteLeftovers() noexcept {
         try {
             for (const Text& name : files.FolderEntries(folder)) {
                 if (saved.count(Text(names::WaitsFor(name))) != 0) {
-                    files.DeleteAbandoned(paths::Join(folder, name, files.Delimiter()));
+                    files.DeleteAbandoned(paths::InFolder(folder, name, files.Delimiter()));
                 }
             }
         } catch (...) {

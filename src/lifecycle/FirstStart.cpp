@@ -45,8 +45,8 @@ void CopyFolder(Files& files, std::string_view from, std::string_view to) {
     files.MakeFolder(unfinished);
     try {
         for (const Text& name : files.FolderEntries(from)) {
-            if (const Text source = paths::Join(from, name, delimiter); files.IsRegularFile(source)) {
-                files.CopyForArchive(source, paths::Join(unfinished, name, delimiter));
+            if (const Text source = paths::InFolder(from, name, delimiter); files.IsRegularFile(source)) {
+                files.CopyForArchive(source, paths::InFolder(unfinished, name, delimiter));
             }
         }
         files.Rename(unfinished, to);
@@ -77,7 +77,7 @@ void ProvideSampleApplications(Globals& g, std::string_view installedFolder, std
         g.gRecents = std::make_shared<cRecents>();
         g.gMasterFiles = std::make_shared<cMasterFiles>();
         for (const Text& name : TemplatesIn(files, ownFolder)) {
-            g.gMasterFiles->Add(paths::Join(ownFolder, name, files.Delimiter()), true);
+            g.gMasterFiles->Add(paths::InFolder(ownFolder, name, files.Delimiter()), true);
         }
         g.gMasterFiles->Sort("A");
         if (g.gMasterFiles->Count() > 0) {

@@ -41,13 +41,13 @@ Text GetUserName(Globals& g, std::uintptr_t window) {
 Text SettingsPath(Globals& g) {
     const Text name(paths::BaseName(g.platform.environment.ProgramPath()));
     return ChangeFileExtension(
-        g, paths::Join(GetSuiteContext(g).SettingsFolder(), name, g.platform.files.Delimiter()), ".IKD");
+        g, paths::InFolder(GetSuiteContext(g).SettingsFolder(), name, g.platform.files.Delimiter()), ".IKD");
 }
 
 Text FallbackSettingsPath(Globals& g) {
     const Text program = g.platform.environment.ProgramPath();
     const Text beside =
-        paths::Join(paths::Folder(program), paths::FileName(program), g.platform.files.Delimiter());
+        paths::InFolder(paths::Folder(program), paths::FileName(program), g.platform.files.Delimiter());
     return ChangeFileExtension(g, beside, ".ini");
 }
 

@@ -21,7 +21,7 @@ void Files::MoveOver(std::string_view source, std::string_view target) {
 void Files::CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) {
     for (const Text& source : sources) {
         try {
-            CopyForArchive(source, paths::Join(folder, paths::FileName(source), Delimiter()));
+            CopyForArchive(source, paths::InFolder(folder, paths::FileName(source), Delimiter()));
         } catch (const cError& error) {
             throw cError(error.Number(), error.Source(), error.Description(), source);
         }

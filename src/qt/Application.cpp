@@ -37,7 +37,7 @@ constexpr std::string_view CatalogueName = "KDLimitDeskHelp.xml";
 bool HoldsData(Files& files, const Text& folder) {
     const char delimiter = files.Delimiter();
     return files.Exists(
-        paths::Join(paths::Join(folder, HelpFolderName, delimiter), CatalogueName, delimiter));
+        paths::InFolder(paths::InFolder(folder, HelpFolderName, delimiter), CatalogueName, delimiter));
 }
 
 QIcon ProgramIcon() {
@@ -69,7 +69,7 @@ Text SettingsFolder(const Environment& environment, char delimiter) {
     const bool isNamed = !configured.empty() && configured.front() == '/';
     const Text folder = isNamed ? configured : FromQt(QDir::homePath() + QStringLiteral("/.config"));
 #endif
-    return paths::Join(folder, name, delimiter);
+    return paths::InFolder(folder, name, delimiter);
 }
 
 Text ProgramDataFolder(Files& files, const Text& programFolder) {
@@ -78,7 +78,7 @@ Text ProgramDataFolder(Files& files, const Text& programFolder) {
         return programFolder;
     }
     for (Text folder(paths::Folder(programFolder)); !folder.empty(); folder = Text(paths::Folder(folder))) {
-        Text shared = paths::Join(paths::Join(folder, "share", delimiter), "kdlimitdesk", delimiter);
+        Text shared = paths::InFolder(paths::InFolder(folder, "share", delimiter), "kdlimitdesk", delimiter);
         if (HoldsData(files, shared)) {
             return shared;
         }
@@ -102,11 +102,11 @@ ApplicationFolders ApplicationFolders::OfUser() {
         folders.suite.applicationsFolder = UserFolder(QStandardPaths::HomeLocation);
     }
     folders.suite.programDataFolder = ProgramDataFolder(files, Text(paths::Folder(folders.programPath)));
-    folders.installedSamples = paths::Join(folders.suite.programDataFolder, "samples", delimiter);
-    folders.ownSamples =
-        paths::Join(paths::Join(UserFolder(QStandardPaths::GenericDataLocation), "kdlimitdesk", delimiter),
-                    "samples", delimiter);
-    folders.suite.helpFolder = paths::Join(folders.suite.programDataFolder, HelpFolderName, delimiter);
+    folders.installedSamples = paths::InFolder(folders.suite.programDataFolder, "samples", delimiter);
+    folders.ownSamples = paths::InFolder(
+        paths::InFolder(UserFolder(QStandardPaths::GenericDataLocation), "kdlimitdesk", delimiter), "samples",
+        delimiter);
+    folders.suite.helpFolder = paths::InFolder(folders.suite.programDataFolder, HelpFolderName, delimiter);
     return folders;
 }
 

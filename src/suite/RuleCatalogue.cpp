@@ -16,7 +16,7 @@ std::vector<Text> ReadRuleCatalogue(Files& files, const Locale& locale, const st
         try {
             // Narrowed, since the names go into every saved file.
             text = page.Narrowed(
-                page.DecodeMarked(files.Read(paths::Join(folder, "Rules.ini", files.Delimiter()))));
+                page.DecodeMarked(files.Read(paths::InFolder(folder, "Rules.ini", files.Delimiter()))));
         } catch (const cError&) {
             continue;  // a catalogue that cannot be read is none; the next place has one
         }

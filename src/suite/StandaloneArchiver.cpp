@@ -81,7 +81,7 @@ std::vector<Text> StandaloneArchiver::FilesOf(std::string_view templatePath) {
         if (isTemplate || upper == upperLog || upper == upperReport ||
             names::ViewNumberOf(name, templateName, page) >= 1) {
             hasTemplate = hasTemplate || isTemplate;
-            found.push_back(paths::Join(folder, name, m_files.Delimiter()));
+            found.push_back(paths::InFolder(folder, name, m_files.Delimiter()));
         }
     });
     if (!hasTemplate) {
@@ -137,7 +137,7 @@ Text StandaloneArchiver::TakeName(const Text& made, std::string_view parent) {
     constexpr int Tries = 10;
     for (int tries = 1;; ++tries) {
         const Text name = FreeName(present);
-        Text path = paths::Join(parent, name, delimiter);
+        Text path = paths::InFolder(parent, name, delimiter);
         try {
             m_files.Rename(made, path);
         } catch (const cError&) {
@@ -150,7 +150,7 @@ Text StandaloneArchiver::TakeName(const Text& made, std::string_view parent) {
         }
         for (const Text& left : present) {
             if (names::IsUnfinishedArchive(left) && left != paths::FileName(made)) {
-                m_files.DeleteAbandonedFolder(paths::Join(parent, left, delimiter));
+                m_files.DeleteAbandonedFolder(paths::InFolder(parent, left, delimiter));
             }
         }
         return path;
@@ -163,7 +163,7 @@ Text StandaloneArchiver::BeginArchive(std::string_view path) {
         const auto sources = FilesOf(path);
         const char delimiter = m_files.Delimiter();
         const Text parent = names::ArchivesOf(path, delimiter);
-        const Text folder = paths::Join(parent, names::UnfinishedArchiveName(), delimiter);
+        const Text folder = paths::InFolder(parent, names::UnfinishedArchiveName(), delimiter);
         m_begun[key] = {folder, {}};
         m_files.MakeKeptFolder(folder);
         CopyAll(sources, folder, path);

@@ -65,20 +65,20 @@ TEST(Paths, ChangeExtensionReplacesTheLastOneOfTheFileNameOrAddsOne) {
     }
 }
 
-TEST(Paths, JoinPutsOneDelimiterBetween) {
-    EXPECT_EQ(paths::Join("/plant", "line.kdt", '/'), "/plant/line.kdt");
-    EXPECT_EQ(paths::Join("C:\\plant", "line.kdt", '\\'), "C:\\plant\\line.kdt");
+TEST(Paths, InFolderPutsOneDelimiterBetween) {
+    EXPECT_EQ(paths::InFolder("/plant", "line.kdt", '/'), "/plant/line.kdt");
+    EXPECT_EQ(paths::InFolder("C:\\plant", "line.kdt", '\\'), "C:\\plant\\line.kdt");
 }
 
-TEST(Paths, JoinAddsNoSecondDelimiter) {
-    EXPECT_EQ(paths::Join("/plant/", "line.kdt", '/'), "/plant/line.kdt");
-    EXPECT_EQ(paths::Join("C:\\", "line.kdt", '\\'), "C:\\line.kdt");
-    EXPECT_EQ(paths::Join("C:/", "line.kdt", '\\'), "C:/line.kdt");
-    EXPECT_EQ(paths::Join("/plant\\", "line.kdt", '/'), "/plant\\line.kdt");
+TEST(Paths, InFolderAddsNoSecondDelimiter) {
+    EXPECT_EQ(paths::InFolder("/plant/", "line.kdt", '/'), "/plant/line.kdt");
+    EXPECT_EQ(paths::InFolder("C:\\", "line.kdt", '\\'), "C:\\line.kdt");
+    EXPECT_EQ(paths::InFolder("C:/", "line.kdt", '\\'), "C:/line.kdt");
+    EXPECT_EQ(paths::InFolder("/plant\\", "line.kdt", '/'), "/plant\\line.kdt");
 }
 
-TEST(Paths, JoinToTheFolderOfARootFileGivesTheRoot) {
-    EXPECT_EQ(paths::Join(paths::Folder("/line.kdt"), "line.V1", '/'), "/line.V1");
+TEST(Paths, AFileInTheFolderOfARootFileIsInTheRoot) {
+    EXPECT_EQ(paths::InFolder(paths::Folder("/line.kdt"), "line.V1", '/'), "/line.V1");
 }
 
 }  // namespace

@@ -143,7 +143,7 @@ void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::strin
     const FlushCopy flush = isNoted && OneFlushIsEnough(target) ? FlushCopy::No : FlushCopy::Yes;
     for (const Text& source : sources) {
         try {
-            CopyToArchive(source, paths::Join(folder, paths::FileName(source), Delimiter()), flush);
+            CopyToArchive(source, paths::InFolder(folder, paths::FileName(source), Delimiter()), flush);
         } catch (const cError& error) {
             throw cError(error.Number(), error.Source(), error.Description(), source);
         }
@@ -187,7 +187,7 @@ void SystemFiles::RemoveFolder(std::string_view folder) {
         return;
     }
     for (const Text& name : FolderEntries(path)) {
-        RemoveFolder(paths::Join(path, name, Delimiter()));
+        RemoveFolder(paths::InFolder(path, name, Delimiter()));
     }
     if (::rmdir(path.c_str()) != 0) {
         Raise("RemoveFolder", folder, errno);

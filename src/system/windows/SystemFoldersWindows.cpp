@@ -60,7 +60,7 @@ std::size_t RootSize(std::string_view path) noexcept {
 }  // namespace
 
 std::vector<Text> SystemFiles::FolderEntries(std::string_view folder) {
-    NativePath pattern = Native("FolderEntries", paths::Join(folder, "*", Delimiter()));
+    NativePath pattern = Native("FolderEntries", paths::InFolder(folder, "*", Delimiter()));
     WIN32_FIND_DATAW entry{};
     std::uint32_t attributes = 0;
     Code failure = 0;
@@ -181,7 +181,7 @@ void SystemFiles::RemoveEmptyFolder(std::string_view folder) noexcept {
 }
 
 void SystemFiles::FlushFolder(std::string_view folder) {
-    const NativePath native = Native("FlushFolder", paths::Join(folder, "", Delimiter()));
+    const NativePath native = Native("FlushFolder", paths::InFolder(folder, "", Delimiter()));
     std::uint32_t attributes = 0;
     Code code = 0;
     if (!Attributes(native, attributes, code) || !IsFolder(attributes)) {
@@ -214,7 +214,7 @@ void SystemFiles::RemoveFolder(std::string_view folder) {
     } else {
         if (!IsLink(attributes)) {  // a link is removed, never followed
             for (const Text& name : FolderEntries(folder)) {
-                RemoveFolder(paths::Join(folder, name, Delimiter()));
+                RemoveFolder(paths::InFolder(folder, name, Delimiter()));
             }
         }
         code = waiting::Glance(

@@ -44,7 +44,7 @@ void Unsettled::Settle() {
         }
     }
     for (const Text& folder : folders) {
-        const NativePath native = Native("Settle", paths::Join(folder, "", '\\'));
+        const NativePath native = Native("Settle", paths::InFolder(folder, "", '\\'));
         const HANDLE handle = ::CreateFileW(native.text.c_str(), GENERIC_WRITE, ShareAll, nullptr,
                                             OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
         if (handle != INVALID_HANDLE_VALUE) {

@@ -1,8 +1,8 @@
 #include "CoreBench.h"
 
 #include "appfiles/LoadApplications.h"
+#include "appfiles/RuleLetters.h"
 #include "appfiles/SchemaReader.h"
-#include "appfiles/Variables.h"
 #include "grid/ColumnCatalogue.h"
 #include "lifecycle/StartUp.h"
 

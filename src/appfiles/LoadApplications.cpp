@@ -1,8 +1,8 @@
 #include "appfiles/LoadApplications.h"
 
 #include "appfiles/FileNames.h"
+#include "appfiles/RuleLetters.h"
 #include "appfiles/SchemaReader.h"
-#include "appfiles/Variables.h"
 #include "base/Scope.h"
 #include "grid/ColumnCatalogue.h"
 #include "grid/RowFill.h"

@@ -1,6 +1,6 @@
 #include "lifecycle/StartUp.h"
 
-#include "appfiles/Variables.h"
+#include "appfiles/RuleLetters.h"
 #include "base/Paths.h"
 #include "model/modKDLimitDesk.h"
 

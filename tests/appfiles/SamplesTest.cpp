@@ -7,10 +7,10 @@
 
 #include "SourceFolder.h"
 #include "appfiles/FileNames.h"
+#include "appfiles/RuleLetters.h"
 #include "appfiles/SchemaHeader.h"
 #include "appfiles/SchemaReader.h"
 #include "appfiles/SchemaWriter.h"
-#include "appfiles/Variables.h"
 #include "base/Paths.h"
 #include "fakes/TestMachine.h"
 

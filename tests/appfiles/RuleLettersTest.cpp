@@ -1,4 +1,4 @@
-#include "appfiles/Variables.h"
+#include "appfiles/RuleLetters.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,6 @@
 #include "CoreBench.h"
 
+#include "appfiles/DerivedBounds.h"
 #include "appfiles/LoadApplications.h"
 #include "appfiles/RuleLetters.h"
 #include "appfiles/SchemaReader.h"
@@ -14,7 +15,8 @@ void FinishView(Globals& g, modKDLimitDesk::RuleTranslators& translators, std::i
                 std::int32_t first) {
     const auto& rules = translators.For(g.gFiles->Ref(fileId).Rules());
     for (std::int32_t index = first; index <= g.gFields->Count(); ++index) {
-        modKDLimitDesk::FinishVariable(rules, g.gSavedFields->Ref(index), g.gFields->Ref(index));
+        modKDLimitDesk::DeriveBounds(g.gSavedFields->Ref(index), g.gFields->Ref(index));
+        modKDLimitDesk::TranslateLetters(rules, g.gSavedFields->Ref(index), g.gFields->Ref(index));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "appfiles/LoadApplications.h"
 
+#include "appfiles/DerivedBounds.h"
 #include "appfiles/FileNames.h"
 #include "appfiles/RuleLetters.h"
 #include "appfiles/SchemaReader.h"
@@ -107,7 +108,10 @@ private:
         std::int32_t index = file.BegFieldPtr();
         try {
             for (; index <= file.EndFieldPtr(); ++index) {
-                FinishVariable(rules, m_g.gSavedFields->Ref(index), m_g.gFields->Ref(index));
+                cField& saved = m_g.gSavedFields->Ref(index);
+                cField& field = m_g.gFields->Ref(index);
+                DeriveBounds(saved, field);
+                TranslateLetters(rules, saved, field);
                 RefreshGridRow(m_desk, index);
             }
         } catch (...) {

@@ -2,23 +2,9 @@
 
 #include <algorithm>
 
-#include "appfiles/FileNumbers.h"
-
 namespace kd::modKDLimitDesk {
 
 namespace {
-
-/// Nines with the point where the mask has it.
-Text Nines(std::int32_t length, std::int32_t decimals) {
-    if (length < 0 || (decimals > 0 && decimals >= length)) {
-        throw cError(errInvalidArgument, "Variables.Nines");
-    }
-    Text text(static_cast<std::size_t>(length), '9');
-    if (decimals > 0) {
-        text[static_cast<std::size_t>(length - decimals - 1)] = '.';
-    }
-    return text;
-}
 
 std::vector<Text> UpperNames(std::string_view names, const CodePage& page) {
     std::vector<Text> upper;
@@ -33,19 +19,6 @@ std::vector<Text> UpperNames(std::string_view names, const CodePage& page) {
 Text RuleLetter(std::size_t index, const CodePage& page) {
     const std::size_t code = std::size_t{'A'} + index;
     return code > 0xFFU ? Text() : page.Decode(std::string(1, static_cast<char>(code)));
-}
-
-double MaxForMask(std::int32_t length, std::int32_t decimals) {
-    return FileNumber(Nines(length, decimals));
-}
-
-double MinForMask(std::int32_t length, std::int32_t decimals) {
-    Text text = Nines(length, decimals);
-    if (!text.starts_with('9')) {
-        return 0;
-    }
-    text.front() = '-';
-    return FileNumber(text);
 }
 
 RuleTranslator::RuleTranslator(std::string_view catalogueNames, std::string_view viewNames,
@@ -85,15 +58,6 @@ void TranslateLetters(const RuleTranslator& rules, const cField& saved, cField& 
     if (!saved.Rules().empty()) {
         field.SetRules(rules.Translate(saved.Rules()));
     }
-}
-
-void FinishVariable(const RuleTranslator& rules, cField& saved, cField& field) {
-    if (IsNumericType(saved.FieldType()) && saved.Maximum() == 0 && saved.Minimum() == 0) {
-        saved.SetMaximum(MaxForMask(saved.Length(), saved.Decimals()));
-        saved.SetMinimum(MinForMask(saved.Length(), saved.Decimals()));
-        field.CopyFrom(saved);  // the twins still hold the same values, and so go on sharing them
-    }
-    TranslateLetters(rules, saved, field);
 }
 
 void TranslateRules(Globals& g, std::int32_t fileIndex, std::int32_t fieldIndex) {

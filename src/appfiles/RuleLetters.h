@@ -6,20 +6,12 @@
 
 #include "model/Globals.h"
 
-/// What a freshly read variable still needs: bounds, and rule letters of the catalogue.
+/// The letters that stand for rules: each file numbers its own, the catalogue all.
 namespace kd::modKDLimitDesk {
 
 /// The letter of a rule, counted from 0: from "A" on, and past "Z" on through the code page. Empty where the
 /// page ends.
 Text RuleLetter(std::size_t index, const CodePage& page);
-
-/// The largest number of a mask: 999.99 for a length of 6 with 2 decimals.
-/// @throws cError(errInvalidArgument) where the mask has no place for the point, cError(errOverflow) for a
-/// number beyond a double.
-double MaxForMask(std::int32_t length, std::int32_t decimals);
-/// The smallest number of a mask, the sign taking one place: -99.99 for a length of 6 with 2 decimals. 0
-/// where there is no room for a sign. Errors as MaxForMask.
-double MinForMask(std::int32_t length, std::int32_t decimals);
 
 /// Turns the rule letters of one file into those of the catalogue.
 class RuleTranslator {
@@ -56,10 +48,7 @@ private:
     std::optional<RuleTranslator> m_last;
 };
 
-/// Gives a freshly read variable its bounds, where it is numeric and its file gives none (they count as
-/// loaded), and its rule letters of the catalogue. Errors as MaxForMask.
-void FinishVariable(const RuleTranslator& rules, cField& saved, cField& field);
-/// The second half of it alone.
+/// Gives a freshly read variable the catalogue's letters of its rules; `saved` keeps the file's.
 void TranslateLetters(const RuleTranslator& rules, const cField& saved, cField& field);
 
 /// Stores the translated rule letters of a variable in gFields; those in gSavedFields stay the file's.

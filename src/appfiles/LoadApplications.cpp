@@ -4,6 +4,7 @@
 #include "appfiles/FileNames.h"
 #include "appfiles/RuleLetters.h"
 #include "appfiles/SchemaReader.h"
+#include "base/NumberTexts.h"
 #include "base/Scope.h"
 #include "grid/ColumnCatalogue.h"
 #include "grid/RowFill.h"

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "appfiles/FileNumbers.h"
+#include "base/NumberTexts.h"
 #include "platform/Missing.h"
 
 namespace kd::modKDLimitDesk {

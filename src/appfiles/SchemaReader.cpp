@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "appfiles/SchemaKeys.h"
-#include "base/Numbers.h"
+#include "base/NumberTexts.h"
 
 namespace kd {
 

@@ -7,7 +7,7 @@
 #include "appfiles/FileNames.h"
 #include "appfiles/SchemaHeader.h"
 #include "appfiles/SchemaText.h"
-#include "base/Numbers.h"
+#include "base/NumberTexts.h"
 
 namespace kd::modKDLimitDesk {
 

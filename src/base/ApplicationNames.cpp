@@ -3,7 +3,7 @@
 #include <charconv>
 #include <random>
 
-#include "base/Numbers.h"
+#include "base/NumberTexts.h"
 #include "base/Paths.h"
 
 namespace kd::names {

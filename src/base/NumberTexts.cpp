@@ -1,9 +1,9 @@
+#include "base/NumberTexts.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-
-#include "base/Numbers.h"
 
 namespace kd {
 

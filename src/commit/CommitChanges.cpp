@@ -5,7 +5,7 @@
 #include <optional>
 #include <utility>
 
-#include "base/Numbers.h"
+#include "base/NumberTexts.h"
 #include "base/Scope.h"
 #include "commit/GroupCommit.h"
 #include "commit/frmCommit.h"

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "base/NumberTexts.h"
 #include "edit/CellCheck.h"
 #include "edit/SelectedCells.h"
 #include "edit/frmFill.h"

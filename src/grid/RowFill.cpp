@@ -1,5 +1,6 @@
 #include "grid/RowFill.h"
 
+#include "base/NumberTexts.h"
 #include "model/Columns.h"
 
 namespace kd {

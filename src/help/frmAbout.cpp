@@ -1,5 +1,6 @@
 #include "help/frmAbout.h"
 
+#include "base/NumberTexts.h"
 #include "help/Maker.h"
 
 namespace kd {

@@ -4,6 +4,7 @@
 
 #include "admin/ManageApplications.h"
 #include "appfiles/LoadApplications.h"
+#include "base/NumberTexts.h"
 #include "base/Scope.h"
 #include "commit/CommitChanges.h"
 #include "edit/Fill.h"

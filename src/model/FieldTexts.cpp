@@ -3,6 +3,7 @@
 #include <array>
 #include <span>
 
+#include "base/NumberTexts.h"
 #include "base/Numbers.h"
 #include "model/Decimals.h"
 #include "model/FieldData.h"

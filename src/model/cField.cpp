@@ -3,6 +3,7 @@
 #include <functional>
 #include <set>
 
+#include "base/NumberTexts.h"
 #include "base/Numbers.h"
 #include "model/Decimals.h"
 #include "model/FieldData.h"

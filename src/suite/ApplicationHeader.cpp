@@ -5,6 +5,7 @@
 #include <set>
 
 #include "base/ApplicationNames.h"
+#include "base/NumberTexts.h"
 #include "base/Numbers.h"
 #include "base/Paths.h"
 #include "base/cError.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "base/ApplicationNames.h"
-#include "base/Numbers.h"
+#include "base/NumberTexts.h"
 #include "base/Paths.h"
 #include "base/cError.h"
 #include "platform/Missing.h"

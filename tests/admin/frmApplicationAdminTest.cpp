@@ -4,6 +4,7 @@
 
 #include "admin/ManageApplications.h"
 #include "admin/modBrowseForFile.h"
+#include "base/NumberTexts.h"
 #include "fakes/Builders.h"
 
 namespace kd {

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "appfiles/SchemaWriter.h"
+#include "base/NumberTexts.h"
 #include "fakes/Builders.h"
 
 namespace kd {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <iterator>
 
+#include "base/NumberTexts.h"
 #include "fakes/Builders.h"
 #include "model/PropertyTable.h"
 

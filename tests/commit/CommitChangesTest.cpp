@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/ApplicationNames.h"
+#include "base/NumberTexts.h"
 #include "commit/GroupCommit.h"
 #include "commit/frmCommit.h"
 #include "fakes/Builders.h"

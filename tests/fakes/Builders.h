@@ -6,7 +6,7 @@
 
 #include "appfiles/LoadApplications.h"
 #include "appfiles/SchemaKeys.h"
-#include "base/Numbers.h"
+#include "base/NumberTexts.h"
 #include "fakes/TestMachine.h"
 #include "grid/ColumnCatalogue.h"
 #include "grid/Desk.h"

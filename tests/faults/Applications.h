@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/NumberTexts.h"
 #include "faults/RealFolder.h"
 
 namespace kd {

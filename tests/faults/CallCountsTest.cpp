@@ -1,3 +1,4 @@
+#include "base/NumberTexts.h"
 #include "commit/GroupCommit.h"
 #include "faults/Applications.h"
 #ifdef __linux__

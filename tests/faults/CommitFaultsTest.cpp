@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "base/NumberTexts.h"
 #include "fakes/MemoryFiles.h"
 #include "faults/FaultOracle.h"
 

@@ -7,7 +7,7 @@
 
 #include "appfiles/FileNames.h"
 #include "appfiles/LoadApplications.h"
-#include "base/Numbers.h"
+#include "base/NumberTexts.h"
 #include "base/Paths.h"
 #include "commit/CommitChanges.h"
 #include "commit/frmCommit.h"

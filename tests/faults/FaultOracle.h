@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "base/NumberTexts.h"
 #include "fakes/FailingFiles.h"
 #include "faults/CommitScene.h"
 

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "appfiles/SchemaWriter.h"
+#include "base/NumberTexts.h"
 #include "fakes/FailingFiles.h"
 #include "fakes/MemoryFiles.h"
 #include "faults/CommitScene.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "appfiles/SchemaWriter.h"
-#include "base/Numbers.h"
+#include "base/NumberTexts.h"
 #include "fakes/AtSizes.h"
 #include "fakes/Builders.h"
 #include "fakes/FakeServices.h"

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 
+#include "base/NumberTexts.h"
 #include "faults/RealFolder.h"
 #include "system/posix/FailingCalls.h"
 

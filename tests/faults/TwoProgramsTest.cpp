@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/NumberTexts.h"
 #include "faults/RealFolder.h"
 #include "system/Waiting.h"
 

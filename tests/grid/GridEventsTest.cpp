@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/NumberTexts.h"
 #include "fakes/Builders.h"
 #include "grid/ColumnCatalogue.h"
 #include "model/Columns.h"

@@ -5,7 +5,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "base/Numbers.h"
+#include "base/NumberTexts.h"
 #include "model/cField.h"
 
 namespace kd {

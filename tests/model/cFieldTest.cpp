@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 
+#include "base/NumberTexts.h"
 #include "fakes/TestMachine.h"
 #include "model/FieldProperties.h"
 #include "model/PropertyTable.h"

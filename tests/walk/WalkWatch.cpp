@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <utility>
 
-#include "base/Numbers.h"
 #include "grid/ColumnCatalogue.h"
 #include "model/PropertyTable.h"
 #include "model/modKDLimitDesk.h"

@@ -1,4 +1,5 @@
 #include "base/Numbers.h"
+#include "base/NumberTexts.h"
 
 #include <algorithm>
 #include <cmath>

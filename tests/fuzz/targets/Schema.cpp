@@ -3,6 +3,7 @@
 #include "appfiles/FileNames.h"
 #include "appfiles/SchemaHeader.h"
 #include "appfiles/SchemaWriter.h"
+#include "base/NumberTexts.h"
 #include "base/Numbers.h"
 #include "fuzz/FuzzDesk.h"
 #include "grid/CellGate.h"

@@ -1,5 +1,6 @@
 #include <QMouseEvent>
 
+#include "base/NumberTexts.h"
 #include "qt/WindowFixture.h"
 
 namespace kd {

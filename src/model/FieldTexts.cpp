@@ -30,6 +30,13 @@ void Localise(const Locale* locale, Text& text, std::size_t from) {
     }
 }
 
+/// Lays a number into a mask (LayIntoMask), with the locale's separator where one is given.
+void FormatWithMask(double value, int length, int decimals, const Locale* localised, Text& text) {
+    const std::size_t from = text.size();
+    AppendIntoMask(value, length, decimals, text);
+    Localise(localised, text, from);
+}
+
 void FormatLimit(const FieldData& data, int index, bool withF, const Locale* localised, Text& text) {
     if (!IsNumericType(data.texts[tsFieldType])) {
         return;
@@ -54,9 +61,7 @@ void FormatLimit(const FieldData& data, int index, bool withF, const Locale* loc
     if (withF) {
         text += 'F';
     }
-    const std::size_t from = text.size();
-    AppendIntoMask(limit.value, width, behindPoint, text);
-    Localise(localised, text, from);
+    FormatWithMask(limit.value, width, behindPoint, localised, text);
 }
 
 void FormatBound(const FieldData& data, double value, const Locale* localised, Text& text) {
@@ -69,12 +74,10 @@ void FormatBound(const FieldData& data, double value, const Locale* localised, T
     if (length < 0 || (hasPoint && decimals >= length)) {
         throw cError(errInvalidArgument, "cField.FormatBound");
     }
-    const std::size_t from = text.size();
-    AppendIntoMask(value, length, hasPoint ? decimals : -1, text);
-    Localise(localised, text, from);
+    FormatWithMask(value, length, hasPoint ? decimals : -1, localised, text);
 }
 
-void FormatMethod(const FieldData& data, std::int32_t number, std::span<const std::string_view> words,
+void AppendMethod(const FieldData& data, std::int32_t number, std::span<const std::string_view> words,
                   std::int32_t mode, Text& text) {
     if (!IsNumericType(data.texts[tsFieldType])) {
         return;
@@ -84,6 +87,14 @@ void FormatMethod(const FieldData& data, std::int32_t number, std::span<const st
     } else if (number >= 0 && static_cast<std::size_t>(number) < words.size()) {
         text += words[static_cast<std::size_t>(number)];
     }
+}
+
+void LimitMethodText(const FieldData& data, std::int32_t mode, Text& text) {
+    AppendMethod(data, data.longs[lsLimitMethod], LimitMethodWords, mode, text);
+}
+
+void TargetMethodText(const FieldData& data, std::int32_t mode, Text& text) {
+    AppendMethod(data, data.longs[lsTargetMethod], TargetMethodWords, mode, text);
 }
 
 void StoreMethod(cField& field, std::size_t slot, std::span<const std::string_view> words,
@@ -135,10 +146,10 @@ void AppendProperty(const cField& field, const Property& property, std::int32_t 
             FormatLimit(data, property.slot, mode == vmFile, localised, text);
             return;
         case vkLimitMethod:
-            FormatMethod(data, data.longs[property.slot], LimitMethodWords, mode, text);
+            LimitMethodText(data, mode, text);
             return;
         case vkTargetMethod:
-            FormatMethod(data, data.longs[property.slot], TargetMethodWords, mode, text);
+            TargetMethodText(data, mode, text);
             return;
         case vkRules:
             text += field.Rules();

@@ -240,6 +240,25 @@ bool FolderForbids(int code) noexcept {
 /// What came of writing beside the target.
 enum class Outcome { Done, NotPossibleHere };
 
+/// Writes the new file, makes it like the present one and closes it. Returns 0 or an errno; nothing where the
+/// user may not give it that one's rights.
+std::optional<int> Furnish(Descriptor& file, std::string_view bytes, const Text& target,
+                           const struct stat* present) {
+    int code = WriteAll(file.Get(), bytes);
+    if (code == 0 && present != nullptr) {
+        if (!TakeOverRights(file.Get(), target, *present)) {
+            return std::nullopt;
+        }
+    } else if (code == 0) {
+        code = TakeUsualMode(file.Get());
+    }
+    if (code == 0) {
+        code = Flush(file.Get());
+    }
+    const int closed = file.Close();
+    return code != 0 ? code : closed;
+}
+
 Outcome WriteBeside(const char* operation, const Text& target, std::string_view bytes,
                     const struct stat* present) {
     Text temporary;
@@ -257,19 +276,11 @@ Outcome WriteBeside(const char* operation, const Text& target, std::string_view 
             (void)::unlink(temporary.c_str());  // what cannot be removed now cannot be mended here
         }
     });
-    int code = WriteAll(file.Get(), bytes);
-    if (code == 0) {
-        if (present != nullptr && !TakeOverRights(file.Get(), target, *present)) {
-            return Outcome::NotPossibleHere;
-        }
-        code = present != nullptr ? 0 : TakeUsualMode(file.Get());
+    const std::optional<int> furnished = Furnish(file, bytes, target, present);
+    if (!furnished) {
+        return Outcome::NotPossibleHere;
     }
-    if (code == 0) {
-        code = Flush(file.Get());
-    }
-    if (const int closed = file.Close(); code == 0) {
-        code = closed;
-    }
+    int code = *furnished;
     if (code == 0 && ::rename(temporary.c_str(), target.c_str()) != 0) {
         if (present != nullptr && FolderForbids(errno)) {
             return Outcome::NotPossibleHere;  // EBUSY: something is mounted on the file itself

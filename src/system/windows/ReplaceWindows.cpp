@@ -1,6 +1,7 @@
 #include "system/windows/ReplaceWindows.h"
 
 #include <cstring>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -178,18 +179,42 @@ Code TakePlace(const NativePath& source, const std::wstring& target) {
 /// What came of writing beside the target.
 enum class Outcome { Done, NotPossibleHere };
 
-/// `present` is the open target, not open where there is none; it is closed before its place is taken.
-Outcome WriteBeside(const char* operation, std::string_view path, const std::wstring& target, Handle present,
-                    std::string_view bytes) {
-    const bool isNew = !present.IsOpen();
-    NativePath temporary;
-    Code code = 0;
+/// A new file beside the target, and like the present one if there is one.
+Handle NewInsteadOf(const std::wstring& target, bool isNew, NativePath& temporary, Code& code) {
     constexpr DWORD Usual = GENERIC_READ | GENERIC_WRITE | DELETE;
     Handle file = NewBeside(target, isNew ? Usual : Usual | WRITE_DAC | WRITE_OWNER, temporary, code);
     if (code == ERROR_ACCESS_DENIED && !isNew) {
         // Many a server lets nobody change rights. Mostly the new file has those of the old one by itself.
         file = NewBeside(target, Usual, temporary, code);
     }
+    return file;
+}
+
+/// Writes the new file, makes it like the present one, which is open or there is none, and closes both.
+/// Returns 0 or a code; nothing where the user may not give it that one's rights.
+std::optional<Code> Furnish(Handle& file, std::string_view bytes, Handle& present) {
+    Code code = WriteAll(file.Get(), bytes);
+    if (code == 0 && present.IsOpen()) {
+        if (!TakeOverRights(file.Get(), present.Get())) {
+            return std::nullopt;
+        }
+        code = TakeOverAttributes(file.Get(), present.Get());
+    }
+    if (code == 0) {
+        code = Flush(file.Get());
+    }
+    const Code closed = file.Close();
+    (void)present.Close();  // only its rights were asked for
+    return code != 0 ? code : closed;
+}
+
+/// `present` is the open target, not open where there is none; it is closed before its place is taken.
+Outcome WriteBeside(const char* operation, std::string_view path, const std::wstring& target, Handle present,
+                    std::string_view bytes) {
+    const bool isNew = !present.IsOpen();
+    NativePath temporary;
+    Code code = 0;
+    Handle file = NewInsteadOf(target, isNew, temporary, code);
     if (!file.IsOpen()) {
         if (!isNew && LeavesTheFileItself(code)) {
             return Outcome::NotPossibleHere;
@@ -204,20 +229,11 @@ Outcome WriteBeside(const char* operation, std::string_view path, const std::wst
             (void)Remove(temporary);
         }
     });
-    code = WriteAll(file.Get(), bytes);
-    if (code == 0 && !isNew) {
-        if (!TakeOverRights(file.Get(), present.Get())) {
-            return Outcome::NotPossibleHere;
-        }
-        code = TakeOverAttributes(file.Get(), present.Get());
+    const std::optional<Code> furnished = Furnish(file, bytes, present);
+    if (!furnished) {
+        return Outcome::NotPossibleHere;
     }
-    if (code == 0) {
-        code = Flush(file.Get());
-    }
-    if (const Code closed = file.Close(); code == 0) {
-        code = closed;
-    }
-    (void)present.Close();  // only its rights were asked for
+    code = *furnished;
     if (code == 0) {
         code = TakePlace(temporary, target);
         if (code != 0 && !isNew && LeavesTheFileItself(code)) {

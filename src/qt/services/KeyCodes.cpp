@@ -1,8 +1,27 @@
 #include "qt/services/KeyCodes.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "platform/VSFlexGrid.h"
 
 namespace kd {
+
+namespace {
+
+struct KeyCode {
+    Qt::Key key;
+    int code;
+};
+
+constexpr KeyCode KeyCodes[] = {
+    {Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},     {Qt::Key_Backtab, 9}, {Qt::Key_Return, 13},
+    {Qt::Key_Enter, 13},    {Qt::Key_Escape, 27}, {Qt::Key_PageUp, 33}, {Qt::Key_PageDown, 34},
+    {Qt::Key_End, 35},      {Qt::Key_Home, 36},   {Qt::Key_Left, 37},   {Qt::Key_Up, 38},
+    {Qt::Key_Right, 39},    {Qt::Key_Down, 40},   {Qt::Key_Insert, 45}, {Qt::Key_Delete, 46},
+};
+
+}  // namespace
 
 int ShiftOf(Qt::KeyboardModifiers modifiers) {
     int shift = 0;
@@ -20,40 +39,9 @@ int KeyCodeOf(int key) {
     if (key >= Qt::Key_F1 && key <= Qt::Key_F12) {
         return key - Qt::Key_F1 + 112;
     }
-    switch (key) {
-        case Qt::Key_Backspace:
-            return 8;
-        case Qt::Key_Tab:
-        case Qt::Key_Backtab:
-            return 9;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            return 13;
-        case Qt::Key_Escape:
-            return 27;
-        case Qt::Key_PageUp:
-            return 33;
-        case Qt::Key_PageDown:
-            return 34;
-        case Qt::Key_End:
-            return 35;
-        case Qt::Key_Home:
-            return 36;
-        case Qt::Key_Left:
-            return 37;
-        case Qt::Key_Up:
-            return 38;
-        case Qt::Key_Right:
-            return 39;
-        case Qt::Key_Down:
-            return 40;
-        case Qt::Key_Insert:
-            return 45;
-        case Qt::Key_Delete:
-            return 46;
-        default:
-            return 0;
-    }
+    const auto* const found = std::find_if(std::begin(KeyCodes), std::end(KeyCodes),
+                                           [&](const KeyCode& each) { return each.key == key; });
+    return found != std::end(KeyCodes) ? found->code : 0;
 }
 
 }  // namespace kd

@@ -19,13 +19,19 @@ constexpr int PictureSize = 64;
 
 AboutDialog::AboutDialog(frmAbout& form, EventBoundary& boundary, QWidget* parent)
     : FormDialog(form, boundary, parent) {
-    auto* const image = new QLabel(this);
-    auto* const title = new QLabel(this);
-    auto* const version = new QLabel(this);
-    auto* const company = new QLabel(this);
-    auto* const website = new LinkWidget(this);
-    auto* const email = new LinkWidget(this);
-    auto* const ok = new QPushButton(this);
+    const auto link = [&](Label& control) {
+        auto* const label = new LinkWidget(this);
+        new LabelBinder(control, *label, boundary, true);
+        return label;
+    };
+    QLabel* const image = WidgetFor(form.Image1);
+    QLabel* const title = WidgetFor(form.lblAppTitle);
+    QLabel* const version = WidgetFor(form.lblVersion);
+    QLabel* const company = WidgetFor(form.lblCompanyInfo);
+    LinkWidget* const website = link(form.lblWebsite);
+    LinkWidget* const email = link(form.lblEmail);
+    QPushButton* const ok = WidgetFor(form.cmdOk);
+    image->setPixmap(QApplication::windowIcon().pixmap(QSize(PictureSize, PictureSize), devicePixelRatioF()));
     QFont large = title->font();
     large.setPointSizeF(large.pointSizeF() * 1.4);
     large.setBold(true);
@@ -40,21 +46,9 @@ AboutDialog::AboutDialog(frmAbout& form, EventBoundary& boundary, QWidget* paren
     row->addWidget(image, 0, Qt::AlignTop);
     row->addSpacing(fontMetrics().height());
     row->addLayout(texts, 1);
-    auto* const buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok);
     auto* const column = new QVBoxLayout(this);
     column->addLayout(row, 1);
-    column->addLayout(buttons);
-
-    new LabelBinder(form.Image1, *image, boundary);
-    new LabelBinder(form.lblAppTitle, *title, boundary);
-    new LabelBinder(form.lblVersion, *version, boundary);
-    new LabelBinder(form.lblCompanyInfo, *company, boundary);
-    new LabelBinder(form.lblWebsite, *website, boundary, true);
-    new LabelBinder(form.lblEmail, *email, boundary, true);
-    new ButtonBinder(form.cmdOk, *ok, boundary);
-    image->setPixmap(QApplication::windowIcon().pixmap(QSize(PictureSize, PictureSize), devicePixelRatioF()));
+    column->addLayout(Row({}, {ok}));
 
     TabThrough({website, email, ok});
     SetButtons(ok, ok);

@@ -28,43 +28,30 @@ QFont FilterFont(const QFont& around) {
 
 AdminDialog::AdminDialog(frmApplicationAdmin& form, EventBoundary& boundary, QWidget* parent)
     : FormDialog(form, boundary, parent) {
-    auto* const label = new QLabel(this);
+    QLabel* const label = WidgetFor(form.Label1);
     auto* const filter = new ComboBoxWidget(this);
-    auto* const grid = new GridWidget(form.Grid, this, std::make_unique<ListManner>(form.Grid));
-    const auto button = [&](Button& control, QChar mnemonic = {}) {
-        auto* const made = new QPushButton(this);
-        new ButtonBinder(control, *made, boundary, mnemonic);
-        return made;
-    };
-    auto* const apply = button(form.cmdFilter, QLatin1Char('p'));
-    auto* const add = button(form.cmdAddApplication, QLatin1Char('A'));
-    auto* const remove = button(form.cmdRemoveApplication, QLatin1Char('R'));
-    auto* const help = button(form.cmdHelp, QLatin1Char('H'));
-    auto* const ok = button(form.cmdOk);
-    auto* const cancel = button(form.cmdCancel);
-    new LabelBinder(form.Label1, *label, boundary);
     new ComboBoxBinder(form.cboFilter, *filter, boundary);
     filter->setFont(FilterFont(font()));
     filter->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     filter->setMinimumContentsLength(20);
     filter->SetSpokenName(tr("Filter criteria"));
+    QPushButton* const apply = WidgetFor(form.cmdFilter, QLatin1Char('p'));
+    auto* const grid = new GridWidget(form.Grid, this, std::make_unique<ListManner>(form.Grid));
     grid->setAccessibleName(tr("List of active applications"));
+    QPushButton* const add = WidgetFor(form.cmdAddApplication, QLatin1Char('A'));
+    QPushButton* const remove = WidgetFor(form.cmdRemoveApplication, QLatin1Char('R'));
+    QPushButton* const help = WidgetFor(form.cmdHelp, QLatin1Char('H'));
+    QPushButton* const ok = WidgetFor(form.cmdOk);
+    QPushButton* const cancel = WidgetFor(form.cmdCancel);
 
     auto* const top = new QHBoxLayout;
     top->addWidget(filter, 1);
     top->addWidget(apply);
-    auto* const bottom = new QHBoxLayout;
-    bottom->addWidget(add);
-    bottom->addWidget(remove);
-    bottom->addWidget(help);
-    bottom->addStretch();
-    bottom->addWidget(ok);
-    bottom->addWidget(cancel);
     auto* const column = new QVBoxLayout(this);
     column->addWidget(label);
     column->addLayout(top);
     column->addWidget(grid, 1);
-    column->addLayout(bottom);
+    column->addLayout(Row({add, remove, help}, {ok, cancel}));
 
     TabThrough({filter, apply, grid, add, remove, help, ok, cancel});
     SetButtons(ok, cancel);

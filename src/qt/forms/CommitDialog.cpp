@@ -1,5 +1,6 @@
 #include "qt/forms/CommitDialog.h"
 
+#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListView>
@@ -7,36 +8,25 @@
 #include <QVBoxLayout>
 
 #include "qt/forms/ListBinder.h"
-#include "qt/forms/Widgets.h"
 
 namespace kd {
 
 CommitDialog::CommitDialog(frmCommit& form, EventBoundary& boundary, QWidget* parent)
     : FormDialog(form, boundary, parent) {
-    auto* const label = new QLabel(this);
+    QLabel* const label = WidgetFor(form.Label1);
+    label->setWordWrap(true);
     auto* const list = new QListView(this);
-    auto* const all = new CheckBoxWidget(this);
-    auto* const ok = new QPushButton(this);
-    auto* const cancel = new QPushButton(this);
     list->setAccessibleName(tr("Changed views"));
+    new ListBinder(form.lstFiles, *list, boundary);
+    QCheckBox* const all = WidgetFor(form.chkSelectAll, QLatin1Char('S'));
+    QPushButton* const ok = WidgetFor(form.cmdOk);
+    QPushButton* const cancel = WidgetFor(form.cmdCancel);
 
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(all);
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
     auto* const column = new QVBoxLayout(this);
     column->addWidget(label);
     column->addWidget(list, 1);
-    column->addLayout(buttons);
+    column->addLayout(Row({all}, {ok, cancel}));
 
-    new LabelBinder(form.Label1, *label, boundary);
-    new ListBinder(form.lstFiles, *list, boundary);
-    new CheckBoxBinder(form.chkSelectAll, *all, boundary, QLatin1Char('S'));
-    new ButtonBinder(form.cmdOk, *ok, boundary);
-    new ButtonBinder(form.cmdCancel, *cancel, boundary);
-
-    label->setWordWrap(true);
     TabThrough({list, all, ok, cancel});
     SetButtons(ok, cancel);
     list->setFocus();

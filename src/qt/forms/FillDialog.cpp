@@ -2,7 +2,6 @@
 
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -39,19 +38,18 @@ QGroupBox* FrameOf(OptionGroup& group, const Label& frame, EventBoundary& bounda
 
 FillDialog::FillDialog(frmFill& form, EventBoundary& boundary, QWidget* parent)
     : FormDialog(form, boundary, parent) {
-    auto* const constant = new OptionWidget(this);
-    auto* const text = new QLineEdit(this);
-    auto* const calculation = new OptionWidget(this);
-    auto* const target = new QLabel(this);
+    // Made in the order in which Tab goes through them.
+    QRadioButton* const constant = WidgetFor(form.optFillConstant, QLatin1Char('U'));
+    QLineEdit* const text = WidgetFor(form.txtConstant, tr("Constant value"));
+    QRadioButton* const calculation = WidgetFor(form.optFillLimit, QLatin1Char('c'));
+    QLabel* const target = WidgetFor(form.lblLimit);
     QGroupBox* const limitFrame = FrameOf(form.optLimits, form.fraLimits, boundary, this);
     QGroupBox* const operationFrame = FrameOf(form.optPlusMinus, form.fraPlusMinus, boundary, this);
-    auto* const value = new QLineEdit(this);
-    auto* const ok = new QPushButton(this);
-    auto* const cancel = new QPushButton(this);
-    text->setAccessibleName(tr("Constant value"));
+    QLineEdit* const value = WidgetFor(form.txtLimitValue, tr("Value of the calculation"));
+    QPushButton* const ok = WidgetFor(form.cmdOk);
+    QPushButton* const cancel = WidgetFor(form.cmdCancel);
     limitFrame->setAccessibleName(tr("Limit to calculate from"));
     operationFrame->setAccessibleName(tr("Calculation"));
-    value->setAccessibleName(tr("Value of the calculation"));
 
     auto* const grid = new QGridLayout;
     grid->addWidget(constant, 0, 0);
@@ -62,22 +60,10 @@ FillDialog::FillDialog(frmFill& form, EventBoundary& boundary, QWidget* parent)
     grid->addWidget(operationFrame, 2, 2);
     grid->addWidget(value, 2, 3, Qt::AlignVCenter);
     grid->setColumnStretch(3, 1);
-    auto* const buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
     auto* const column = new QVBoxLayout(this);
     column->addLayout(grid);
     column->addStretch();
-    column->addLayout(buttons);
-
-    new OptionButtonBinder(form.optFillConstant, *constant, boundary, QLatin1Char('U'));
-    new TextBoxBinder(form.txtConstant, *text, boundary);
-    new OptionButtonBinder(form.optFillLimit, *calculation, boundary, QLatin1Char('c'));
-    new LabelBinder(form.lblLimit, *target, boundary);
-    new TextBoxBinder(form.txtLimitValue, *value, boundary);
-    new ButtonBinder(form.cmdOk, *ok, boundary);
-    new ButtonBinder(form.cmdCancel, *cancel, boundary);
+    column->addLayout(Row({}, {ok, cancel}));
 
     SetButtons(ok, cancel);
     text->setFocus();

@@ -1,11 +1,14 @@
 #include "qt/forms/FormDialog.h"
 
 #include <QCloseEvent>
+#include <QHBoxLayout>
 #include <QPushButton>
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
 
+#include "qt/forms/Binders.h"
+#include "qt/forms/Widgets.h"
 #include "qt/services/QtText.h"
 
 namespace kd {
@@ -29,6 +32,49 @@ FormDialog::~FormDialog() {
     }
     m_form.OnChanged = nullptr;
     m_form.OnHide = nullptr;
+}
+
+QLabel* FormDialog::WidgetFor(Label& control) {
+    auto* const label = new QLabel(this);
+    new LabelBinder(control, *label, m_boundary);
+    return label;
+}
+
+QPushButton* FormDialog::WidgetFor(Button& control, QChar mnemonic) {
+    auto* const button = new QPushButton(this);
+    new ButtonBinder(control, *button, m_boundary, mnemonic);
+    return button;
+}
+
+QCheckBox* FormDialog::WidgetFor(CheckBox& control, QChar mnemonic) {
+    auto* const check = new CheckBoxWidget(this);
+    new CheckBoxBinder(control, *check, m_boundary, mnemonic);
+    return check;
+}
+
+QRadioButton* FormDialog::WidgetFor(OptionButton& control, QChar mnemonic) {
+    auto* const option = new OptionWidget(this);
+    new OptionButtonBinder(control, *option, m_boundary, mnemonic);
+    return option;
+}
+
+QLineEdit* FormDialog::WidgetFor(TextBox& control, const QString& spokenName) {
+    auto* const field = new QLineEdit(this);
+    field->setAccessibleName(spokenName);
+    new TextBoxBinder(control, *field, m_boundary);
+    return field;
+}
+
+QHBoxLayout* FormDialog::Row(std::initializer_list<QWidget*> left, std::initializer_list<QWidget*> right) {
+    auto* const row = new QHBoxLayout;
+    for (QWidget* const widget : left) {
+        row->addWidget(widget);
+    }
+    row->addStretch();
+    for (QWidget* const widget : right) {
+        row->addWidget(widget);
+    }
+    return row;
 }
 
 void FormDialog::SetButtons(QPushButton* defaultButton, QPushButton* cancelButton) {

@@ -4,10 +4,16 @@
 #include <QMargins>
 #include <initializer_list>
 
+#include "platform/Controls.h"
 #include "platform/EventBoundary.h"
 #include "platform/Toolkit.h"
 
+class QCheckBox;
+class QHBoxLayout;
+class QLabel;
+class QLineEdit;
 class QPushButton;
+class QRadioButton;
 
 namespace kd {
 
@@ -24,6 +30,17 @@ public:
     void reject() override;
 
 protected:
+    /// A widget of this window for a control of its form, joined with it by the binder of its kind.
+    /// `mnemonic` is the letter that leads there with Alt; `spokenName` what a screen reader calls a field,
+    /// which has no text of its own.
+    QLabel* WidgetFor(Label& control);
+    QPushButton* WidgetFor(Button& control, QChar mnemonic = {});
+    QCheckBox* WidgetFor(CheckBox& control, QChar mnemonic);
+    QRadioButton* WidgetFor(OptionButton& control, QChar mnemonic);
+    QLineEdit* WidgetFor(TextBox& control, const QString& spokenName);
+    /// A row of widgets at the left and some at the right.
+    static QHBoxLayout* Row(std::initializer_list<QWidget*> left, std::initializer_list<QWidget*> right);
+
     /// The button that Enter presses wherever no other button has the focus, and the one that Esc presses;
     /// either may be null. To be called when all widgets are there.
     void SetButtons(QPushButton* defaultButton, QPushButton* cancelButton);

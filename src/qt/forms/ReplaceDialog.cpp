@@ -1,30 +1,25 @@
 #include "qt/forms/ReplaceDialog.h"
 
+#include <QCheckBox>
 #include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "qt/forms/Binders.h"
-#include "qt/forms/Widgets.h"
-
 namespace kd {
 
 ReplaceDialog::ReplaceDialog(frmReplace& form, EventBoundary& boundary, QWidget* parent)
     : FormDialog(form, boundary, parent) {
-    auto* const columnLabel = new QLabel(this);
-    auto* const columnName = new QLabel(this);
-    auto* const findLabel = new QLabel(this);
-    auto* const find = new QLineEdit(this);
-    auto* const replaceLabel = new QLabel(this);
-    auto* const replace = new QLineEdit(this);
-    auto* const matchCase = new CheckBoxWidget(this);
-    auto* const doReplace = new QPushButton(this);
-    auto* const cancel = new QPushButton(this);
-    find->setAccessibleName(tr("Text to find"));
-    replace->setAccessibleName(tr("Text to put in its place"));
+    QLabel* const columnLabel = WidgetFor(form.Label1);
+    QLabel* const columnName = WidgetFor(form.lblColumn);
+    QLabel* const findLabel = WidgetFor(form.lblFind);
+    QLineEdit* const find = WidgetFor(form.txtFind, tr("Text to find"));
+    QLabel* const replaceLabel = WidgetFor(form.LblReplace);
+    QLineEdit* const replace = WidgetFor(form.txtReplace, tr("Text to put in its place"));
+    QCheckBox* const matchCase = WidgetFor(form.chkMatchCase, QLatin1Char('M'));
+    QPushButton* const doReplace = WidgetFor(form.cmdReplace, QLatin1Char('R'));
+    QPushButton* const cancel = WidgetFor(form.cmdCancel);
 
     auto* const grid = new QGridLayout;
     grid->addWidget(columnLabel, 0, 0);
@@ -35,24 +30,10 @@ ReplaceDialog::ReplaceDialog(frmReplace& form, EventBoundary& boundary, QWidget*
     grid->addWidget(replace, 2, 1);
     grid->addWidget(matchCase, 3, 1);
     grid->setColumnStretch(1, 1);
-    auto* const buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(doReplace);
-    buttons->addWidget(cancel);
     auto* const column = new QVBoxLayout(this);
     column->addLayout(grid);
     column->addStretch();
-    column->addLayout(buttons);
-
-    new LabelBinder(form.Label1, *columnLabel, boundary);
-    new LabelBinder(form.lblColumn, *columnName, boundary);
-    new LabelBinder(form.lblFind, *findLabel, boundary);
-    new TextBoxBinder(form.txtFind, *find, boundary);
-    new LabelBinder(form.LblReplace, *replaceLabel, boundary);
-    new TextBoxBinder(form.txtReplace, *replace, boundary);
-    new CheckBoxBinder(form.chkMatchCase, *matchCase, boundary, QLatin1Char('M'));
-    new ButtonBinder(form.cmdReplace, *doReplace, boundary, QLatin1Char('R'));
-    new ButtonBinder(form.cmdCancel, *cancel, boundary);
+    column->addLayout(Row({}, {doReplace, cancel}));
 
     TabThrough({find, replace, matchCase, doReplace, cancel});
     SetButtons(doReplace, nullptr);

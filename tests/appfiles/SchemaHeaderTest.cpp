@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "appfiles/FileNames.h"
+#include "fakes/ErrorOf.h"
 #include "fakes/FailingFiles.h"
 #include "fakes/TestMachine.h"
 
@@ -13,15 +14,6 @@ using namespace modKDLimitDesk;
 
 const CodePage& Western() {
     return CodePage::Of(1252);
-}
-
-std::int32_t ErrorOf(const auto& operation) {
-    try {
-        operation();
-    } catch (const cError& error) {
-        return error.Number();
-    }
-    return 0;
 }
 
 TEST(FileNames, EveryNameComesFromTheTemplatesPath) {

@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "base/Text.h"
+#include "fakes/ErrorOf.h"
 
 namespace kd {
 namespace {
@@ -17,16 +18,6 @@ class Entries : public cList<Entry> {
 public:
     Record Add(int number) { return Append(std::make_shared<Entry>(Entry{number})); }
 };
-
-template <typename Action>
-std::int32_t ErrorOf(Action action) {
-    try {
-        action();
-    } catch (const cError& error) {
-        return error.Number();
-    }
-    return 0;
-}
 
 void Fill(Entries& list, int count) {
     list.Reserve(count);

@@ -10,31 +10,38 @@
 #include <utility>
 #include <vector>
 
+#include "base/CodePage.h"
 #include "base/Paths.h"
 #include "base/cError.h"
 #include "platform/Files.h"
 
 namespace kd {
 
-/// A file system in memory. Folders exist where a file stands or MakeFolder made one; the root always does.
-/// Names are told apart by case, and a missing one is found regardless of case, as the contract says. Every
-/// operation that can fail counts; FailAt makes the n-th one fail.
+/// A file system in memory, which keeps the contract of Files (FilesContractTest). The root always exists,
+/// and what a test puts somewhere makes the folders above it. Names are told apart by case. Every operation
+/// that can fail counts; FailAt makes the n-th one fail.
 class MemoryFiles : public Files {
 public:
     struct Entry {
         std::string bytes;
         bool readOnly = false;
         bool unreadable = false;
-        bool special = false;  // a folder, FIFO or device in a file's place
+        bool special = false;              // a FIFO or device in a file's place
+        const OutputFile* lock = nullptr;  // who keeps it from another OpenForOutput
     };
 
     // --- for tests
     // ------------------------------------------------------------------------------------------
 
     void Put(const Text& path, std::string bytes) {
-        m_files[path] = Entry{std::move(bytes), false, false, false};
+        AddFolder(paths::Folder(path));
+        m_files[path] = Entry{std::move(bytes)};
     }
-    void PutSpecial(const Text& path) { m_files[path].special = true; }
+    void PutSpecial(const Text& path) {
+        Put(path, {});
+        m_files[path].special = true;
+    }
+    bool IsReadOnly(const Text& path) const { return m_files.at(path).readOnly; }
     void SetReadOnly(const Text& path, bool value = true) { m_files[path].readOnly = value; }
     void SetUnreadable(const Text& path) { m_files[path].unreadable = true; }
     bool Has(const Text& path) const { return m_files.count(path) != 0; }
@@ -81,7 +88,9 @@ public:
     // ----------------------------------------------------------------------------------------------
 
     char Delimiter() const override { return '/'; }
-    bool Exists(std::string_view path) override { return Find(path) != m_files.end() || IsFolder(path); }
+    bool Exists(std::string_view path) override {
+        return !path.empty() && (Find(path) != m_files.end() || IsFolder(path));
+    }
     bool IsRegularFile(std::string_view path) override {
         const auto found = Find(path);
         return found != m_files.end() && !found->second.special;
@@ -89,34 +98,37 @@ public:
     using Files::Read;
     std::string Read(std::string_view path) override {
         Step("Read", path);
-        const auto found = Existing("Read", path);
-        if (found->second.special || found->second.unreadable) {
-            throw cError(errPermissionDenied, "MemoryFiles.Read", {}, Text(path));
-        }
-        return found->second.bytes;
+        return Readable("Read", path)->second.bytes;
     }
     using Files::OpenForOutput;
     std::unique_ptr<OutputFile> OpenForOutput(std::string_view path, Patience) override {
         Step("OpenForOutput", path);
         CheckFolder(path);
-        CheckWritable("OpenForOutput", m_files.find(Text(path)), path);
-        m_files[Text(path)] = Entry{};
-        return std::make_unique<Output>(*this, Text(path));
+        const auto found = m_files.find(Text(path));
+        CheckWritable("OpenForOutput", found, path);
+        if (found != m_files.end() && found->second.lock != nullptr) {
+            throw cError(errFileAlreadyOpen, "MemoryFiles.OpenForOutput", {}, Text(path));
+        }
+        auto output = std::make_unique<Output>(*this, Text(path));
+        Entry emptied;
+        emptied.lock = output.get();
+        m_files[Text(path)] = std::move(emptied);
+        return output;
     }
     std::unique_ptr<OutputFile> OpenForAppend(std::string_view path) override {
         Step("OpenForAppend", path);
         const auto found = Find(path);
+        CheckWritable("OpenForAppend", found, path);
         if (found == m_files.end()) {
             CheckFolder(path);
             m_files[Text(path)] = Entry{};
             return std::make_unique<Output>(*this, Text(path));
         }
-        CheckWritable("OpenForAppend", found, path);
         return std::make_unique<Output>(*this, found->first);
     }
     void CopyFile(std::string_view source, std::string_view target) override {
         Step("CopyFile", target);
-        const auto from = Existing("CopyFile", source);
+        const auto from = Readable("CopyFile", source);
         ReplaceWhole("CopyFile", target, from->second.bytes);
     }
     void DeleteFile(std::string_view path) override {
@@ -131,11 +143,9 @@ public:
     }
     std::vector<Text> FolderEntries(std::string_view folder) override {
         Step("FolderEntries", folder);
-        if (!IsFolder(folder)) {
-            throw cError(errPathNotFound, "MemoryFiles.FolderEntries", {}, Text(folder));
-        }
+        NeedFolder("FolderEntries", folder);
         std::set<Text> names;
-        const Text prefix = Text(folder) + "/";
+        const Text prefix = Text(Bare(folder)) + "/";
         const auto take = [&](const Text& path) {
             if (path.rfind(prefix, 0) == 0) {
                 names.insert(path.substr(prefix.size(), path.find('/', prefix.size()) - prefix.size()));
@@ -151,25 +161,36 @@ public:
     }
     void MakeFolder(std::string_view folder) override {
         Step("MakeFolder", folder);
-        m_folders.insert(Text(folder));
+        for (std::string_view at = Bare(folder); !at.empty(); at = paths::Folder(at)) {
+            if (m_files.count(Text(at)) != 0) {
+                throw cError(errPermissionDenied, "MemoryFiles.MakeFolder", {}, Text(folder));
+            }
+        }
+        AddFolder(Bare(folder));
+    }
+    void MakeKeptFolder(std::string_view folder) override {
+        MakeFolder(folder);
+        m_kept.insert(Text(folder));
     }
     void CopyForArchive(std::string_view source, std::string_view target) override {
         Step("CopyForArchive", target);
-        const auto from = Existing("CopyForArchive", source);
-        if (from->second.special || from->second.unreadable) {
-            throw cError(errPermissionDenied, "MemoryFiles.CopyForArchive", {}, Text(source));
-        }
+        const auto from = Readable("CopyForArchive", source);
         CheckFolder(target);
-        m_files[Text(target)] = Entry{from->second.bytes, false, false, false};
+        if (m_files.count(Text(target)) != 0 || IsFolder(target)) {
+            throw cError(errDevice, "MemoryFiles.CopyForArchive", {}, Text(target));
+        }
+        m_files[Text(target)] = Entry{from->second.bytes, from->second.readOnly};
     }
     void Rename(std::string_view from, std::string_view to) override {
         Step("Rename", from);
         const Text oldName(from);
         const Text newName(to);
-        for (const auto& [path, entry] : m_files) {
-            if (path == newName || path.starts_with(newName + "/")) {
-                throw cError(errPermissionDenied, "MemoryFiles.Rename", {}, newName);
-            }
+        if (m_files.count(oldName) == 0 && !IsFolder(oldName)) {
+            throw cError(errFileNotFound, "MemoryFiles.Rename", {}, oldName);
+        }
+        CheckFolder(newName);
+        if (m_files.count(newName) != 0 || !IsEmptyBelow(newName)) {
+            throw cError(errPermissionDenied, "MemoryFiles.Rename", {}, newName);
         }
         std::map<Text, Entry> files;
         for (auto& [path, entry] : m_files) {
@@ -181,30 +202,31 @@ public:
             folders.insert(Renamed(path, oldName, newName));
         }
         m_folders = std::move(folders);
+        m_kept.erase(oldName);
     }
-    void FlushFolder(std::string_view folder) override { Step("FlushFolder", folder); }
+    void FlushFolder(std::string_view folder) override {
+        Step("FlushFolder", folder);
+        NeedFolder("FlushFolder", folder);
+    }
     void Settle() override {
         m_unsettled.clear();
         Step("Settle", "");
     }
     void DeleteAbandoned(std::string_view path) noexcept override {
         const auto found = m_files.find(Text(path));
-        if (found != m_files.end() && !found->second.special) {
+        if (found != m_files.end() && !found->second.special && found->second.lock == nullptr) {
             m_files.erase(found);
         }
     }
     void RemoveEmptyFolder(std::string_view folder) noexcept override {
-        const Text path(folder);
-        const bool isFull =
-            std::any_of(m_files.begin(), m_files.end(),
-                        [&](const auto& file) { return file.first.starts_with(path + "/"); }) ||
-            std::any_of(m_folders.begin(), m_folders.end(),
-                        [&](const Text& inner) { return inner.starts_with(path + "/"); });
-        if (!isFull) {
+        if (const Text path(folder); IsEmptyBelow(path)) {
             m_folders.erase(path);
         }
     }
     void DeleteAbandonedFolder(std::string_view folder) noexcept override {
+        if (m_kept.count(Text(folder)) != 0) {
+            return;
+        }
         const Text prefix = Text(folder) + "/";
         std::erase_if(m_files, [&](const auto& file) { return file.first.starts_with(prefix); });
         std::erase_if(m_folders,
@@ -212,6 +234,7 @@ public:
     }
     void RemoveFolder(std::string_view folder) override {
         Step("RemoveFolder", folder);
+        m_kept.erase(Text(folder));
         const Text prefix = Text(folder) + "/";
         std::erase_if(m_files, [&](const auto& file) { return file.first.rfind(prefix, 0) == 0; });
         std::erase_if(m_folders,
@@ -221,19 +244,22 @@ public:
 private:
     using Iterator = std::map<Text, Entry>::iterator;
 
-    class Output : public OutputFile {
+    class Output final : public OutputFile {
     public:
         Output(MemoryFiles& files, Text path) : m_memory(files), m_path(std::move(path)) {
             ++m_memory.m_open;
         }
         ~Output() override {
+            Unlock();
             if (m_isOpen) {
                 --m_memory.m_open;
             }
         }
         void Write(std::string_view bytes) override {
             m_memory.Step("Write", m_path);
-            m_memory.m_files[m_path].bytes += bytes;
+            if (const auto file = m_memory.m_files.find(m_path); file != m_memory.m_files.end()) {
+                file->second.bytes += bytes;
+            }
         }
         void Flush() override { m_memory.Step("Flush", m_path); }
         FileIdentity TakeRightsOf(std::string_view path) noexcept override {
@@ -249,6 +275,13 @@ private:
                 m_isOpen = false;
                 --m_memory.m_open;
                 m_memory.Step("Close", m_path);
+            }
+        }
+        void Unlock() noexcept override {
+            for (auto& [path, entry] : m_memory.m_files) {
+                if (entry.lock == this) {
+                    entry.lock = nullptr;
+                }
             }
         }
 
@@ -284,28 +317,54 @@ private:
         if (found != m_files.end()) {
             return found;
         }
+        const CodePage& page = CodePage::Of(1252);
+        const Text upper = page.Upper(path);
         return std::find_if(m_files.begin(), m_files.end(), [&](const auto& file) {
-            return paths::Folder(file.first) == paths::Folder(path) && EqualsNoCaseAscii(file.first, path);
+            return file.first.size() == path.size() && paths::Folder(file.first) == paths::Folder(path) &&
+                   page.Upper(file.first) == upper;
         });
     }
     Iterator Existing(const Text& operation, std::string_view path) {
         const auto found = Find(path);
         if (found == m_files.end()) {
-            throw cError(IsFolder(paths::Folder(path)) ? errFileNotFound : errPathNotFound,
+            const bool isFolder = !path.empty() && IsFolder(path);
+            throw cError(isFolder                        ? errPermissionDenied
+                         : IsFolder(paths::Folder(path)) ? errFileNotFound
+                                                         : errPathNotFound,
                          "MemoryFiles." + operation, {}, Text(path));
         }
         return found;
     }
-    bool IsFolder(std::string_view path) const {
-        if (path.empty()) {
-            return true;
+    Iterator Readable(const Text& operation, std::string_view path) {
+        const auto found = Existing(operation, path);
+        if (found->second.special || found->second.unreadable) {
+            throw cError(errPermissionDenied, "MemoryFiles." + operation, {}, Text(path));
         }
-        const Text prefix = Text(path) + "/";
-        return m_folders.count(Text(path)) != 0 ||
-               std::any_of(m_files.begin(), m_files.end(),
-                           [&](const auto& file) { return file.first.rfind(prefix, 0) == 0; }) ||
-               std::any_of(m_folders.begin(), m_folders.end(),
-                           [&](const Text& folder) { return folder.rfind(prefix, 0) == 0; });
+        return found;
+    }
+    /// The path without a delimiter at its end.
+    static std::string_view Bare(std::string_view path) {
+        return path.ends_with('/') ? path.substr(0, path.size() - 1) : path;
+    }
+    /// The folder and all above it.
+    void AddFolder(std::string_view folder) {
+        for (; !folder.empty(); folder = paths::Folder(folder)) {
+            m_folders.insert(Text(folder));
+        }
+    }
+    bool IsFolder(std::string_view path) const {
+        return Bare(path).empty() || m_folders.count(Text(Bare(path))) != 0;
+    }
+    bool IsEmptyBelow(const Text& folder) const {
+        const auto isBelow = [&](const Text& path) { return path.starts_with(folder + "/"); };
+        return std::none_of(m_files.begin(), m_files.end(),
+                            [&](const auto& file) { return isBelow(file.first); }) &&
+               std::none_of(m_folders.begin(), m_folders.end(), isBelow);
+    }
+    void NeedFolder(const Text& operation, std::string_view folder) const {
+        if (!IsFolder(folder)) {
+            throw cError(errPathNotFound, "MemoryFiles." + operation, {}, Text(folder));
+        }
     }
     void CheckFolder(std::string_view path) const {
         if (!IsFolder(paths::Folder(path))) {
@@ -313,18 +372,20 @@ private:
         }
     }
     void CheckWritable(const Text& operation, Iterator file, std::string_view path) const {
-        if (file != m_files.end() && (file->second.readOnly || file->second.special)) {
+        const bool isRefused = file == m_files.end() ? !path.empty() && IsFolder(path)
+                                                     : file->second.readOnly || file->second.special;
+        if (isRefused) {
             throw cError(errPermissionDenied, "MemoryFiles." + operation, {}, Text(path));
         }
     }
     void ReplaceWhole(const Text& operation, std::string_view target, std::string bytes) {
         const auto found = Find(target);
+        CheckWritable(operation, found, target);
         if (found == m_files.end()) {
             CheckFolder(target);
             Put(Text(target), std::move(bytes));
             return;
         }
-        CheckWritable(operation, found, target);
         found->second.bytes = std::move(bytes);
     }
     static Text Renamed(const Text& path, const Text& from, const Text& to) {
@@ -333,6 +394,7 @@ private:
 
     std::map<Text, Entry> m_files;
     std::set<Text> m_folders;
+    std::set<Text> m_kept;  // folders that are being filled
     std::set<Text> m_unsettled;
     std::vector<Text> m_log;
     std::vector<Failing> m_failOn;

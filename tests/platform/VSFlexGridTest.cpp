@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/cError.h"
+#include "fakes/ErrorOf.h"
 
 namespace kd {
 namespace {
@@ -55,15 +55,6 @@ protected:
     void Watch() {
         grid.SetScreen(&screen);
         screen.log.clear();
-    }
-    template <typename Action>
-    static std::int32_t ErrorOf(Action action) {
-        try {
-            action();
-        } catch (const cError& error) {
-            return error.Number();
-        }
-        return 0;
     }
 
     Screen screen;

@@ -10,24 +10,13 @@
 #include <string>
 #include <utility>
 
-#include "base/cError.h"
+#include "fakes/ErrorOf.h"
 #include "system/SystemFiles.h"
 #include "system/Waiting.h"
 #include "system/windows/FilesWindows.h"
 #include "system/windows/WindowsApi.h"
 
 namespace kd {
-
-/// Number of the error that the action raises; 0 when it raises none.
-template <typename Action>
-std::int32_t ErrorOf(Action action) {
-    try {
-        action();
-    } catch (const cError& error) {
-        return error.Number();
-    }
-    return 0;
-}
 
 /// The files of the system over a fresh temporary folder. No test waits: what stands between two attempts is
 /// counted instead, and may do something.

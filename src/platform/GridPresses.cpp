@@ -5,8 +5,7 @@
 namespace kd {
 
 bool GridPresses::Press(MouseButton button, const GridPointer& pointer) {
-    m_pressed.reset();
-    m_dragging = false;
+    Forget();
     m_grid.SetMouseCell(pointer.cell.row, pointer.cell.screenCol);
     bool cancel = false;
     if (m_grid.BeforeMouseDown) {
@@ -48,8 +47,7 @@ void GridPresses::Release(MouseButton button, const GridPointer& pointer) {
     if (m_pressed != button) {
         return;
     }
-    m_pressed.reset();
-    m_dragging = false;
+    Forget();
     m_grid.SetMouseCell(pointer.cell.row, pointer.cell.screenCol);
     if (m_grid.MouseUp) {
         m_grid.MouseUp(button, pointer.shift, pointer.x, pointer.y);
@@ -62,6 +60,11 @@ void GridPresses::Move(const GridPointer& pointer) {
         // The button of a move is the one that is down; the left one stands for none.
         m_grid.MouseMove(m_pressed.value_or(MouseButton::Left), pointer.shift, pointer.x, pointer.y);
     }
+}
+
+void GridPresses::Forget() noexcept {
+    m_pressed.reset();
+    m_dragging = false;
 }
 
 void GridPresses::DragTo(GridCell cell) {

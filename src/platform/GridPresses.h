@@ -30,6 +30,8 @@ public:
     /// Follows a press that was left to the grid; another one is passed over.
     void Release(MouseButton button, const GridPointer& pointer);
     void Move(const GridPointer& pointer);
+    /// Ends a press whose release was not heard of; nobody is told.
+    void Forget() noexcept;
 
     /// Whether the left button is extending the selection.
     bool Dragging() const noexcept { return m_dragging; }

@@ -81,6 +81,10 @@ GridPointer GridMouse::PointerAt(QPoint position, Qt::KeyboardModifiers modifier
 }
 
 bool GridMouse::TakeDivider(const QMouseEvent& event) {
+    const bool isLeftPress = event.type() == QEvent::MouseButtonPress && event.button() == Qt::LeftButton;
+    if (isLeftPress && m_parts.presses.Dragging()) {
+        m_parts.presses.Forget();  // the button was let go where nobody heard of it
+    }
     if (m_parts.presses.Dragging() || !m_dividers.Take(event)) {
         return false;
     }

@@ -140,6 +140,13 @@ TEST_F(ColumnDividersTest, ADragOfTheSelectionPassesOverDividers) {
     EXPECT_NE(Port()->cursor().shape(), Qt::SplitHCursor);
 }
 
+TEST_F(ColumnDividersTest, ADragOfTheSelectionWhoseEndWasNotHeardOfIsOverAtTheNextPress) {
+    Make(5, 4);
+    QTest::mousePress(Port(), Qt::LeftButton, {}, widget->Layout().CellRect(3, 1).center());
+    Drag(Edge(1), 25);
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth + 25);
+}
+
 TEST_F(ColumnDividersTest, AnOpenEditorStaysAndFollowsItsColumn) {
     Make(5, 4);
     grid.Select(2, 1);

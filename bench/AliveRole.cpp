@@ -9,14 +9,15 @@
 #include "Machine.h"
 #include "Screen.h"
 #include "grid/CellGate.h"
+#include "model/Columns.h"
 
 namespace kd::bench {
 
 namespace {
 
 // Screen positions of columns.
-constexpr std::int32_t NameCol = 7;
-constexpr std::int32_t UnitsCol = 27;
+constexpr std::int32_t NameCol = cnVariableName - 1;
+constexpr std::int32_t UnitsCol = cnUnits - 1;
 
 void Tell(const char* what, const char* job) {
     const double now =

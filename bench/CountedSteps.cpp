@@ -16,6 +16,7 @@
 #include "grid/AutoFilter.h"
 #include "grid/CellGate.h"
 #include "grid/frmAutoFilter.h"
+#include "model/Columns.h"
 
 namespace kd::bench {
 
@@ -24,10 +25,10 @@ namespace {
 namespace fs = std::filesystem;
 
 // Screen positions of columns.
-constexpr std::int32_t NameCol = 7;
-constexpr std::int32_t UslCol = 9;
-constexpr std::int32_t UclCol = 10;
-constexpr std::int32_t UnitsCol = 27;
+constexpr std::int32_t NameCol = cnVariableName - 1;
+constexpr std::int32_t UslCol = cnUSL - 1;
+constexpr std::int32_t UclCol = cnUCL - 1;
+constexpr std::int32_t UnitsCol = cnUnits - 1;
 
 void Step(const char* name, const std::function<void()>& work) {
     KdCounted(work);

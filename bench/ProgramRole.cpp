@@ -15,6 +15,7 @@
 #include "Screen.h"
 #include "commit/CommitChanges.h"
 #include "grid/CellGate.h"
+#include "model/Columns.h"
 
 namespace kd::bench {
 
@@ -23,10 +24,10 @@ namespace fs = std::filesystem;
 namespace {
 
 // Screen positions of columns.
-constexpr std::int32_t NameCol = 7;
-constexpr std::int32_t UslCol = 9;
-constexpr std::int32_t UclCol = 10;
-constexpr std::int32_t UnitsCol = 27;
+constexpr std::int32_t NameCol = cnVariableName - 1;
+constexpr std::int32_t UslCol = cnUSL - 1;
+constexpr std::int32_t UclCol = cnUCL - 1;
+constexpr std::int32_t UnitsCol = cnUnits - 1;
 
 /// Starts the program, confirms the list of applications and loads them all.
 void StartAndLoad(Driver& driver, std::size_t files, Cost& start, Cost& load) {

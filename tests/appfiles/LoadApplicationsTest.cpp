@@ -8,6 +8,7 @@
 #include "appfiles/SchemaWriter.h"
 #include "base/NumberTexts.h"
 #include "fakes/Builders.h"
+#include "model/Columns.h"
 
 namespace kd {
 namespace {
@@ -88,8 +89,8 @@ TEST(LoadApplicationsTest, ARowIsAppendedForEachVariable) {
     t.Put(anApplication().Field(aField().Name("a")).View("Inlet", 1).Field(aField().Name("b").Type("T")));
     t.Load();
     ASSERT_EQ(t.desk.Grid.Rows(), 3);
-    EXPECT_EQ(t.desk.Grid.TextMatrix(1, 7), "a");
-    EXPECT_EQ(t.desk.Grid.TextMatrix(2, 7), "b");
+    EXPECT_EQ(t.desk.Grid.TextMatrix(1, cnVariableName - 1), "a");
+    EXPECT_EQ(t.desk.Grid.TextMatrix(2, cnVariableName - 1), "b");
     EXPECT_EQ(t.desk.Grid.RowData(2), 2);
 }
 
@@ -296,7 +297,7 @@ TEST(LoadApplicationsTest, BoundsAreDerivedOnlyForNumericVariablesOfWhichBothAre
             EXPECT_EQ(field->Maximum(), c.max) << c.label;
             EXPECT_EQ(field->Minimum(), c.min) << c.label;
         }
-        EXPECT_EQ(t.desk.Grid.BackColor(1, 8), 0U) << c.label;
+        EXPECT_EQ(t.desk.Grid.BackColor(1, cnMax - 1), 0U) << c.label;
         EXPECT_FALSE(t.g.gFiles->Ref(1).ChangesMade()) << c.label;
     }
 }
@@ -314,7 +315,7 @@ TEST(LoadApplicationsTest, RuleLettersBecomeTheCataloguesAndTheBaselineKeepsTheF
     EXPECT_EQ(t.g.gSavedFields->Ref(1).Rules(), "AB");
     EXPECT_EQ(t.g.gFields->Ref(2).Rules(), "A");
     EXPECT_EQ(t.g.gSavedFields->Ref(2).Rules(), "b");
-    EXPECT_EQ(t.desk.Grid.TextMatrix(1, 28), "A");
+    EXPECT_EQ(t.desk.Grid.TextMatrix(1, cnRules - 1), "A");
 }
 
 TEST(LoadApplicationsTest, EachFilesLettersGoByItsOwnRules) {
@@ -333,7 +334,7 @@ TEST(LoadApplicationsTest, EachFilesLettersGoByItsOwnRules) {
     const char* const letters[] = {"A", "B", "A", ""};
     for (std::int32_t row = 1; row <= 4; ++row) {
         EXPECT_EQ(t.g.gFields->Ref(row).Rules(), letters[row - 1]) << row;
-        EXPECT_EQ(t.desk.Grid.TextMatrix(row, 28), letters[row - 1]) << row;
+        EXPECT_EQ(t.desk.Grid.TextMatrix(row, cnRules - 1), letters[row - 1]) << row;
         EXPECT_EQ(t.g.gSavedFields->Ref(row).Rules(), "A") << row;
     }
 }

@@ -19,12 +19,6 @@
 namespace kd {
 namespace {
 
-constexpr std::int32_t colUsl = 10;
-constexpr std::int32_t colLimitMethod = 23;
-constexpr std::int32_t colUnits = 28;
-constexpr std::int32_t colRules = 29;
-constexpr std::int32_t colUCase = 35;
-
 /// An application with the template's own view and two more, one variable in each, the status panel in use.
 struct CommitDesk : LoadedDesk {
     explicit CommitDesk(Text path = "/apps/plant.kdt")
@@ -43,7 +37,7 @@ struct CommitDesk : LoadedDesk {
     /// Changes the upper specification limit of the variable in each of these rows.
     void EditRows(const std::vector<std::int32_t>& rows) {
         for (const std::int32_t row : rows) {
-            Edit(row, colUsl, "5");
+            Edit(row, cnUSL, "5");
         }
     }
     void ExpectDialog(std::function<void(frmCommit&)> user = {}) {
@@ -141,7 +135,7 @@ TEST(CommitChangesTest, MoreViewsThanAGroupHoldsAreCommittedInSeveral) {
     t.Put(application);
     t.Load();
     for (int row = 1; row <= Views; ++row) {
-        t.Edit(row, colUsl, "5");
+        t.Edit(row, cnUSL, "5");
     }
     t.files.ClearLog();
     t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
@@ -161,8 +155,8 @@ struct UnsettledCommit : LoadedDesk {
             Put(anApplication(Text("/apps/") + name + ".kdt").Field(aField().Usl(10)));
         }
         Load();
-        Edit(1, colUsl, "5");
-        Edit(2, colUsl, "5");
+        Edit(1, cnUSL, "5");
+        Edit(2, cnUSL, "5");
         int settled = 0;
         files.onStep = [settled, path, failing](const Text& step) mutable {
             if (step == "Settle " && ++settled == 3) {
@@ -244,7 +238,7 @@ TEST(CommitChangesTest, RecordsWhoseFlushFailedAmongOthersAreFlushedByThemselves
         t.Put(application);
         t.Load();
         for (int row = 1; row <= Views; ++row) {
-            t.Edit(row, colUsl, "5");
+            t.Edit(row, cnUSL, "5");
         }
         int settled = 0;
         bool hasFlushed = false;
@@ -345,7 +339,7 @@ TEST(CommitChangesTest, TheWindowIsKeptAliveOnceTheDialogHasGoneAndBehindEachVie
         int views = 0;
         for (std::int32_t view = 1; view <= 3; ++view) {
             const bool changed = t.g.gFiles->Ref(view).ChangesMade();
-            EXPECT_EQ(t.Mark(view, colUsl) == ChangedColour, changed) << "a view half through";
+            EXPECT_EQ(t.Mark(view, cnUSL) == ChangedColour, changed) << "a view half through";
             EXPECT_EQ(t.IsOld(view - 1), changed);
             views += changed ? 0 : 1;
         }
@@ -398,7 +392,7 @@ TEST(CommitChangesTest, CancellingChangesNothingButTheSelectedFlags) {
     t.ExpectDialog([](frmCommit& form) { form.cmdCancel.UserClick(); });
     CommitChanges(t.desk);
     EXPECT_FALSE(t.g.gFiles->Ref(2).Selected());
-    EXPECT_EQ(t.Mark(1, colUsl), ChangedColour);
+    EXPECT_EQ(t.Mark(1, cnUSL), ChangedColour);
     EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
     EXPECT_EQ(t.g.gSavedFields->Ref(1).USL(), 10);
     EXPECT_TRUE(t.IsOld(0));
@@ -409,7 +403,7 @@ TEST(CommitChangesTest, CancellingChangesNothingButTheSelectedFlags) {
 TEST(CommitChangesTest, EachSavedViewIsArchivedOnceSavedReportedAndMadeTheBaseline) {
     CommitDesk t;
     t.EditRows({1, 3});
-    t.Edit(3, colLimitMethod, "LowAverage");
+    t.Edit(3, cnLimitMethod, "LowAverage");
     t.ExpectCommitted(2);
     CommitChanges(t.desk);
     EXPECT_EQ(t.SuiteLog(), (std::vector<Text>{"NewArchiver",
@@ -440,7 +434,7 @@ TEST(CommitChangesTest, EachSavedViewIsArchivedOnceSavedReportedAndMadeTheBaseli
                                                "~ArchiveContext",
                                                "~Archiver"}));
     for (const std::int32_t row : {1, 3}) {
-        EXPECT_EQ(t.Mark(row, colUsl), 0U);
+        EXPECT_EQ(t.Mark(row, cnUSL), 0U);
         EXPECT_EQ(t.g.gSavedFields->Ref(row).USL(), 5);
         EXPECT_FALSE(t.g.gFiles->Ref(row).ChangesMade());
     }
@@ -469,7 +463,7 @@ TEST(CommitChangesTest, AViewWithoutANameIsReportedAsTheMainOne) {
     LoadedDesk t;
     t.Put(anApplication().View("", 4).Field(aField()));
     t.Load();
-    t.Edit(1, colUsl, "5");
+    t.Edit(1, cnUSL, "5");
     t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
     t.toolkit.ExpectBox("1 File(s) have been modified.", BoxIcon::Information);
     CommitChanges(t.desk);
@@ -492,7 +486,7 @@ TEST(CommitChangesTest, AFileWithoutAVersionReportsSixPointZero) {
     LoadedDesk t;
     t.Put(anApplication().Header("").Field(aField()));
     t.Load();
-    t.Edit(1, colUsl, "5");
+    t.Edit(1, cnUSL, "5");
     t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
     t.toolkit.ExpectBox("1 File(s) have been modified.", BoxIcon::Information);
     CommitChanges(t.desk);
@@ -516,7 +510,7 @@ TEST(CommitChangesTest, ViewsThatAreNotSelectedKeepEverything) {
     t.ExpectDialog([](frmCommit& form) { form.lstFiles.UserSelect(0, false); });
     t.ExpectModified(1);
     CommitChanges(t.desk);
-    EXPECT_EQ(t.Mark(1, colUsl), ChangedColour);
+    EXPECT_EQ(t.Mark(1, cnUSL), ChangedColour);
     EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
     EXPECT_EQ(t.g.gSavedFields->Ref(1).USL(), 10);
     EXPECT_TRUE(t.IsOld(0));
@@ -535,7 +529,7 @@ TEST(CommitChangesTest, EachOfSeveralApplicationsIsArchivedOnceBeforeItsFirstSav
     }
     t.Load();
     for (std::int32_t row = 1; row <= 4; ++row) {
-        t.Edit(row, colUsl, "5");
+        t.Edit(row, cnUSL, "5");
     }
     t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
     t.toolkit.ExpectBox("4 File(s) have been modified.", BoxIcon::Information);
@@ -590,7 +584,7 @@ TEST(CommitChangesTest, StatusTellsTheStepsOfOneViewAfterTheOtherThoughTheyGoToT
     }
     t.Load();
     for (const std::int32_t row : {1, 2, 3, 4}) {
-        t.Edit(row, colUsl, "5");
+        t.Edit(row, cnUSL, "5");
     }
     std::vector<Text> seen;
     t.desk.Panel2.OnChanged = [&] {
@@ -650,7 +644,7 @@ TEST(CommitChangesTest, AViewWithoutMarkedCellsIsSavedAndItsReportHasNoEntries) 
 
 TEST(CommitChangesTest, MarksDecideWhatIsReportedNotValues) {
     CommitDesk t;
-    t.Edit(1, colUsl, "10");                       // marked, equal texts
+    t.Edit(1, cnUSL, "10");                        // marked, equal texts
     t.g.gFields->Ref(1).SetUnits("not reported");  // differs, not marked
     t.ExpectCommitted(1);
     CommitChanges(t.desk);
@@ -662,8 +656,8 @@ TEST(CommitChangesTest, MarksDecideWhatIsReportedNotValues) {
 
 TEST(CommitChangesTest, AMarkedCellInAHiddenColumnIsReported) {
     CommitDesk t;
-    t.Edit(1, colUnits, "kg");
-    t.desk.Grid.SetColHidden(colUnits - 1, true);
+    t.Edit(1, cnUnits, "kg");
+    t.desk.Grid.SetColHidden(cnUnits - 1, true);
     t.ExpectCommitted(1);
     CommitChanges(t.desk);
     EXPECT_EQ(t.suite.records.at(0).property, "Units");
@@ -671,23 +665,23 @@ TEST(CommitChangesTest, AMarkedCellInAHiddenColumnIsReported) {
 
 TEST(CommitChangesTest, AMarkedCellInTheLastColumnIsReported) {
     CommitDesk t;
-    t.Edit(1, colUCase, "Y");
+    t.Edit(1, cnUCase, "Y");
     t.ExpectCommitted(1);
     CommitChanges(t.desk);
     ASSERT_EQ(t.suite.records.size(), 1U);
     EXPECT_EQ(t.suite.records[0].property, "UCase");
     EXPECT_EQ(t.suite.records[0].oldValue, "N");
     EXPECT_EQ(t.suite.records[0].newValue, "Y");
-    EXPECT_EQ(t.Mark(1, colUCase), 0U);
+    EXPECT_EQ(t.Mark(1, cnUCase), 0U);
 }
 
 TEST(CommitChangesTest, WhatIsReportedGoesByTheColumnsNumberNotByItsPlace) {
     CommitDesk t;
-    t.Edit(1, colUnits, "kg");
-    t.desk.Grid.SetBackColor(1, colUnits - 1, 0);
-    t.desk.Grid.SetColData(colUnits - 1, colLimitMethod);
-    t.desk.Grid.SetColData(colLimitMethod - 1, colUnits);
-    t.desk.Grid.SetBackColor(1, colLimitMethod - 1, ChangedColour);
+    t.Edit(1, cnUnits, "kg");
+    t.desk.Grid.SetBackColor(1, cnUnits - 1, 0);
+    t.desk.Grid.SetColData(cnUnits - 1, cnLimitMethod);
+    t.desk.Grid.SetColData(cnLimitMethod - 1, cnUnits);
+    t.desk.Grid.SetBackColor(1, cnLimitMethod - 1, ChangedColour);
     t.ExpectCommitted(1);
     CommitChanges(t.desk);
     ASSERT_EQ(t.suite.records.size(), 1U);
@@ -701,7 +695,7 @@ TEST(CommitChangesTest, VariablesThatAStoppedLoadLeftWithoutARowAreSavedAndNotRe
     t.Put(anApplication().Field(aField()).Field(aField().Length(400).Max(0)).Field(aField().Name("last")));
     EXPECT_THROW(t.Load(), cError);
     ASSERT_EQ(t.desk.Grid.Rows(), 2);
-    t.Edit(1, colUsl, "5");
+    t.Edit(1, cnUSL, "5");
     t.g.gFields->Ref(3).SetUnits("kg");
     t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
     t.toolkit.ExpectBox("1 File(s) have been modified.", BoxIcon::Information);
@@ -715,17 +709,17 @@ TEST(CommitChangesTest, VariablesThatAStoppedLoadLeftWithoutARowAreSavedAndNotRe
 TEST(CommitChangesTest, AnotherColourIsNoMark) {
     CommitDesk t;
     t.EditRows({1});
-    t.desk.Grid.SetBackColor(1, colUnits - 1, 0x00FF00);
+    t.desk.Grid.SetBackColor(1, cnUnits - 1, 0x00FF00);
     t.ExpectCommitted(1);
     CommitChanges(t.desk);
     EXPECT_EQ(t.suite.records.size(), 1U);
-    EXPECT_EQ(t.Mark(1, colUnits), 0x00FF00U);
+    EXPECT_EQ(t.Mark(1, cnUnits), 0x00FF00U);
 }
 
 TEST(CommitChangesTest, ValuesAreReportedInTheUsersLocale) {
     CommitDesk t;
     t.locale.separator = ',';
-    t.Edit(1, colUsl, "5,5");
+    t.Edit(1, cnUSL, "5,5");
     t.ExpectCommitted(1);
     CommitChanges(t.desk);
     EXPECT_EQ(t.suite.records.at(0).oldValue, "10,000");
@@ -742,7 +736,7 @@ TEST(CommitChangesTest, TheBaselineTakesEveryPropertyOfTheViewsVariablesRulesToo
               .Field(aField().Rules("B")));
     t.Load();
     EXPECT_EQ(t.g.gSavedFields->Ref(2).Rules(), "B");
-    t.Edit(1, colRules, "AB");
+    t.Edit(1, cnRules, "AB");
     t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
     t.toolkit.ExpectBox("1 File(s) have been modified.", BoxIcon::Information);
     CommitChanges(t.desk);
@@ -774,7 +768,7 @@ TEST(CommitChangesTest, AViewThatCannotBeSavedKeepsItsStateAndTheNextOneGoesOn) 
     t.ExpectModified(1);
     CommitChanges(t.desk);
     EXPECT_TRUE(t.IsOld(0));
-    EXPECT_EQ(t.Mark(1, colUsl), ChangedColour);
+    EXPECT_EQ(t.Mark(1, cnUSL), ChangedColour);
     EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
     EXPECT_EQ(t.g.gSavedFields->Ref(1).USL(), 10);
     EXPECT_TRUE(t.IsSaved(1));
@@ -793,7 +787,7 @@ TEST(CommitChangesTest, AFailedOverwriteStillCountsAsSaved) {
     t.ExpectModified(1);
     CommitChanges(t.desk);
     EXPECT_TRUE(t.IsOld(0));
-    EXPECT_EQ(t.Mark(1, colUsl), 0U);
+    EXPECT_EQ(t.Mark(1, cnUSL), 0U);
     EXPECT_EQ(t.g.gSavedFields->Ref(1).USL(), 5);
     EXPECT_FALSE(t.g.gFiles->Ref(1).ChangesMade());
 }
@@ -801,7 +795,7 @@ TEST(CommitChangesTest, AFailedOverwriteStillCountsAsSaved) {
 TEST(CommitChangesTest, AnErrorInTheReportEndsTheCommitWhereItIs) {
     CommitDesk t;
     t.EditRows({1, 2, 3});
-    t.Edit(2, colUnits, "kg");
+    t.Edit(2, cnUnits, "kg");
     t.suite.failLogWith = errDiskFull;
     t.suite.failLogAtRecord = 2;
     t.ExpectDialog();
@@ -813,13 +807,13 @@ TEST(CommitChangesTest, AnErrorInTheReportEndsTheCommitWhereItIs) {
 
     EXPECT_TRUE(t.IsSaved(1)) << "the file in hand is written already";
     EXPECT_TRUE(t.g.gFiles->Ref(2).ChangesMade());
-    EXPECT_EQ(t.Mark(2, colUsl), 0U) << "a mark that is gone stays gone";
-    EXPECT_EQ(t.Mark(2, colUnits), ChangedColour);
+    EXPECT_EQ(t.Mark(2, cnUSL), 0U) << "a mark that is gone stays gone";
+    EXPECT_EQ(t.Mark(2, cnUnits), ChangedColour);
     EXPECT_EQ(t.g.gSavedFields->Ref(2).USL(), 20);
 
     EXPECT_TRUE(t.IsOld(2));
     EXPECT_TRUE(t.g.gFiles->Ref(3).ChangesMade());
-    EXPECT_EQ(t.Mark(3, colUsl), ChangedColour);
+    EXPECT_EQ(t.Mark(3, cnUSL), ChangedColour);
     EXPECT_EQ(t.suite.records.size(), 1U);
     const auto log = t.SuiteLog();
     EXPECT_EQ(Text(log[log.size() - 2] + log.back()), "~ArchiveContext~Archiver");
@@ -914,13 +908,13 @@ struct FailingCommit : CommitDesk {
         SetupGridColumns(easyDesk);
         for (std::int32_t row = 1; row <= 3; ++row) {
             RefreshGridRow(easyDesk, row);
-            easyDesk.Grid.SetBackColor(row, colUsl - 1, ChangedColour);
+            easyDesk.Grid.SetBackColor(row, cnUSL - 1, ChangedColour);
         }
         files.FailAt(failAt, errDevice, forGood);
         CommitChanges(easyDesk);
         untouched = files.Operations() < failAt;
         for (std::int32_t row = 1; row <= 3; ++row) {
-            marked.push_back(easyDesk.Grid.BackColor(row, colUsl - 1) == ChangedColour);
+            marked.push_back(easyDesk.Grid.BackColor(row, cnUSL - 1) == ChangedColour);
         }
         EXPECT_EQ(easy.MousePointer(), Pointer::Default);
     }

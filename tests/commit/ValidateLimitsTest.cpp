@@ -77,8 +77,8 @@ TEST(ValidateLimitsTest, TheVariableComesThroughTheRowsIntegerAndTheColumnThroug
     t.desk.Grid.SetRowData(1, 2);
     t.desk.Grid.SetRowData(2, 1);
     t.desk.Grid.SetColData(cnUCL - 1, cnCalculation);
-    t.desk.Grid.SetColData(33, 11);
-    EXPECT_EQ(ValidateLimits(t.desk), (GridCell{2, 33}));
+    t.desk.Grid.SetColData(cnCalculation - 1, cnUCL);
+    EXPECT_EQ(ValidateLimits(t.desk), (GridCell{2, cnCalculation - 1}));
 }
 
 TEST(ValidateLimitsTest, AnEmptyGridIsInOrder) {

@@ -89,12 +89,12 @@ TEST(ColumnCatalogueTest, ARebuildDropsMarksHiddenRowsFunnelsAndTheSelection) {
     grid.SetBackColor(1, 9, ChangedColour);
     grid.SetRowHidden(1, true);
     grid.SetCellPicture(9, HeaderPicture::FilterOn);
-    grid.Select(1, 9);
-    grid.ExtendSelection(2, 12);
+    grid.Select(1, cnUSL - 1);
+    grid.ExtendSelection(2, cnTGT - 1);
     desk.Load();
-    EXPECT_EQ(grid.BackColor(1, 9), 0U);
+    EXPECT_EQ(grid.BackColor(1, cnUSL - 1), 0U);
     EXPECT_FALSE(grid.RowHidden(1));
-    EXPECT_EQ(grid.CellPicture(9), HeaderPicture::FilterOff);
+    EXPECT_EQ(grid.CellPicture(cnUSL - 1), HeaderPicture::FilterOff);
     EXPECT_EQ(grid.GetSelection(), (GridSelection{0, 0, 0, 0}));
 }
 

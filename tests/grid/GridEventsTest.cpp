@@ -10,10 +10,10 @@
 namespace kd {
 namespace {
 
-constexpr std::int32_t ColType = 17;  // read-only
-constexpr std::int32_t ColUnits = 27;
-constexpr std::int32_t ColUsl = 9;
-constexpr std::int32_t ColName = 7;
+constexpr std::int32_t ColType = cnType - 1;  // read-only
+constexpr std::int32_t ColUnits = cnUnits - 1;
+constexpr std::int32_t ColUsl = cnUSL - 1;
+constexpr std::int32_t ColName = cnVariableName - 1;
 
 struct EventsDesk : LoadedDesk {
     GridEvents events{desk};
@@ -132,7 +132,7 @@ TEST(GridEventsTest, ARightPressOutsideTheSelectionMovesThereAndInsideLeavesIt) 
     EXPECT_TRUE(desk.Press(MouseButton::Right, 3, 8));
     EXPECT_EQ(desk.grid.GetSelection(), (GridSelection{3, 8, 3, 8}));
     desk.grid.Select(1, ColName);
-    desk.grid.ExtendSelection(2, 8);
+    desk.grid.ExtendSelection(2, cnMax - 1);
     EXPECT_TRUE(desk.Press(MouseButton::Right, 1, ColUsl)) << "a column beyond the last";
     EXPECT_EQ(desk.grid.GetSelection(), (GridSelection{1, ColUsl, 1, ColUsl}));
 }
@@ -140,8 +140,8 @@ TEST(GridEventsTest, ARightPressOutsideTheSelectionMovesThereAndInsideLeavesIt) 
 TEST(GridEventsTest, ARightPressBesideTheSelectionOnAnySideMovesThere) {
     for (const auto& [row, col] : {std::pair{1, 11}, {3, 11}, {2, 10}, {2, 13}}) {
         EventsDesk desk;
-        desk.grid.Select(2, 12);
-        desk.grid.ExtendSelection(2, 11);
+        desk.grid.Select(2, cnTGT - 1);
+        desk.grid.ExtendSelection(2, cnUWL - 1);
         (void)desk.Press(MouseButton::Right, row, col);
         EXPECT_EQ(desk.grid.GetSelection(), (GridSelection{row, col, row, col}));
     }
@@ -223,7 +223,8 @@ TEST(GridEventsTest, AnUntouchedTextIsNotJudgedThoughItWouldBeRefused) {
     desk.grid.SetTextMatrix(1, 22, "odd method");
     desk.OpenEditor(1, 22, "odd method");
     EXPECT_TRUE(desk.grid.FinishEdit());
-    EXPECT_EQ(desk.grid.TextMatrix(1, 22), "Population") << "after-edit shows what the record holds";
+    EXPECT_EQ(desk.grid.TextMatrix(1, cnLimitMethod - 1), "Population")
+        << "after-edit shows what the record holds";
 }
 
 TEST(GridEventsTest, ABlankTypedOverAnEmptyCellOfWordsIsAnotherTextAndRefused) {
@@ -257,7 +258,7 @@ TEST(GridEventsTest, AfterAFailedWriteTheCellShowsTheRecordsValue) {
     desk.OpenEditor(1, 24, "40000");  // a sample size beyond 16 bits passes the gate
     desk.toolkit.ExpectBox("Run-time error '6':\r\n\r\nOverflow", BoxIcon::Critical);
     (void)desk.grid.FinishEdit();  // the text was valid: what is looked at is the cell
-    EXPECT_EQ(desk.grid.TextMatrix(1, 24), "0");
+    EXPECT_EQ(desk.grid.TextMatrix(1, cnSample - 1), "0");
     EXPECT_FALSE(desk.grid.EditWindow());
 }
 

@@ -22,9 +22,11 @@ std::vector<std::int32_t> From(std::int32_t first, std::int32_t last, std::vecto
     return before;
 }
 
-const std::vector<std::int32_t> PathsAndLimits = From(7, 20, {3, 4, 5});
-const std::vector<std::int32_t> LimitsAlone = From(7, 20);
-const std::vector<std::int32_t> PathsAndAll = From(FirstVariableColumn, ColumnCount, {3, 4, 5});
+const std::vector<std::int32_t> PathsAndLimits =
+    From(FirstVariableColumn, cnDecimals, {cnFilename, cnTitle, cnViewName});
+const std::vector<std::int32_t> LimitsAlone = From(FirstVariableColumn, cnDecimals);
+const std::vector<std::int32_t> PathsAndAll =
+    From(FirstVariableColumn, ColumnCount, {cnFilename, cnTitle, cnViewName});
 const std::vector<std::int32_t> AllButPaths = From(FirstVariableColumn, ColumnCount);
 
 struct ViewModesTest : testing::Test, GridDesk {
@@ -194,7 +196,7 @@ TEST_F(ViewModesTest, ColumnsAreToldByTheirNumbersInAnyOrder) {
     for (std::int32_t col = 0; col < desk.Grid.Cols(); ++col) {
         EXPECT_EQ(desk.Grid.ColHidden(col), desk.Grid.ColData(col) < 7) << "position " << col;
     }
-    EXPECT_EQ(desk.Grid.FrozenCols(), 28 + 2);
+    EXPECT_EQ(desk.Grid.FrozenCols(), desk.Grid.Cols() - cnVarNo + 2);
 }
 
 TEST_F(ViewModesTest, ShowPathsTakesInTheFirstPosition) {

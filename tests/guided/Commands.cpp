@@ -9,15 +9,16 @@
 #include <memory>
 
 #include "grid/ColumnCatalogue.h"
+#include "model/Columns.h"
 
 namespace kd {
 
 namespace {
 
-constexpr std::int32_t ColName = 7;  // screen positions
-constexpr std::int32_t ColUsl = 9;
-constexpr std::int32_t ColLsl = 15;
-constexpr std::int32_t ColUnits = 27;
+constexpr std::int32_t ColName = cnVariableName - 1;  // screen positions
+constexpr std::int32_t ColUsl = cnUSL - 1;
+constexpr std::int32_t ColLsl = cnLSL - 1;
+constexpr std::int32_t ColUnits = cnUnits - 1;
 
 /// The texts that the steps hand on.
 struct Noted {

@@ -9,6 +9,7 @@
 #include "fakes/Builders.h"
 #include "fakes/TestMachine.h"
 #include "lifecycle/frmKDLimitDesk.h"
+#include "model/Columns.h"
 
 namespace kd {
 
@@ -113,7 +114,7 @@ struct MainFormDesk : TestMachine {
 
     /// The user opens the editor on "USL" of the first row and types.
     void TypeUsl(std::string_view text) {
-        desk.Grid.Select(1, 9);
+        desk.Grid.Select(1, cnUSL - 1);
         ASSERT_TRUE(desk.Grid.StartEdit());
         desk.Grid.SetEditText(text);
     }

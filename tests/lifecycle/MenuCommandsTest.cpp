@@ -12,6 +12,7 @@
 #include "grid/frmAutoFilter.h"
 #include "help/frmAbout.h"
 #include "lifecycle/frmKDLimitDesk.h"
+#include "model/Columns.h"
 #include "platform/EventBoundary.h"
 
 namespace kd {
@@ -19,9 +20,9 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr std::int32_t ColName = 7;
-constexpr std::int32_t ColUsl = 9;
-constexpr std::int32_t ColSample = 24;
+constexpr std::int32_t ColName = cnVariableName - 1;
+constexpr std::int32_t ColUsl = cnUSL - 1;
+constexpr std::int32_t ColSample = cnSample - 1;
 
 /// The main form over one application with three variables, loaded: every command as the user reaches it.
 struct MenuCommandsTest : testing::Test, TestMachine {

@@ -54,16 +54,16 @@ TEST_F(frmKDLimitDeskLoad, LaterLoadDropsRowsFiltersMarksAndTheCurrentCell) {
     Load(aField().Usl(5));
     TypeUsl("6");
     ASSERT_TRUE(desk.Grid.FinishEdit());
-    ASSERT_EQ(desk.Grid.BackColor(1, 9), ChangedColour);
+    ASSERT_EQ(desk.Grid.BackColor(1, cnUSL - 1), ChangedColour);
     globals.gLabels->Ref(10).Filters()->Add("6.000", true);
-    desk.Grid.SetCellPicture(9, HeaderPicture::FilterOn);
+    desk.Grid.SetCellPicture(cnUSL - 1, HeaderPicture::FilterOn);
     desk.Grid.SetFrozenCols(8);
     ASSERT_FALSE(desk.Panel1.Caption().empty());
     form.LoadAndShowApplications();
-    EXPECT_EQ(desk.Grid.TextMatrix(1, 9), "5.000");
-    EXPECT_EQ(desk.Grid.BackColor(1, 9), 0U);
+    EXPECT_EQ(desk.Grid.TextMatrix(1, cnUSL - 1), "5.000");
+    EXPECT_EQ(desk.Grid.BackColor(1, cnUSL - 1), 0U);
     EXPECT_EQ(globals.gLabels->Ref(10).Filters()->Count(), 0);
-    EXPECT_EQ(desk.Grid.CellPicture(9), HeaderPicture::FilterOff);
+    EXPECT_EQ(desk.Grid.CellPicture(cnUSL - 1), HeaderPicture::FilterOff);
     EXPECT_EQ(desk.Grid.FrozenCols(), 0);
     EXPECT_EQ(desk.Grid.Row(), 0) << "no current cell";
     EXPECT_EQ(desk.Panel1.Caption(), "");
@@ -74,10 +74,10 @@ TEST_F(frmKDLimitDeskLoad, LoadLeavesShowAllPropertiesTickedAndHidesTheirColumns
     Load();
     EXPECT_FALSE(desk.mnuShowAll.Checked()) << "not ticked when the program starts";
     desk.mnuShowAll.SetChecked(true);
-    desk.Grid.SetColHidden(27, false);
+    desk.Grid.SetColHidden(cnUnits - 1, false);
     form.LoadAndShowApplications();
     EXPECT_TRUE(desk.mnuShowAll.Checked());
-    EXPECT_TRUE(desk.Grid.ColHidden(27));
+    EXPECT_TRUE(desk.Grid.ColHidden(cnUnits - 1));
 }
 
 TEST_F(frmKDLimitDeskLoad, StoppedLoadPutsPointerRedrawAndProgressBack) {
@@ -91,7 +91,7 @@ TEST_F(frmKDLimitDeskLoad, StoppedLoadPutsPointerRedrawAndProgressBack) {
     EXPECT_EQ(desk.ProgressBar1.Value(), 0);
     EXPECT_TRUE(desk.Grid.Redraw());
     for (std::int32_t row = 1; row < desk.Grid.Rows(); ++row) {
-        desk.Grid.Select(row, 9);
+        desk.Grid.Select(row, cnUSL - 1);
         EXPECT_FALSE(desk.Panel1.Caption().empty()) << "row " << row << " belongs to a variable";
     }
 }

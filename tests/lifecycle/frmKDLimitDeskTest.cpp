@@ -5,6 +5,7 @@
 #include "admin/frmApplicationAdmin.h"
 #include "commit/frmCommit.h"
 #include "fakes/Builders.h"
+#include "model/Columns.h"
 #include "platform/EventBoundary.h"
 
 namespace kd {
@@ -12,7 +13,7 @@ namespace {
 
 constexpr const char* SettingsFile = "/home/anna/kd6/KDLimitDesk.IKD";
 constexpr const char* FallbackFile = "/opt/kd/KDLimitDesk.ini";
-constexpr std::int32_t ColUsl = 9;
+constexpr std::int32_t ColUsl = cnUSL - 1;
 
 Text SettingsWith(const std::vector<Text>& paths) {
     Text text = "[KDLIMITDESK]\r\n\r\n[RECENTS]\r\n\r\n[FILES]\r\n";
@@ -605,12 +606,12 @@ TEST(frmKDLimitDeskTest, AFailureInACommandPutsPointerRedrawAndProgressBack) {
 
 TEST(frmKDLimitDeskTest, AFailureInTheCellEditorIsToldAndTheProgramGoesOn) {
     RunningDesk desk;
-    desk.grid.Select(1, 24);
+    desk.grid.Select(1, cnSample - 1);
     ASSERT_TRUE(desk.grid.StartEdit());
     desk.grid.SetEditText("40000");
     desk.toolkit.ExpectBox(UnhandledErrorText(cError(errOverflow, "x")), BoxIcon::Critical);
     EXPECT_TRUE(desk.grid.FinishEdit());
-    EXPECT_EQ(desk.grid.TextMatrix(1, 24), "0");
+    EXPECT_EQ(desk.grid.TextMatrix(1, cnSample - 1), "0");
     desk.Change();
     EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 20);
 }

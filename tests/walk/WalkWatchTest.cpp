@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QTimer>
 
+#include "model/Columns.h"
 #include "walk/WalkFolder.h"
 
 namespace kd {
@@ -44,7 +45,7 @@ protected:
         file.write("x");
     }
 
-    static constexpr std::int32_t Usl = 9;  // screen position
+    static constexpr std::int32_t Usl = cnUSL - 1;  // screen position
     const WalkFolder folder;
     Application program{folder.Folders()};
     Globals& g = program.Data();
@@ -70,7 +71,7 @@ TEST_F(WalkWatchTest, FindsAViewThatClaimsAChangeWithoutAMark) {
 
 TEST_F(WalkWatchTest, FindsAChangeWithoutAMark) {
     g.gFields->Ref(1).SetName("Other");
-    grid.SetTextMatrix(1, 7, "Other");
+    grid.SetTextMatrix(1, cnVariableName - 1, "Other");
     g.gFiles->Ref(1).SetChangesMade(true);
     EXPECT_THAT(Found(), testing::StartsWith("a change without a mark"));
 }

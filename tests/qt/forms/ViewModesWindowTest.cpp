@@ -39,9 +39,10 @@ protected:
         }
         return numbers;
     }
-    const std::vector<int> plain = Numbers({3, 4, 5}, 7, 20);
+    const std::vector<int> plain =
+        Numbers({cnFilename, cnTitle, cnViewName}, FirstVariableColumn, cnDecimals);
     const std::vector<int> all = Numbers({cnFilename, cnTitle, cnViewName}, FirstVariableColumn, ColumnCount);
-    const std::vector<int> withoutPaths = Numbers({}, 7, 20);
+    const std::vector<int> withoutPaths = Numbers({}, FirstVariableColumn, cnDecimals);
     const std::vector<int> allWithoutPaths = Numbers({}, FirstVariableColumn, ColumnCount);
     void SetFilter(ColumnNumber number) {
         Modals modals;
@@ -79,7 +80,7 @@ TEST_F(ViewModesWindowTest, WithoutPathsTheVariablesStayAtTheLeftWhileTheLimitsS
     EXPECT_EQ(desk.Grid.FrozenCols(), 8);
     const int nameBefore = Widget().Layout().CellRect(1, cnVariableName - 1).left();
     const int limitBefore = Widget().Layout().CellRect(1, cnUSL - 1).left();
-    Widget().ShowCell(1, 19);
+    Widget().ShowCell(1, cnDecimals - 1);
     EXPECT_EQ(Widget().Layout().CellRect(1, cnVariableName - 1).left(), nameBefore);
     EXPECT_LT(Widget().Layout().CellRect(1, cnUSL - 1).left(), limitBefore);
     ShowPaths();

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
 #include <string>
 #include <type_traits>
 #include <vector>
 
 #include "base/NumberTexts.h"
+#include "model/PropertyTable.h"
 #include "model/cField.h"
 
 namespace kd {
@@ -42,6 +45,21 @@ V ValueFor(int n) {
     }
 }
 
+/// The properties whose columns alone lead to them; each bears its column's title.
+inline std::vector<FieldProperty> PropertiesWithoutAccessors() {
+    std::vector<FieldProperty> properties;
+    for (const Property& property : PropertyTable) {
+        const bool isText = property.kind == vkText || property.kind == vkCapitals;
+        if (isText && property.slot >= tsBehindLast) {
+            const std::size_t slot = property.slot;
+            properties.push_back({std::string(property.title), "",
+                                  [slot](cField& field, int n) { field.SetTextAt(slot, ValueFor<Text>(n)); },
+                                  [slot](const cField& field) { return TextOf(field.TextAt(slot)); }});
+        }
+    }
+    return properties;
+}
+
 /// Every property of a variable, in the record's order.
 inline const std::vector<FieldProperty>& FieldProperties() {
 #define KD_PROPERTY(name, type, fresh)                                                                     \
@@ -53,47 +71,51 @@ inline const std::vector<FieldProperty>& FieldProperties() {
                                                                    field) { return TextOf(field.name()); } \
     }
 #define KD_LIMIT(name) KD_PROPERTY(name##flag, Text, "C"), KD_PROPERTY(name, double, "0")
-    static const std::vector<FieldProperty> properties{
-        KD_PROPERTY(FileID, std::int32_t, "0"),
-        KD_PROPERTY(RawField, std::int32_t, "0"),
-        KD_PROPERTY(PivotField, std::int32_t, "0"),
-        KD_PROPERTY(Statistic, std::int32_t, "0"),
-        KD_PROPERTY(Name, Text, ""),
-        KD_PROPERTY(FieldType, Text, "T"),
-        KD_PROPERTY(Length, std::int16_t, "0"),
-        KD_PROPERTY(Decimals, std::int16_t, "0"),
-        KD_PROPERTY(XRef, Text, ""),
-        KD_PROPERTY(UpperCase, Text, "N"),
-        KD_PROPERTY(Sample, std::int16_t, "0"),
-        KD_PROPERTY(ReportType, Text, "V"),
-        KD_PROPERTY(Required, Text, "N"),
-        KD_PROPERTY(InputFile, Text, ""),
-        KD_PROPERTY(OutputFile, Text, ""),
-        KD_PROPERTY(LimitMethod, std::int32_t, "0"),
-        KD_PROPERTY(TargetMethod, std::int32_t, "0"),
-        KD_PROPERTY(Maximum, double, "0"),
-        KD_LIMIT(USL),
-        KD_LIMIT(UCL),
-        KD_LIMIT(UWL),
-        KD_LIMIT(TGT),
-        KD_LIMIT(LWL),
-        KD_LIMIT(LCL),
-        KD_LIMIT(LSL),
-        KD_PROPERTY(Minimum, double, "0"),
-        KD_PROPERTY(AvgCount, std::int16_t, "0"),
-        KD_PROPERTY(Popup, Text, ""),
-        KD_PROPERTY(Lookup, std::int16_t, "0"),
-        KD_PROPERTY(CompData, std::int16_t, "0"),
-        KD_PROPERTY(KeyID, std::int16_t, "0"),
-        KD_PROPERTY(Rules, Text, ""),
-        KD_PROPERTY(Range, std::int16_t, "0"),
-        KD_PROPERTY(Relation, Text, "000,000,000,000,000,000,000,000,000,000,000,000"),
-        KD_PROPERTY(Calculation, Text, ""),
-        KD_PROPERTY(Units, Text, ""),
-        KD_PROPERTY(Category, Text, ""),
-        KD_PROPERTY(HelpFile, Text, ""),
-        KD_PROPERTY(VariableNo, std::int16_t, "0"),
-    };
+    static const std::vector<FieldProperty> properties = [] {
+        std::vector<FieldProperty> all{
+            KD_PROPERTY(FileID, std::int32_t, "0"),
+            KD_PROPERTY(RawField, std::int32_t, "0"),
+            KD_PROPERTY(PivotField, std::int32_t, "0"),
+            KD_PROPERTY(Statistic, std::int32_t, "0"),
+            KD_PROPERTY(Name, Text, ""),
+            KD_PROPERTY(FieldType, Text, "T"),
+            KD_PROPERTY(Length, std::int16_t, "0"),
+            KD_PROPERTY(Decimals, std::int16_t, "0"),
+            KD_PROPERTY(XRef, Text, ""),
+            KD_PROPERTY(UpperCase, Text, "N"),
+            KD_PROPERTY(Sample, std::int16_t, "0"),
+            KD_PROPERTY(ReportType, Text, "V"),
+            KD_PROPERTY(Required, Text, "N"),
+            KD_PROPERTY(InputFile, Text, ""),
+            KD_PROPERTY(OutputFile, Text, ""),
+            KD_PROPERTY(LimitMethod, std::int32_t, "0"),
+            KD_PROPERTY(TargetMethod, std::int32_t, "0"),
+            KD_PROPERTY(Maximum, double, "0"),
+            KD_LIMIT(USL),
+            KD_LIMIT(UCL),
+            KD_LIMIT(UWL),
+            KD_LIMIT(TGT),
+            KD_LIMIT(LWL),
+            KD_LIMIT(LCL),
+            KD_LIMIT(LSL),
+            KD_PROPERTY(Minimum, double, "0"),
+            KD_PROPERTY(AvgCount, std::int16_t, "0"),
+            KD_PROPERTY(Popup, Text, ""),
+            KD_PROPERTY(Lookup, std::int16_t, "0"),
+            KD_PROPERTY(CompData, std::int16_t, "0"),
+            KD_PROPERTY(KeyID, std::int16_t, "0"),
+            KD_PROPERTY(Rules, Text, ""),
+            KD_PROPERTY(Range, std::int16_t, "0"),
+            KD_PROPERTY(Relation, Text, "000,000,000,000,000,000,000,000,000,000,000,000"),
+            KD_PROPERTY(Calculation, Text, ""),
+            KD_PROPERTY(Units, Text, ""),
+            KD_PROPERTY(Category, Text, ""),
+            KD_PROPERTY(HelpFile, Text, ""),
+            KD_PROPERTY(VariableNo, std::int16_t, "0"),
+        };
+        std::ranges::move(PropertiesWithoutAccessors(), std::back_inserter(all));
+        return all;
+    }();
 #undef KD_LIMIT
 #undef KD_PROPERTY
     return properties;

@@ -573,6 +573,8 @@ TEST_F(cFieldTest, EveryColumnIsWrittenToItsOwnPropertyAlone) {
         const Text stored = column == cnLimitMethod ? "5" : column == cnTargetMethod ? "1" : "3";
         cField fresh;
         const auto before = AllOf(fresh);
+        const auto isNamed = [&wanted = name](const FieldProperty& each) { return each.name == wanted; };
+        EXPECT_TRUE(std::ranges::any_of(FieldProperties(), isNamed)) << name;
         fresh.SetValue(column, vmGrid, text, desk.platform);
         const auto after = AllOf(fresh);
         for (std::size_t i = 0; i < before.size(); ++i) {

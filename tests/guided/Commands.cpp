@@ -1,6 +1,7 @@
 #include "guided/Commands.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCursor>
 #include <QLineEdit>
 #include <QScreen>
@@ -19,6 +20,9 @@ constexpr std::int32_t ColName = cnVariableName - 1;  // screen positions
 constexpr std::int32_t ColUsl = cnUSL - 1;
 constexpr std::int32_t ColLsl = cnLSL - 1;
 constexpr std::int32_t ColUnits = cnUnits - 1;
+constexpr int LongText = 4000;  // characters
+/// A desktop does what a window asks for some time after it has asked.
+constexpr int SettledMs = 500;
 
 /// The texts that the steps hand on.
 struct Noted {
@@ -119,6 +123,45 @@ public:
                        NumberAtFront(WithPoint(m_noted->lsl)) * 1.01;
         });
         Restore("filled");
+    }
+
+    /// A refused Fill comes back where it stood, and as large.
+    void FillRefused() {
+        const auto before = std::make_shared<QRect>();
+        Idle("", [this] { m_guide.ClickCell(Row(), ColUsl); });
+        m_guide.Choose("mnuEdit", "mnuEditFill");
+        m_guide.Form("frmFill", nullptr, [before](QWidget& dialog) {
+            dialog.move(dialog.pos() + QPoint(40, 30));
+            dialog.resize(dialog.size() + QSize(60, 20));
+            QTest::qWait(SettledMs);
+            *before = QRect(dialog.pos(), dialog.size());
+            QTest::keyClicks(dialog.findChild<QLineEdit*>(QStringLiteral("txtConstant")),
+                             QStringLiteral("abc"));
+            Guide::Press(dialog, "cmdOk");
+        });
+        m_guide.Box("Fill contains invalid data - Could not Fill!", nullptr);
+        m_guide.Form("frmFill", "22-fill-again", [this, before](QWidget& dialog) {
+            if (m_guide.JudgesPlaces() && QRect(dialog.pos(), dialog.size()) != *before) {
+                m_guide.Fail("Fill came back at " + PlaceText(dialog.pos()) + " instead of " +
+                             PlaceText(before->topLeft()));
+            }
+            Guide::Press(dialog, "cmdCancel");
+        });
+    }
+
+    /// However long a message is, its button stays on the screen.
+    void LongMessage() {
+        Idle("a text of 4,000 characters is refused", [this] {
+            m_guide.ClickCell(Row(), ColUsl);
+            m_guide.Key(Qt::Key_F2);
+            QGuiApplication::clipboard()->setText(QString(LongText, QLatin1Char('x')));
+            m_guide.Key(Qt::Key_V, Qt::ControlModifier);
+            m_guide.Key(Qt::Key_Return);
+        });
+        m_guide.Box("Invalid value 'xxx", "23-long-message");
+        Idle("", [this] { m_guide.Key(Qt::Key_Escape); });
+        m_guide.Check("Esc has left the cell as it was",
+                      [this] { return Grid().TextMatrix(Row(), ColUsl) == m_noted->usl; });
     }
 
     void PasteAndRestore() {
@@ -223,6 +266,8 @@ void TryCommands(Guide& guide, Application& program, const LimitChange& variable
     trial->Filter();
     trial->PopUp();
     trial->FillAndRestore();
+    trial->FillRefused();
+    trial->LongMessage();
     trial->PasteAndRestore();
     trial->ReplaceAndRestore();
     trial->View();

@@ -61,6 +61,7 @@ void CountCalls(long& flushes, long& names) {
 
 std::vector<char*> Pointers(const std::vector<std::string>& words) {
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (const std::string& word : words) {
         pointers.push_back(const_cast<char*>(word.c_str()));  // exec's signature; it changes nothing
     }

@@ -1,6 +1,7 @@
 #include "Table.h"
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 
 #include "Machine.h"
@@ -110,8 +111,8 @@ void PrintFigures(const std::vector<Size>& sizes) {
                   row.target);
     }
     const double peak = medians.Of("load").peakMiB;
-    PrintLine("peak memory, all loaded and shown", std::to_string(static_cast<int>(peak + 0.5)) + " MiB",
-              "MiB", peak, MostPeakMiB);
+    PrintLine("peak memory, all loaded and shown", std::to_string(std::lround(peak)) + " MiB", "MiB", peak,
+              MostPeakMiB);
     if (sizes.size() > 1) {
         for (const char* figure : Growing) {
             const Size& large = sizes.front();

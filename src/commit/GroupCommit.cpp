@@ -221,8 +221,7 @@ void GroupCommit::Discard(WrittenSchema& written) noexcept {
 void GroupCommit::Place(View& view) {
     ShowArchiving(view.path);
     ShowSaving(view.path);
-    m_isPending = true;
-    m_placed[view.path].views.push_back(view.index);
+    NotePlaced(view.path, view.index);
     // Deliberate: a view whose file could not be overwritten counts as saved; its user has seen the box.
     // CommitChangesTest.AFailedOverwriteStillCountsAsSaved
     bool isPlaced = false;
@@ -245,8 +244,6 @@ void GroupCommit::TakeAlone(std::int32_t index) {
     ArchiveAlone(path);
     ShowSaving(path);
     if (SaveSchema(m_g, index)) {
-        m_isPending = true;
-        m_placed[path].views.push_back(index);
         Record(index);
         SettleRecords();
     }
@@ -264,10 +261,21 @@ void GroupCommit::ArchiveAlone(const Text& path) {
     }
 }
 
+/// What a view does to the disk is to be settled.
+GroupCommit::Placed& GroupCommit::NotePlaced(const Text& path, std::int32_t index) {
+    m_isPending = true;
+    Placed& placed = m_placed[path];
+    if (placed.views.empty() || placed.views.back() != index) {
+        placed.views.push_back(index);
+    }
+    return placed;
+}
+
 void GroupCommit::Record(std::int32_t index) {
     ++m_modified;
     const auto file = m_g.gFiles->Item(index);
-    m_placed[file->Filename()].hasRecords = true;
+    // Once more: a file that could not be overwritten was told, and all up to there is settled.
+    NotePlaced(file->Filename(), index).hasRecords = true;
     ReportChanges(m_desk, *file, m_stamp);
     file->SetChangesMade(false);
 }

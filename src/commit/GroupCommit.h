@@ -70,6 +70,7 @@ private:
     void Place(View& view);
     void TakeAlone(std::int32_t index);
     void ArchiveAlone(const Text& path);
+    Placed& NotePlaced(const Text& path, std::int32_t index);
     void Record(std::int32_t index);
     void SettleRecords();
     void TellSettled(const std::function<void()>& tell);

@@ -125,6 +125,25 @@ TEST(CommitChangesTest, AGroupIsSettledBeforeItsFirstViewTakesItsPlaceAndBehindI
                                  "CopyFile /apps/plant.kdt", "CopyFile /apps/plant.V2", "Settle "}));
 }
 
+TEST(CommitChangesTest, RecordsBehindAFailedOverwriteAreSettledToo) {
+    CommitDesk t;
+    t.EditRows({1, 3});
+    t.files.SetReadOnly("/apps/plant.V2");
+    std::vector<Text> steps;
+    t.files.onStep = [&](const Text& step) {
+        if (step.starts_with("CopyFile ") || step.starts_with("Settle ")) {
+            steps.push_back(step + Digits(static_cast<int>(t.suite.records.size())));
+        }
+    };
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("Error 70: Permission denied", BoxIcon::Exclamation, "KDLimitDesk - OverwriteFile");
+    t.ExpectModified(2);
+    CommitChanges(t.desk);
+    EXPECT_EQ(steps, (std::vector<Text>{"Settle 0", "Settle 0", "CopyFile /apps/plant.kdt0",
+                                        "CopyFile /apps/plant.V21", "Settle 1", "Settle 2"}))
+        << "with the records that were there by then";
+}
+
 TEST(CommitChangesTest, MoreViewsThanAGroupHoldsAreCommittedInSeveral) {
     LoadedDesk t;
     ApplicationBuilder application = anApplication("/apps/plant.kdt").Field(aField().Name("a").Usl(10));

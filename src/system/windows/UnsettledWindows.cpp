@@ -21,8 +21,8 @@ Unsettled::Ticket Unsettled::Add(RawHandle file, const Text& path) {
 }
 
 void Unsettled::AddOnce(RawHandle file, const Text& path) {
-    if (m_once.count(path) == 0) {
-        (void)Add(file, path);
+    // One that was flushed at once instead is flushed again when it has grown.
+    if (m_once.count(path) == 0 && Add(file, path) != 0) {
         m_once.insert(path);
     }
 }

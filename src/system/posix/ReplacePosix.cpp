@@ -346,7 +346,7 @@ FileIdentity TakeOverRightsOf(int fd, const Text& path) noexcept {
 
 bool PutInPlace(const Text& source, const Text& target, Unsettled* settled) {
     struct stat present {};
-    const Descriptor old = OpenToReplace(target, present);
+    Descriptor old = OpenToReplace(target, present);
     if (!old.IsOpen() || present.st_nlink > 1) {
         return false;
     }
@@ -360,6 +360,8 @@ bool PutInPlace(const Text& source, const Text& target, Unsettled* settled) {
     if (!isReady && (!IsOurs(made, present) || !TakeOverRights(file.Get(), old.Get(), present))) {
         return false;
     }
+    // Only its rights were asked for, and some servers let nobody take the place of an open file.
+    (void)old.Close();
     code = isReady ? 0 : Flush(file.Get());
     if (code == 0 && settled != nullptr) {
         settled->AddName(file.Get(), target);

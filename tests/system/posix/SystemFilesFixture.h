@@ -1,5 +1,6 @@
 #pragma once
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,6 +15,8 @@
 #include "fakes/ErrorOf.h"
 #include "system/SystemFiles.h"
 #include "system/Waiting.h"
+#include "system/posix/FilesPosix.h"
+#include "system/posix/UnsettledPosix.h"
 
 namespace kd {
 
@@ -62,6 +65,11 @@ protected:
             names.insert(entry.path().filename().string());
         }
         return names;
+    }
+    /// Whether the drive of the folder is one that a single flush is enough for.
+    bool IsFlushedAtOnce() const {
+        const posix::Descriptor open(posix::Open(folder, O_RDONLY | O_DIRECTORY));
+        return posix::OneFlushIsEnough(open.Get());
     }
     Text MakeFifo(const Text& name) const {
         EXPECT_EQ(::mkfifo(At(name).c_str(), 0666), 0);

@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #ifdef __linux__
+#include <sys/utsname.h>
 #include <sys/vfs.h>
 #endif
 #include <unistd.h>
@@ -148,6 +149,17 @@ int fstatfs(int fd, struct statfs* system) noexcept {
         return -1;
     }
     return real(fd, system);
+}
+
+// Not counted either.
+int uname(struct utsname* machine) noexcept {
+    static const auto real = Real<int(struct utsname*)>("uname");
+    const int code = kd::FailingCalls::FailureOf("uname");
+    if (code != 0) {
+        errno = code;
+        return -1;
+    }
+    return real(machine);
 }
 
 int syncfs(int fd) noexcept {

@@ -3,7 +3,32 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
+#include "system/posix/FailingCalls.h"
+
 namespace kd::posix {
+
+TEST(UnsettledTest, OnlyASystemThatTellsWhatFailsInTheFlushOfAFileSystemIsTrustedWithIt) {
+    for (const char* const release : {"5.17.0", "5.17", "5.100.2-generic", "6.1.0-13-amd64", "10.0.0"}) {
+        EXPECT_TRUE(TellsFailedFlushes(release)) << release;
+    }
+    for (const char* const release : {"5.16.20", "5.4.0-150-generic", "4.19.0", "5", "5.", "", "unknown"}) {
+        EXPECT_FALSE(TellsFailedFlushes(release)) << release;
+    }
+}
+
+#ifdef __linux__
+TEST(UnsettledTest, ASystemThatDoesNotTellItsReleaseIsNotTrusted) {
+    const Descriptor here(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!OneFlushIsEnough(here.Get())) {
+        GTEST_SKIP() << "nothing there is flushed at once";
+    }
+    FailingCalls calls;
+    calls.FailEach("uname", EFAULT);
+    EXPECT_FALSE(OneFlushIsEnough(here.Get()));
+}
+#endif
 
 TEST(UnsettledTest, AFileSystemThatIsNotKnownToBringAllToTheDiskInOneFlushIsNotTrustedToDoSo) {
 #ifndef __linux__

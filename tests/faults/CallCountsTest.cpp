@@ -4,9 +4,9 @@
 #ifdef __linux__
 #include <fcntl.h>
 
+#include "system/posix/DrivePosix.h"
 #include "system/posix/FailingCalls.h"
 #include "system/posix/FilesPosix.h"
-#include "system/posix/UnsettledPosix.h"
 #endif
 #ifdef _WIN32
 #include "system/windows/FilesWindows.h"

@@ -12,6 +12,7 @@
 #include "base/cError.h"
 #include "system/SystemFiles.h"
 #include "system/posix/ArchivePosix.h"
+#include "system/posix/DrivePosix.h"
 #include "system/posix/FilesPosix.h"
 #include "system/posix/UnsettledPosix.h"
 

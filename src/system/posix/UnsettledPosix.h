@@ -11,14 +11,6 @@
 
 namespace kd::posix {
 
-/// Whether a system of that release ("5.17.0") tells the failures of the flush of a whole file system.
-bool TellsFailedFlushes(std::string_view release) noexcept;
-
-/// Whether one flush of its file system brings an open file to the disk for good, and tells where it does
-/// not. Not where the files are a server's, another program's or in a file system below: such a flush stops
-/// short of those, or of what fails in them.
-bool OneFlushIsEnough(int fd) noexcept;
-
 /// What was written or renamed and has not been brought to the disk yet.
 class Unsettled {
 public:

@@ -15,8 +15,8 @@
 #include "fakes/ErrorOf.h"
 #include "system/SystemFiles.h"
 #include "system/Waiting.h"
+#include "system/posix/DrivePosix.h"
 #include "system/posix/FilesPosix.h"
-#include "system/posix/UnsettledPosix.h"
 
 namespace kd {
 

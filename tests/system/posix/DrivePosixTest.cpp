@@ -1,4 +1,4 @@
-#include "system/posix/UnsettledPosix.h"
+#include "system/posix/DrivePosix.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -6,10 +6,11 @@
 #include <cerrno>
 
 #include "system/posix/FailingCalls.h"
+#include "system/posix/FilesPosix.h"
 
 namespace kd::posix {
 
-TEST(UnsettledTest, OnlyASystemThatTellsWhatFailsInTheFlushOfAFileSystemIsTrustedWithIt) {
+TEST(DriveTest, OnlyASystemThatTellsWhatFailsInTheFlushOfAFileSystemIsTrustedWithIt) {
     for (const char* const release : {"5.17.0", "5.17", "5.100.2-generic", "6.1.0-13-amd64", "10.0.0"}) {
         EXPECT_TRUE(TellsFailedFlushes(release)) << release;
     }
@@ -19,7 +20,7 @@ TEST(UnsettledTest, OnlyASystemThatTellsWhatFailsInTheFlushOfAFileSystemIsTruste
 }
 
 #ifdef __linux__
-TEST(UnsettledTest, ASystemThatDoesNotTellItsReleaseIsNotTrusted) {
+TEST(DriveTest, ASystemThatDoesNotTellItsReleaseIsNotTrusted) {
     const Descriptor here(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!OneFlushIsEnough(here.Get())) {
         GTEST_SKIP() << "nothing there is flushed at once";
@@ -30,7 +31,7 @@ TEST(UnsettledTest, ASystemThatDoesNotTellItsReleaseIsNotTrusted) {
 }
 #endif
 
-TEST(UnsettledTest, AFileSystemThatIsNotKnownToBringAllToTheDiskInOneFlushIsNotTrustedToDoSo) {
+TEST(DriveTest, AFileSystemThatIsNotKnownToBringAllToTheDiskInOneFlushIsNotTrustedToDoSo) {
 #ifndef __linux__
     GTEST_SKIP() << "only Linux has such a flush";
 #endif

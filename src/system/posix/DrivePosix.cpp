@@ -1,0 +1,60 @@
+#include "system/posix/DrivePosix.h"
+
+#ifdef __linux__
+#include <linux/magic.h>
+#include <sys/utsname.h>
+#include <sys/vfs.h>
+#endif
+
+#include <charconv>
+#include <cstdint>
+
+namespace kd::posix {
+
+bool TellsFailedFlushes(std::string_view release) noexcept {
+    // Until then the flush of a file system drops what the file system says of it.
+    constexpr unsigned First = 5;
+    constexpr unsigned FirstMinor = 17;
+    unsigned major = 0;
+    unsigned minor = 0;
+    const char* const end = release.data() + release.size();
+    const auto upToPoint = std::from_chars(release.data(), end, major);
+    if (upToPoint.ec != std::errc() || upToPoint.ptr == end || *upToPoint.ptr != '.' ||
+        std::from_chars(upToPoint.ptr + 1, end, minor).ec != std::errc()) {
+        return false;
+    }
+    return major > First || (major == First && minor >= FirstMinor);
+}
+
+bool OneFlushIsEnough(int fd) noexcept {
+#ifdef __linux__
+    struct utsname machine {};
+    if (::uname(&machine) != 0 || !TellsFailedFlushes(machine.release)) {
+        return false;
+    }
+    // By the names that linux/magic.h gives them, where it gives one.
+    constexpr std::uint32_t xfs = 0x58465342;
+    constexpr std::uint32_t zfs = 0x2FC12FC1;
+    struct statfs system {};
+    if (::fstatfs(fd, &system) != 0) {
+        return false;
+    }
+    switch (static_cast<std::uint32_t>(system.f_type)) {
+        case EXT4_SUPER_MAGIC:
+        case BTRFS_SUPER_MAGIC:
+        case F2FS_SUPER_MAGIC:
+        case TMPFS_MAGIC:
+        case NFS_SUPER_MAGIC:  // what is closed is on the server's disk
+        case xfs:
+        case zfs:
+            return true;
+        default:  // an overlay too: it does not hear of what fails in the file system below it
+            return false;
+    }
+#else
+    (void)fd;  // the system knows no such flush
+    return false;
+#endif
+}
+
+}  // namespace kd::posix

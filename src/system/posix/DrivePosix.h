@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string_view>
+
+/// What the drive of an open file or folder is known to do.
+namespace kd::posix {
+
+/// Whether a system of that release ("5.17.0") tells the failures of the flush of a whole file system.
+bool TellsFailedFlushes(std::string_view release) noexcept;
+
+/// Whether one flush of its file system brings an open file to the disk for good, and tells where it does
+/// not. Not where the files are a server's, another program's or in a file system below: such a flush stops
+/// short of those, or of what fails in them.
+bool OneFlushIsEnough(int fd) noexcept;
+
+}  // namespace kd::posix

@@ -376,7 +376,7 @@ void GroupCommit::DeleteLeftovers() noexcept {
         try {
             for (const Text& name : files.FolderEntries(folder)) {
                 if (saved.count(Text(names::WaitsFor(name))) != 0) {
-                    files.DeleteAbandoned(paths::InFolder(folder, name, files.Delimiter()));
+                    files.DeleteLeftover(paths::InFolder(folder, name, files.Delimiter()));
                 }
             }
         } catch (...) {

@@ -126,6 +126,9 @@ public:
     /// Deletes a file that a program which is gone has left, as far as that can be known: one that another
     /// program keeps (see OutputFile) stays, and so does anything that is no regular file. Never throws.
     virtual void DeleteAbandoned(std::string_view path) noexcept = 0;
+    /// The same for a file that a program of any machine may have left: where it cannot be known whether one
+    /// on another machine keeps it, it stays.
+    virtual void DeleteLeftover(std::string_view path) noexcept { DeleteAbandoned(path); }
     /// Writes a file whole, with the promise of CopyFile, and flushes its folder: afterwards it holds
     /// `bytes`, or what it held before.
     virtual void ReplaceFile(std::string_view path, std::string_view bytes) = 0;
@@ -153,7 +156,8 @@ public:
     /// Removes a folder that is empty; any other stays. Never throws.
     virtual void RemoveEmptyFolder(std::string_view folder) noexcept = 0;
     /// Removes a folder, with all that is in it, that a program which is gone has made by MakeKeptFolder and
-    /// left. One that is kept stays, and so does every one where the system cannot tell. Never throws.
+    /// left. One that is kept stays, and so does every one where the system cannot tell that of all machines.
+    /// Never throws.
     virtual void DeleteAbandonedFolder(std::string_view folder) noexcept { (void)folder; }
 };
 

@@ -55,6 +55,9 @@ public:
 #endif
     void DeleteFile(std::string_view path) override;
     void DeleteAbandoned(std::string_view path) noexcept override;
+#ifndef _WIN32
+    void DeleteLeftover(std::string_view path) noexcept override;
+#endif
     void ReplaceFile(std::string_view path, std::string_view bytes) override;
     std::vector<Text> FolderEntries(std::string_view folder) override;
     void MakeFolder(std::string_view folder) override;

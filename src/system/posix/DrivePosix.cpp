@@ -26,35 +26,58 @@ bool TellsFailedFlushes(std::string_view release) noexcept {
     return major > First || (major == First && minor >= FirstMinor);
 }
 
-bool OneFlushIsEnough(int fd) noexcept {
+namespace {
+
+enum class Drive { Unknown, Disk, Overlay, Nfs };
+
+Drive DriveOf(int fd) noexcept {
 #ifdef __linux__
-    struct utsname machine {};
-    if (::uname(&machine) != 0 || !TellsFailedFlushes(machine.release)) {
-        return false;
-    }
     // By the names that linux/magic.h gives them, where it gives one.
     constexpr std::uint32_t xfs = 0x58465342;
     constexpr std::uint32_t zfs = 0x2FC12FC1;
     struct statfs system {};
     if (::fstatfs(fd, &system) != 0) {
-        return false;
+        return Drive::Unknown;
     }
     switch (static_cast<std::uint32_t>(system.f_type)) {
         case EXT4_SUPER_MAGIC:
         case BTRFS_SUPER_MAGIC:
         case F2FS_SUPER_MAGIC:
         case TMPFS_MAGIC:
-        case NFS_SUPER_MAGIC:  // what is closed is on the server's disk
         case xfs:
         case zfs:
-            return true;
-        default:  // an overlay too: it does not hear of what fails in the file system below it
-            return false;
+            return Drive::Disk;
+        case OVERLAYFS_SUPER_MAGIC:
+            return Drive::Overlay;
+        case NFS_SUPER_MAGIC:
+            return Drive::Nfs;
+        default:
+            return Drive::Unknown;
     }
 #else
-    (void)fd;  // the system knows no such flush
-    return false;
+    (void)fd;
+    return Drive::Unknown;
 #endif
+}
+
+}  // namespace
+
+bool OneFlushIsEnough(int fd) noexcept {
+#ifdef __linux__
+    struct utsname machine {};
+    if (::uname(&machine) != 0 || !TellsFailedFlushes(machine.release)) {
+        return false;
+    }
+#endif
+    const Drive drive = DriveOf(fd);
+    // What is closed on an NFS drive is on the server's disk. An overlay does not hear of what fails in the
+    // file system below it.
+    return drive == Drive::Disk || drive == Drive::Nfs;
+}
+
+bool LocksReachEverybody(int fd) noexcept {
+    const Drive drive = DriveOf(fd);
+    return drive == Drive::Disk || drive == Drive::Overlay;
 }
 
 }  // namespace kd::posix

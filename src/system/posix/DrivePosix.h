@@ -13,4 +13,8 @@ bool TellsFailedFlushes(std::string_view release) noexcept;
 /// short of those, or of what fails in them.
 bool OneFlushIsEnough(int fd) noexcept;
 
+/// Whether a lock on an open file or folder is one for all that use it: where they may be on other machines,
+/// it mostly holds on this one alone.
+bool LocksReachEverybody(int fd) noexcept;
+
 }  // namespace kd::posix

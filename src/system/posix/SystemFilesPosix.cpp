@@ -15,6 +15,7 @@
 #include "base/cError.h"
 #include "system/SystemFiles.h"
 #include "system/Waiting.h"
+#include "system/posix/DrivePosix.h"
 #include "system/posix/FilesPosix.h"
 #include "system/posix/OutputPosix.h"
 #include "system/posix/ReplacePosix.h"
@@ -330,18 +331,32 @@ void SystemFiles::DeleteFile(std::string_view path) {
     }
 }
 
-void SystemFiles::DeleteAbandoned(std::string_view path) noexcept {
+namespace {
+
+/// Deletes a file that nobody keeps and of which `mayGo` holds.
+template <typename MayGo>
+void DeleteUnkept(std::string_view path, MayGo mayGo) noexcept {
     try {
         const Text name(path);
         struct stat status {};
         const Descriptor file(Open(name, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
         if (file.IsOpen() && IsStillThere(file.Get(), name, status) && S_ISREG(status.st_mode) &&
-            ::flock(file.Get(), LOCK_EX | LOCK_NB) == 0) {
+            mayGo(file.Get()) && ::flock(file.Get(), LOCK_EX | LOCK_NB) == 0) {
             (void)::unlink(name.c_str());  // what cannot be removed stays
         }
     } catch (...) {
         // For want of memory: it stays.
     }
+}
+
+}  // namespace
+
+void SystemFiles::DeleteAbandoned(std::string_view path) noexcept {
+    DeleteUnkept(path, [](int) { return true; });
+}
+
+void SystemFiles::DeleteLeftover(std::string_view path) noexcept {
+    DeleteUnkept(path, LocksReachEverybody);
 }
 
 }  // namespace kd

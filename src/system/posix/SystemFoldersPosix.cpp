@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "base/ApplicationNames.h"
 #include "base/Paths.h"
 #include "base/cError.h"
 #include "system/SystemFiles.h"
@@ -209,10 +210,16 @@ void SystemFiles::DeleteAbandonedFolder(std::string_view folder) noexcept {
         struct stat status {};
         const Descriptor left(Open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
         // By its name at last: it may have got another one since it was opened. A file system without locks
-        // does not tell whether it is kept.
-        if (left.IsOpen() && ::flock(left.Get(), LOCK_EX | LOCK_NB) == 0 &&
-            IsStillThere(left.Get(), path, status)) {
-            RemoveFolder(path);
+        // does not tell whether it is kept, and neither does one that other machines use.
+        if (!left.IsOpen() || !LocksReachEverybody(left.Get()) ||
+            ::flock(left.Get(), LOCK_EX | LOCK_NB) != 0 || !IsStillThere(left.Get(), path, status)) {
+            return;
+        }
+        // Under another name first: who fills it all the same must not give what is left of it an archive's.
+        const Text gone =
+            paths::InFolder(paths::FolderToList(path), names::UnfinishedArchiveName(), Delimiter());
+        if (RenameToNew(path, gone) == 0) {
+            RemoveFolder(gone);
         }
     } catch (...) {
         // What cannot be removed stays.

@@ -31,7 +31,7 @@ TEST(DriveTest, ASystemThatDoesNotTellItsReleaseIsNotTrusted) {
 }
 #endif
 
-TEST(DriveTest, AFileSystemThatIsNotKnownToBringAllToTheDiskInOneFlushIsNotTrustedToDoSo) {
+TEST(DriveTest, AFileSystemThatIsNotKnownIsTrustedWithNothing) {
 #ifndef __linux__
     GTEST_SKIP() << "only Linux has such a flush";
 #endif
@@ -39,6 +39,8 @@ TEST(DriveTest, AFileSystemThatIsNotKnownToBringAllToTheDiskInOneFlushIsNotTrust
     ASSERT_TRUE(ofTheKernel.IsOpen());
     EXPECT_FALSE(OneFlushIsEnough(ofTheKernel.Get()));
     EXPECT_FALSE(OneFlushIsEnough(-1)) << "nor one that cannot be asked";
+    EXPECT_FALSE(LocksReachEverybody(ofTheKernel.Get()));
+    EXPECT_FALSE(LocksReachEverybody(-1));
 }
 
 }  // namespace kd::posix

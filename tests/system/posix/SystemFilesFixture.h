@@ -71,6 +71,11 @@ protected:
         const posix::Descriptor open(posix::Open(folder, O_RDONLY | O_DIRECTORY));
         return posix::OneFlushIsEnough(open.Get());
     }
+    /// Whether the drive of the folder is one whose locks hold for all.
+    bool IsOfThisMachine() const {
+        const posix::Descriptor open(posix::Open(folder, O_RDONLY | O_DIRECTORY));
+        return posix::LocksReachEverybody(open.Get());
+    }
     Text MakeFifo(const Text& name) const {
         EXPECT_EQ(::mkfifo(At(name).c_str(), 0666), 0);
         return At(name);

@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 
+#include "base/ApplicationNames.h"
 #include "system/posix/FailingCalls.h"
 #include "system/posix/SystemFilesFixture.h"
 
@@ -148,6 +149,9 @@ TEST_F(SystemFilesTest, NeitherALinkNorWhatAnotherProgramHasInHandCountsAsAbando
 }
 
 TEST_F(SystemFilesTest, AFolderThatIsAbandonedIsRemovedAndOneThatIsBeingFilledStays) {
+    if (!IsOfThisMachine()) {
+        GTEST_SKIP() << "on this drive nothing is known to be abandoned";
+    }
     SystemFiles other(CodePage::Of(1252));
     const Text filled = At("archives/filled");
     files.MakeKeptFolder(filled);
@@ -175,7 +179,44 @@ TEST_F(SystemFilesTest, AFolderThatIsAbandonedIsRemovedAndOneThatIsBeingFilledSt
     EXPECT_EQ(Names(), (std::set<Text>{"file", "link"}));
 }
 
+// Who fills it where no lock tells so must not give half an archive its name.
+TEST_F(SystemFilesTest, AFolderThatIsAbandonedLosesItsNameBeforeItsFiles) {
+    if (!IsOfThisMachine()) {
+        GTEST_SKIP() << "on this drive nothing is known to be abandoned";
+    }
+    Put(MakeFolderAt("archives/left").substr(folder.size() + 1) + "/inner", "text");
+    {
+        FailingCalls calls;
+        calls.FailEach("unlink", EIO);
+        files.DeleteAbandonedFolder(At("archives/left"));
+    }
+    EXPECT_FALSE(std::filesystem::exists(At("archives/left")));
+    const std::filesystem::directory_iterator found(At("archives"));
+    ASSERT_NE(found, std::filesystem::directory_iterator());
+    EXPECT_TRUE(names::IsUnfinishedArchive(found->path().filename().string()));
+    EXPECT_TRUE(std::filesystem::exists(found->path() / "inner"));
+}
+
+#ifdef __linux__
+// Locks hold on one machine, and the drive may be one of several: what is not known is left.
+TEST_F(SystemFilesTest, OnADriveThatOtherMachinesMayUseNothingCountsAsAbandonedBySomebodyElse) {
+    MakeFolderAt("archives/left");
+    const Text leftover = Put("leftover", "text");
+    FailingCalls calls;
+    calls.FailEach("fstatfs", EIO);
+    files.DeleteAbandonedFolder(At("archives/left"));
+    files.DeleteLeftover(leftover);
+    EXPECT_TRUE(std::filesystem::exists(At("archives/left")));
+    EXPECT_TRUE(std::filesystem::exists(leftover));
+    files.DeleteAbandoned(leftover);
+    EXPECT_FALSE(std::filesystem::exists(leftover)) << "one of the program's own";
+}
+#endif
+
 TEST_F(SystemFilesTest, AFolderThatAnotherProgramTakesForAnAbandonedOneIsMadeAnew) {
+    if (!IsOfThisMachine()) {
+        GTEST_SKIP() << "on this drive nothing is known to be abandoned";
+    }
     SystemFiles other(CodePage::Of(1252));
     FailingCalls calls;
     bool wasTaken = false;

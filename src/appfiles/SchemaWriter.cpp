@@ -43,9 +43,12 @@ enum class Flushing : bool { BySettling, ByMoving };
 /// Writes the view's text to its temporary file, which is open.
 void WriteText(Globals& g, const cFile& file, WrittenSchema& written, Flushing flushing) {
     OutputFile& output = *written.file;
+    if (flushing == Flushing::BySettling) {
+        // Before its header is read: what another program saves from here on is seen.
+        written.seen = output.TakeRightsOf(written.target);
+    }
     output.Write(SchemaBytes(g, file, written.target));
     if (flushing == Flushing::BySettling) {
-        written.targetFile = output.TakeRightsOf(written.target);
         output.CloseForSettling();
     } else {
         output.Close();  // the copy over the target is what must reach the disk

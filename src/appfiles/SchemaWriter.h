@@ -22,7 +22,7 @@ Text FormatSchemaLine(std::string_view key, std::string_view value);
 /// file for a save of its own.
 struct WrittenSchema {
     Text target;
-    FileIdentity targetFile;  // unknown where there is none yet
+    FileState seen;  // the target's when the text was made from it; unknown where there is none yet
     Text temporary;
     std::unique_ptr<OutputFile> file;
 };

@@ -27,6 +27,9 @@
 /// temporary file: a text that has to leave it to the next one waits beside it, under a name that nobody can
 /// foresee and that ends in its schema file's.
 ///
+/// A schema file that another program saves while its new text waits is seen to have changed when its turn
+/// comes: the text is then made anew, view by view from there on.
+///
 /// A program that is stopped before a schema file's turn has not changed it; one that is stopped behind it
 /// has saved the view, whose records are then in the log as far as they had come, and whose old values are in
 /// the archive. Every record and every entry is added in one write, and stands there whole or not at all.

@@ -59,7 +59,7 @@ bool GroupCommit::Prepare(std::int32_t index, Manner manner) {
     try {
         WrittenSchema written =
             WriteSchema(m_g, index, isAlone ? AfterFailure::Blocked : AfterFailure::MayBeTriedAgain);
-        if (!isAlone && !IsOnlyOne(written.targetFile)) {
+        if (!isAlone && !IsOnlyOne(written.seen.file)) {
             Discard(written);
             return false;
         }
@@ -108,7 +108,7 @@ bool GroupCommit::MakeRoomFor(const cFile& file) {
     for (View& view : m_group) {
         WrittenSchema& written = view.written;
         // Of the same file the next text is made from what the last one has left there.
-        if (!written.targetFile.IsKnown() || view.upperTarget == upperTarget ||
+        if (!written.seen.file.IsKnown() || view.upperTarget == upperTarget ||
             view.upperTarget == upperTemporary || view.upperTemporary == upperTarget) {
             return false;
         }
@@ -136,7 +136,7 @@ bool GroupCommit::MakeRoomFor(const cFile& file) {
 /// that is not known may be any.
 bool GroupCommit::IsOnlyOne(const FileIdentity& targetFile) const {
     return targetFile.IsKnown() && std::none_of(m_group.begin(), m_group.end(), [&](const View& view) {
-               return view.written.targetFile == targetFile;
+               return view.written.seen.file == targetFile;
            });
 }
 
@@ -145,26 +145,43 @@ void GroupCommit::Complete() {
     if (m_group.empty() && m_begun.empty()) {
         return;
     }
+    if (!SettleGroup() || !PlaceAll()) {
+        TakeEachAlone();
+    }
+    m_begun.clear();
+}
+
+/// Puts the views in their places, one after the other. Returns false at one whose file another program has
+/// saved since: it is the first of the group then, and all before it is settled.
+bool GroupCommit::PlaceAll() {
+    while (!m_group.empty()) {
+        View view = std::move(m_group.front());
+        m_group.erase(m_group.begin());
+        const bool isFirst = std::erase(m_begun, view.path) != 0;
+        if (!Place(view)) {
+            if (isFirst) {
+                m_begun.push_back(view.path);  // what it holds has changed as well
+            }
+            m_group.insert(m_group.begin(), std::move(view));
+            SettleRecords();
+            return false;
+        }
+        m_g.platform.toolkit.KeepAlive();
+    }
+    return true;
+}
+
+/// Does all of the group that has not had its turn view by view.
+void GroupCommit::TakeEachAlone() {
     std::vector<std::int32_t> indexes;
     for (const View& view : m_group) {
         indexes.push_back(view.index);
     }
-    if (!SettleGroup()) {
-        const std::vector<Text> begun = m_begun;
-        Withdraw();
-        std::for_each(indexes.begin(), indexes.end(), [this](std::int32_t index) { TakeAlone(index); });
-        // One of them may belong to a view that could not be written.
-        std::for_each(begun.begin(), begun.end(), [this](const Text& path) { ArchiveAlone(path); });
-        return;
-    }
-    while (!m_group.empty()) {
-        View view = std::move(m_group.front());
-        m_group.erase(m_group.begin());
-        std::erase(m_begun, view.path);
-        Place(view);
-        m_g.platform.toolkit.KeepAlive();
-    }
-    m_begun.clear();
+    const std::vector<Text> begun = m_begun;
+    Withdraw();
+    std::for_each(indexes.begin(), indexes.end(), [this](std::int32_t index) { TakeAlone(index); });
+    // One of them may belong to a view that could not be written.
+    std::for_each(begun.begin(), begun.end(), [this](const Text& path) { ArchiveAlone(path); });
 }
 
 /// First the content, then the names of the archives: no archive's name ever stands for half of one, and no
@@ -218,7 +235,9 @@ void GroupCommit::Discard(WrittenSchema& written) noexcept {
     m_g.platform.files.DeleteAbandoned(written.temporary);
 }
 
-void GroupCommit::Place(View& view) {
+/// Returns false, with nothing done, where the view's file is not the one any more that its text was made
+/// from.
+bool GroupCommit::Place(View& view) {
     ShowArchiving(view.path);
     ShowSaving(view.path);
     NotePlaced(view.path, view.index);
@@ -226,7 +245,10 @@ void GroupCommit::Place(View& view) {
     // CommitChangesTest.AFailedOverwriteStillCountsAsSaved
     bool isPlaced = false;
     try {
-        m_g.platform.files.MoveSettled(view.written.temporary, view.written.target);
+        if (!m_g.platform.files.MoveSettled(view.written.temporary, view.written.target, view.written.seen)) {
+            --m_worked;  // it is told again when it is written anew
+            return false;
+        }
         isPlaced = true;
     } catch (const std::exception& failure) {
         TellSettled([&] { TellOverwriteFailure(m_g, AsError(failure, "OverwriteFile")); });
@@ -236,6 +258,7 @@ void GroupCommit::Place(View& view) {
     }
     view.written.file.reset();
     Record(view.index);
+    return true;
 }
 
 /// A view that goes to the disk by itself, with a flush for each of its steps.

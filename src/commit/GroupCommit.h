@@ -67,7 +67,9 @@ private:
     void Complete();
     bool SettleGroup();
     void Withdraw() noexcept;
-    void Place(View& view);
+    bool PlaceAll();
+    void TakeEachAlone();
+    bool Place(View& view);
     void TakeAlone(std::int32_t index);
     void ArchiveAlone(const Text& path);
     Placed& NotePlaced(const Text& path, std::int32_t index);

@@ -18,6 +18,15 @@ struct FileIdentity {
     friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
 };
 
+/// What a file was at a moment: one that has been replaced or written since is so in another one.
+struct FileState {
+    FileIdentity file;
+    std::uint64_t size = 0;
+    std::int64_t written = 0;  // when it was last written, in the system's own measure
+
+    friend bool operator==(const FileState&, const FileState&) = default;
+};
+
 /// A file open for writing. Destroying it without Close gives the handle back and drops what was not flushed.
 class OutputFile {
 public:
@@ -41,8 +50,8 @@ public:
     virtual void CloseForSettling() = 0;
     /// Gives a file just opened for output the owner, the mode and the rights of another as far as the user
     /// may, so that Files::MoveSettled has nothing left to give. What cannot be given is no failure.
-    /// @returns which file the other one is, so that two names of one file are seen.
-    virtual FileIdentity TakeRightsOf(std::string_view path) noexcept {
+    /// @returns which file the other one is, so that two names of one file are seen, and in which state.
+    virtual FileState TakeRightsOf(std::string_view path) noexcept {
         (void)path;
         return {};
     }
@@ -111,7 +120,14 @@ public:
     /// The same for a source that was closed for settling, has been settled since, and was kept from other
     /// programs all the while: it is flushed no more where that is not needed, and the name that it gets is
     /// left to Settle.
-    virtual void MoveSettled(std::string_view source, std::string_view target) { MoveOver(source, target); }
+    /// @returns false, with nothing done, where the target is seen not to be in the state `seen` any more,
+    /// which TakeRightsOf has told.
+    [[nodiscard]] virtual bool MoveSettled(std::string_view source, std::string_view target,
+                                           const FileState& seen) {
+        (void)seen;
+        MoveOver(source, target);
+        return true;
+    }
     /// Brings to the disk itself, in as few flushes as the system has, what was left to it since it was
     /// called last: files closed for settling, copies of CopyAllForArchive, and the names that Rename and
     /// MoveSettled have given. All of it is tried; none of it is left any more, also when some of it fails.

@@ -46,7 +46,8 @@ public:
     std::string ReadEnd(std::string_view path, std::size_t count) override;
     void MoveOver(std::string_view source, std::string_view target) override;
 #endif
-    void MoveSettled(std::string_view source, std::string_view target) override;
+    [[nodiscard]] bool MoveSettled(std::string_view source, std::string_view target,
+                                   const FileState& seen) override;
     void Settle() override;
 #ifdef _WIN32
     bool SettlesTogether() const noexcept override {

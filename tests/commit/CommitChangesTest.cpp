@@ -144,6 +144,34 @@ TEST(CommitChangesTest, RecordsBehindAFailedOverwriteAreSettledToo) {
         << "with the records that were there by then";
 }
 
+TEST(CommitChangesTest, AFileThatAnotherProgramSavesWhileItsTextWaitsIsWrittenAnewWithARevisionOfItsOwn) {
+    for (const char* const moment : {"Settle ", "CopyFile /apps/plant.kdt"}) {
+        CommitDesk t;
+        t.EditRows({1, 2, 3});
+        bool hasSaved = false;
+        t.files.onStep = [&](const Text& step) {
+            if (step == moment && !std::exchange(hasSaved, true)) {
+                Text saved = t.files.Get("/apps/plant.V1");
+                const auto at = saved.find("= 7.\r\n");
+                ASSERT_NE(at, Text::npos);
+                t.files.Put("/apps/plant.V1", saved.replace(at, 6, "= 7.001\r\n"));
+            }
+        };
+        t.ExpectCommitted(3);
+        CommitChanges(t.desk);
+        EXPECT_TRUE(hasSaved);
+        EXPECT_NE(t.files.Get("/apps/plant.V1").find("VERSION      = 7.002\r\n"), Text::npos) << moment;
+        EXPECT_TRUE(t.IsSaved(0));
+        EXPECT_TRUE(t.IsSaved(2));
+        EXPECT_EQ(t.suite.records.size(), 3U);
+        EXPECT_EQ(t.files.OpenFiles(), 0);
+        for (const Text& path : t.files.Paths()) {
+            EXPECT_TRUE(path.find(".temp") == Text::npos && path.find(".kdsave-") == Text::npos) << path;
+        }
+        t.ExpectAtRest();
+    }
+}
+
 TEST(CommitChangesTest, MoreViewsThanAGroupHoldsAreCommittedInSeveral) {
     LoadedDesk t;
     ApplicationBuilder application = anApplication("/apps/plant.kdt").Field(aField().Name("a").Usl(10));

@@ -167,9 +167,7 @@ private:
             const auto close = [&] { m_file->CloseForSettling(); };
             m_files.Do("Close", m_path, close, close);
         }
-        FileIdentity TakeRightsOf(std::string_view path) noexcept override {
-            return m_file->TakeRightsOf(path);
-        }
+        FileState TakeRightsOf(std::string_view path) noexcept override { return m_file->TakeRightsOf(path); }
         void Unlock() noexcept override { m_file->Unlock(); }
 
     private:

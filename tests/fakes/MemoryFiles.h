@@ -212,6 +212,10 @@ public:
         m_unsettled.clear();
         Step("Settle", "");
     }
+    [[nodiscard]] bool MoveSettled(std::string_view source, std::string_view target,
+                                   const FileState& seen) override {
+        return StateOf(target) == seen && Files::MoveSettled(source, target, seen);
+    }
     void DeleteAbandoned(std::string_view path) noexcept override {
         const auto found = m_files.find(Text(path));
         if (found != m_files.end() && !found->second.special && found->second.lock == nullptr) {
@@ -262,10 +266,7 @@ private:
             }
         }
         void Flush() override { m_memory.Step("Flush", m_path); }
-        FileIdentity TakeRightsOf(std::string_view path) noexcept override {
-            const auto found = m_memory.Find(path);
-            return {1, found == m_memory.m_files.end() ? 0 : std::hash<Text>()(found->first)};
-        }
+        FileState TakeRightsOf(std::string_view path) noexcept override { return m_memory.StateOf(path); }
         void CloseForSettling() override {
             m_memory.m_unsettled.insert(m_path);
             Close();
@@ -323,6 +324,16 @@ private:
             return file.first.size() == path.size() && paths::Folder(file.first) == paths::Folder(path) &&
                    page.Upper(file.first) == upper;
         });
+    }
+    FileState StateOf(std::string_view path) {
+        const auto found = Find(path);
+        if (found == m_files.end()) {
+            return {};
+        }
+        const std::string& bytes = found->second.bytes;
+        return {{1, std::hash<Text>()(found->first)},
+                bytes.size(),
+                static_cast<std::int64_t>(std::hash<std::string>()(bytes))};
     }
     Iterator Existing(const Text& operation, std::string_view path) {
         const auto found = Find(path);

@@ -120,14 +120,32 @@ TEST_P(FilesContractTest, WhatIsLeftToSettleIsThereAndSettlesOnce) {
     const Text target = Put("a.kdt", "old");
     const auto file = files.OpenForOutput(At("a.temp"));
     file->Write("new");
+    const FileState seen = file->TakeRightsOf(target);
     file->CloseForSettling();
     files.CopyAllForArchive({target}, At("archive"));
     files.Settle();
-    files.MoveSettled(At("a.temp"), target);
+    EXPECT_TRUE(files.MoveSettled(At("a.temp"), target, seen));
     files.Settle();
     EXPECT_EQ(files.Read(target), "new");
     EXPECT_EQ(Get("archive/a.kdt"), "old");
     EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "archive"}));
+}
+
+TEST_P(FilesContractTest, ASettledTextTakesNoPlaceOfAFileThatHasChangedSinceItWasSeen) {
+    const Text target = Put("a.kdt", "old");
+    const auto file = files.OpenForOutput(At("a.temp"));
+    file->Write("new");
+    const FileState seen = file->TakeRightsOf(target);
+    const FileState none = file->TakeRightsOf(At("none"));
+    file->CloseForSettling();
+    files.Settle();
+    Put("a.kdt", "another's");
+    EXPECT_FALSE(files.MoveSettled(At("a.temp"), target, seen));
+    EXPECT_FALSE(files.MoveSettled(At("a.temp"), target, none)) << "nor of one that has come since";
+    EXPECT_FALSE(files.MoveSettled(At("a.temp"), At("none"), seen)) << "nor of one that has gone";
+    EXPECT_EQ(Get("a.kdt"), "another's");
+    EXPECT_EQ(Get("a.temp"), "new");
+    EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "a.temp"}));
 }
 
 TEST_P(FilesContractTest, AFolderThatIsBeingFilledIsNotAbandonedAndAFullOneIsNotEmpty) {

@@ -55,7 +55,7 @@ public:
         }
         Close();
     }
-    FileIdentity TakeRightsOf(std::string_view path) noexcept override {
+    FileState TakeRightsOf(std::string_view path) noexcept override {
         return TakeOverRightsOf(m_file.Get(), Text(path));
     }
 

@@ -327,7 +327,32 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
     }
 }
 
-FileIdentity TakeOverRightsOf(int fd, const Text& path) noexcept {
+namespace {
+
+FileState StateOf(const struct stat& status) noexcept {
+#ifdef __APPLE__
+    const timespec& written = status.st_mtimespec;
+#else
+    const timespec& written = status.st_mtim;
+#endif
+    constexpr std::int64_t NanosecondsInASecond = 1000000000;
+    return {{status.st_dev, status.st_ino},
+            static_cast<std::uint64_t>(status.st_size),
+            std::int64_t{written.tv_sec} * NanosecondsInASecond + written.tv_nsec};
+}
+
+/// That of a file which is open, or could not be opened and may be there all the same.
+FileState StateBy(const Descriptor& file, const Text& path, const struct stat& present) noexcept {
+    if (file.IsOpen()) {
+        return StateOf(present);
+    }
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? StateOf(status) : FileState();
+}
+
+}  // namespace
+
+FileState TakeOverRightsOf(int fd, const Text& path) noexcept {
     struct stat present {};
     try {
         struct stat made {};
@@ -341,24 +366,27 @@ FileIdentity TakeOverRightsOf(int fd, const Text& path) noexcept {
     } catch (...) {
         return {};  // for want of memory
     }
-    return {present.st_dev, present.st_ino};
+    return StateOf(present);
 }
 
-bool PutInPlace(const Text& source, const Text& target, Unsettled* settled) {
+Placing PutInPlace(const Text& source, const Text& target, Unsettled* settled, const FileState* seen) {
     struct stat present {};
     Descriptor old = OpenToReplace(target, present);
+    if (seen != nullptr && !(StateBy(old, target, present) == *seen)) {
+        return Placing::Changed;
+    }
     if (!old.IsOpen() || present.st_nlink > 1) {
-        return false;
+        return Placing::NotPossibleHere;
     }
     struct stat made {};
     int code = 0;
     Descriptor file = TryRegular(source, O_RDWR | O_NOFOLLOW, made, code);
     if (!file.IsOpen()) {
-        return false;
+        return Placing::NotPossibleHere;
     }
     const bool isReady = settled != nullptr && HasSameRights(file.Get(), made, old.Get(), present);
     if (!isReady && (!IsOurs(made, present) || !TakeOverRights(file.Get(), old.Get(), present))) {
-        return false;
+        return Placing::NotPossibleHere;
     }
     // Only its rights were asked for, and some servers let nobody take the place of an open file.
     (void)old.Close();
@@ -371,7 +399,7 @@ bool PutInPlace(const Text& source, const Text& target, Unsettled* settled) {
     }
     if (code == 0 && ::rename(source.c_str(), target.c_str()) != 0) {
         if (FolderForbids(errno) || errno == EXDEV) {
-            return false;
+            return Placing::NotPossibleHere;
         }
         code = errno;
     }
@@ -379,7 +407,7 @@ bool PutInPlace(const Text& source, const Text& target, Unsettled* settled) {
         // No other way is tried: after a flush that failed nobody knows what the file holds.
         Raise("MoveOver", target, code);
     }
-    return true;
+    return Placing::Done;
 }
 
 }  // namespace kd::posix

@@ -24,17 +24,21 @@ void ReplaceWhole(const char* operation, std::string_view target, std::string_vi
 
 class Unsettled;
 
+/// What came of putting a file in the place of another: `Changed` where that one is another than it was.
+enum class Placing { Done, NotPossibleHere, Changed };
+
 /// Puts `source` itself in the place of `target`, flushed and with the target's owner, mode and list of
-/// rights. Returns false where that would lose a name of the target or a link, or would leave it to somebody
+/// rights. Not possible where that would lose a name of the target or a link, or would leave it to somebody
 /// who could not write it before, or where the folder forbids it: the target is untouched then and the source
 /// still there, for ReplaceWhole.
 /// A source that has been settled is told by `settled`, which takes note of its new name: such a one is
 /// flushed only where it has to be given rights that it has not yet.
+/// `seen` is the state that the target has to be in, if any.
 /// @throws cError as Files::CopyFile, with the target untouched and the source still there.
-bool PutInPlace(const Text& source, const Text& target, Unsettled* settled);
+Placing PutInPlace(const Text& source, const Text& target, Unsettled* settled, const FileState* seen);
 
 /// Gives an open file of the user's own the owner, the mode and the list of rights of the file at `path`
-/// where PutInPlace would do it. Returns which file that one is, by whatever name.
-FileIdentity TakeOverRightsOf(int fd, const Text& path) noexcept;
+/// where PutInPlace would do it. Returns which file that one is, by whatever name, and in which state.
+FileState TakeOverRightsOf(int fd, const Text& path) noexcept;
 
 }  // namespace kd::posix

@@ -289,20 +289,22 @@ void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
 
 void SystemFiles::MoveOver(std::string_view source, std::string_view target) {
     m_unsettled->AddName(Text(target));
-    if (!PutInPlace(Resolved(source), Resolved(target), nullptr)) {
+    if (PutInPlace(Resolved(source), Resolved(target), nullptr, nullptr) != Placing::Done) {
         Files::MoveOver(source, target);
     }
 }
 
-void SystemFiles::MoveSettled(std::string_view source, std::string_view target) {
+bool SystemFiles::MoveSettled(std::string_view source, std::string_view target, const FileState& seen) {
     // Both stand as they are: the one was just written, the other just read, and a target that only another
     // case of its name finds is taken the other way.
-    if (!PutInPlace(Text(source), Text(target), m_unsettled.get())) {
+    const Placing placing = PutInPlace(Text(source), Text(target), m_unsettled.get(), &seen);
+    if (placing == Placing::NotPossibleHere) {
         struct stat status {};
         const Descriptor file = OpenToRead(source, status);
         m_unsettled->AddName(file.Get(), Text(target));
         Files::MoveOver(source, target);
     }
+    return placing != Placing::Changed;
 }
 
 void SystemFiles::Settle() {

@@ -199,9 +199,9 @@ Handle OpenRegular(const char* operation, std::string_view path, const OpenMode&
     return file;
 }
 
-FileIdentity IdentityOf(std::string_view path) noexcept {
+FileState StateOf(std::string_view path) noexcept {
     try {
-        const NativePath native = Native("IdentityOf", path);
+        const NativePath native = Native("StateOf", path);
         const HANDLE handle = ::CreateFileW(native.text.c_str(), FILE_READ_ATTRIBUTES,
                                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                             OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
@@ -210,8 +210,11 @@ FileIdentity IdentityOf(std::string_view path) noexcept {
         if (!file.IsOpen() || ::GetFileInformationByHandle(handle, &known) == 0) {
             return {};
         }
-        return {known.dwVolumeSerialNumber,
-                (std::uint64_t{known.nFileIndexHigh} << 32U) | known.nFileIndexLow};
+        const auto joined = [](Code high, Code low) { return (std::uint64_t{high} << 32U) | low; };
+        const FILETIME& written = known.ftLastWriteTime;
+        return {{known.dwVolumeSerialNumber, joined(known.nFileIndexHigh, known.nFileIndexLow)},
+                joined(known.nFileSizeHigh, known.nFileSizeLow),
+                static_cast<std::int64_t>(joined(written.dwHighDateTime, written.dwLowDateTime))};
     } catch (...) {
         return {};  // for want of memory
     }

@@ -89,8 +89,8 @@ Handle TryOpen(const NativePath& path, const OpenMode& mode, Code& code);
 /// The same, with the failure raised.
 Handle OpenRegular(const char* operation, std::string_view path, const OpenMode& mode, FileStatus& status);
 
-/// Which file a path leads to; unknown where that is none, or the system does not tell.
-FileIdentity IdentityOf(std::string_view path) noexcept;
+/// Which file a path leads to, and in which state; unknown where that is none, or the system does not tell.
+FileState StateOf(std::string_view path) noexcept;
 
 /// Attributes of what stands at the path itself (a link is not followed); false where there is nothing.
 bool Attributes(const NativePath& path, std::uint32_t& attributes, Code& code) noexcept;

@@ -48,7 +48,7 @@ public:
         }
         Close();
     }
-    FileIdentity TakeRightsOf(std::string_view path) noexcept override { return IdentityOf(path); }
+    FileState TakeRightsOf(std::string_view path) noexcept override { return StateOf(path); }
     void Unlock() noexcept override {
         // Each handle keeps the file, and what was not written or settled by now never will be.
         m_unsettled.Forget(m_ticket);

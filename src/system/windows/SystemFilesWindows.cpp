@@ -182,10 +182,14 @@ void SystemFiles::ReplaceFile(std::string_view path, std::string_view bytes) {
     ReplaceWhole("ReplaceFile", path, bytes);
 }
 
-void SystemFiles::MoveSettled(std::string_view source, std::string_view target) {
+bool SystemFiles::MoveSettled(std::string_view source, std::string_view target, const FileState& seen) {
+    if (!(StateOf(target) == seen)) {
+        return false;
+    }
     if (!PutInPlace("MoveSettled", source, target)) {
         Files::MoveOver(source, target);
     }
+    return true;
 }
 
 void SystemFiles::Settle() {

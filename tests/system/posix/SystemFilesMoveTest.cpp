@@ -249,11 +249,11 @@ TEST_F(SystemFilesTest, ASettledFileTakesItsPlaceWithNoFlushOfItsOwnAndWithTheTa
     const Text target = Put("a.kdt", "old", 0640);
     const auto text = files.OpenForOutput(At("a.temp"));
     text->Write("new");
-    text->TakeRightsOf(target);
+    const FileState seen = text->TakeRightsOf(target);
     text->CloseForSettling();
     files.Settle();
     FailingCalls calls;
-    files.MoveSettled(At("a.temp"), target);
+    EXPECT_TRUE(files.MoveSettled(At("a.temp"), target, seen));
     EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fsync"), 0);
     EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "write"), 0);
     files.Settle();
@@ -267,12 +267,12 @@ TEST_F(SystemFilesTest, ASettledFileWhoseTargetHasGotOtherRightsSinceTakesThemAn
     const Text target = Put("a.kdt", "old", 0640);
     const auto text = files.OpenForOutput(At("a.temp"));
     text->Write("new");
-    text->TakeRightsOf(target);
+    const FileState seen = text->TakeRightsOf(target);
     text->CloseForSettling();
     files.Settle();
     ASSERT_EQ(::chmod(target.c_str(), 0660), 0);
     FailingCalls calls;
-    files.MoveSettled(At("a.temp"), target);
+    EXPECT_TRUE(files.MoveSettled(At("a.temp"), target, seen));
     EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fsync"), 1);
     EXPECT_EQ(Get(target), "new");
     EXPECT_EQ(Mode(target), 0660U);
@@ -289,10 +289,10 @@ TEST_F(SystemFilesTest, ASettledFileIsNotPutInThePlaceOfALinkOrOfAFileWithSevera
         }
         const auto text = files.OpenForOutput(At("a.temp"));
         text->Write(hard ? "by its other name" : "through the link");
-        text->TakeRightsOf(target);
+        const FileState seen = text->TakeRightsOf(target);
         text->CloseForSettling();
         files.Settle();
-        files.MoveSettled(At("a.temp"), target);
+        EXPECT_TRUE(files.MoveSettled(At("a.temp"), target, seen));
         EXPECT_EQ(Get(file), hard ? "by its other name" : "through the link");
         EXPECT_EQ(std::filesystem::is_symlink(target), !hard);
         EXPECT_FALSE(std::filesystem::exists(At("a.temp")));

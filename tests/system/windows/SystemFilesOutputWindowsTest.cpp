@@ -120,9 +120,10 @@ TEST_F(TwoAtAFileTest, ASettledTextIsFlushedOnceAndTakesItsPlaceItselfWhileItIsK
     auto text = files.OpenForOutput(path);
     text->Write("new");
     EXPECT_TRUE(text->TakeRightsOf(target) == text->TakeRightsOf(At("A.KDT")));
-    EXPECT_TRUE(text->TakeRightsOf(target).IsKnown());
+    EXPECT_TRUE(text->TakeRightsOf(target).file.IsKnown());
     EXPECT_FALSE(text->TakeRightsOf(target) == text->TakeRightsOf(path));
-    EXPECT_FALSE(text->TakeRightsOf(At("none")).IsKnown());
+    EXPECT_FALSE(text->TakeRightsOf(At("none")).file.IsKnown());
+    const FileState seen = text->TakeRightsOf(target);
     text->CloseForSettling();
     EXPECT_EQ(flushes, 0);
     files.Settle();
@@ -130,7 +131,7 @@ TEST_F(TwoAtAFileTest, ASettledTextIsFlushedOnceAndTakesItsPlaceItselfWhileItIsK
     EXPECT_EQ(ErrorOf([&] { (void)other.OpenForOutput(path, Patience::None); }), errFileAlreadyOpen);
     EXPECT_EQ(pauses, 0);
     const auto before = number(path);
-    files.MoveSettled(path, target);
+    EXPECT_TRUE(files.MoveSettled(path, target, seen));
     EXPECT_EQ(number(target), before);
     text.reset();
     files.Settle();
@@ -151,18 +152,20 @@ TEST_F(TwoAtAFileTest, ASettledTextIsNotPutInThePlaceOfAFileWithSeveralNamesOrOf
     };
     const Text refused = Put("refused", "old", FILE_ATTRIBUTE_READONLY);
     auto text = settled(At("a.temp"));
-    EXPECT_EQ(ErrorOf([&] { files.MoveSettled(At("a.temp"), refused); }), errPermissionDenied);
+    const FileState readOnly = text->TakeRightsOf(refused);
+    EXPECT_EQ(ErrorOf([&] { (void)files.MoveSettled(At("a.temp"), refused, readOnly); }),
+              errPermissionDenied);
     EXPECT_EQ(Get(refused), "old");
     text.reset();
     const Text target = Put("several", "old");
     if (::CreateHardLinkW(Wide(At("second")).c_str(), Wide(target).c_str(), nullptr) != 0) {
         text = settled(At("a.temp"));
-        files.MoveSettled(At("a.temp"), target);
+        EXPECT_TRUE(files.MoveSettled(At("a.temp"), target, text->TakeRightsOf(target)));
         EXPECT_EQ(Get(At("second")), "new");
         text.reset();
     }
     text = settled(At("a.temp"));
-    files.MoveSettled(At("a.temp"), At("missing"));
+    EXPECT_TRUE(files.MoveSettled(At("a.temp"), At("missing"), FileState()));
     EXPECT_EQ(Get(At("missing")), "new");
 }
 

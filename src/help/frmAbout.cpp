@@ -23,7 +23,7 @@ Text frmAbout::VersionText(int major, int minor, int revision) {
 }
 
 void frmAbout::Form_Load() {
-    SetFocusedControl({});
+    Destroy();  // its last showing leaves nothing behind
     lblAppTitle.SetCaption(Text(maker::ProgramTitle));
     lblVersion.SetCaption(VersionText(KD_VERSION_MAJOR, KD_VERSION_MINOR, KD_VERSION_REVISION));
     lblCompanyInfo.SetCaption(Text(maker::CompanyInfo));

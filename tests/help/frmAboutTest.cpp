@@ -105,5 +105,17 @@ TEST(frmAbout, EachShowingFillsTheLabelsAnew) {
     });
 }
 
+TEST(frmAbout, EachShowingBeginsWhereTheFirstOneDid) {
+    TestMachine desk;
+    frmAbout about(desk.g);
+    Show(desk, about, [](frmAbout&) {});
+    about.SetFocusedControl("lblWebsite");
+    about.SetLastGeometry({{5, 6}, 300, 200});
+    Show(desk, about, [](frmAbout& form) {
+        EXPECT_EQ(form.FocusedControl(), "");
+        EXPECT_FALSE(form.LastGeometry().has_value());
+    });
+}
+
 }  // namespace
 }  // namespace kd

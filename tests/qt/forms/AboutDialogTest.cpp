@@ -56,6 +56,20 @@ TEST_F(AboutDialogTest, ShownAgainItHasTheKeyboardWhereItBegins) {
     });
 }
 
+TEST_F(AboutDialogTest, ShownAgainItStandsInTheMiddleAsLargeAsAtFirst) {
+    QRect first;
+    About([&](QWidget& dialog) {
+        first = QRect(dialog.pos(), dialog.size());
+        dialog.move(20, 30);
+        dialog.resize(dialog.size() + QSize(40, 40));
+        dialog.close();
+    });
+    About([&](QWidget& dialog) {
+        EXPECT_EQ(QRect(dialog.pos(), dialog.size()), first);
+        dialog.close();
+    });
+}
+
 TEST_F(AboutDialogTest, IsOwnedByTheMainWindow) {
     About([this](QWidget& dialog) {
         EXPECT_EQ(dialog.parentWidget(), &window);

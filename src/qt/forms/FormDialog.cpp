@@ -13,6 +13,39 @@
 
 namespace kd {
 
+namespace {
+
+/// Whether any of a window's title bar is to be seen, so that the user can take it from where it is.
+bool InReach(const QRect& outer, const QMargins& frame, const std::vector<FormDialog::Room>& rooms) {
+    const QRect title(outer.topLeft(), QSize(outer.width(), std::max(frame.top(), 1)));
+    return std::any_of(rooms.begin(), rooms.end(),
+                       [&](const FormDialog::Room& room) { return room.free.intersects(title); });
+}
+
+/// What windows may take of the screen on which a point lies; that of the first screen where it is on none.
+QRect RoomAt(QPoint point, const std::vector<FormDialog::Room>& rooms) {
+    const auto found = std::find_if(rooms.begin(), rooms.end(), [point](const FormDialog::Room& room) {
+        return room.screen.contains(point);
+    });
+    return found != rooms.end() ? found->free : rooms.front().free;
+}
+
+/// Moved and made smaller only as far as needed.
+QRect KeptInside(QRect outer, const QRect& room) {
+    outer.setSize(outer.size().boundedTo(room.size()));
+    outer.moveRight(std::min(outer.right(), room.right()));
+    outer.moveBottom(std::min(outer.bottom(), room.bottom()));
+    outer.moveLeft(std::max(outer.left(), room.left()));
+    outer.moveTop(std::max(outer.top(), room.top()));
+    return outer;
+}
+
+QPoint CornerOf(const Place& place) {
+    return {place.left, place.top};
+}
+
+}  // namespace
+
 FormDialog::FormDialog(Form& form, EventBoundary& boundary, QWidget* parent)
     : QDialog(parent), m_form(form), m_boundary(boundary) {
     setObjectName(ToQt(form.Name()));
@@ -111,27 +144,40 @@ QMargins FormDialog::Frame() const {
     return window != nullptr ? window->frameMargins() : QMargins();
 }
 
+std::vector<FormDialog::Room> FormDialog::Rooms() const {
+    std::vector<Room> rooms;
+    if (const QScreen* const own = screen()) {
+        for (const QScreen* const each : own->virtualSiblings()) {
+            const Room room{each->geometry(), each->availableGeometry()};
+            rooms.insert(each == own ? rooms.begin() : rooms.end(), room);
+        }
+    }
+    return rooms;
+}
+
+QRect FormDialog::Placed(const QMargins& frame, const std::vector<Room>& rooms) const {
+    if (const auto& last = m_form.LastGeometry()) {
+        const QRect outer(CornerOf(last->corner), QSize(last->width, last->height).grownBy(frame));
+        return InReach(outer, frame, rooms) ? outer : KeptInside(outer, RoomAt(outer.center(), rooms));
+    }
+    QRect outer(QPoint(), size().grownBy(frame));
+    if (const auto& own = m_form.OwnPlace()) {
+        outer.moveTopLeft(CornerOf(*own));
+        return KeptInside(outer, RoomAt(outer.topLeft(), rooms));
+    }
+    outer.setSize(outer.size().boundedTo(rooms.front().free.size()));
+    outer.moveCenter(rooms.front().free.center());
+    return outer;
+}
+
 void FormDialog::MoveToPlace(const QMargins& frame) {
     m_frame = frame;
-    const QScreen* const at = screen();
-    if (at == nullptr) {
+    const std::vector<Room> rooms = Rooms();
+    if (rooms.empty()) {
         return;
     }
-    const QRect room = at->availableGeometry();
-    const auto& last = m_form.LastGeometry();
-    resize((last ? QSize(last->width, last->height) : size()).boundedTo(room.size().shrunkBy(frame)));
-    QRect outer(QPoint(), size().grownBy(frame));
-    const auto& own = m_form.OwnPlace();
-    if (own || last) {
-        const Place corner = last ? last->corner : *own;
-        outer.moveTo(corner.left, corner.top);
-        outer.moveRight(std::min(outer.right(), room.right()));
-        outer.moveBottom(std::min(outer.bottom(), room.bottom()));
-        outer.moveLeft(std::max(outer.left(), room.left()));
-        outer.moveTop(std::max(outer.top(), room.top()));
-    } else {
-        outer.moveCenter(room.center());
-    }
+    const QRect outer = Placed(frame, rooms);
+    resize(outer.size().shrunkBy(frame));
     move(outer.topLeft());
     if (QWindow* const window = windowHandle(); window != nullptr && !window->isVisible()) {
         // The corner is the frame's, however high its title bar is, which is known only when it is there.

@@ -2,7 +2,9 @@
 
 #include <QDialog>
 #include <QMargins>
+#include <QRect>
 #include <initializer_list>
+#include <vector>
 
 #include "platform/Controls.h"
 #include "platform/EventBoundary.h"
@@ -19,12 +21,19 @@ namespace kd {
 
 /// The window of a modal form: caption and name from the form; it ends when the form hides. It stands at the
 /// form's own place, else in the middle of the screen; either place is that of its frame, and the window is
-/// moved from there only as far as needed to stay on the screen. Esc presses the cancel button; the frame's
-/// close is the form's UserClose. A form that is shown again has place, size and focus as they were.
+/// moved from there only as far as needed to stay on that screen. Esc presses the cancel button; the frame's
+/// close is the form's UserClose. A form that is shown again has place, size and focus as they were; only a
+/// window whose title bar is on no screen any more is moved.
 class FormDialog : public QDialog {
 public:
     FormDialog(Form& form, EventBoundary& boundary, QWidget* parent);
     ~FormDialog() override;
+
+    /// A screen, and what windows may take of it.
+    struct Room {
+        QRect screen;
+        QRect free;
+    };
 
     /// Esc: presses the cancel button; does nothing where there is none.
     void reject() override;
@@ -54,8 +63,12 @@ protected:
     EventBoundary& Boundary() const noexcept { return m_boundary; }
     /// What the desktop has put around the window; null before it has, and where it puts nothing.
     virtual QMargins Frame() const;
+    /// The screens over which the desktop extends, the one where the window belongs first.
+    virtual std::vector<Room> Rooms() const;
 
 private:
+    /// Where the frame goes, when it takes that much around the window.
+    QRect Placed(const QMargins& frame, const std::vector<Room>& rooms) const;
     /// Moves the window to its place, with that much of a frame around it.
     void MoveToPlace(const QMargins& frame);
     /// Moves it once more when the desktop has put another frame around it than was reckoned with.

@@ -220,6 +220,7 @@ struct PlainForm : Form {
     TextBox txtFind{"txtFind"};
     bool withCancel = true;
     std::optional<QMargins> frame;  // that the desktop tells instead of its own
+    std::optional<QRect> second;    // another screen of the desktop
 };
 
 class PlainDialog : public FormDialog {
@@ -241,6 +242,13 @@ public:
 
 protected:
     QMargins Frame() const override { return m_plain.frame ? *m_plain.frame : FormDialog::Frame(); }
+    std::vector<Room> Rooms() const override {
+        std::vector<Room> rooms = FormDialog::Rooms();
+        if (m_plain.second) {
+            rooms.push_back({*m_plain.second, *m_plain.second});
+        }
+        return rooms;
+    }
 
 private:
     PlainForm& m_plain;
@@ -324,6 +332,54 @@ TEST_F(FormDialogTest, StandsInTheMiddleOfTheScreenOrAtItsOwnPlace) {
         EXPECT_TRUE(room.contains(window.frameGeometry()));
         form.Hide();
     });
+}
+
+TEST_F(FormDialogTest, APlaceOnAnotherScreenIsKeptThereAndInsideIt) {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    form.second = room.translated(room.width(), 0);
+    form.SetOwnPlace({form.second->left() + 60, 70});
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.pos(), QPoint(form.second->left() + 60, 70));
+        form.Hide();
+    });
+    form.SetOwnPlace({form.second->right() - 2, 70});
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.frameGeometry().right(), form.second->right());
+        form.Hide();
+    });
+}
+
+TEST_F(FormDialogTest, AFormShownAgainIsLeftAloneWhileItsTitleBarIsOnAnyScreen) {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect second = room.translated(room.width(), 0);
+    struct Case {
+        const char* label;
+        QPoint left;  // there by the user
+        bool extended;
+        bool stays;
+    };
+    for (const Case& c :
+         {Case{"on the second screen", second.topLeft() + QPoint(100, 50), true, true},
+          Case{"between the two", QPoint(room.right() - 20, 50), true, true},
+          Case{"beyond the edge in part", QPoint(room.right() - 20, 50), false, true},
+          Case{"below the edge in part", QPoint(50, room.bottom() - 5), false, true},
+          Case{"the second screen has gone", second.topLeft() + QPoint(100, 50), false, false},
+          Case{"above the screen", QPoint(50, room.top() - 20), false, false}}) {
+        form.second = second;
+        Show([&](QWidget& window) {
+            window.move(c.left);
+            form.Hide();
+        });
+        if (!c.extended) {
+            form.second.reset();
+        }
+        Show([&](QWidget& window) {
+            EXPECT_EQ(window.pos() == c.left, c.stays) << c.label;
+            EXPECT_TRUE(c.stays || room.contains(window.frameGeometry())) << c.label;
+            form.Hide();
+        });
+        form.Destroy();
+    }
 }
 
 /// The desktop tells a frame late, with a tall title bar; the window's way from where it stood.

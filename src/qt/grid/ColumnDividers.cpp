@@ -1,26 +1,16 @@
 #include "qt/grid/ColumnDividers.h"
 
 #include <QMouseEvent>
-#include <algorithm>
 
 #include "qt/grid/GridMetrics.h"
 
 namespace kd {
 
-namespace {
-
-/// Pixels to each side of a column's right edge that take the divider, on a screen of 96 dots an inch.
-constexpr int Grip = 3;
-constexpr int UsualDots = 96;
-
-}  // namespace
-
 std::int32_t ColumnDividers::DividerAt(QPoint position) const {
     if (m_parts.manner.WholeRows()) {
         return -1;
     }
-    const int dots = m_parts.area.logicalDpiX();
-    return m_parts.scroll.Layout().DividerAt(position, std::max(Grip, Grip * dots / UsualDots));
+    return m_parts.scroll.Layout().DividerAt(position, OnScreenOf(m_parts.area.logicalDpiX(), DividerGrip));
 }
 
 bool ColumnDividers::Take(const QMouseEvent& event) {
@@ -73,7 +63,7 @@ bool ColumnDividers::Move(const QMouseEvent& event) {
 
 void ColumnDividers::DragTo(int x) {
     if (m_parts.scroll.Layout().Find(m_drag->screenCol) != nullptr) {
-        SetWidth(m_drag->screenCol, m_drag->width + x - m_drag->from);
+        m_parts.scroll.SizeColumn(m_drag->screenCol, m_drag->width + x - m_drag->from);
     } else {
         m_drag.reset();  // the column has gone meanwhile
     }
@@ -91,10 +81,6 @@ void ColumnDividers::ShowPointer(bool over) {
     }
 }
 
-void ColumnDividers::SetWidth(std::int32_t screenCol, int pixels) {
-    m_parts.scroll.SizeColumn(screenCol, std::max(pixels, LeastColWidth));
-}
-
 const GridLayout::Column* ColumnDividers::CurrentColumn() const {
     return m_parts.manner.WholeRows() ? nullptr : m_parts.scroll.Layout().Find(m_parts.grid.Col());
 }
@@ -103,7 +89,7 @@ void ColumnDividers::Widen(int characters) {
     if (const GridLayout::Column* const column = CurrentColumn()) {
         const std::int32_t screenCol = column->screenCol;
         const int character = m_parts.scroll.Layout().GetSizes().defaultColWidth / DefaultColChars;
-        SetWidth(screenCol, column->width + characters * character);
+        m_parts.scroll.SizeColumn(screenCol, column->width + characters * character);
         m_parts.scroll.ShowCell(m_parts.grid.Row(), screenCol);
     }
 }

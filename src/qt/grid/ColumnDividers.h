@@ -40,7 +40,6 @@ private:
     void ShowPointer(bool over);
     /// The current column, if it is shown.
     const GridLayout::Column* CurrentColumn() const;
-    void SetWidth(std::int32_t screenCol, int pixels);
 
     GridParts m_parts;
     std::optional<Drag> m_drag;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 namespace kd {
 
 /// Blank pixels between a cell's edge and its text, left and right.
@@ -10,8 +12,17 @@ inline constexpr int RowMargin = 5;
 inline constexpr int HeaderExtra = 10;
 /// Characters of average width in a column that nothing has sized yet.
 inline constexpr int DefaultColChars = 10;
-/// No column becomes narrower by hand: what is left can still be taken by its divider.
+/// Pixels to each side of a column's right edge that take the divider, on a screen of the usual dots.
+inline constexpr int DividerGrip = 3;
+/// No column becomes narrower by hand: between its own divider and its neighbour's something is left of its
+/// header to press. On a screen of the usual dots.
 inline constexpr int LeastColWidth = 16;
+/// Of an inch.
+inline constexpr int UsualDots = 96;
+/// As many pixels as are as large on a screen of `dots` an inch; never fewer.
+constexpr int OnScreenOf(int dots, int pixels) {
+    return std::max(pixels, pixels * dots / UsualDots);
+}
 /// Between the header's text and its picture.
 inline constexpr int PictureGap = 3;
 

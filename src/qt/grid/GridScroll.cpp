@@ -62,14 +62,31 @@ void GridScroll::FitColumns(std::int32_t first, std::int32_t last) {
     }
 }
 
+int GridScroll::WidthByHand(std::int32_t screenCol, int pixels) const {
+    const int least = OnScreenOf(m_area.logicalDpiX(), LeastColWidth);
+    const GridLayout& layout = Layout();
+    const GridLayout::Column* const column = layout.Find(screenCol);
+    if (column != nullptr && column->frozen && !layout.Columns().back().frozen) {
+        // Frozen columns over the whole width would leave nothing to scroll, and no way back.
+        const int others = layout.FrozenWidth() - column->width;
+        pixels = std::min(pixels, m_area.viewport()->width() - others - layout.GetSizes().defaultColWidth);
+    }
+    return std::max(pixels, least);
+}
+
 void GridScroll::SizeColumn(std::int32_t screenCol, int pixels) {
+    const int width = WidthByHand(screenCol, pixels);
     m_byHand.insert(screenCol);
-    m_grid.SetColWidth(screenCol, pixels);
+    m_grid.SetColWidth(screenCol, width);
 }
 
 void GridScroll::FitColumn(std::int32_t screenCol) {
     m_byHand.erase(screenCol);
     FitColumns(screenCol, screenCol);
+    const int fitting = m_grid.ColWidth(screenCol);
+    if (WidthByHand(screenCol, fitting) != fitting) {
+        SizeColumn(screenCol, fitting);
+    }
 }
 
 void GridScroll::BuildLayout() const {

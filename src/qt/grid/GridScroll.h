@@ -30,9 +30,11 @@ public:
     /// sized again.
     void MeasureAnew();
     void AutoSize(std::int32_t first, std::int32_t last);
-    /// A width that the user gave the column: it stays, whatever the font, until AutoSize or FitColumn.
+    /// A width that the user gave the column: it stays, whatever the font, until AutoSize or FitColumn. One
+    /// that would leave the column nothing to press, or the scrolling columns less than some ten characters
+    /// beside the frozen ones, is the nearest that does not.
     void SizeColumn(std::int32_t screenCol, int pixels);
-    /// Fits one column to its texts.
+    /// Fits one column to its texts, within the same bounds.
     void FitColumn(std::int32_t screenCol);
 
     /// The grid has other rows, columns or widths: one relayout follows when the events are through.
@@ -49,6 +51,7 @@ public:
 
 private:
     void FitColumns(std::int32_t first, std::int32_t last);
+    int WidthByHand(std::int32_t screenCol, int pixels) const;
     void BuildLayout() const;
     void Queue();
     void Relayout();

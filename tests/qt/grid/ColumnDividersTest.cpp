@@ -15,6 +15,11 @@ protected:
         Move(from + QPoint(by, 0), Qt::LeftButton);
         QTest::mouseRelease(Port(), Qt::LeftButton, {}, from + QPoint(by, 0));
     }
+    /// What is left beside the frozen columns when they are as wide as they may be by hand.
+    int LeftBesideFrozen() const {
+        QApplication::processEvents();
+        return Port()->width() - widget->Layout().FrozenWidth();
+    }
     int Fitting(std::int32_t col) {
         VSFlexGrid& g = grid;
         g.AutoSize(col, col);
@@ -101,6 +106,65 @@ TEST_F(ColumnDividersTest, FrozenColumnsHaveDividersAndCoverThoseScrolledBelowTh
     EXPECT_EQ(grid.ColWidth(2), ColumnWidth);
     Drag(Edge(3), 15);
     EXPECT_EQ(grid.ColWidth(3), ColumnWidth + 15);
+}
+
+TEST_F(ColumnDividersTest, FrozenColumnsLeaveTenCharactersOfThoseThatScroll) {
+    Make(5, 8);
+    grid.SetFrozenCols(2);
+    grid.SetTextMatrix(3, 1, std::string(200, 'W'));
+    QApplication::processEvents();
+    const int tenCharacters = widget->Layout().GetSizes().defaultColWidth;
+    Drag(Edge(1), 1000);
+    EXPECT_EQ(LeftBesideFrozen(), tenCharacters) << "by a drag";
+    Drag(Edge(1), -100);
+    EXPECT_EQ(LeftBesideFrozen(), tenCharacters + 100);
+    grid.Select(1, 1);
+    for (int i = 0; i < 100; ++i) {
+        Press(Qt::Key_Right, Qt::AltModifier);
+    }
+    EXPECT_EQ(LeftBesideFrozen(), tenCharacters) << "by key";
+    Drag(Edge(1), -100);
+    Press(Qt::Key_Up, Qt::AltModifier);
+    EXPECT_EQ(LeftBesideFrozen(), tenCharacters) << "by fitting";
+    Drag(Edge(1), -100);
+    QApplication::processEvents();
+    QTest::mouseDClick(Port(), Qt::LeftButton, {}, Edge(1));
+    EXPECT_EQ(LeftBesideFrozen(), tenCharacters) << "by a double click";
+    Drag(Edge(0), 1000);
+    EXPECT_EQ(LeftBesideFrozen(), tenCharacters) << "the first one has nothing left to take";
+    EXPECT_EQ(grid.ColWidth(0), ColumnWidth);
+    Drag(Edge(2), 1000);
+    EXPECT_EQ(grid.ColWidth(2), ColumnWidth + 1000) << "one that scrolls is as wide as one likes";
+}
+
+/// On a screen with twice the usual dots.
+class FineGridWidget : public GridWidget {
+public:
+    using GridWidget::GridWidget;
+
+protected:
+    int metric(PaintDeviceMetric metric) const override {
+        const bool dots = metric == PdmDpiX || metric == PdmDpiY;
+        return dots ? 192 : GridWidget::metric(metric);
+    }
+};
+
+TEST_F(ColumnDividersTest, OnAScreenOfFinerDotsAColumnStillLeavesAPlaceToPressBetweenItsDividers) {
+    Make(5, 4);
+    delete widget;
+    widget = new FineGridWidget(grid, top.get());
+    widget->setGeometry(0, 0, 400, 300);
+    widget->show();
+    QApplication::processEvents();
+    Drag(Edge(1, -6), -200);
+    EXPECT_EQ(grid.ColWidth(1), 32);
+    QApplication::processEvents();
+    ListenToMouse();
+    cancelPress = true;
+    for (const int beside : {-32, -27, -26, -7, -6, 0}) {
+        QTest::mouseClick(Port(), Qt::LeftButton, {}, Edge(1, beside));
+    }
+    EXPECT_EQ(history, (History{"Before 1 0 at 0,1", "Before 1 0 at 0,1"})) << "between the two alone";
 }
 
 TEST_F(ColumnDividersTest, NoColumnBecomesTooNarrowToBeTakenAgain) {

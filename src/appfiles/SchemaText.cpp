@@ -75,7 +75,9 @@ void AppendSchemaBlock(const cField& field, bool isView, const Locale& locale, T
     text += CrLf;
     for (const std::uint8_t row : BlockOf(field.FieldType(), isView)) {
         AppendSchemaKey(PropertyTable[row].key, text);
+        const std::size_t value = text.size();
         AppendProperty(field, PropertyTable[row], vmFile, locale, text);
+        BlankLineEnds(text, value);  // one that an edit has joined would begin a line of its own
         text += CrLf;
     }
 }

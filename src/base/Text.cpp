@@ -34,6 +34,12 @@ Text OneLine(std::string_view text) {
     return line;
 }
 
+void BlankLineEnds(Text& text, std::size_t from) {
+    for (std::size_t at = text.find(CrLf, from); at != Text::npos; at = text.find(CrLf, at)) {
+        text.replace(at, CrLf.size(), CrLf.size(), ' ');
+    }
+}
+
 std::vector<std::string_view> Split(std::string_view text, char separator) {
     std::vector<std::string_view> parts;
     if (text.empty()) {

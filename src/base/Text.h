@@ -26,6 +26,9 @@ bool EqualsNoCaseAscii(std::string_view a, std::string_view b) noexcept;
 
 /// The text as it stands in a line of a file: TAB, CR and LF become blanks.
 Text OneLine(std::string_view text);
+/// Turns each CR LF from offset `from` on into two blanks, in place: nothing else ends a line of a file. A CR
+/// or LF by itself stays.
+void BlankLineEnds(Text& text, std::size_t from = 0);
 
 /// The parts of `text` between the separators, empty ones too. An empty text has no part at all.
 std::vector<std::string_view> Split(std::string_view text, char separator);

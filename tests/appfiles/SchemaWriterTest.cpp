@@ -382,6 +382,18 @@ TEST(SaveSchemaTest, NothingInMemoryChanges) {
     EXPECT_EQ(field->USL(), 6);
 }
 
+TEST(SaveSchemaTest, ALineEndThatAnEditHasJoinedBeginsNoLineOfItsOwn) {
+    WriteDesk t;
+    const auto field = t.Add(aField());
+    field->SetName("a\r\n[FIELD]\r\n   NAME         = planted");
+    field->SetUnits("x\ry\nz\r");
+    const Text blocks = t.Blocks();
+    EXPECT_TRUE(
+        blocks.starts_with("[FIELD]\r\n   NAME         = a  [FIELD]     NAME         = planted\r\n   XREF"));
+    EXPECT_NE(blocks.find("   UNITS        = x\ry\nz\r\r\n   CATEGORY"), Text::npos)
+        << "what ends no line stays to the byte";
+}
+
 TEST(SaveSchemaTest, ANameIsWrittenWithTheBlanksThatItHolds) {
     WriteDesk t;
     t.Add(aField())->SetName(" a name ");

@@ -7,6 +7,15 @@ namespace {
 
 using Parts = std::vector<std::string_view>;
 
+TEST(TextTest, LineEndsAreBlankedInPlaceAndNothingElse) {
+    Text text = "a\r\nb\r\r\nc\n\rd\r\n";
+    BlankLineEnds(text);
+    EXPECT_EQ(text, "a  b\r  c\n\rd  ");
+    text = "line\r\nvalue\r\n";
+    BlankLineEnds(text, 6);
+    EXPECT_EQ(text, "line\r\nvalue  ");
+}
+
 TEST(TextTest, OneLineHasBlanksForTabsAndLineEnds) {
     EXPECT_EQ(OneLine("a\r\nb\tc\nd\re"), "a  b c d e");
     EXPECT_EQ(OneLine("\xC3\xA4 \x01"), "\xC3\xA4 \x01");

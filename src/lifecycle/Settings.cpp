@@ -18,10 +18,26 @@ constexpr std::int32_t EqualColumn = 11;
 
 /// A line end in the name of a file would begin a line of its own, which could list another application.
 Text WithoutLineEnds(Text text) {
-    for (std::size_t at = text.find(CrLf); at != Text::npos; at = text.find(CrLf, at)) {
-        text.replace(at, CrLf.size(), CrLf.size(), ' ');
-    }
+    BlankLineEnds(text);
     return text;
+}
+
+/// Puts a file that may not be read in another's place; the other one goes when that is done.
+void RenameOver(Files& files, const Text& from, const Text& to) {
+    const Text earlier = to + ".temp";
+    files.DeleteAbandoned(earlier);  // of a run that ended in the middle of this
+    files.Rename(to, earlier);
+    try {
+        files.Rename(from, to);
+    } catch (const cError&) {
+        files.Rename(earlier, to);
+        throw;
+    }
+    files.DeleteAbandoned(earlier);
+}
+
+Text AsideOf(const Text& path) {
+    return path + ".old";
 }
 
 bool IsEntry(const INIline& line, std::string_view group, std::string_view key) {
@@ -48,16 +64,27 @@ bool ReadSettings(Globals& g, std::string_view path) {
     return read;
 }
 
-void SetAside(Files& files, const Text& path) {
-    const Text aside = path + ".old";
-    try {
-        files.Rename(path, aside);  // needs no right to read it
-        return;
-    } catch (const cError&) {
-        // An earlier one is in the way, or there is nothing to rename.
+bool SetAside(Files& files, const Text& path) {
+    const Text aside = AsideOf(path);
+    if (!files.Exists(path)) {
+        return false;  // an earlier one then need not be touched
     }
     try {
-        files.MoveOver(path, aside);
+        files.Rename(path, aside);
+        return true;
+    } catch (const cError&) {  // an earlier one may be in the way
+    }
+    try {
+        RenameOver(files, path, aside);
+        return true;
+    } catch (const cError&) {
+        return false;  // by contract without a word
+    }
+}
+
+void PutBack(Files& files, const Text& path) {
+    try {
+        files.Rename(AsideOf(path), path);
     } catch (const cError&) {  // by contract without a word
     }
 }

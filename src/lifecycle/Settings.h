@@ -13,7 +13,11 @@ bool ReadSettings(Globals& g, std::string_view path);
 
 /// Puts a file that was never read aside, under its name with ".old" behind, in the place of an earlier one.
 /// One that is missing is none to keep, and one that cannot be put aside stays; neither is told.
-void SetAside(Files& files, const Text& path);
+/// @returns whether it was put aside.
+bool SetAside(Files& files, const Text& path);
+
+/// Gives a file that was put aside its name again, unless another has it by now; what fails is not told.
+void PutBack(Files& files, const Text& path);
 
 /// Replaces the file by the present criteria and applications, disabled ones too. What fails on the disk is
 /// not told; the earlier file then stays.

@@ -162,12 +162,18 @@ void frmKDLimitDesk::FindSettings() {
 }
 
 void frmKDLimitDesk::KeepSettings() {
-    if (!m_settingsKnown) {
-        // The user's own list, which was only out of sight, would be lost by the one that goes over it.
-        SetAside(m_g.platform.files, m_g.gSettingsPath);
-    }
+    Files& files = m_g.platform.files;
+    // The user's own list, which was only out of sight, would be lost by the one that goes over it.
+    const bool aside = !m_settingsKnown && SetAside(files, m_g.gSettingsPath);
+    bool written = false;
+    const Scope kept([&] {
+        if (aside && !written) {
+            PutBack(files, m_g.gSettingsPath);
+        }
+    });
     // Also where nothing could be kept: what has just been confirmed is what the next start must show.
-    m_settingsKnown = WriteSettings(m_g, m_g.gSettingsPath) || m_settingsKnown;
+    written = WriteSettings(m_g, m_g.gSettingsPath);
+    m_settingsKnown = written || m_settingsKnown;
 }
 
 void frmKDLimitDesk::mnuFile_Click() {

@@ -265,14 +265,53 @@ TEST_F(SettingsTest, ReadingTellsWhetherThereWasAFileToRead) {
 TEST_F(SettingsTest, AFileThatIsSetAsideTakesThePlaceOfAnEarlierOne) {
     const Text aside = Text(Path) + ".old";
     desk.files.Put(Path, "first");
-    SetAside(desk.files, Path);
+    EXPECT_TRUE(SetAside(desk.files, Path));
     EXPECT_EQ(desk.files.Get(aside), "first");
     EXPECT_FALSE(desk.files.Has(Path));
     desk.files.Put(Path, "second");
-    SetAside(desk.files, Path);
+    EXPECT_TRUE(SetAside(desk.files, Path));
     EXPECT_EQ(desk.files.Get(aside), "second");
+    EXPECT_FALSE(SetAside(desk.files, Path)) << "nothing is in the way";
+    EXPECT_EQ(desk.files.Get(aside), "second");
+    EXPECT_EQ(desk.files.Paths().size(), 1U) << "nothing else is left";
+}
+
+TEST_F(SettingsTest, AFileThatMayNotBeReadIsSetAsideAllTheSame) {
+    const Text aside = Text(Path) + ".old";
+    desk.files.Put(Path, "own");
+    desk.files.SetUnreadable(Path);
+    desk.files.Put(aside, "earlier");
+    desk.files.SetUnreadable(aside);
+    desk.files.Put(aside + ".temp", "of a run that was cut off");
+    EXPECT_TRUE(SetAside(desk.files, Path));
+    EXPECT_EQ(desk.files.Get(aside), "own");
+    EXPECT_EQ(desk.files.Paths().size(), 1U);
+}
+
+TEST_F(SettingsTest, WhereverSettingAsideFailsNoFileIsLost) {
+    const Text aside = Text(Path) + ".old";
+    bool done = false;
+    for (int failAt = 1; !done; ++failAt) {
+        desk.files.Put(Path, "own");
+        desk.files.Put(aside, "earlier");
+        desk.files.FailAt(failAt);
+        done = SetAside(desk.files, Path) && desk.files.Operations() < failAt;
+        desk.files.FailNoMore();
+        EXPECT_EQ(desk.files.Get(desk.files.Has(Path) ? Text(Path) : aside), "own") << failAt;
+        EXPECT_TRUE(!desk.files.Has(Path) || desk.files.Get(aside) == "earlier") << failAt;
+    }
+}
+
+TEST_F(SettingsTest, AFileIsPutBackUnlessAnotherHasItsName) {
+    desk.files.Put(Path, "own");
     SetAside(desk.files, Path);
-    EXPECT_EQ(desk.files.Get(aside), "second") << "nothing is in the way";
+    PutBack(desk.files, Path);
+    EXPECT_EQ(desk.files.Get(Path), "own");
+    SetAside(desk.files, Path);
+    desk.files.Put(Path, "new");
+    PutBack(desk.files, Path);
+    EXPECT_EQ(desk.files.Get(Path), "new");
+    EXPECT_EQ(desk.files.Get(Text(Path) + ".old"), "own");
 }
 
 TEST_F(SettingsTest, WritingTellsWhetherTheFileWasWritten) {

@@ -253,6 +253,22 @@ TEST(frmKDLimitDeskTest, SettingsThatCameAfterTheStartAreKeptBesideTheListThatIs
     EXPECT_NE(desk.files.Get(SettingsFile).find("/apps/plant.kdt"), Text::npos);
 }
 
+TEST(frmKDLimitDeskTest, WhereTheConfirmedListCannotBeWrittenTheUnreadOneKeepsItsName) {
+    StartDesk desk;
+    desk.HideSettings({"/apps/plant.kdt"});
+    desk.files.FailOn("Read", ".IKD", errDevice);
+    frmKDLimitDesk form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& dialog) {
+        desk.files.FailNoMore();
+        desk.files.Put(SettingsFile, "unread");
+        desk.files.FailOn("ReplaceFile", ".IKD", errDiskFull);
+        dialog.cmdOk.UserClick();
+    });
+    EXPECT_TRUE(form.Form_Load(1));
+    EXPECT_EQ(desk.files.Get(SettingsFile), "unread");
+    EXPECT_FALSE(desk.files.Has(Text(SettingsFile) + ".old"));
+}
+
 TEST(frmKDLimitDeskTest, AConfirmedListIsWrittenAlsoWhereTheUnreadOneCannotBeKept) {
     StartDesk desk;
     desk.HideSettings({"/apps/plant.kdt"});

@@ -9,8 +9,13 @@ bool MayStand(Desk& desk, std::int32_t row, std::int32_t screenCol, std::string_
 }
 
 void CloseCellEditor(Desk& desk) {
-    if (desk.Grid.EditWindow()) {
-        desk.Grid.Select(desk.Grid.Row(), desk.Grid.Col());
+    VSFlexGrid& grid = desk.Grid;
+    if (!grid.EditWindow() || desk.toldText == grid.EditText()) {
+        return;
+    }
+    grid.Select(grid.Row(), grid.Col());
+    if (grid.EditWindow()) {
+        desk.toldText = grid.EditText();
     }
 }
 

@@ -9,6 +9,7 @@ namespace kd {
 bool MayStand(Desk& desk, std::int32_t row, std::int32_t screenCol, std::string_view text);
 
 /// Closes an open cell editor by selecting the current cell anew; a refused text is told and keeps it open.
+/// A text that was told in this way is not told again while it stands there, as on the way along the menus.
 void CloseCellEditor(Desk& desk);
 
 /// The same, and a refused text is given up once it has been told: the cell keeps its old one.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "model/Globals.h"
 #include "platform/Controls.h"
 #include "platform/VSFlexGrid.h"
@@ -14,6 +16,8 @@ struct Desk {
     Globals& g;
 
     VSFlexGrid Grid{"Grid"};
+    /// The refused text of the open editor of which a menu has told already.
+    std::optional<Text> toldText;
     Label Panel1{"Panel1"};  // where the current cell stands
     Label Panel2{"Panel2"};  // what a long job is doing, and its outcome
     ProgressBar ProgressBar1{"ProgressBar1"};

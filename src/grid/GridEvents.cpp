@@ -116,7 +116,8 @@ void GridEvents::Grid_MouseMove() {
     grid.SetToolTipText(row == 0 && GetFilterCaption ? GetFilterCaption(col) : Text());
 }
 
-void GridEvents::Grid_BeforeEdit(std::int32_t row, std::int32_t screenCol, bool& cancel) const {
+void GridEvents::Grid_BeforeEdit(std::int32_t row, std::int32_t screenCol, bool& cancel) {
+    m_desk.toldText.reset();  // that was another editor's
     if (row < 1 || screenCol < 0 || !LabelOf(m_desk, screenCol).Editable()) {
         cancel = true;
     }

@@ -26,7 +26,7 @@ public:
     void Grid_MouseDown(MouseButton button);
     void Grid_MouseUp(MouseButton button);
     void Grid_MouseMove();
-    void Grid_BeforeEdit(std::int32_t row, std::int32_t screenCol, bool& cancel) const;
+    void Grid_BeforeEdit(std::int32_t row, std::int32_t screenCol, bool& cancel);
     void Grid_ValidateEdit(std::int32_t row, std::int32_t screenCol, bool& cancel);
     void Grid_AfterEdit(std::int32_t row, std::int32_t screenCol);
     void Grid_RowColChange();

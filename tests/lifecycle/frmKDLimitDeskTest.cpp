@@ -428,6 +428,33 @@ TEST(frmKDLimitDeskTest, OpeningAMenuWithARefusedTextKeepsTheEditor) {
     }
 }
 
+TEST(frmKDLimitDeskTest, ARefusedTextIsToldOnceOnTheWayAlongTheMenuBar) {
+    RunningDesk desk;
+    const auto openAll = [&] {
+        for (MenuItem* const item : desk.form.MenuBar()) {
+            item->UserClick();
+        }
+    };
+    desk.grid.Select(1, ColUsl);
+    ASSERT_TRUE(desk.grid.StartEdit());
+    desk.grid.SetEditText("abc");
+    desk.toolkit.ExpectBox("Invalid value 'abc' entered for cell!");
+    openAll();
+    openAll();
+    EXPECT_TRUE(desk.grid.EditWindow());
+    desk.grid.SetEditText("abcd");
+    desk.toolkit.ExpectBox("Invalid value 'abcd' entered for cell!");
+    openAll();
+    for (const std::int32_t col : {ColUsl, ColUsl + 1}) {
+        desk.grid.CancelEdit();
+        desk.grid.Select(1, col);
+        ASSERT_TRUE(desk.grid.StartEdit());
+        desk.grid.SetEditText("abcd");
+        desk.toolkit.ExpectBox("Invalid value 'abcd' entered for cell!");
+        openAll();
+    }
+}
+
 TEST(frmKDLimitDeskTest, ClosingWithoutChangesAsksNothing) {
     RunningDesk desk;
     EXPECT_TRUE(desk.form.Form_QueryUnload());

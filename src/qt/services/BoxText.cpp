@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGridLayout>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QScrollBar>
@@ -50,10 +51,26 @@ bool FitsInBox(const QLabel& label, const QSize& screen) {
     return size.width() <= room.width() && size.height() <= room.height();
 }
 
+/// Leaves the keys for Copy to the box, which knows what to copy when nothing is selected.
+class MessageField : public QPlainTextEdit {
+public:
+    using QPlainTextEdit::QPlainTextEdit;
+
+protected:
+    bool event(QEvent* event) override {
+        if (event->type() == QEvent::ShortcutOverride &&
+            dynamic_cast<QKeyEvent&>(*event).matches(QKeySequence::Copy)) {
+            event->ignore();
+            return false;
+        }
+        return QPlainTextEdit::event(event);
+    }
+};
+
 /// The text of a label in a field that scrolls, is read by keyboard and breaks words that are longer than it
 /// is wide: no size of a text makes it greater than `room`.
 QPlainTextEdit* ScrollingText(const QLabel& label, const QSize& room, QWidget& parent) {
-    auto* const text = new QPlainTextEdit(label.text(), &parent);
+    auto* const text = new MessageField(label.text(), &parent);
     text->setObjectName(QStringLiteral("MessageText"));
     text->setAccessibleName(QMessageBox::tr("Message"));
     text->setReadOnly(true);

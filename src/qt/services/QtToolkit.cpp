@@ -195,7 +195,8 @@ void QtToolkit::ShowPointer(bool hourglass) {
 }
 
 QSize QtToolkit::ScreenSize() const {
-    const QScreen* const screen = m_window != nullptr ? m_window->screen() : QGuiApplication::primaryScreen();
+    const QWidget* const owner = Owner();
+    const QScreen* const screen = owner != nullptr ? owner->screen() : QGuiApplication::primaryScreen();
     return screen != nullptr ? screen->availableGeometry().size() : QSize();
 }
 

@@ -90,8 +90,12 @@ TEST_F(BoxTextTest, AShortTextStaysALabelAndAnyTextCanBeCopied) {
             PressOk(box);
         });
     }
-    Box(longWord, [](QMessageBox& box) {
+    Box(longWord, [&](QMessageBox& box) {
+        QGuiApplication::clipboard()->clear();
         Press(Qt::Key_Tab);
+        ASSERT_NE(qobject_cast<QPlainTextEdit*>(QApplication::focusWidget()), nullptr);
+        Press(Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(QGuiApplication::clipboard()->text(), box.text()) << "all where nothing is selected";
         Press(Qt::Key_Right, Qt::ShiftModifier);
         Press(Qt::Key_C, Qt::ControlModifier);
         EXPECT_EQ(QGuiApplication::clipboard()->text(), "W") << "what is selected alone";

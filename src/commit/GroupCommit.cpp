@@ -85,6 +85,10 @@ bool GroupCommit::BeginArchive(const Text& path, Manner manner) {
     if (ItemExists(path, m_archived)) {
         return true;
     }
+    // Two templates may share a folder of archives: the name of one archive is taken when the next looks.
+    if (manner == Manner::AmongOthers && HasBegunBeside(path)) {
+        return false;
+    }
     const Text failure = m_archiver.BeginArchive(path);
     if (failure.empty()) {
         m_begun.push_back(path);
@@ -96,6 +100,16 @@ bool GroupCommit::BeginArchive(const Text& path, Manner manner) {
     }
     m_archived.insert(path);
     return true;
+}
+
+/// Whether an archive of the group has its folder where the template's own would be.
+bool GroupCommit::HasBegunBeside(const Text& path) const {
+    const auto archives = [&](const Text& ofTemplate) {
+        return m_g.platform.locale.CodePage().Upper(
+            names::ArchivesOf(ofTemplate, m_g.platform.files.Delimiter()));
+    };
+    return std::any_of(m_begun.begin(), m_begun.end(),
+                       [&](const Text& begun) { return archives(begun) == archives(path); });
 }
 
 /// Whether a view can be written while the others of the group wait for their turn. The views of an

@@ -61,6 +61,7 @@ private:
 
     bool Prepare(std::int32_t index, Manner manner);
     bool BeginArchive(const Text& path, Manner manner);
+    bool HasBegunBeside(const Text& path) const;
     bool MakeRoomFor(const cFile& file);
     bool IsOnlyOne(const FileIdentity& targetFile) const;
     void Discard(modKDLimitDesk::WrittenSchema& written) noexcept;

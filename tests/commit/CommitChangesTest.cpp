@@ -172,6 +172,22 @@ TEST(CommitChangesTest, AFileThatAnotherProgramSavesWhileItsTextWaitsIsWrittenAn
     }
 }
 
+TEST(CommitChangesTest, ApplicationsThatShareAFolderOfArchivesAreArchivedOneAfterTheOther) {
+    for (const bool share : {false, true}) {
+        LoadedDesk t;
+        t.Put(anApplication("/apps/plant.kdt").Field(aField().Usl(10)));
+        t.Put(anApplication(share ? "/apps/plant.kdt6" : "/apps/mill.kdt6").Field(aField().Usl(10)));
+        t.Load();
+        t.Edit(1, cnUSL, "5");
+        t.Edit(2, cnUSL, "5");
+        t.files.ClearLog();
+        t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
+        t.toolkit.ExpectBox("2 File(s) have been modified.", BoxIcon::Information);
+        CommitChanges(t.desk);
+        EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), "Settle "), share ? 5 : 3);
+    }
+}
+
 TEST(CommitChangesTest, MoreViewsThanAGroupHoldsAreCommittedInSeveral) {
     LoadedDesk t;
     ApplicationBuilder application = anApplication("/apps/plant.kdt").Field(aField().Name("a").Usl(10));

@@ -18,17 +18,22 @@ bool Unsettled::Add(int fd, std::string_view path) {
         return true;
     }
     if (Descriptor second(::fcntl(fd, F_DUPFD_CLOEXEC, 0)); second.IsOpen()) {
-        if (isShared) {
-            m_systems.emplace(status.st_dev, std::move(second));
-        } else {
-            m_files.push_back({std::move(second), Text(path)});
-        }
+        Take(std::move(second), path);
         return true;
     }
     if (const int code = Flush(fd); code != 0) {
         Raise("Settle", path, code);
     }
     return false;
+}
+
+void Unsettled::Take(Descriptor file, std::string_view path) {
+    struct stat status {};
+    if (OneFlushIsEnough(file.Get()) && ::fstat(file.Get(), &status) == 0) {
+        m_systems.emplace(status.st_dev, std::move(file));
+    } else {
+        m_files.push_back({std::move(file), Text(path)});
+    }
 }
 
 void Unsettled::AddOnce(int fd, const Text& path) {
@@ -45,10 +50,9 @@ void Unsettled::AddInFolder(int fd, const Text& path) {
 }
 
 void Unsettled::AddName(int fd, const Text& path) {
-    if (OneFlushIsEnough(fd)) {
-        (void)Add(fd, path);
-    } else {
-        AddName(path);  // the flush of a file alone need not be that of its name
+    // The flush of a file alone need not be that of its name, and one that has come to pass already is not.
+    if (!OneFlushIsEnough(fd) || !Add(fd, path)) {
+        AddName(path);
     }
 }
 
@@ -57,9 +61,12 @@ void Unsettled::AddName(const Text& path) {
     if (m_folders.count(folder) != 0) {
         return;
     }
-    if (const Descriptor open(Open(folder + "/.", O_RDONLY | O_DIRECTORY)); open.IsOpen()) {
-        (void)Add(open.Get(), path);
+    Descriptor open(Open(folder + "/.", O_RDONLY | O_DIRECTORY));
+    if (open.IsOpen()) {
+        Take(std::move(open), path);
         m_folders.insert(folder);
+    } else if (errno != EACCES && errno != ENOENT && errno != ENOTDIR) {
+        Raise("Settle", path, errno);
     }
 }
 

@@ -27,7 +27,7 @@ public:
     /// @throws cError as Add.
     void AddName(int fd, const Text& path);
     /// The same where the file is not at hand. A folder that may not be listed cannot be flushed, and is not
-    /// noted.
+    /// noted; neither is a missing one, where nothing gets a name.
     /// @throws cError as Add.
     void AddName(const Text& path);
     /// Brings all of it to the disk: with one flush for each file system where that is enough, else each file
@@ -37,6 +37,9 @@ public:
     void Settle();
 
 private:
+    /// Keeps an open file or folder until it is settled.
+    void Take(Descriptor file, std::string_view path);
+
     std::set<Text> m_folders;  // whose names are settled with what has been noted
     std::set<Text> m_once;     // paths of those that were added once
     struct Kept {

@@ -139,6 +139,23 @@ TEST_F(SystemFilesTest, ASettlingThatFailsIsToldOnceAndLeavesNothing) {
     EXPECT_EQ(ErrorOf([&] { files.Settle(); }), 0);
 }
 
+TEST_F(SystemFilesTest, ANameThatCouldNotBeSettledIsNotGiven) {
+    struct Case {
+        int code;
+        std::int32_t number;
+        const char* left;
+    };
+    for (const Case& c : {Case{EIO, errDevice, "a"}, Case{EMFILE, errDevice, "a"}, Case{EACCES, 0, "b"}}) {
+        SCOPED_TRACE(c.code);
+        files.Settle();
+        Put("a", "text");
+        FailingCalls calls;
+        calls.FailEach("open", c.code);
+        EXPECT_EQ(ErrorOf([&] { files.Rename(At("a"), At("b")); }), c.number);
+        EXPECT_EQ(Names(), std::set<Text>{c.left});
+    }
+}
+
 TEST_F(SystemFilesTest, NeitherALinkNorWhatAnotherProgramHasInHandCountsAsAbandoned) {
     SystemFiles other(CodePage::Of(1252));
     const auto held = other.OpenForOutput(At("held"));

@@ -3,15 +3,9 @@
 #include "grid/CellEditing.h"
 #include "grid/CellGate.h"
 #include "grid/ColumnCatalogue.h"
+#include "platform/GridKeyCodes.h"
 
 namespace kd {
-
-namespace {
-
-constexpr int KeyC = 67;
-constexpr int KeyV = 86;
-
-}  // namespace
 
 GridEvents::GridEvents(Desk& desk, EventBoundary& boundary) : m_desk(desk), m_boundary(boundary) {
     VSFlexGrid& grid = desk.Grid;
@@ -169,8 +163,8 @@ void GridEvents::Grid_KeyDown(int keyCode, int shift) {
         return;
     }
     // The commands themselves, whatever the pop-up last enabled: the clipboard may have been filled since.
-    const auto& command = keyCode == KeyC ? m_desk.mnuCopy.Click : m_desk.mnuPaste.Click;
-    if ((keyCode == KeyC || keyCode == KeyV) && command) {
+    const auto& command = keyCode == kcC ? m_desk.mnuCopy.Click : m_desk.mnuPaste.Click;
+    if ((keyCode == kcC || keyCode == kcV) && command) {
         command();
     }
 }

@@ -1,24 +1,9 @@
 #pragma once
 
+#include "platform/GridKeyCodes.h"
 #include "platform/VSFlexGrid.h"
 
 namespace kd {
-
-/// Codes of the keys that have a meaning in the grid, as its KeyDown counts them.
-enum GridKeyCode : int {
-    kcSpace = 32,
-    kcPageUp = 33,
-    kcPageDown = 34,
-    kcEnd = 35,
-    kcHome = 36,
-    kcLeft = 37,
-    kcUp = 38,
-    kcRight = 39,
-    kcDown = 40,
-    kcA = 65,
-    kcF2 = 113,
-    kcF10 = 121
-};
 
 /// Where keys lead, over what is shown of a grid. Hidden rows and columns are skipped, also where the way
 /// begins at one. Nothing here changes the grid.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/GridKeyCodes.h"
 #include "platform/VSFlexGrid.h"
 
 namespace kd {
@@ -15,10 +16,12 @@ struct KeyCode {
 };
 
 constexpr KeyCode KeyCodes[] = {
-    {Qt::Key_Backspace, 8}, {Qt::Key_Tab, 9},     {Qt::Key_Backtab, 9}, {Qt::Key_Return, 13},
-    {Qt::Key_Enter, 13},    {Qt::Key_Escape, 27}, {Qt::Key_PageUp, 33}, {Qt::Key_PageDown, 34},
-    {Qt::Key_End, 35},      {Qt::Key_Home, 36},   {Qt::Key_Left, 37},   {Qt::Key_Up, 38},
-    {Qt::Key_Right, 39},    {Qt::Key_Down, 40},   {Qt::Key_Insert, 45}, {Qt::Key_Delete, 46},
+    {Qt::Key_Backspace, kcBackspace}, {Qt::Key_Tab, kcTab},           {Qt::Key_Backtab, kcTab},
+    {Qt::Key_Return, kcEnter},        {Qt::Key_Enter, kcEnter},       {Qt::Key_Escape, kcEscape},
+    {Qt::Key_PageUp, kcPageUp},       {Qt::Key_PageDown, kcPageDown}, {Qt::Key_End, kcEnd},
+    {Qt::Key_Home, kcHome},           {Qt::Key_Left, kcLeft},         {Qt::Key_Up, kcUp},
+    {Qt::Key_Right, kcRight},         {Qt::Key_Down, kcDown},         {Qt::Key_Insert, kcInsert},
+    {Qt::Key_Delete, kcDelete},
 };
 
 }  // namespace
@@ -37,7 +40,7 @@ int KeyCodeOf(int key) {
         return key;
     }
     if (key >= Qt::Key_F1 && key <= Qt::Key_F12) {
-        return key - Qt::Key_F1 + 112;
+        return key - Qt::Key_F1 + kcF1;
     }
     const auto* const found = std::find_if(std::begin(KeyCodes), std::end(KeyCodes),
                                            [&](const KeyCode& each) { return each.key == key; });

@@ -17,7 +17,7 @@ bool MayDropChanges(Globals& g) {
     Text question = "You have outstanding changes.";
     question += CrLf;
     question += "Are you sure you want to modify folders without saving?";
-    return g.platform.toolkit.MessageBox(question, BoxIcon::Question, BoxButtons::YesNo, "KD LimitDesk") ==
+    return g.platform.toolkit.MessageBox(question, BoxIcon::Question, BoxButtons::YesNo, WindowTitle) ==
            BoxAnswer::Yes;
 }
 

@@ -27,7 +27,7 @@ Text modKDLimitDesk::DefaultApplicationFolder(Globals& g) {
 }
 
 frmApplicationAdmin::frmApplicationAdmin(Globals& g) : Form("frmApplicationAdmin"), m_g(g) {
-    SetCaption("KD LimitDesk - Manage Applications");
+    SetCaption(Text(WindowTitle) + " - Manage Applications");
     Label1.SetCaption("Enter filter criteria separated by spaces");
     cmdFilter.SetCaption("Apply");
     cmdAddApplication.SetCaption("Add Application(s)");
@@ -173,11 +173,11 @@ void frmApplicationAdmin::cmdRemoveApplication_Click() {
 void frmApplicationAdmin::cmdOk_Click() {
     Toolkit& toolkit = m_g.platform.toolkit;
     if (Grid.Rows() <= 1) {
-        toolkit.Say("You must have at least one application.", BoxIcon::Exclamation, "KD LimitDesk");
+        toolkit.Say("You must have at least one application.", BoxIcon::Exclamation, WindowTitle);
         return;
     }
     if (Grid.VisibleRows().empty()) {
-        toolkit.Say("You must have at least one application selected.", BoxIcon::Exclamation, "KD LimitDesk");
+        toolkit.Say("You must have at least one application selected.", BoxIcon::Exclamation, WindowTitle);
         return;
     }
     if (!cboFilter.Value().empty()) {

@@ -106,12 +106,12 @@ WrittenSchema WriteSchema(Globals& g, std::int32_t fileIndex, AfterFailure after
 }
 
 void TellSaveFailure(Globals& g, const cError& error) {
-    g.platform.toolkit.Say(NumberedText(error) + " occurred in SaveSchema.", BoxIcon::Exclamation,
-                           "KDLimitDesk");
+    g.platform.toolkit.Say(NumberedText(error) + " occurred in SaveSchema.", BoxIcon::Exclamation);
 }
 
 void TellOverwriteFailure(Globals& g, const cError& error) {
-    g.platform.toolkit.Say(NumberedText(error), BoxIcon::Exclamation, "KDLimitDesk - OverwriteFile");
+    g.platform.toolkit.Say(NumberedText(error), BoxIcon::Exclamation,
+                           Text(DefaultTitle) + " - OverwriteFile");
 }
 
 bool SaveSchema(Globals& g, std::int32_t fileIndex) {

@@ -8,7 +8,7 @@
 namespace kd {
 
 frmCommit::frmCommit(Globals& g) : Form("frmCommit"), m_g(g) {
-    SetCaption("KD LimitDesk - Commit Changes");
+    SetCaption(Text(WindowTitle) + " - Commit Changes");
     Label1.SetCaption("The following is a list of applications that have changed:");
     chkSelectAll.SetCaption(" (Select All)");
     cmdOk.SetCaption("Ok");
@@ -45,7 +45,7 @@ void frmCommit::UserClose() {
 void frmCommit::cmdOk_Click() {
     if (lstFiles.SelectedCount() == 0) {
         m_g.platform.toolkit.Say("You must select at least one application!", BoxIcon::Exclamation,
-                                 "KD LimitDesk");
+                                 WindowTitle);
         return;
     }
     for (const ListBox::Entry& entry : lstFiles.Entries()) {

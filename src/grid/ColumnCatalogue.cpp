@@ -32,7 +32,7 @@ void SetupGridColumns(Desk& desk) {
         // Deliberate: a rebuild hides the property columns while Show All Properties stays ticked, and goes
         // by the position, which leaves "XRef" to its own flag.
         // ColumnCatalogueTest.ARebuildHidesThePropertyColumnsThoughShowAllPropertiesStaysTicked
-        const bool always = desk.mnuShowAll.Checked() && screenCol >= FirstPropertyColumn;
+        const bool always = desk.mnuShowAll.Checked() && screenCol >= FirstFurtherColumn;
         grid.SetColHidden(screenCol, always || !label.Visible());
     }
     grid.AutoSize(0, count - 1);

@@ -27,7 +27,7 @@ void ShowPaths(Desk& desk) {
         const std::int32_t number = desk.Grid.ColData(col);
         if (number < FirstVariableColumn) {
             desk.Grid.SetColHidden(col, !LabelOf(desk, col).Visible());
-        } else if (number >= FirstPropertyColumn) {
+        } else if (number >= FirstFurtherColumn) {
             // Deliberate: the properties are hidden although Show All Properties keeps its tick.
             // ViewModesTest.ShowingThePathsHidesThePropertiesAndKeepsTheirTick
             desk.Grid.SetColHidden(col, desk.mnuShowAll.Checked() || !LabelOf(desk, col).Visible());
@@ -79,7 +79,7 @@ void mnuShowAll_Click(Desk& desk) {
     const Hourglass hourglass(desk.g.platform.toolkit);
     const RedrawOff quiet(desk.Grid);
     for (std::int32_t col = 1; col < desk.Grid.Cols(); ++col) {
-        if (desk.Grid.ColData(col) >= FirstPropertyColumn) {
+        if (desk.Grid.ColData(col) >= FirstFurtherColumn) {
             desk.Grid.SetColHidden(col, !show && !LabelOf(desk, col).Visible());
         }
     }

@@ -59,7 +59,7 @@ std::vector<ListBox::Entry> frmAutoFilter::SortedEntries() {
 
 void frmAutoFilter::cmdOk_Click() {
     if (m_selectAll.GetCheckState() == csUnchecked) {
-        m_g.platform.toolkit.Say("Must have at least one selection!", BoxIcon::Exclamation, "KD LimitDesk");
+        m_g.platform.toolkit.Say("Must have at least one selection!", BoxIcon::Exclamation, WindowTitle);
         return;
     }
     cmdOk.SetEnabled(false);

@@ -2,12 +2,14 @@
 
 #include <string_view>
 
+#include "platform/Toolkit.h"
+
 /// Who makes the program: the one place that holds the maker's data. The postal data are placeholders until
 /// the first release is sold; the addresses lie in a domain that is reserved for examples.
 namespace kd::maker {
 
 /// The program's title.
-inline constexpr std::string_view ProgramTitle = "KDLimitDesk";
+inline constexpr std::string_view ProgramTitle = DefaultTitle;
 /// Six lines: name, street, town and region, country and postal code, telephone, fax.
 inline constexpr std::string_view CompanyInfo =
     "Kestrix Quality Systems\r\n"

@@ -34,7 +34,7 @@ Text GetUserName(Globals& g, std::uintptr_t window) {
     if (!login->LoginRequired()) {
         return g.platform.environment.Variable("USERNAME");
     }
-    const auto user = login->PromptLogin(window, "KD LimitDesk", "Authentication Required.");
+    const auto user = login->PromptLogin(window, WindowTitle, "Authentication Required.");
     return user && user->IsAuthenticated() ? user->LoginUserName() : Text();
 }
 

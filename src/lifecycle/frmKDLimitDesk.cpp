@@ -133,7 +133,7 @@ bool frmKDLimitDesk::Form_Load(std::uintptr_t window) {
 }
 
 bool frmKDLimitDesk::RunStart(std::uintptr_t window) {
-    SetCaption("KD LimitDesk (v" + Digits(KD_VERSION_MAJOR) + "." + Digits(KD_VERSION_MINOR) + "." +
+    SetCaption(Text(WindowTitle) + " (v" + Digits(KD_VERSION_MAJOR) + "." + Digits(KD_VERSION_MINOR) + "." +
                Digits(KD_VERSION_REVISION) + ")");
     m_g.gSettingsPath = SettingsPath(m_g);
     m_maximised = true;
@@ -211,7 +211,7 @@ bool frmKDLimitDesk::Form_QueryUnload() {
     }
     return m_g.platform.toolkit.MessageBox(
                "You have outstanding changes. Are you sure you want to quit without saving?",
-               BoxIcon::Question, BoxButtons::YesNo, "KD LimitDesk") == BoxAnswer::Yes;
+               BoxIcon::Question, BoxButtons::YesNo, WindowTitle) == BoxAnswer::Yes;
 }
 
 frmKDLimitDesk::Layout frmKDLimitDesk::Form_Resize(const Area& inner, std::int32_t gridTop,

@@ -5,7 +5,7 @@
 /// The numbers of the grid's columns, from 1. What stands in a column, PropertyTable.h says.
 namespace kd {
 
-/// A column keeps its number for good, which is its place on the screen too. A new one comes last.
+/// A column keeps its number for good, which is its position on the screen too. A new one comes last.
 enum ColumnNumber : std::int32_t {
     cnID = 1,
     cnFolder = 2,
@@ -51,7 +51,7 @@ inline constexpr std::int32_t ColumnCount = cnBehindLast - 1;
 /// The columns before this one belong to the view, the others to the variable.
 inline constexpr std::int32_t FirstVariableColumn = cnVarNo;
 /// This column and those behind it are shown on request alone.
-inline constexpr std::int32_t FirstPropertyColumn = cnXRef;
+inline constexpr std::int32_t FirstFurtherColumn = cnXRef;
 
 /// The seven limits, from top to bottom.
 inline constexpr std::int32_t FirstLimitColumn = cnUSL;

@@ -84,7 +84,7 @@ void AppendMethod(const FieldData& data, std::int32_t number, std::span<const st
     }
     if (mode == vmFile) {
         AppendDigits(number, text);
-    } else if (number >= 0 && static_cast<std::size_t>(number) < words.size()) {
+    } else if (static_cast<std::size_t>(number) < words.size()) {  // which no negative one is
         text += words[static_cast<std::size_t>(number)];
     }
 }

@@ -63,7 +63,7 @@ struct Property {
 /// The rows stand in the order of the lines in a file; columns go by their number, wherever they stand.
 // clang-format off
 inline constexpr auto PropertyTable = std::to_array<Property>({
-    // column         title                 edit   show   may hold        kept as         slot            key             types
+    // column         title           align edit   show   may hold        kept as         slot            key             types
     {cnID,           "ID",            'R', false, false, crAny,          vkView,         0,              "",             ""},
     {cnFolder,       "Folder",        'L', false, false, crAny,          vkView,         0,              "",             ""},
     {cnFilename,     "Filename",      'L', false, true,  crAny,          vkView,         0,              "",             ""},
@@ -133,6 +133,16 @@ consteval bool EveryColumnHasOneRow() noexcept {
 }
 static_assert(EveryColumnHasOneRow(), "a column has no row, or two");
 static_assert(LimitOf(LastLimitColumn) == LimitCount - 1, "limits and their columns differ");
+
+consteval bool EveryLimitHasItsSlot() noexcept {
+    bool all = true;
+    for (const Property& property : PropertyTable) {
+        const int limit = LimitOf(property.column);
+        all = all && (property.kind == vkLimit ? property.slot == limit : limit == NoLimit);
+    }
+    return all;
+}
+static_assert(EveryLimitHasItsSlot(), "a limit's slot is not the index of its column");
 
 /// What stands in a column, 1 to ColumnCount.
 constexpr const Property& PropertyOf(std::int32_t column) noexcept {

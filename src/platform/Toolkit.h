@@ -11,7 +11,9 @@
 
 namespace kd {
 
-/// The program's default title of a message box.
+/// The program's name in the captions of its windows, and in the titles of boxes that ask or warn the user.
+inline constexpr std::string_view WindowTitle = "KD LimitDesk";
+/// The same in one word: the default title of a message box, and the name in the About box.
 inline constexpr std::string_view DefaultTitle = "KDLimitDesk";
 
 enum class BoxIcon : std::uint8_t { None, Information, Exclamation, Critical, Question };
@@ -69,7 +71,8 @@ public:
     /// Where the window stood when the form was last hidden; kept by the screen in the same way.
     const std::optional<WindowGeometry>& LastGeometry() const noexcept { return m_lastGeometry; }
     void SetLastGeometry(WindowGeometry geometry) { m_lastGeometry = geometry; }
-    /// Unloads a hidden form: shown again, it would begin as for the first time.
+    /// Unloads a hidden form: shown again, it would begin as for the first time. A command ends with it also
+    /// where the form dies next, so that every road of a dialog ends alike, whoever keeps the form.
     virtual void Destroy() {
         m_focusedControl.clear();
         m_lastGeometry.reset();

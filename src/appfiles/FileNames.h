@@ -16,7 +16,8 @@ Text TemporaryPath(Globals& g, std::string_view schemaPath);
 Text ChangeLogPath(Globals& g, std::string_view templatePath);
 Text ChangeReportPath(Globals& g, std::string_view templatePath);
 
-/// Whether a file or folder is there. Errors count as false.
+/// Whether a file or folder is there. Errors count as false. Called by tests alone: a load and
+/// a save open a file and see.
 bool FileExists(Globals& g, std::string_view path);
 
 }  // namespace kd::modKDLimitDesk

@@ -51,7 +51,8 @@ private:
 /// Gives a freshly read variable the catalogue's letters of its rules; `saved` keeps the file's.
 void TranslateLetters(const RuleTranslator& rules, const cField& saved, cField& field);
 
-/// Stores the translated rule letters of a variable in gFields; those in gSavedFields stay the file's.
+/// Stores the translated rule letters of a variable in gFields; those in gSavedFields stay the file's. For
+/// one variable, as tests ask; a load keeps a translator for each view.
 void TranslateRules(Globals& g, std::int32_t fileIndex, std::int32_t fieldIndex);
 
 }  // namespace kd::modKDLimitDesk

@@ -35,7 +35,7 @@ private:
 
 namespace modKDLimitDesk {
 
-/// Reads one schema file, see SchemaReader.
+/// Reads one schema file, see SchemaReader. For who has one to read, as tests do; a load keeps its reader.
 void ReadSchema(Globals& g, std::string_view path, std::int32_t fileId);
 
 }  // namespace modKDLimitDesk

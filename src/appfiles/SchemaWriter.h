@@ -7,7 +7,8 @@
 
 namespace kd::modKDLimitDesk {
 
-/// One key line of a schema file, without its line end: the "=" stands in column 17.
+/// One key line of a schema file, without its line end: the "=" stands in column 17. Called by tests; a save
+/// appends with AppendSchemaKey, which this goes through too.
 Text FormatSchemaLine(std::string_view key, std::string_view value);
 
 /// Writes a view of gFiles back to its schema file: the old header with its revision raised and its rules

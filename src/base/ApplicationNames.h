@@ -5,8 +5,9 @@
 #include "base/CodePage.h"
 #include "base/Text.h"
 
-/// Names of the files of an application: each is its template's with another extension. Only the extensions
-/// stand here, for whoever changes one by a service and whoever does it by himself.
+/// Names of the files of an application, its archives, and the files and folders that wait to become one.
+/// What is its template's name with another extension stands here as that extension, for whoever changes it
+/// by a service and whoever does it by himself.
 namespace kd::names {
 
 /// Whether the application is one of generation 6: its template's path or name ends in "6".

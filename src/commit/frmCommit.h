@@ -20,7 +20,8 @@ public:
     void Destroy() override;
     /// Closing the window counts as Cancel.
     void UserClose() override;
-    /// 0 none selected, 1 all selected (an empty list too), 2 some selected.
+    /// 0 none selected, 1 all selected (an empty list too), 2 some selected. Called by tests: the check box
+    /// has the same state.
     std::int32_t ListState() const { return m_selectAll.GetCheckState(); }
 
     Label Label1{"Label1"};

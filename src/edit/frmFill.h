@@ -12,7 +12,8 @@ enum FillKind : std::int32_t { fkConstant = 0, fkCalculation = 1 };
 enum PlusMinus : std::int32_t { pmPlus = 0, pmMinus = 1, pmPlusPercent = 2, pmMinusPercent = 3 };
 
 /// The dialog that asks what to fill a range of cells with. It only collects: the command does the work, and
-/// shows it again after a refusal, with what was typed still in it.
+/// shows it again after a refusal, with what was typed still in it. Each answer can be set as well as read;
+/// this program sets FillText and TargetLimit alone.
 class frmFill : public Form {
 public:
     explicit frmFill(Globals& g);

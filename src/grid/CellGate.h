@@ -2,7 +2,7 @@
 
 #include "grid/Desk.h"
 
-/// The one gate and the one write of a cell; every change of a cell passes here.
+/// The one gate and the one write of what the user changes in a cell; a load fills the rows by RowFill.h.
 namespace kd {
 
 /// Whether a text may stand in a cell; `row` and `screenCol` are grid positions.

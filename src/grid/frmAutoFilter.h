@@ -17,6 +17,7 @@ public:
 
     /// Whether the user cancelled; true until Ok succeeds.
     bool Cancel() const noexcept { return m_cancel; }
+    /// The column's title. Only tests read it; the screen goes by Caption.
     const Text& FormCaption() const noexcept { return Caption(); }
     void SetFormCaption(Text value) { SetCaption(std::move(value)); }
     /// The entries on offer; after Ok the list's entries in its order, each with its tick. Never null.

@@ -12,7 +12,8 @@ namespace kd {
 /// are not. A text that was loaded is not meant to be saved: its section headers would become keys.
 ///
 /// The file is text of the machine's code page. One that must hold a character which the page lacks is
-/// written as UTF-8 with a byte order mark, and read by that mark.
+/// written as UTF-8 with a byte order mark, and read by that mark. Its layout is read back by
+/// tests alone.
 class INIfile {
 public:
     INIfile(Files& files, const Locale& locale) : m_files(files), m_locale(locale) {}

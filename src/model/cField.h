@@ -36,8 +36,13 @@ using FieldValue = std::variant<Text, std::int16_t>;
 
 struct FieldData;
 
-/// One variable of one view. The pairs keep what they are given, unchecked. A copy of a record's values is
-/// cheap: two records share them until one is changed.
+/// One variable of one view. A copy of a record's values is cheap: two records share them until one is
+/// changed.
+///
+/// Its column or its slot leads to every property (see PropertyTable.h), and most code goes that way. The
+/// pairs by name are an exception, for what code or a test asks for by its name; whatever has a slot of
+/// FieldSlots.h has both halves, called or not. A text that only its column leads to has none. The pairs keep
+/// what they are given, unchecked.
 class cField {
 public:
     cField() : m_data(NewRecord()) {}

@@ -5,10 +5,10 @@
 /// Small helpers that all floors above use.
 ///
 /// What stands in this namespace, here and in the headers of other folders: the functions that work on the
-/// globals or on a schema file and belong to no form, record or control: start, settings, names of files,
-/// header, reader and writer, catalogue of columns, conversions. What works on the desk (commands, filters,
-/// view modes, the gate of a cell) stands in kd itself, beside the type that it takes; base/ has no globals
-/// to work on, and so nothing in here.
+/// globals, on a schema file, on a variable or on names and paths, and belong to no form, record or control:
+/// start, settings, names of files, header, reader and writer, catalogue of columns, conversions. What works
+/// on the desk (commands, filters, view modes, the gate of a cell) stands in kd itself, beside the type that
+/// it takes; base/ has no globals to work on, and so nothing in here.
 namespace kd::modKDLimitDesk {
 
 /// The suite's context: made, told the system code and opened on first use, the same object ever after.

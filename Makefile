@@ -23,7 +23,7 @@ help:
 	@echo "make wayland-test  guided run under a Wayland compositor, natively and by X11"
 	@echo "make mutants  plants faults in the sources that the tests must notice (FOLDER, SEED, COUNT)"
 	@echo "make coverage  which lines and branches of the sources the tests run"
-	@echo "make release-check  all of the above, in a clean clone"
+	@echo "make release-check  every check, make tidy too, in a clean clone; not coverage, not torture"
 	@echo "make torture  the long part of the reliability tests, under the sanitizers (hours)"
 	@echo "make format   lays the sources out with clang-format"
 	@echo "make tidy     clang-tidy over all sources that are not known to be clean"

@@ -6,8 +6,9 @@
     scripts/figures.py --longest N the N longest functions and largest classes by name as well
 
 A room is a folder below src with sources of its own. A class counts with the lines of its body and of its member
-functions wherever they stand; its members are functions and data, nested types apart. A function counts from the line
-of its name to its closing brace. The ratio of comment to code is that of the headers. Lines are equal when they are so
+functions wherever they stand; its members are functions and data, nested types apart. What each
+operating system has of a class in a room of its own counts for itself. A function counts from the line of its name to
+its closing brace. The ratio of comment to code is that of the headers. Lines are equal when they are so
 but for blanks; six equal ones in a row, braces and includes apart, are a duplicate.
 """
 import argparse
@@ -26,6 +27,7 @@ TYPE = re.compile(r"[^()]*\b(?:class|struct|union)\s+(\w+)[^()]*", re.S)
 NAME = re.compile(r"((?:\w+(?:<[^<>]*>)?::)*~?(?:operator\s*\W{1,3}|operator\s+\w+|\w+))\s*\(")
 TAIL = re.compile(r"(?:\)|\b(?:const|noexcept|override|final|try)|->[\w:<>&*\s]+|[\w)}]\s*[)}])\s*$")
 DUPLICATE = 6
+SYSTEMS = ("posix", "windows")
 
 
 class Function:
@@ -144,14 +146,24 @@ class Room:
 
 
 def give_lines_to_classes(rooms):
-    """The member functions that stand outside of their class, in its room or in one within it."""
+    """The member functions that stand outside of their class, in its room or in one within it. A class with functions in
+    rooms of the operating systems is as many classes as there are systems, each with what they have in common."""
+    of_system = collections.defaultdict(collections.Counter)
     for name, room in rooms.items():
+        system = pathlib.PurePosixPath(name).name
         for function in room.outside:
             places = [name] + [parent.as_posix() for parent in pathlib.PurePosixPath(name).parents]
             home = next((rooms[place] for place in places if place in rooms and function.owner in rooms[place].classes),
                         None)
-            if home is not None:
+            if home is not None and home is not room and system in SYSTEMS:
+                of_system[id(home), function.owner][system] += function.lines
+            elif home is not None:
                 home.classes[function.owner][0] += function.lines
+    for room in rooms.values():
+        for owner in [each for each in room.classes if (id(room), each) in of_system]:
+            lines, members = room.classes.pop(owner)
+            for system, more in of_system[id(room), owner].items():
+                room.classes[f"{owner} ({system})"] = [lines + more, members]
 
 
 def rooms_of(root):

@@ -1,5 +1,5 @@
 #!/bin/bash
-# What a machine can check before a release but for make torture, in a clean clone of the present commit.
+# Every check of the Makefile but make torture, in a clean clone of the present commit (make coverage is a measure).
 # Goes on after a failure, so that one run tells all of them; the exit code is 0 only if everything passed. Takes an hour
 # or more on two cores.
 set -u

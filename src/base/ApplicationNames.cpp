@@ -1,5 +1,6 @@
 #include "base/ApplicationNames.h"
 
+#include <algorithm>
 #include <charconv>
 #include <random>
 
@@ -18,6 +19,12 @@ std::string_view ViewStem(std::string_view templatePath) noexcept {
 constexpr std::string_view Waiting = ".kdsave-";
 constexpr std::string_view Unfinished = ".unfinished-";
 constexpr std::size_t RandomLetters = 16;
+
+/// Whether these are letters as WithRandomLetters makes them.
+bool AreRandomLetters(std::string_view letters) noexcept {
+    return letters.size() == RandomLetters &&
+           std::all_of(letters.begin(), letters.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
 
 Text WithRandomLetters(std::string_view stem) {
     std::random_device random;
@@ -71,7 +78,7 @@ Text UnfinishedArchiveName() {
 }
 
 bool IsUnfinishedArchive(std::string_view folderName) noexcept {
-    return folderName.size() == Unfinished.size() + RandomLetters && folderName.starts_with(Unfinished);
+    return folderName.starts_with(Unfinished) && AreRandomLetters(folderName.substr(Unfinished.size()));
 }
 
 Text WaitingName(std::string_view fileName) {
@@ -80,7 +87,8 @@ Text WaitingName(std::string_view fileName) {
 
 std::string_view WaitsFor(std::string_view fileName) noexcept {
     constexpr std::size_t Dash = Waiting.size() + RandomLetters;
-    const bool waits = fileName.size() > Dash && fileName.starts_with(Waiting) && fileName[Dash] == '-';
+    const bool waits = fileName.size() > Dash && fileName.starts_with(Waiting) && fileName[Dash] == '-' &&
+                       AreRandomLetters(fileName.substr(Waiting.size(), RandomLetters));
     return waits ? fileName.substr(Dash + 1) : std::string_view();
 }
 

@@ -74,10 +74,13 @@ void AppendSchemaBlock(const cField& field, bool isView, const Locale& locale, T
     text += "[FIELD]";
     text += CrLf;
     for (const std::uint8_t row : BlockOf(field.FieldType(), isView)) {
-        AppendSchemaKey(PropertyTable[row].key, text);
+        const Property& property = PropertyTable[row];
+        AppendSchemaKey(property.key, text);
         const std::size_t value = text.size();
-        AppendProperty(field, PropertyTable[row], vmFile, locale, text);
-        BlankLineEnds(text, value);  // one that an edit has joined would begin a line of its own
+        AppendProperty(field, property, vmFile, locale, text);
+        if (property.kind == vkText) {
+            BlankLineEnds(text, value);  // one that an edit has joined would begin a line of its own
+        }
         text += CrLf;
     }
 }

@@ -1,7 +1,6 @@
 #include "commit/GroupCommit.h"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 #include "appfiles/FileNames.h"
@@ -17,7 +16,12 @@ bool ItemExists(const Text& key, const std::set<Text>& list) {
 }
 
 GroupCommit::GroupCommit(Desk& desk, CommitStamp stamp, std::int64_t selected, KDArchiver& archiver)
-    : m_desk(desk), m_g(desk.g), m_stamp(std::move(stamp)), m_selected(selected), m_archiver(archiver) {}
+    : m_desk(desk),
+      m_g(desk.g),
+      m_stamp(std::move(stamp)),
+      m_selected(selected),
+      m_archiver(archiver),
+      m_pending(desk.g) {}
 
 void GroupCommit::Take(std::int32_t index) {
     const bool isFull = m_group.size() >= MostInAGroup;
@@ -34,13 +38,13 @@ void GroupCommit::Take(std::int32_t index) {
 
 void GroupCommit::Finish() {
     Complete();
-    SettleRecords();
+    m_pending.Settle();
     DeleteLeftovers();
 }
 
 void GroupCommit::Abandon() noexcept {
     try {
-        SettleRecords();  // views already done stay done
+        m_pending.Settle();  // views already done stay done
     } catch (...) {
         // The failure that ended the commit is the one to tell.
     }
@@ -74,7 +78,7 @@ bool GroupCommit::Prepare(std::int32_t index, Manner manner) {
         Complete();  // the archive of the view is whole all the same
         ShowArchiving(path);
         ShowSaving(path);
-        TellSettled([&] { TellSaveFailure(m_g, error); });
+        m_pending.TellSettled([&] { TellSaveFailure(m_g, error); });
         return true;
     }
 }
@@ -96,7 +100,7 @@ bool GroupCommit::BeginArchive(const Text& path, Manner manner) {
         return false;
     } else {
         ShowArchiving(path);
-        TellSettled([&] { TellArchiveFailure(path, failure); });
+        m_pending.TellSettled([&] { TellArchiveFailure(path, failure); });
     }
     m_archived.insert(path);
     return true;
@@ -177,7 +181,7 @@ bool GroupCommit::PlaceAll() {
                 m_begun.push_back(view.path);  // what it holds has changed as well
             }
             m_group.insert(m_group.begin(), std::move(view));
-            SettleRecords();
+            m_pending.Settle();
             return false;
         }
         m_g.platform.toolkit.KeepAlive();
@@ -202,16 +206,9 @@ void GroupCommit::TakeEachAlone() {
 /// file is replaced before its archive has its name for good. The records of the group before go along.
 /// Returns false where the group has to be done view by view.
 bool GroupCommit::SettleGroup() {
-    try {
-        m_isPending = false;
-        m_g.platform.files.Settle();
-    } catch (const cError& error) {
-        if (error.Path().empty() || IsOfPlaced(error.Path())) {
-            CheckPlaced(error);
-        }
+    if (!m_pending.SettleBesideAGroup()) {
         return false;
     }
-    m_placed.clear();
     m_g.platform.toolkit.KeepAlive();
     if (m_begun.empty()) {
         return true;
@@ -254,7 +251,7 @@ void GroupCommit::Discard(WrittenSchema& written) noexcept {
 bool GroupCommit::Place(View& view) {
     ShowArchiving(view.path);
     ShowSaving(view.path);
-    NotePlaced(view.path, view.index);
+    m_pending.Note(view.path, view.index);
     // Deliberate: a view whose file could not be overwritten counts as saved; its user has seen the box.
     // CommitChangesTest.AFailedOverwriteStillCountsAsSaved
     bool isPlaced = false;
@@ -265,7 +262,7 @@ bool GroupCommit::Place(View& view) {
         }
         isPlaced = true;
     } catch (const std::exception& failure) {
-        TellSettled([&] { TellOverwriteFailure(m_g, AsError(failure, "OverwriteFile")); });
+        m_pending.TellSettled([&] { TellOverwriteFailure(m_g, AsError(failure, "OverwriteFile")); });
     }
     if (isPlaced) {
         m_saved[paths::FolderToList(view.written.target)].insert(Text(paths::FileName(view.written.target)));
@@ -282,7 +279,7 @@ void GroupCommit::TakeAlone(std::int32_t index) {
     ShowSaving(path);
     if (SaveSchema(m_g, index)) {
         Record(index);
-        SettleRecords();
+        m_pending.Settle();
     }
     m_g.platform.toolkit.KeepAlive();
 }
@@ -298,111 +295,13 @@ void GroupCommit::ArchiveAlone(const Text& path) {
     }
 }
 
-/// What a view does to the disk is to be settled.
-GroupCommit::Placed& GroupCommit::NotePlaced(const Text& path, std::int32_t index) {
-    m_isPending = true;
-    Placed& placed = m_placed[path];
-    if (placed.views.empty() || placed.views.back() != index) {
-        placed.views.push_back(index);
-    }
-    return placed;
-}
-
 void GroupCommit::Record(std::int32_t index) {
     ++m_modified;
     const auto file = m_g.gFiles->Item(index);
     // Once more: a file that could not be overwritten was told, and all up to there is settled.
-    NotePlaced(file->Filename(), index).hasRecords = true;
+    m_pending.NoteRecords(file->Filename(), index);
     ReportChanges(m_desk, *file, m_stamp);
     file->SetChangesMade(false);
-}
-
-/// @throws cError where something of it is not on the disk.
-void GroupCommit::SettleRecords() {
-    if (!m_isPending) {
-        return;
-    }
-    m_isPending = false;
-    try {
-        m_g.platform.files.Settle();
-        m_placed.clear();
-    } catch (const cError& error) {
-        CheckPlaced(error);
-    }
-}
-
-/// Tells a failure when what is pending has been settled; what fails in that ends the commit all the same.
-void GroupCommit::TellSettled(const std::function<void()>& tell) {
-    std::optional<cError> first;
-    try {
-        SettleRecords();
-    } catch (const cError& error) {
-        first.emplace(error);
-    }
-    tell();
-    if (first) {
-        throw cError(*first);
-    }
-}
-
-/// A flush of all that was pending has failed. One that names its file is that file's failure. One of a whole
-/// file system may be another program's: whether the records of the views and the names that these have taken
-/// are on the disk is then asked of their files and folders alone. A view of which they may not be is one
-/// with changes again.
-/// @throws cError where there is such a view.
-void GroupCommit::CheckPlaced(const cError& failure) {
-    const bool isKnown = !failure.Path().empty();
-    std::optional<cError> first;
-    for (const auto& [path, placed] : std::exchange(m_placed, {})) {
-        const std::optional<cError> error = isKnown ? failure : FailureOf(path, placed);
-        if (!error) {
-            continue;
-        }
-        for (const std::int32_t index : placed.views) {
-            m_g.gFiles->Item(index)->SetChangesMade(true);
-        }
-        if (!first) {
-            first.emplace(*error);
-        }
-    }
-    if (first) {
-        throw cError(*first);
-    }
-}
-
-/// Whether a flush that failed is one of what has been placed and recorded.
-bool GroupCommit::IsOfPlaced(std::string_view path) const {
-    const CodePage& page = m_g.platform.locale.CodePage();
-    const Text upper = page.Upper(path);
-    const auto is = [&](const Text& other) { return page.Upper(other) == upper; };
-    return std::any_of(m_placed.begin(), m_placed.end(), [&](const auto& one) {
-        const std::vector<std::int32_t>& views = one.second.views;
-        return is(ChangeLogPath(m_g, one.first)) || is(ChangeReportPath(m_g, one.first)) ||
-               std::any_of(views.begin(), views.end(),
-                           [&](std::int32_t index) { return is(SchemaPath(m_g, *m_g.gFiles->Item(index))); });
-    });
-}
-
-/// Flushes the change files of an application, and the names of its views; what failed in that.
-std::optional<cError> GroupCommit::FailureOf(const Text& path, const Placed& placed) {
-    Files& files = m_g.platform.files;
-    try {
-        if (placed.hasRecords) {
-            for (const Text& changeFile : {ChangeLogPath(m_g, path), ChangeReportPath(m_g, path)}) {
-                const auto file = files.OpenForAppend(changeFile);
-                file->Flush();
-                file->Close();
-            }
-        }
-        files.FlushFolder(paths::FolderToList(path));
-        return std::nullopt;
-    } catch (const cError& error) {
-        const bool isFolder = error.Path() == paths::FolderToList(path);
-        if (isFolder && error.Number() == errPermissionDenied) {
-            return std::nullopt;  // one that may not be listed cannot be flushed
-        }
-        return error;
-    }
 }
 
 /// Takes away the new texts that waited for a schema file in a commit that was cut short: what they were kept

@@ -1,15 +1,14 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 #include <set>
 #include <vector>
 
 #include "appfiles/SchemaWriter.h"
 #include "commit/ChangeReport.h"
+#include "commit/PendingViews.h"
 #include "grid/Desk.h"
 
 namespace kd {
@@ -53,11 +52,6 @@ private:
         modKDLimitDesk::WrittenSchema written;
     };
     enum class Manner : bool { AmongOthers, Alone };
-    /// What has been done for an application and is not settled.
-    struct Placed {
-        std::vector<std::int32_t> views;  // positions in gFiles
-        bool hasRecords = false;
-    };
 
     bool Prepare(std::int32_t index, Manner manner);
     bool BeginArchive(const Text& path, Manner manner);
@@ -73,13 +67,7 @@ private:
     bool Place(View& view);
     void TakeAlone(std::int32_t index);
     void ArchiveAlone(const Text& path);
-    Placed& NotePlaced(const Text& path, std::int32_t index);
     void Record(std::int32_t index);
-    void SettleRecords();
-    void TellSettled(const std::function<void()>& tell);
-    void CheckPlaced(const cError& failure);
-    bool IsOfPlaced(std::string_view path) const;
-    std::optional<cError> FailureOf(const Text& path, const Placed& placed);
     void DeleteLeftovers() noexcept;
     void ShowArchiving(const Text& path);
     void ShowSaving(const Text& path);
@@ -90,13 +78,12 @@ private:
     CommitStamp m_stamp;
     std::int64_t m_selected;
     KDArchiver& m_archiver;
+    PendingViews m_pending;
     std::set<Text> m_archived;               // templates
     std::set<Text> m_shown;                  // templates whose archiving the status panel has told
     std::vector<View> m_group;               // prepared, and not at their place yet
     std::vector<Text> m_begun;               // templates whose archives belong to the group
-    std::map<Text, Placed> m_placed;         // by template
     std::map<Text, std::set<Text>> m_saved;  // names of the schema files that have been saved, by folder
-    bool m_isPending = false;                // whether anything has taken its place and is not settled
     std::int32_t m_worked = 0;
     std::int32_t m_modified = 0;
 };

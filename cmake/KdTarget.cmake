@@ -14,6 +14,7 @@ if(NOT MSVC)
         target_compile_options(kd_options INTERFACE -Werror)
     endif()
     if(KD_SANITIZE)
+        target_compile_definitions(kd_options INTERFACE KD_SANITIZED)  # the compilers say it each in its own way
         target_compile_options(kd_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
                                                     -fno-omit-frame-pointer)
         target_link_options(kd_options INTERFACE -fsanitize=address,undefined)

@@ -43,7 +43,7 @@ inline bool ForgetPeak() {
 
 /// Under the sanitizers memory says nothing: they keep what is given back.
 constexpr bool MemoryCounts() {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KD_SANITIZED
     return false;
 #else
     return true;

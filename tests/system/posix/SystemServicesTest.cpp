@@ -5,7 +5,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KD_SANITIZED
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -68,7 +68,7 @@ public:
     bool IsMade() const { return m_made; }
 
 private:
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KD_SANITIZED
     __lsan::ScopedDisabler m_leaksUnseen;  // the C library loses a few bytes when it looks where LOCPATH says
 #endif
     Text m_folder;

@@ -15,6 +15,7 @@
 #include <unistd.h>
 #include <utime.h>
 
+#include <chrono>
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
@@ -36,10 +37,16 @@ long Setting(const char* name) {
     return value == nullptr ? 0 : std::strtol(value, nullptr, 10);
 }
 
+/// A sleeper wakes late, by up to half a millisecond: the last of the time is waited for awake.
 void Wait(long ms) {
-    const timespec time{ms / 1000, ms % 1000 * 1000000};
-    if (ms > 0) {
-        (void)nanosleep(&time, nullptr);
+    if (ms <= 0) {
+        return;
+    }
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::milliseconds(ms);
+    const timespec most{(ms - 1) / 1000, (ms - 1) % 1000 * 1000000 + 500000};
+    (void)nanosleep(&most, nullptr);
+    while (Clock::now() < end) {
     }
 }
 

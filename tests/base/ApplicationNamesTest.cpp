@@ -2,7 +2,40 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
+#include "base/CodePage.h"
+
 namespace kd::names {
+
+TEST(ApplicationNamesTest, AViewIsKnownByItsTemplatesNameAndAPlainNumberFromOne) {
+    struct Case {
+        const char* file;
+        const char* ofTemplate;
+        std::int32_t number;
+    };
+    for (const Case& c : {Case{"plant.V1", "plant.kdt", 1},
+                          {"PLANT.v12", "plant.kdt", 12},
+                          {"plant.V2147483647", "plant.kdt", 2147483647},
+                          {"plant.KDV6.V3", "plant.kdt6", 3},
+                          {"plant.V2147483648", "plant.kdt", 0},
+                          {"plant.V0", "plant.kdt", 0},
+                          {"plant.V01", "plant.kdt", 0},
+                          {"plant.V", "plant.kdt", 0},
+                          {"plant.V1x", "plant.kdt", 0},
+                          {"plant.V1x2", "plant.kdt", 0},
+                          {"plant.V-1", "plant.kdt", 0},
+                          {"plant.V/", "plant.kdt", 0},
+                          {"plant.V:", "plant.kdt", 0},
+                          {"plant.V3", "plant.kdt6", 0},
+                          {"plant.KDV6.V3", "plant.kdt", 0},
+                          {"plan.V1", "plant.kdt", 0},
+                          {"planta.V1", "plant.kdt", 0},
+                          {"", "plant.kdt", 0}}) {
+        EXPECT_EQ(ViewNumberOf(c.file, c.ofTemplate, CodePage::Of(1252)), c.number)
+            << c.file << " of " << c.ofTemplate;
+    }
+}
 
 TEST(ApplicationNamesTest, AnUnfinishedArchiveIsKnownByItsLettersAndNotByTheirNumberAlone) {
     EXPECT_TRUE(IsUnfinishedArchive(UnfinishedArchiveName()));

@@ -27,7 +27,7 @@ bool AreRandomLetters(std::string_view letters) noexcept {
 }
 
 Text WithRandomLetters(std::string_view stem) {
-    std::random_device random;
+    static std::random_device random;  // to make one costs more than all its letters
     Text name(stem);
     for (std::size_t i = 0; i < RandomLetters; ++i) {
         name += static_cast<char>('a' + static_cast<int>(random() % 26U));

@@ -43,10 +43,8 @@ enum class Flushing : bool { BySettling, ByMoving };
 /// Writes the view's text to its temporary file, which is open.
 void WriteText(Globals& g, const cFile& file, WrittenSchema& written, Flushing flushing) {
     OutputFile& output = *written.file;
-    if (flushing == Flushing::BySettling) {
-        // Before its header is read: what another program saves from here on is seen.
-        written.seen = output.TakeRightsOf(written.target);
-    }
+    // Before its header is read: what another program saves from here on is seen.
+    written.seen = output.TakeRightsOf(written.target);
     output.Write(SchemaBytes(g, file, written.target));
     if (flushing == Flushing::BySettling) {
         output.CloseForSettling();

@@ -1,4 +1,5 @@
 #include "base/NumberTexts.h"
+#include "base/Scope.h"
 #include "commit/GroupCommit.h"
 #include "faults/Applications.h"
 #ifdef __linux__
@@ -31,18 +32,32 @@ std::ptrdiff_t Naming(const FailingCalls& calls) {
                    {"open", "stat", "lstat", "mkdir", "unlink", "rmdir", "opendir", "rename", "renameat2"});
 }
 
-void ExpectFewFlushes(std::int32_t count, std::int32_t views) {
+/// The masks of most users, and of most where each has a group of his own.
+constexpr mode_t Usual = 022;
+constexpr mode_t OfAGroupOfHisOwn = 002;
+
+/// `mask` is the user's who commits files that have come with the usual one.
+void ExpectFewFlushes(std::int32_t count, std::int32_t views, mode_t mask = Usual) {
     SCOPED_TRACE(Digits(count) + " applications of " + Digits(views) + " views");
+    const mode_t before = ::umask(Usual);
+    const Scope restored([&] { (void)::umask(before); });
     Applications applications(count, views);
     applications.Load();
     applications.EditEach("50");
-    FailingCalls calls;
-    applications.Commit();
-    constexpr auto InAGroup = static_cast<std::int32_t>(GroupCommit::MostInAGroup);
-    const std::int32_t groups = (applications.Files() + InAGroup - 1) / InAGroup;
-    EXPECT_LE(Flushes(calls), 2 * groups + 3);
-    std::cout << count << " applications of " << views << " views: " << Flushes(calls) << " flushes, "
-              << Naming(calls) << " calls that name a file, " << groups << " groups" << std::endl;
+    (void)::umask(mask);
+    {
+        FailingCalls calls;
+        applications.Commit();
+        constexpr auto InAGroup = static_cast<std::int32_t>(GroupCommit::MostInAGroup);
+        const std::int32_t groups = (applications.Files() + InAGroup - 1) / InAGroup;
+        EXPECT_LE(Flushes(calls), 2 * groups + 3);
+        std::cout << count << " applications of " << views << " views: " << Flushes(calls) << " flushes, "
+                  << Naming(calls) << " calls that name a file, " << groups << " groups" << std::endl;
+    }
+    for (const auto& file : *applications.scene.g.gFiles) {
+        const Text path = modKDLimitDesk::SchemaPath(applications.scene.g, *file);
+        EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(path).permissions()), 0644U) << path;
+    }
 }
 
 /// Whether the drive that the tests use is one that a single flush is enough for.
@@ -59,6 +74,7 @@ TEST(CallCountsTest, ACommitFlushesTwiceForEachGroupAndThreeTimesBesides) {
     ExpectFewFlushes(1, 1);
     ExpectFewFlushes(1, 17);
     ExpectFewFlushes(33, 1);
+    ExpectFewFlushes(1, 17, OfAGroupOfHisOwn);
     if (Torture()) {
         ExpectFewFlushes(300, 1);
         ExpectFewFlushes(300, 6);

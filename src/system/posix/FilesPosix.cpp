@@ -130,9 +130,10 @@ Descriptor OpenRegular(const char* operation, std::string_view path, int flags, 
     return file;
 }
 
-Descriptor CreateOrOpen(const char* operation, std::string_view path, int flags, struct stat& status) {
+Descriptor CreateOrOpen(const char* operation, std::string_view path, int flags, mode_t mode,
+                        struct stat& status) {
     // Made anew, or not at all: nothing can come to stand there in between that is not seen.
-    Descriptor made(Open(Text(path), flags | O_CREAT | O_EXCL));
+    Descriptor made(Open(Text(path), flags | O_CREAT | O_EXCL, mode));
     if (!made.IsOpen() && errno == EEXIST) {
         return OpenRegular(operation, path, flags, status);
     }

@@ -19,13 +19,15 @@ public:
     enum class Kind { Fresh, Appended };
 
     /// `lock` is a second descriptor of a file that is kept from others as long as the object lives or until
-    /// it lets them in.
-    PosixOutput(Unsettled& unsettled, Descriptor file, Text path, Kind kind, Descriptor lock = Descriptor())
+    /// it lets them in. `otherName` is for the path of TakeRightsOf.
+    PosixOutput(Unsettled& unsettled, Descriptor file, Text path, Kind kind, Descriptor lock = Descriptor(),
+                OtherName otherName = {})
         : m_unsettled(unsettled),
           m_file(std::move(file)),
           m_lock(std::move(lock)),
           m_path(std::move(path)),
-          m_kind(kind) {}
+          m_kind(kind),
+          m_otherName(std::move(otherName)) {}
 
     void Write(std::string_view bytes) override {
         std::size_t written = 0;
@@ -56,7 +58,7 @@ public:
         Close();
     }
     FileState TakeRightsOf(std::string_view path) noexcept override {
-        return TakeOverRightsOf(m_file.Get(), Text(path));
+        return TakeOverRightsOf(m_file.Get(), path, m_otherName);
     }
 
     void Unlock() noexcept override {
@@ -81,6 +83,7 @@ private:
     Descriptor m_lock;
     Text m_path;
     Kind m_kind;
+    OtherName m_otherName;
 };
 
 }  // namespace kd::posix

@@ -203,11 +203,31 @@ Descriptor OpenToReplace(const Text& target, struct stat& present) {
     return file;
 }
 
-/// Gives a file that is wholly new the mode that the user's mask leaves. Returns 0 or an errno.
-int TakeUsualMode(int fd) noexcept {
+/// The mode that the user's mask leaves.
+mode_t UsualMode() noexcept {
     const mode_t mask = ::umask(0);
     (void)::umask(mask);
-    return ::fchmod(fd, 0666U & ~mask) == 0 ? 0 : errno;
+    return 0666U & ~mask;
+}
+
+/// Gives a file that is wholly new the mode that the user's mask leaves. Returns 0 or an errno.
+int TakeUsualMode(int fd) noexcept {
+    return ::fchmod(fd, UsualMode()) == 0 ? 0 : errno;
+}
+
+/// Gives the new file what the user's mask leaves of the rights that the present one gives, and none that it
+/// gives only to people whom the new file does not know: a group of its own, or those on a list.
+void TakeUsualModeWithin(int fd, const struct stat& present, const std::optional<std::string>& list) {
+    struct stat made {};
+    if (::fstat(fd, &made) != 0 || !list || !list->empty() || !TakeOverAccessList(fd, list)) {
+        return;
+    }
+    constexpr mode_t All = 07;
+    const mode_t group = (present.st_mode >> 3U) & All;
+    const mode_t others = present.st_mode & All;
+    const bool isSameGroup = made.st_gid == present.st_gid;
+    const mode_t given = isSameGroup ? (group << 3U | others) : ((group & others) << 3U | (group & others));
+    (void)::fchmod(fd, UsualMode() & (0600U | given));  // one that stays the user's alone harms nobody
 }
 
 /// Whether the present file may be written. The user's own rights count too: who owns a folder could replace
@@ -222,6 +242,12 @@ bool IsOurs(const struct stat& made, const struct stat& present) noexcept {
     const mode_t others = made.st_mode & 0022U;
     return S_ISREG(made.st_mode) && made.st_nlink == 1 && made.st_uid == ::geteuid() &&
            (others & ~present.st_mode) == 0 && (others == 0 || made.st_gid == present.st_gid);
+}
+
+/// Whether nobody but the user can have the file open.
+bool IsPrivate(const struct stat& made) noexcept {
+    return S_ISREG(made.st_mode) && made.st_nlink == 1 && made.st_uid == ::geteuid() &&
+           (made.st_mode & 0077U) == 0;
 }
 
 /// Whether the new file has the rights of the present one already, so that who has it open may write the
@@ -352,21 +378,48 @@ FileState StateBy(const Descriptor& file, const Text& path, const struct stat& p
 
 }  // namespace
 
-FileState TakeOverRightsOf(int fd, const Text& path) noexcept {
-    struct stat present {};
+namespace {
+
+/// Gives the file `made`, open as `fd`, the rights of the one at `path` as far as may be. Returns 0 and tells
+/// about that one, or why there is none.
+int GiveRights(int fd, const struct stat& made, const Text& path, struct stat& present) {
+    const Descriptor file = OpenToReplace(path, present);
+    if (!file.IsOpen() && ::stat(path.c_str(), &present) != 0) {
+        return errno;
+    }
+    const bool areGiven = file.IsOpen() && IsOurs(made, present) && TakeOverRights(fd, file.Get(), present);
+    // What cannot be given is given later. A file that others can have opened must not look as if they could
+    // not.
+    if (!areGiven && IsPrivate(made)) {
+        TakeUsualModeWithin(fd, present, file.IsOpen() ? AccessListOf(file.Get()) : AccessListOf(path));
+    }
+    return 0;
+}
+
+}  // namespace
+
+FileState TakeOverRightsOf(int fd, std::string_view path, const OtherName& otherName) noexcept {
     try {
         struct stat made {};
-        const Descriptor file = OpenToReplace(path, present);
-        if (!file.IsOpen() && ::stat(path.c_str(), &present) != 0) {
+        struct stat present {};
+        const Text name(path);
+        if (::fstat(fd, &made) != 0) {
             return {};
         }
-        if (file.IsOpen() && ::fstat(fd, &made) == 0 && IsOurs(made, present)) {
-            (void)TakeOverRights(fd, file.Get(), present);  // what cannot be given is given later
+        int code = GiveRights(fd, made, name, present);
+        if (code == 0) {
+            return StateOf(present);
+        }
+        if (code == ENOENT) {
+            code = GiveRights(fd, made, otherName(name), present);
+        }
+        if (code == ENOENT && IsPrivate(made)) {
+            (void)TakeUsualMode(fd);  // which the file itself will have
         }
     } catch (...) {
-        return {};  // for want of memory
+        // A folder that could not be looked through, or want of memory.
     }
-    return StateOf(present);
+    return {};
 }
 
 Placing PutInPlace(const Text& source, const Text& target, Unsettled* settled, const FileState* seen) {

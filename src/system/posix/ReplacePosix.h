@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <functional>
 #include <string_view>
 
 #include "base/Text.h"
@@ -37,8 +38,15 @@ enum class Placing { Done, NotPossibleHere, Changed };
 /// @throws cError as Files::CopyFile, with the target untouched and the source still there.
 Placing PutInPlace(const Text& source, const Text& target, Unsettled* settled, const FileState* seen);
 
+/// The path of the file that is meant where nothing stands at the given one: its name differs only in case.
+/// The given one where there is none.
+using OtherName = std::function<Text(const Text& missing)>;
+
 /// Gives an open file of the user's own the owner, the mode and the list of rights of the file at `path`
-/// where PutInPlace would do it. Returns which file that one is, by whatever name, and in which state.
-FileState TakeOverRightsOf(int fd, const Text& path) noexcept;
+/// where PutInPlace would do it. One that gets none of these, and is the user's alone so far, gets the mode
+/// that his mask leaves, and nothing that the file at `path` keeps from others: those who may write that one
+/// can then see that this one is kept. Returns which file that one is, by whatever name, and in which state;
+/// nothing for one that only another case of its name finds.
+FileState TakeOverRightsOf(int fd, std::string_view path, const OtherName& otherName) noexcept;
 
 }  // namespace kd::posix

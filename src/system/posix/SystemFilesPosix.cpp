@@ -187,11 +187,14 @@ std::string SystemFiles::ReadEnd(std::string_view path, std::size_t count) {
 
 namespace {
 
-/// A file opened anew at its place, and not yet emptied. One with another name is left to that name.
+/// A file opened anew at its place, and not yet emptied. One with another name is left to that name. One that
+/// is made is the user's alone until it gets the rights that it is to have: whoever had it open before could
+/// write it for good, and it could not take the place of a file that he may not write.
 Descriptor OpenAnew(const Text& target) {
     constexpr int Flags = O_WRONLY | O_NOFOLLOW;
+    constexpr mode_t Own = 0600;
     struct stat status {};
-    Descriptor file = CreateOrOpen("OpenForOutput", target, Flags, status);
+    Descriptor file = CreateOrOpen("OpenForOutput", target, Flags, Own, status);
     if (status.st_nlink <= 1) {
         return file;
     }
@@ -199,7 +202,7 @@ Descriptor OpenAnew(const Text& target) {
     if (::unlink(target.c_str()) != 0) {
         Raise("OpenForOutput", target, errno);
     }
-    Descriptor own = CreateOrOpen("OpenForOutput", target, Flags, status);
+    Descriptor own = CreateOrOpen("OpenForOutput", target, Flags, Own, status);
     if (status.st_nlink > 1) {
         Raise("OpenForOutput", target, EACCES);  // it got another name since it was looked at
     }
@@ -208,7 +211,7 @@ Descriptor OpenAnew(const Text& target) {
 
 /// A file that nobody else has in hand, emptied, and kept from others from here on.
 std::unique_ptr<OutputFile> EmptyOutput(Unsettled& unsettled, Descriptor file, const Text& target,
-                                        const struct stat& status) {
+                                        const struct stat& status, OtherName otherName) {
     // Only where there is something to cut: a file that was cut is brought to the disk by its closing.
     if (const int code = status.st_size == 0 ? 0 : CutAt(file.Get(), 0); code != 0) {
         Raise("OpenForOutput", target, code);
@@ -218,7 +221,7 @@ std::unique_ptr<OutputFile> EmptyOutput(Unsettled& unsettled, Descriptor file, c
         Raise("OpenForOutput", target, errno);
     }
     return std::make_unique<PosixOutput>(unsettled, std::move(file), target, PosixOutput::Kind::Fresh,
-                                         std::move(lock));
+                                         std::move(lock), std::move(otherName));
 }
 
 /// Another program may be at the same file, for the moment that a save takes.
@@ -238,7 +241,8 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path, Pa
         const bool isOurs = !isKept && IsStillThere(file.Get(), target, status);
         const bool isForeign = isOurs && status.st_uid != ::geteuid() && !hasRemoved;
         if (isOurs && !isForeign) {
-            return EmptyOutput(*m_unsettled, std::move(file), target, status);
+            return EmptyOutput(*m_unsettled, std::move(file), target, status,
+                               [this](const Text& missing) { return Resolved(missing); });
         }
         if (tries >= MostTries || (isKept && patience == Patience::None)) {
             throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, target);

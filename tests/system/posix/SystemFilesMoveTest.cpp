@@ -261,6 +261,34 @@ TEST_F(SystemFilesTest, ASettledFileTakesItsPlaceWithNoFlushOfItsOwnAndWithTheTa
     EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
 }
 
+// Where each user has a group of his own, his mask lets that group write.
+TEST_F(SystemFilesTest, ASettledFileTakesItsPlaceWithNoFlushOfItsOwnWhateverTheUsersMaskAndTheTargetsGroup) {
+    for (const bool isOfAnotherGroup : {false, true}) {
+        if (isOfAnotherGroup && !OrdinaryUser::CanSwitch()) {
+            GTEST_SKIP() << "only a privileged user can give files away";
+        }
+        for (const mode_t mode : {0600U, 0640U, 0644U, 0664U, 0666U}) {
+            SCOPED_TRACE(std::to_string(mode) + (isOfAnotherGroup ? " of another group" : ""));
+            const Text target = Put("a.kdt", "old", mode);
+            const gid_t group = isOfAnotherGroup ? OrdinaryUser::Id : ::getegid();
+            ASSERT_EQ(::chown(target.c_str(), ::geteuid(), group), 0);
+            const mode_t mask = ::umask(002);
+            const auto text = files.OpenForOutput(At("a.temp"));
+            (void)::umask(mask);
+            text->Write("new");
+            const FileState seen = text->TakeRightsOf(target);
+            text->CloseForSettling();
+            files.Settle();
+            const FailingCalls calls;
+            EXPECT_TRUE(files.MoveSettled(At("a.temp"), target, seen));
+            EXPECT_EQ(WritesOf(calls), std::vector<std::string>{"rename"});
+            EXPECT_EQ(Get(target), "new");
+            EXPECT_EQ(Mode(target), mode);
+            EXPECT_EQ(Status(target).st_gid, group);
+        }
+    }
+}
+
 TEST_F(SystemFilesTest, ASettledFileWhoseTargetHasGotOtherRightsSinceTakesThemAndIsFlushed) {
     const Text target = Put("a.kdt", "old", 0640);
     const auto text = files.OpenForOutput(At("a.temp"));

@@ -22,13 +22,73 @@ private:
     rlimit m_before{};
 };
 
-TEST_F(SystemFilesTest, OutputMakesAFileWithTheUsersMode) {
+TEST_F(SystemFilesTest, AppendMakesAFileWithTheUsersMode) {
     const mode_t mask = ::umask(027);
-    files.OpenForOutput(At("a.temp"))->Close();
     files.OpenForAppend(At("a.KDL"))->Close();
     (void)::umask(mask);
-    EXPECT_EQ(Mode(At("a.temp")), 0640U);
     EXPECT_EQ(Mode(At("a.KDL")), 0640U);
+}
+
+TEST_F(SystemFilesTest, OutputIsTheUsersAloneUntilItIsToldWhatItIsFor) {
+    const mode_t mask = ::umask(002);
+    const auto output = files.OpenForOutput(At("a.temp"));
+    EXPECT_EQ(Mode(At("a.temp")), 0600U);
+    EXPECT_EQ(output->TakeRightsOf(At("a.kdt")), FileState()) << "which is not there";
+    (void)::umask(mask);
+    EXPECT_EQ(Mode(At("a.temp")), 0664U);
+}
+
+// Who waits for a file must be able to see that it is kept, but nobody sees more than in the file that it is
+// for.
+TEST_F(SystemFilesTest, OutputThatCannotGetTheRightsOfAFileIsNoMoreOpenThanThatOne) {
+    const mode_t mask = ::umask(002);
+    const Text link = MakeLink("link", "elsewhere");
+    for (const auto& [target, expected] : {std::pair{0664U, 0664U}, std::pair{0640U, 0640U},
+                                           std::pair{0600U, 0600U}, std::pair{0666U, 0664U}}) {
+        SCOPED_TRACE(target);
+        (void)Put("elsewhere", "old", target);
+        (void)Put("OTHER.KDT", "old", target);
+        for (const Text& path : {link, At("other.kdt")}) {
+            const auto output = files.OpenForOutput(At("a.temp"));
+            const FileState seen = output->TakeRightsOf(path);
+            EXPECT_EQ(seen.file.IsKnown(), path == link);
+            EXPECT_EQ(Mode(At("a.temp")), path == link ? expected : target);
+            ASSERT_EQ(::unlink(At("a.temp").c_str()), 0);
+        }
+    }
+    (void)::umask(mask);
+}
+
+TEST_F(SystemFilesTest, OutputForAFileOfAnotherGroupIsNotForTheUsersOwn) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "only a privileged user can give files away";
+    }
+    ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
+    const mode_t mask = ::umask(002);
+    for (const auto& [target, expected] : {std::pair{0664U, 0644U}, std::pair{0660U, 0600U},
+                                           std::pair{0606U, 0600U}, std::pair{0666U, 0664U}}) {
+        SCOPED_TRACE(target);
+        (void)Put("a.kdt", "of somebody else", target);
+        const OrdinaryUser user;
+        const auto output = files.OpenForOutput(At("a.temp"));
+        EXPECT_TRUE(output->TakeRightsOf(At("a.kdt")).file.IsKnown());
+        EXPECT_EQ(Mode(At("a.temp")), expected);
+        ASSERT_EQ(::unlink(At("a.temp").c_str()), 0);
+    }
+    (void)::umask(mask);
+}
+
+// A member of the group may have opened it for writing, and nothing tells that from the outside.
+TEST_F(SystemFilesTest, OutputThatOthersCouldOpenBeforeDoesNotLookAsIfTheyCouldNot) {
+    const mode_t mask = ::umask(022);
+    (void)Put("a.kdt", "old", 0644);
+    for (const char* const target : {"a.kdt", "none.kdt"}) {
+        (void)Put("a.temp", "left behind", 0664);
+        const auto output = files.OpenForOutput(At("a.temp"));
+        (void)output->TakeRightsOf(At(target));
+        EXPECT_EQ(Mode(At("a.temp")), 0664U) << target;
+    }
+    (void)::umask(mask);
 }
 
 TEST_F(SystemFilesTest, OutputIsNeverWrittenThroughALink) {

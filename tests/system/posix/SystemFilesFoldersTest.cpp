@@ -130,11 +130,9 @@ TEST_F(SystemFilesTest, ASettlingThatFailsIsToldOnceAndLeavesNothing) {
     const auto log = files.OpenForAppend(At("a.KDL"));
     log->Write("record");
     log->CloseForSettling();
+    const char* const flush = IsFlushedAtOnce() ? "syncfs" : "fsync";
     FailingCalls calls;
-    calls.FailEach("fsync", EIO);
-#ifdef __linux__
-    calls.FailEach("syncfs", EIO);
-#endif
+    calls.FailEach(flush, EIO);
     EXPECT_EQ(ErrorOf([&] { files.Settle(); }), errDevice);
     EXPECT_EQ(ErrorOf([&] { files.Settle(); }), 0);
 }

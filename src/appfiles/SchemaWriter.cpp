@@ -121,7 +121,7 @@ bool SaveSchema(Globals& g, std::int32_t fileIndex) {
         return false;
     }
     // Deliberate: a view whose file could not be overwritten counts as saved; its user has seen the box.
-    // SaveSchemaTest.AFailedOverwriteStillCountsAsSaved
+    // SchemaWriterTest.AFailedOverwriteStillCountsAsSaved
     (void)OverwriteFile(g, written.temporary, written.target, true);
     return true;
 }

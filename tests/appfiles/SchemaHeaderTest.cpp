@@ -16,7 +16,7 @@ const CodePage& Western() {
     return CodePage::Of(1252);
 }
 
-TEST(FileNames, EveryNameComesFromTheTemplatesPath) {
+TEST(FileNamesTest, EveryNameComesFromTheTemplatesPath) {
     struct Case {
         const char* path;
         std::int16_t viewNo;
@@ -44,7 +44,7 @@ TEST(FileNames, EveryNameComesFromTheTemplatesPath) {
     }
 }
 
-TEST(FileNames, FileExistsTellsWhatIsThere) {
+TEST(FileNamesTest, FileExistsTellsWhatIsThere) {
     TestMachine t;
     t.files.Put("/a/plant.kdt", "");
     EXPECT_TRUE(FileExists(t.g, "/a/plant.kdt"));

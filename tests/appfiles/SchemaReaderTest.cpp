@@ -54,7 +54,7 @@ Text Dump(const cField& field, const Locale& locale) {
     return all + "|" + Digits(field.LimitMethod()) + "|" + Digits(field.TargetMethod());
 }
 
-TEST(ReadSchemaTest, ABlockWithOnlyItsFirstLineIsATextVariableWithTheDefaults) {
+TEST(SchemaReaderTest, ABlockWithOnlyItsFirstLineIsATextVariableWithTheDefaults) {
     ReadDesk t;
     t.Read("[FIELD]\r\n[FIELD]\r\n");
     ASSERT_EQ(t.g.gFields->Count(), 2);
@@ -64,7 +64,7 @@ TEST(ReadSchemaTest, ABlockWithOnlyItsFirstLineIsATextVariableWithTheDefaults) {
     EXPECT_EQ(Dump(t.Saved(2), t.locale), Dump(t.Field(2), t.locale));
 }
 
-TEST(ReadSchemaTest, EachKeyGoesToItsProperty) {
+TEST(SchemaReaderTest, EachKeyGoesToItsProperty) {
     struct Case {
         const char* line;
         std::function<Text(const cField&)> read;
@@ -130,7 +130,7 @@ TEST(ReadSchemaTest, EachKeyGoesToItsProperty) {
     }
 }
 
-TEST(ReadSchemaTest, EachLimitGoesToItsPair) {
+TEST(SchemaReaderTest, EachLimitGoesToItsPair) {
     const char* const keys[] = {"USL", "UCL", "UWL", "TGT", "LWL", "LCL", "LSL"};
     for (int limit = 0; limit < LimitCount; ++limit) {
         ReadDesk t;
@@ -143,7 +143,7 @@ TEST(ReadSchemaTest, EachLimitGoesToItsPair) {
     }
 }
 
-TEST(ReadSchemaTest, ALimitIsItsFirstCharacterAndANumberOnlyBehindACapitalF) {
+TEST(SchemaReaderTest, ALimitIsItsFirstCharacterAndANumberOnlyBehindACapitalF) {
     struct Case {
         const char* value;
         const char* flag;
@@ -172,7 +172,7 @@ TEST(ReadSchemaTest, ALimitIsItsFirstCharacterAndANumberOnlyBehindACapitalF) {
     }
 }
 
-TEST(ReadSchemaTest, ALaterFlagTakesTheNumberOfAnEarlierLineAway) {
+TEST(SchemaReaderTest, ALaterFlagTakesTheNumberOfAnEarlierLineAway) {
     for (const char* const later : {"C", "B", "", "F"}) {
         ReadDesk t;
         t.Read(Text("[FIELD]\r\nUSL=F5\r\nUSL=") + later + "\r\n");
@@ -182,13 +182,13 @@ TEST(ReadSchemaTest, ALaterFlagTakesTheNumberOfAnEarlierLineAway) {
     }
 }
 
-TEST(ReadSchemaTest, BlanksAroundANameAreNoPartOfIt) {
+TEST(SchemaReaderTest, BlanksAroundANameAreNoPartOfIt) {
     ReadDesk t;
     t.Read("[FIELD]\r\nNAME = \t two words \t \r\n");
     EXPECT_EQ(t.Field().Name(), "two words");
 }
 
-TEST(ReadSchemaTest, VariablesAreNumberedAndNamedByTheirOrdinalInTheFile) {
+TEST(SchemaReaderTest, VariablesAreNumberedAndNamedByTheirOrdinalInTheFile) {
     ReadDesk t;
     aField().AddTo(t.g);
     t.Read("[FIELD]\r\nNAME=a\r\n\r\n[FIELD]\r\n\r\n[FIELD]\r\nNAME=\r\n");
@@ -200,7 +200,7 @@ TEST(ReadSchemaTest, VariablesAreNumberedAndNamedByTheirOrdinalInTheFile) {
     EXPECT_EQ(t.Saved(4).VariableNo(), 3);
 }
 
-TEST(ReadSchemaTest, TheRecordsBearThePositionOfTheirView) {
+TEST(SchemaReaderTest, TheRecordsBearThePositionOfTheirView) {
     ReadDesk t;
     t.g.gFiles->Add("/b.kdt", {}, {}, 0);
     t.files.Put("/b.kdt", "[FIELD]\r\n");
@@ -209,7 +209,7 @@ TEST(ReadSchemaTest, TheRecordsBearThePositionOfTheirView) {
     EXPECT_EQ(t.Saved().FileID(), 2);
 }
 
-TEST(ReadSchemaTest, OnlyTheFieldGroupReachesARecord) {
+TEST(SchemaReaderTest, OnlyTheFieldGroupReachesARecord) {
     ReadDesk t;
     t.Read(
         "NAME=before\r\n[APPLICATION]\r\nNAME=header\r\n [Field] \r\nNAME=a\r\n[VIEWS]\r\nNAME=other\r\n"
@@ -220,7 +220,7 @@ TEST(ReadSchemaTest, OnlyTheFieldGroupReachesARecord) {
     EXPECT_EQ(t.Field(2).Units(), "u");
 }
 
-TEST(ReadSchemaTest, TheFilesRulesAreJoinedInItsOrder) {
+TEST(SchemaReaderTest, TheFilesRulesAreJoinedInItsOrder) {
     struct Case {
         const char* label;
         const char* bytes;
@@ -247,7 +247,7 @@ TEST(ReadSchemaTest, TheFilesRulesAreJoinedInItsOrder) {
     }
 }
 
-TEST(ReadSchemaTest, AMissingOrUnreadableFileHasNoVariablesAndNoMessage) {
+TEST(SchemaReaderTest, AMissingOrUnreadableFileHasNoVariablesAndNoMessage) {
     for (const Text path : {"/none.kdt", "/none/a.kdt", "/pipe.kdt", "/locked.kdt"}) {
         ReadDesk t;
         t.files.PutSpecial("/pipe.kdt");
@@ -261,7 +261,7 @@ TEST(ReadSchemaTest, AMissingOrUnreadableFileHasNoVariablesAndNoMessage) {
     }
 }
 
-TEST(ReadSchemaTest, WhatAReaderKeptOfOneFileDoesNotReachTheNext) {
+TEST(SchemaReaderTest, WhatAReaderKeptOfOneFileDoesNotReachTheNext) {
     ReadDesk t;
     t.files.Put("/a.kdt", "[FIELD]\r\nNAME=a\r\n[RULES]\r\nRULE=x\r\n");
     t.files.Put("/b.kdt", "NAME=b\r\nRULE=y\r\n");
@@ -279,13 +279,13 @@ TEST(ReadSchemaTest, WhatAReaderKeptOfOneFileDoesNotReachTheNext) {
     EXPECT_EQ(t.g.gFiles->Ref(1).Rules(), "");
 }
 
-TEST(ReadSchemaTest, AFileIsReadInOneOperation) {
+TEST(SchemaReaderTest, AFileIsReadInOneOperation) {
     ReadDesk t;
     t.Read("[FIELD]\r\n");
     EXPECT_EQ(t.files.Log(), std::vector<Text>{"Read /a.kdt"});
 }
 
-TEST(ReadSchemaTest, ALastLineWithoutLineEndAndAFileOfBareLineFeedsAreNotSeen) {
+TEST(SchemaReaderTest, ALastLineWithoutLineEndAndAFileOfBareLineFeedsAreNotSeen) {
     ReadDesk t;
     t.Read("[FIELD]\r\nNAME=a\r\nUNITS=u");
     EXPECT_EQ(t.Field().Name(), "a");
@@ -295,13 +295,13 @@ TEST(ReadSchemaTest, ALastLineWithoutLineEndAndAFileOfBareLineFeedsAreNotSeen) {
     EXPECT_EQ(bare.g.gFields->Count(), 0);
 }
 
-TEST(ReadSchemaTest, AFileWithoutAFieldLineHoldsNoVariables) {
+TEST(SchemaReaderTest, AFileWithoutAFieldLineHoldsNoVariables) {
     ReadDesk t;
     t.Read("[APPLICATION]\r\nNAME=a\r\n");
     EXPECT_EQ(t.g.gFields->Count(), 0);
 }
 
-TEST(ReadSchemaTest, ANumberThatDoesNotFitStopsTheFileAndKeepsTheRecordsSoFarInBothLists) {
+TEST(SchemaReaderTest, ANumberThatDoesNotFitStopsTheFileAndKeepsTheRecordsSoFarInBothLists) {
     struct Case {
         const char* line;
         const char* label;
@@ -329,14 +329,14 @@ TEST(ReadSchemaTest, ANumberThatDoesNotFitStopsTheFileAndKeepsTheRecordsSoFarInB
     }
 }
 
-TEST(ReadSchemaTest, AFixedLimitWithANumberBeyondADoubleHasItsFlagInBothLists) {
+TEST(SchemaReaderTest, AFixedLimitWithANumberBeyondADoubleHasItsFlagInBothLists) {
     ReadDesk t;
     (void)t.Fail("[FIELD]\r\nUSL=F1E999\r\n");
     EXPECT_EQ(t.Field().USLflag() + t.Saved().USLflag(), "FF");
     EXPECT_EQ(t.Field().USL(), 0);
 }
 
-TEST(ReadSchemaTest, TheLargestAndSmallestNumbersFit) {
+TEST(SchemaReaderTest, TheLargestAndSmallestNumbersFit) {
     ReadDesk t;
     t.Read("[FIELD]\r\nLENGTH=32767.4\r\nDECIMALS=-32768\r\nRAWFIELD=2147483647\r\nMAX=1E308\r\n");
     EXPECT_EQ(t.Field().Length(), 32767);
@@ -345,7 +345,7 @@ TEST(ReadSchemaTest, TheLargestAndSmallestNumbersFit) {
     EXPECT_EQ(t.Field().Maximum(), 1e308);
 }
 
-TEST(ReadSchemaTest, TheTwinsPartWhenOneIsChanged) {
+TEST(SchemaReaderTest, TheTwinsPartWhenOneIsChanged) {
     ReadDesk t;
     t.Read("[FIELD]\r\nNAME=a\r\nRULES=A\r\n");
     t.g.gFields->Ref(1).SetName("b");
@@ -354,7 +354,7 @@ TEST(ReadSchemaTest, TheTwinsPartWhenOneIsChanged) {
     EXPECT_EQ(t.Saved().Rules(), "A");
 }
 
-TEST(ReadSchemaTest, Variable32767IsReadAndOneMoreOverflows) {
+TEST(SchemaReaderTest, Variable32767IsReadAndOneMoreOverflows) {
     ReadDesk t;
     Text bytes;
     for (int i = 0; i < 32767; ++i) {
@@ -369,7 +369,7 @@ TEST(ReadSchemaTest, Variable32767IsReadAndOneMoreOverflows) {
     EXPECT_EQ(t.g.gSavedFields->Count(), 32767);
 }
 
-TEST(ReadSchemaTest, OneMoreThan32767InASingleFileOverflowsWithTheOthersKept) {
+TEST(SchemaReaderTest, OneMoreThan32767InASingleFileOverflowsWithTheOthersKept) {
     ReadDesk t;
     Text bytes;
     for (int i = 0; i < 32768; ++i) {
@@ -382,7 +382,7 @@ TEST(ReadSchemaTest, OneMoreThan32767InASingleFileOverflowsWithTheOthersKept) {
     EXPECT_EQ(t.Field(32767).VariableNo(), 32767);
 }
 
-TEST(ReadSchemaTest, AnUnknownKeyLikeAKnownOneReachesNoProperty) {
+TEST(SchemaReaderTest, AnUnknownKeyLikeAKnownOneReachesNoProperty) {
     ReadDesk t;
     t.Read("[FIELD]\r\nNAME=a\r\nNAXE=b\r\n");
     EXPECT_EQ(t.Field().Name(), "a");
@@ -395,7 +395,7 @@ TEST(FindSchemaKeyTest, FindsNothingElse) {
     }
 }
 
-TEST(ReadSchemaTest, AControlAnywhereInALineIsABlank) {
+TEST(SchemaReaderTest, AControlAnywhereInALineIsABlank) {
     const Text line = "   NAME         = seventeen letters";
     for (std::size_t at = 0; at <= line.size(); ++at) {
         ReadDesk plain;

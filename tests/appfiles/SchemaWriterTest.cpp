@@ -69,7 +69,7 @@ TEST(FormatSchemaLineTest, TheEqualsSignStandsInColumnSeventeenAndTheValueInNine
     EXPECT_EQ(FormatSchemaLine("ABCDEFGHIJKLMNOP", "1"), "   ABCDEFGHIJKLM= 1");
 }
 
-TEST(SaveSchemaTest, ANumericVariableIsWrittenToTheLetter) {
+TEST(SchemaWriterTest, ANumericVariableIsWrittenToTheLetter) {
     WriteDesk t;
     t.Add(aField()
               .Length(6)
@@ -116,7 +116,7 @@ TEST(SaveSchemaTest, ANumericVariableIsWrittenToTheLetter) {
                   "   RELATION     = 000,000,000,000,000,000,000,000,000,000,000,000\r\n");
 }
 
-TEST(SaveSchemaTest, EachTypeWritesItsKeysInItsOrder) {
+TEST(SchemaWriterTest, EachTypeWritesItsKeysInItsOrder) {
     const Text numeric =
         "REPORTTYPE LIMITMETHOD TARGETMETHOD MAX USL UCL UWL TGT LWL LCL LSL MIN RULES INPUT OUTPUT ";
     struct Case {
@@ -178,7 +178,7 @@ FieldBuilder EveryKey() {
         .Key("RELATION", "001,002");
 }
 
-TEST(SaveSchemaTest, EachKeyHasTheValueOfItsProperty) {
+TEST(SchemaWriterTest, EachKeyHasTheValueOfItsProperty) {
     struct Case {
         const char* type;
         std::vector<const char*> lines;
@@ -204,7 +204,7 @@ TEST(SaveSchemaTest, EachKeyHasTheValueOfItsProperty) {
     }
 }
 
-TEST(SaveSchemaTest, BlocksStandInTheOrderOfTheRecordsWithOneEmptyLineBetweenTwo) {
+TEST(SchemaWriterTest, BlocksStandInTheOrderOfTheRecordsWithOneEmptyLineBetweenTwo) {
     WriteDesk t;
     t.Add(aField().Name("b").Type("x"));
     t.Add(aField().Name("a").Type("x").Length(3));
@@ -215,7 +215,7 @@ TEST(SaveSchemaTest, BlocksStandInTheOrderOfTheRecordsWithOneEmptyLineBetweenTwo
               "   LENGTH       = 3\r\n");
 }
 
-TEST(SaveSchemaTest, OnlyTheViewsOwnRunOfVariablesIsWritten) {
+TEST(SchemaWriterTest, OnlyTheViewsOwnRunOfVariablesIsWritten) {
     WriteDesk t;
     for (const char* name : {"a", "b", "c"}) {
         aField().Name(name).Type("x").AddTo(t.g);
@@ -226,13 +226,13 @@ TEST(SaveSchemaTest, OnlyTheViewsOwnRunOfVariablesIsWritten) {
     EXPECT_NE(t.files.Get(t.target).find("= b\r\n"), Text::npos);
 }
 
-TEST(SaveSchemaTest, AViewWithoutVariablesIsItsHeaderAndNothingElse) {
+TEST(SchemaWriterTest, AViewWithoutVariablesIsItsHeaderAndNothingElse) {
     WriteDesk t;
     EXPECT_TRUE(t.Save());
     EXPECT_EQ(t.files.Get(t.target), SavedHeader);
 }
 
-TEST(SaveSchemaTest, AMissingTargetGetsTheBlocksAlone) {
+TEST(SchemaWriterTest, AMissingTargetGetsTheBlocksAlone) {
     WriteDesk t;
     t.files.Erase(t.target);
     t.files.Put("/apps/other", "");
@@ -242,7 +242,7 @@ TEST(SaveSchemaTest, AMissingTargetGetsTheBlocksAlone) {
     EXPECT_EQ(HeaderVersion(ReadHeaderText(t.g, t.target), t.locale.CodePage()), "6.000");
 }
 
-TEST(SaveSchemaTest, AFileWithoutARulesSectionGetsLettersButNoSection) {
+TEST(SchemaWriterTest, AFileWithoutARulesSectionGetsLettersButNoSection) {
     WriteDesk t;
     t.files.Put(t.target, "VERSION=1\r\n");
     t.Add(aField().Rules("A"));
@@ -252,14 +252,14 @@ TEST(SaveSchemaTest, AFileWithoutARulesSectionGetsLettersButNoSection) {
     EXPECT_NE(text.find("   RULES        = A\r\n"), Text::npos);
 }
 
-TEST(SaveSchemaTest, AFieldLineWithBlanksInFrontStaysHeaderText) {
+TEST(SchemaWriterTest, AFieldLineWithBlanksInFrontStaysHeaderText) {
     WriteDesk t;
     t.files.Put(t.target, "a\r\n [FIELD]\r\n   NAME = kept\r\n[FIELD]\r\nNAME = gone\r\n");
     EXPECT_TRUE(t.Save());
     EXPECT_EQ(t.files.Get(t.target), "a\r\n [FIELD]\r\n   NAME = kept\r\n");
 }
 
-TEST(SaveSchemaTest, AHeaderWithoutALineEndAtItsEndGetsOne) {
+TEST(SchemaWriterTest, AHeaderWithoutALineEndAtItsEndGetsOne) {
     WriteDesk t;
     t.files.Put(t.target, "a\r\nb");
     t.Add(aField().Type("x"));
@@ -267,7 +267,7 @@ TEST(SaveSchemaTest, AHeaderWithoutALineEndAtItsEndGetsOne) {
     EXPECT_TRUE(t.files.Get(t.target).starts_with("a\r\nb\r\n[FIELD]\r\n"));
 }
 
-TEST(SaveSchemaTest, TheRevisionIsRaisedBeforeTheRulesAreSwapped) {
+TEST(SchemaWriterTest, TheRevisionIsRaisedBeforeTheRulesAreSwapped) {
     WriteDesk t;
     SetCatalogue(t.g, {"Version=3"});
     t.files.Put(t.target, "[RULES]\r\nRULE=x\r\n\r\nVERSION=1\r\n");
@@ -275,7 +275,7 @@ TEST(SaveSchemaTest, TheRevisionIsRaisedBeforeTheRulesAreSwapped) {
     EXPECT_EQ(t.files.Get(t.target), "[RULES]\r\n   RULE         = Version=3\r\n\r\nVERSION= 1.001\r\n");
 }
 
-TEST(SaveSchemaTest, LinesOfAMegabyteSurviveALoadAndASave) {
+TEST(SchemaWriterTest, LinesOfAMegabyteSurviveALoadAndASave) {
     WriteDesk t;
     const std::string name(1U << 20U, 'x');
     const std::string header = "; " + std::string(1U << 20U, '\xE4') + "\r\n";
@@ -288,7 +288,7 @@ TEST(SaveSchemaTest, LinesOfAMegabyteSurviveALoadAndASave) {
     EXPECT_EQ(t.files.Get(t.target), bytes);
 }
 
-TEST(SaveSchemaTest, AFileOfBareLineFeedsIsAllHeader) {
+TEST(SchemaWriterTest, AFileOfBareLineFeedsIsAllHeader) {
     WriteDesk t;
     t.files.Put(t.target, "VERSION=1\r\n[FIELD]\nNAME=a\n");
     ReadSchema(t.g, t.target, 1);
@@ -297,14 +297,14 @@ TEST(SaveSchemaTest, AFileOfBareLineFeedsIsAllHeader) {
     EXPECT_EQ(t.files.Get(t.target), "VERSION= 1.001\r\n[FIELD]\nNAME=a\n\r\n");
 }
 
-TEST(SaveSchemaTest, UnknownKeysAndCommentsBehindTheFirstFieldAreGone) {
+TEST(SchemaWriterTest, UnknownKeysAndCommentsBehindTheFirstFieldAreGone) {
     WriteDesk t;
     t.files.Put(t.target, "; kept\r\n[FIELD]\r\n; gone\r\nWHATEVER = gone\r\n[RULES]\r\nRULE = gone\r\n\r\n");
     EXPECT_TRUE(t.Save());
     EXPECT_EQ(t.files.Get(t.target), "; kept\r\n");
 }
 
-TEST(SaveSchemaTest, TheUsersLocaleDoesNotReachTheFile) {
+TEST(SchemaWriterTest, TheUsersLocaleDoesNotReachTheFile) {
     Text saved[2];
     for (const bool comma : {false, true}) {
         WriteDesk t;
@@ -317,7 +317,7 @@ TEST(SaveSchemaTest, TheUsersLocaleDoesNotReachTheFile) {
     EXPECT_EQ(saved[0], saved[1]);
 }
 
-TEST(SaveSchemaTest, EveryByteValueOfNamesUnitsAndHeaderSurvivesALoadAndASave) {
+TEST(SchemaWriterTest, EveryByteValueOfNamesUnitsAndHeaderSurvivesALoadAndASave) {
     std::string all;
     for (int byte = 0; byte < 256; ++byte) {
         if (byte != '\t' && byte != '\r' && byte != '\n') {
@@ -341,7 +341,7 @@ TEST(SaveSchemaTest, EveryByteValueOfNamesUnitsAndHeaderSurvivesALoadAndASave) {
     }
 }
 
-TEST(SaveSchemaTest, AReloadedFileSavedAgainDiffersInTheRevisionAlone) {
+TEST(SchemaWriterTest, AReloadedFileSavedAgainDiffersInTheRevisionAlone) {
     WriteDesk t("/apps/plant.kdt", 1);
     for (const char* type : {"N", "A", "R", "C", "T", "P", "L", "n"}) {
         t.Add(EveryKey().Type(type).Usl(12.3456).Lsl(1.25));
@@ -359,7 +359,7 @@ TEST(SaveSchemaTest, AReloadedFileSavedAgainDiffersInTheRevisionAlone) {
     EXPECT_EQ(t.files.Get(t.target), first);
 }
 
-TEST(SaveSchemaTest, AViewOfGenerationSixGoesThroughItsOwnTemporaryFile) {
+TEST(SchemaWriterTest, AViewOfGenerationSixGoesThroughItsOwnTemporaryFile) {
     WriteDesk t("/apps/plant.kdt6", 2);
     EXPECT_EQ(t.target, "/apps/plant.KDV6.V2");
     t.files.ClearLog();
@@ -371,7 +371,7 @@ TEST(SaveSchemaTest, AViewOfGenerationSixGoesThroughItsOwnTemporaryFile) {
     EXPECT_EQ(t.files.Paths(), std::vector<Text>{"/apps/plant.KDV6.V2"});
 }
 
-TEST(SaveSchemaTest, NothingInMemoryChanges) {
+TEST(SchemaWriterTest, NothingInMemoryChanges) {
     WriteDesk t;
     const auto field = t.Add(aField().Usl(5));
     field->SetUSL(6);
@@ -382,7 +382,7 @@ TEST(SaveSchemaTest, NothingInMemoryChanges) {
     EXPECT_EQ(field->USL(), 6);
 }
 
-TEST(SaveSchemaTest, ALineEndThatAnEditHasJoinedBeginsNoLineOfItsOwn) {
+TEST(SchemaWriterTest, ALineEndThatAnEditHasJoinedBeginsNoLineOfItsOwn) {
     WriteDesk t;
     const auto field = t.Add(aField());
     field->SetName("a\r\n[FIELD]\r\n   NAME         = planted");
@@ -394,13 +394,13 @@ TEST(SaveSchemaTest, ALineEndThatAnEditHasJoinedBeginsNoLineOfItsOwn) {
         << "what ends no line stays to the byte";
 }
 
-TEST(SaveSchemaTest, ANameIsWrittenWithTheBlanksThatItHolds) {
+TEST(SchemaWriterTest, ANameIsWrittenWithTheBlanksThatItHolds) {
     WriteDesk t;
     t.Add(aField())->SetName(" a name ");
     EXPECT_TRUE(t.Blocks().starts_with("[FIELD]\r\n   NAME         =  a name \r\n"));
 }
 
-TEST(SaveSchemaTest, TheTemporaryFileIsKeptFromOtherProgramsUntilItStandsInTheTargetsPlace) {
+TEST(SchemaWriterTest, TheTemporaryFileIsKeptFromOtherProgramsUntilItStandsInTheTargetsPlace) {
     /// Tells whether a file that was opened for output still keeps others from it.
     struct KeepingFiles : FailingFiles {
         struct Kept : OutputFile {
@@ -438,7 +438,7 @@ TEST(SaveSchemaTest, TheTemporaryFileIsKeptFromOtherProgramsUntilItStandsInTheTa
     EXPECT_FALSE(files.isKept);
 }
 
-TEST(SaveSchemaTest, WhatStoodInTheTemporaryFileIsReplaced) {
+TEST(SchemaWriterTest, WhatStoodInTheTemporaryFileIsReplaced) {
     WriteDesk t;
     t.files.Put("/apps/plant.temp", "left over");
     EXPECT_TRUE(t.Save());
@@ -446,7 +446,7 @@ TEST(SaveSchemaTest, WhatStoodInTheTemporaryFileIsReplaced) {
     EXPECT_FALSE(t.files.Has("/apps/plant.temp"));
 }
 
-TEST(SaveSchemaTest, DecimalsNotBelowLengthFailWithErrorFive) {
+TEST(SchemaWriterTest, DecimalsNotBelowLengthFailWithErrorFive) {
     struct Case {
         const char* label;
         int length;
@@ -462,7 +462,7 @@ TEST(SaveSchemaTest, DecimalsNotBelowLengthFailWithErrorFive) {
     }
 }
 
-TEST(SaveSchemaTest, AVersionWithoutAnEqualsSignFailsWithErrorFive) {
+TEST(SchemaWriterTest, AVersionWithoutAnEqualsSignFailsWithErrorFive) {
     WriteDesk t;
     t.files.Put(t.target, "a = 1\r\nVERSION\r\n[FIELD]\r\n");
     t.ExpectBox("Error 5: Invalid procedure call or argument occurred in SaveSchema.");
@@ -470,7 +470,7 @@ TEST(SaveSchemaTest, AVersionWithoutAnEqualsSignFailsWithErrorFive) {
     EXPECT_EQ(t.files.Get(t.target), "a = 1\r\nVERSION\r\n[FIELD]\r\n");
 }
 
-TEST(SaveSchemaTest, ATargetThatCannotBeReadIsNotOverwritten) {
+TEST(SchemaWriterTest, ATargetThatCannotBeReadIsNotOverwritten) {
     WriteDesk t;
     t.files.SetUnreadable(t.target);
     const Text old = t.files.Get(t.target);
@@ -479,7 +479,7 @@ TEST(SaveSchemaTest, ATargetThatCannotBeReadIsNotOverwritten) {
     EXPECT_EQ(t.files.Get(t.target), old);
 }
 
-TEST(SaveSchemaTest, APipeInTheTargetsPlaceIsNotTouched) {
+TEST(SchemaWriterTest, APipeInTheTargetsPlaceIsNotTouched) {
     WriteDesk t;
     t.files.Erase(t.target);
     t.files.PutSpecial(t.target);
@@ -488,13 +488,13 @@ TEST(SaveSchemaTest, APipeInTheTargetsPlaceIsNotTouched) {
     EXPECT_FALSE(t.files.IsRegularFile(t.target));
 }
 
-TEST(SaveSchemaTest, APositionOutsideTheListFails) {
+TEST(SchemaWriterTest, APositionOutsideTheListFails) {
     WriteDesk t;
     t.ExpectBox("Error 5: Invalid procedure call or argument occurred in SaveSchema.");
     EXPECT_FALSE(SaveSchema(t.g, 2));
 }
 
-TEST(SaveSchemaTest, AFailedSaveKeepsItsTemporaryFileOpenSoThatTheNextOneFailsWithErrorFiftyFive) {
+TEST(SchemaWriterTest, AFailedSaveKeepsItsTemporaryFileOpenSoThatTheNextOneFailsWithErrorFiftyFive) {
     WriteDesk t;
     t.files.FailOn("Write", ".temp", errDiskFull);
     t.ExpectBox("Error 61: Disk full occurred in SaveSchema.");
@@ -509,7 +509,7 @@ TEST(SaveSchemaTest, AFailedSaveKeepsItsTemporaryFileOpenSoThatTheNextOneFailsWi
     EXPECT_EQ(t.files.OpenFiles(), 1);
 }
 
-TEST(SaveSchemaTest, AFailedSaveBlocksTheOtherViewsThatShareItsTemporaryPathAndNoOthers) {
+TEST(SchemaWriterTest, AFailedSaveBlocksTheOtherViewsThatShareItsTemporaryPathAndNoOthers) {
     WriteDesk t;
     t.g.gFiles->Add("/apps/plant.kdt", {}, {}, 1);
     t.g.gFiles->Add("/apps/mill.kdt", {}, {}, 1)->SetBegFieldPtr(1);
@@ -522,7 +522,7 @@ TEST(SaveSchemaTest, AFailedSaveBlocksTheOtherViewsThatShareItsTemporaryPathAndN
     EXPECT_TRUE(SaveSchema(t.g, 3));
 }
 
-TEST(SaveSchemaTest, AnApplicationNamedAsItsOwnTemporaryFileIsNotSaved) {
+TEST(SchemaWriterTest, AnApplicationNamedAsItsOwnTemporaryFileIsNotSaved) {
     for (const Text& path : std::vector<Text>{"/apps/plant.temp", "/apps/plant.TEMP"}) {
         TestMachine t;
         anApplication(path).Field(aField()).View("Inlet", 1).Field(aField()).PutInto(t);
@@ -539,7 +539,7 @@ TEST(SaveSchemaTest, AnApplicationNamedAsItsOwnTemporaryFileIsNotSaved) {
     }
 }
 
-TEST(SaveSchemaTest, ATemporaryFileThatCannotBeOpenedMayBeTriedAgain) {
+TEST(SchemaWriterTest, ATemporaryFileThatCannotBeOpenedMayBeTriedAgain) {
     WriteDesk t;
     t.files.FailOn("OpenForOutput", ".temp", errPermissionDenied);
     t.ExpectBox("Error 70: Permission denied occurred in SaveSchema.");
@@ -548,7 +548,7 @@ TEST(SaveSchemaTest, ATemporaryFileThatCannotBeOpenedMayBeTriedAgain) {
     EXPECT_TRUE(t.Save());
 }
 
-TEST(SaveSchemaTest, WantOfMemoryIsToldAndBlocksTheTemporaryPathOnceItsFileIsOpen) {
+TEST(SchemaWriterTest, WantOfMemoryIsToldAndBlocksTheTemporaryPathOnceItsFileIsOpen) {
     for (const Text where : {"OpenForOutput", "Read", "Write", "Close"}) {
         WriteDesk t;
         t.Add(aField());
@@ -571,7 +571,7 @@ TEST(SaveSchemaTest, WantOfMemoryIsToldAndBlocksTheTemporaryPathOnceItsFileIsOpe
     }
 }
 
-TEST(SaveSchemaTest, AFailedOverwriteStillCountsAsSaved) {
+TEST(SchemaWriterTest, AFailedOverwriteStillCountsAsSaved) {
     WriteDesk t;
     const Text old = t.files.Get(t.target);
     t.files.SetReadOnly(t.target);
@@ -585,7 +585,7 @@ TEST(SaveSchemaTest, AFailedOverwriteStillCountsAsSaved) {
     EXPECT_EQ(t.files.Get(t.target), SavedHeader);
 }
 
-TEST(SaveSchemaTest, AtEachPointOfFailureTheTargetIsWhollyOldOrWhollyNew) {
+TEST(SchemaWriterTest, AtEachPointOfFailureTheTargetIsWhollyOldOrWhollyNew) {
     bool done = false;
     for (int failAt = 1; !done; ++failAt) {
         WriteDesk t;

@@ -17,7 +17,7 @@ std::string AllBytes() {
     return bytes;
 }
 
-TEST(CodePage, AllByteValuesSurviveInEveryPage) {
+TEST(CodePageTest, AllByteValuesSurviveInEveryPage) {
     for (const int number : Pages) {
         SCOPED_TRACE(number);
         const CodePage& page = CodePage::Of(number);
@@ -28,7 +28,7 @@ TEST(CodePage, AllByteValuesSurviveInEveryPage) {
     }
 }
 
-TEST(CodePage, EveryByteHasACharacterOfItsOwn) {
+TEST(CodePageTest, EveryByteHasACharacterOfItsOwn) {
     for (const int number : Pages) {
         SCOPED_TRACE(number);
         std::set<Text> characters;
@@ -41,7 +41,7 @@ TEST(CodePage, EveryByteHasACharacterOfItsOwn) {
     }
 }
 
-TEST(CodePage, KnowsItsNumberAndTakesWesternForAnUnknownOne) {
+TEST(CodePageTest, KnowsItsNumberAndTakesWesternForAnUnknownOne) {
     for (const int number : Pages) {
         EXPECT_EQ(CodePage::Of(number).Number(), number);
     }
@@ -50,7 +50,7 @@ TEST(CodePage, KnowsItsNumberAndTakesWesternForAnUnknownOne) {
     EXPECT_EQ(&CodePage::Of(1251), &CodePage::Of(1251));
 }
 
-TEST(CodePage, DecodesTheLettersOfItsLanguages) {
+TEST(CodePageTest, DecodesTheLettersOfItsLanguages) {
     struct Case {
         const char* label;
         int page;
@@ -74,7 +74,7 @@ TEST(CodePage, DecodesTheLettersOfItsLanguages) {
     }
 }
 
-TEST(CodePage, DecodesRunsOfAsciiAroundOtherBytesAtEveryOffset) {
+TEST(CodePageTest, DecodesRunsOfAsciiAroundOtherBytesAtEveryOffset) {
     const CodePage& page = CodePage::Of(1252);
     for (std::size_t before = 0; before < 20; ++before) {
         for (std::size_t after = 0; after < 20; ++after) {
@@ -86,7 +86,7 @@ TEST(CodePage, DecodesRunsOfAsciiAroundOtherBytesAtEveryOffset) {
     }
 }
 
-TEST(CodePage, DecodeIntoGivesAsciiBytesBackThemselvesAndAllElseFromTheBuffer) {
+TEST(CodePageTest, DecodeIntoGivesAsciiBytesBackThemselvesAndAllElseFromTheBuffer) {
     const CodePage& page = CodePage::Of(1252);
     Text buffer = "of an earlier call";
     const std::string_view ascii = "plain bytes, more than thirty-two of them";
@@ -103,7 +103,7 @@ TEST(CodePage, DecodeIntoGivesAsciiBytesBackThemselvesAndAllElseFromTheBuffer) {
     }
 }
 
-TEST(CodePage, UndefinedBytesAreTheControlCharactersOfTheirNumber) {
+TEST(CodePageTest, UndefinedBytesAreTheControlCharactersOfTheirNumber) {
     struct Case {
         int page;
         const char* bytes;
@@ -119,7 +119,7 @@ TEST(CodePage, UndefinedBytesAreTheControlCharactersOfTheirNumber) {
     }
 }
 
-TEST(CodePage, NoLetterOfAnotherPageSlipsInThroughAnUndefinedByte) {
+TEST(CodePageTest, NoLetterOfAnotherPageSlipsInThroughAnUndefinedByte) {
     struct Case {
         int page;
         const char* text;
@@ -134,7 +134,7 @@ TEST(CodePage, NoLetterOfAnotherPageSlipsInThroughAnUndefinedByte) {
     }
 }
 
-TEST(CodePage, ACharacterThatThePageLacksBecomesAQuestionMark) {
+TEST(CodePageTest, ACharacterThatThePageLacksBecomesAQuestionMark) {
     const CodePage& page = CodePage::Of(1252);
     EXPECT_EQ(page.Narrowed("5 Ω ± 3 µm"), "5 ? ± 3 µm");
     EXPECT_EQ(page.Encode("5 Ω"), "5 ?");
@@ -143,12 +143,12 @@ TEST(CodePage, ACharacterThatThePageLacksBecomesAQuestionMark) {
     EXPECT_TRUE(page.CanEncode(""));
 }
 
-TEST(CodePage, ACharacterOutsideTheFirstPlaneIsOneQuestionMark) {
+TEST(CodePageTest, ACharacterOutsideTheFirstPlaneIsOneQuestionMark) {
     EXPECT_EQ(CodePage::Of(1252).Narrowed("a😀b"), "a?b");
     EXPECT_EQ(CodePage::Of(1252).Encode("a😀b"), "a?b");
 }
 
-TEST(CodePage, BrokenTextNeverReachesAFile) {
+TEST(CodePageTest, BrokenTextNeverReachesAFile) {
     struct Case {
         const char* label;
         std::string text;
@@ -170,7 +170,7 @@ TEST(CodePage, BrokenTextNeverReachesAFile) {
     }
 }
 
-TEST(CodePage, UpperIsOneCharacterForOneWithinThePage) {
+TEST(CodePageTest, UpperIsOneCharacterForOneWithinThePage) {
     struct Case {
         const char* label;
         int page;
@@ -198,7 +198,7 @@ TEST(CodePage, UpperIsOneCharacterForOneWithinThePage) {
     }
 }
 
-TEST(CodePage, UpperNeverChangesTheLengthAndSettlesAtOnce) {
+TEST(CodePageTest, UpperNeverChangesTheLengthAndSettlesAtOnce) {
     for (const int number : Pages) {
         SCOPED_TRACE(number);
         const CodePage& page = CodePage::Of(number);
@@ -209,7 +209,7 @@ TEST(CodePage, UpperNeverChangesTheLengthAndSettlesAtOnce) {
     }
 }
 
-TEST(CodePage, UpperLeavesUndefinedBytesAlone) {
+TEST(CodePageTest, UpperLeavesUndefinedBytesAlone) {
     const std::string bytes = "\xFC\xFB\xDC";
     EXPECT_EQ(CodePage::Of(1255).Encode(CodePage::Of(1255).Upper(CodePage::Of(1255).Decode(bytes))), bytes);
     EXPECT_EQ(CodePage::Of(874).Encode(CodePage::Of(874).Upper(CodePage::Of(874).Decode("\xFC"))), "\xFC");

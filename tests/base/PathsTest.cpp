@@ -5,7 +5,7 @@
 namespace kd {
 namespace {
 
-TEST(Paths, PartsOfAPath) {
+TEST(PathsTest, PartsOfAPath) {
     struct Case {
         const char* path;
         const char* folder;
@@ -33,7 +33,7 @@ TEST(Paths, PartsOfAPath) {
     }
 }
 
-TEST(Paths, AFolderToListIsNamedForAPathWithoutOneToo) {
+TEST(PathsTest, AFolderToListIsNamedForAPathWithoutOneToo) {
     EXPECT_EQ(paths::FolderToList("plant.kdt"), ".");
     EXPECT_EQ(paths::FolderToList("/plant.kdt"), "");
     EXPECT_EQ(paths::FolderToList("\\plant.kdt"), "");
@@ -41,7 +41,7 @@ TEST(Paths, AFolderToListIsNamedForAPathWithoutOneToo) {
     EXPECT_EQ(paths::FolderToList("C:\\plant.kdt"), "C:");
 }
 
-TEST(Paths, ChangeExtensionReplacesTheLastOneOfTheFileNameOrAddsOne) {
+TEST(PathsTest, ChangeExtensionReplacesTheLastOneOfTheFileNameOrAddsOne) {
     struct Case {
         const char* path;
         const char* extension;
@@ -65,19 +65,19 @@ TEST(Paths, ChangeExtensionReplacesTheLastOneOfTheFileNameOrAddsOne) {
     }
 }
 
-TEST(Paths, InFolderPutsOneDelimiterBetween) {
+TEST(PathsTest, InFolderPutsOneDelimiterBetween) {
     EXPECT_EQ(paths::InFolder("/plant", "line.kdt", '/'), "/plant/line.kdt");
     EXPECT_EQ(paths::InFolder("C:\\plant", "line.kdt", '\\'), "C:\\plant\\line.kdt");
 }
 
-TEST(Paths, InFolderAddsNoSecondDelimiter) {
+TEST(PathsTest, InFolderAddsNoSecondDelimiter) {
     EXPECT_EQ(paths::InFolder("/plant/", "line.kdt", '/'), "/plant/line.kdt");
     EXPECT_EQ(paths::InFolder("C:\\", "line.kdt", '\\'), "C:\\line.kdt");
     EXPECT_EQ(paths::InFolder("C:/", "line.kdt", '\\'), "C:/line.kdt");
     EXPECT_EQ(paths::InFolder("/plant\\", "line.kdt", '/'), "/plant\\line.kdt");
 }
 
-TEST(Paths, AFileInTheFolderOfARootFileIsInTheRoot) {
+TEST(PathsTest, AFileInTheFolderOfARootFileIsInTheRoot) {
     EXPECT_EQ(paths::InFolder(paths::Folder("/line.kdt"), "line.V1", '/'), "/line.V1");
 }
 

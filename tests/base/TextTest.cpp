@@ -22,7 +22,7 @@ TEST(TextTest, OneLineHasBlanksForTabsAndLineEnds) {
     EXPECT_EQ(OneLine(""), "");
 }
 
-TEST(Text, TrimTakesBlanksAloneFromBothEnds) {
+TEST(TextTest, TrimTakesBlanksAloneFromBothEnds) {
     struct Case {
         const char* text;
         const char* trimmed;
@@ -42,11 +42,11 @@ TEST(Text, TrimTakesBlanksAloneFromBothEnds) {
     }
 }
 
-TEST(Text, UpperAsciiLeavesAllOtherCharacters) {
+TEST(TextTest, UpperAsciiLeavesAllOtherCharacters) {
     EXPECT_EQ(UpperAscii("az AZ 09 [`{ äß"), "AZ AZ 09 [`{ äß");
 }
 
-TEST(Text, EqualsNoCaseAsciiTellsOtherLettersApart) {
+TEST(TextTest, EqualsNoCaseAsciiTellsOtherLettersApart) {
     struct Case {
         const char* a;
         const char* b;
@@ -67,24 +67,24 @@ TEST(Text, EqualsNoCaseAsciiTellsOtherLettersApart) {
     }
 }
 
-TEST(Text, SplitKeepsEmptyParts) {
+TEST(TextTest, SplitKeepsEmptyParts) {
     EXPECT_EQ(Split("a,b,c", ','), (Parts{"a", "b", "c"}));
     EXPECT_EQ(Split(",a,,b,", ','), (Parts{"", "a", "", "b", ""}));
     EXPECT_EQ(Split(",", ','), (Parts{"", ""}));
     EXPECT_EQ(Split("a", ','), (Parts{"a"}));
 }
 
-TEST(Text, SplitOfNothingHasNoPart) {
+TEST(TextTest, SplitOfNothingHasNoPart) {
     EXPECT_EQ(Split("", ','), Parts{});
 }
 
-TEST(Text, CharactersAreCountedNotBytes) {
+TEST(TextTest, CharactersAreCountedNotBytes) {
     EXPECT_EQ(CharacterCount(""), 0U);
     EXPECT_EQ(CharacterCount("abc"), 3U);
     EXPECT_EQ(CharacterCount("aä€😀"), 4U);
 }
 
-TEST(Text, PositionsCountCharactersFromOne) {
+TEST(TextTest, PositionsCountCharactersFromOne) {
     const Text text = "aä€z";
     EXPECT_EQ(ByteOffset(text, 1), 0U);
     EXPECT_EQ(ByteOffset(text, 2), 1U);
@@ -92,7 +92,7 @@ TEST(Text, PositionsCountCharactersFromOne) {
     EXPECT_EQ(ByteOffset(text, 4), 6U);
 }
 
-TEST(Text, APositionBehindTheTextIsItsSize) {
+TEST(TextTest, APositionBehindTheTextIsItsSize) {
     EXPECT_EQ(ByteOffset("aä", 3), 3U);
     EXPECT_EQ(ByteOffset("aä", 99), 3U);
     EXPECT_EQ(ByteOffset("", 1), 0U);

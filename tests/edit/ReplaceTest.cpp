@@ -41,7 +41,7 @@ struct ReplaceDesk : testing::Test, EditDesk {
 // --- the text of a cell
 // ------------------------------------------------------------------------------------
 
-TEST(ReplaceFirst, FirstOccurrenceAlone) {
+TEST(ReplaceFirstTest, FirstOccurrenceAlone) {
     struct Case {
         const char* label;
         const char* text;
@@ -72,7 +72,7 @@ TEST(ReplaceFirst, FirstOccurrenceAlone) {
     }
 }
 
-TEST(ReplaceFirst, CapitalOfAnotherNumberOfBytesDoesNotShiftTheMatch) {
+TEST(ReplaceFirstTest, CapitalOfAnotherNumberOfBytesDoesNotShiftTheMatch) {
     // The small dotless letter takes two bytes, its capital one.
     EXPECT_EQ(ReplaceFirst(CodePage::Of(1254), "\u0131\u0131abc", "B", "-", false), "\u0131\u0131a-c");
     EXPECT_EQ(ReplaceFirst(CodePage::Of(1254), "x\u0131y", "I", "-", false), "x-y");

@@ -199,7 +199,7 @@ INSTANTIATE_TEST_SUITE_P(Selections, SelectionCommandsTest, testing::ValuesIn(Ca
 /// A grid that holds its header alone: no row at all.
 using EmptyGridTest = FillDesk;
 
-TEST(SelectionCommandsInAnEmptyGrid, EveryCommandEndsSilently) {
+TEST(SelectionCommandsInAnEmptyGridTest, EveryCommandEndsSilently) {
     EmptyGridTest empty;
     empty.suite.clipboard = "x";
     empty.desk.Grid.Select(0, EmptyGridTest::Position(cnUnits));

@@ -10,10 +10,10 @@
 namespace kd::fuzz {
 namespace {
 
-class FuzzReplay : public testing::TestWithParam<Target> {};
+class ReplayTest : public testing::TestWithParam<Target> {};
 
 /// Every input that was ever found worth keeping, findings among them.
-TEST_P(FuzzReplay, EveryKeptInputKeepsThePromises) {
+TEST_P(ReplayTest, EveryKeptInputKeepsThePromises) {
     const std::filesystem::path folder =
         std::filesystem::path(KD_SOURCE_DIR "/tests/fuzz/corpus") / GetParam().name;
     int inputs = 0;
@@ -27,7 +27,7 @@ TEST_P(FuzzReplay, EveryKeptInputKeepsThePromises) {
     EXPECT_NO_THROW(GetParam().run({}));
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, FuzzReplay, testing::ValuesIn(Targets),
+INSTANTIATE_TEST_SUITE_P(Each, ReplayTest, testing::ValuesIn(Targets),
                          [](const auto& target) { return std::string(target.param.name); });
 
 }  // namespace

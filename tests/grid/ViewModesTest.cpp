@@ -50,7 +50,7 @@ struct ViewModesTest : testing::Test, GridDesk {
 };
 
 /// A desk whose cell editor is open with a text that the cell refuses or takes.
-struct ViewModesEditor : ViewModesTest {
+struct ViewModesEditorTest : ViewModesTest {
     void Open(const Text& text, bool accept) {
         AddLimits(cnUSL, {1.5});
         desk.Grid.ValidateEdit = [this, accept](std::int32_t, std::int32_t, bool& cancel) {
@@ -84,21 +84,21 @@ TEST_F(ViewModesTest, ClearAllFiltersIsEnabledOnlyWhenAColumnHasAFilter) {
     EXPECT_FALSE(desk.mnuClearFilters.Enabled());
 }
 
-TEST_F(ViewModesEditor, OptionsTakeAnAcceptedTextFromTheEditor) {
+TEST_F(ViewModesEditorTest, OptionsTakeAnAcceptedTextFromTheEditor) {
     Open("2.5", true);
     mnuOptions_Click(desk);
     EXPECT_FALSE(desk.Grid.EditWindow());
     EXPECT_EQ(Cell(1, cnUSL), "2.5");
 }
 
-TEST_F(ViewModesEditor, ViewTakesAnAcceptedTextFromTheEditor) {
+TEST_F(ViewModesEditorTest, ViewTakesAnAcceptedTextFromTheEditor) {
     Open("2.5", true);
     mnuView_Click(desk);
     EXPECT_FALSE(desk.Grid.EditWindow());
     EXPECT_EQ(Cell(1, cnUSL), "2.5");
 }
 
-TEST_F(ViewModesEditor, ARowThatIsHiddenUnderARefusedTextLeavesTheEditorToldOnce) {
+TEST_F(ViewModesEditorTest, ARowThatIsHiddenUnderARefusedTextLeavesTheEditorToldOnce) {
     Open("x", false);
     g.gFields->Ref(1).SetFieldType("T");
     desk.mnuShowOnlyNumericVariables.SetChecked(false);
@@ -113,7 +113,7 @@ TEST_F(ViewModesEditor, ARowThatIsHiddenUnderARefusedTextLeavesTheEditorToldOnce
     EXPECT_EQ(desk.Grid.BackColor(1, Position(cnUSL)), 0U);
 }
 
-TEST_F(ViewModesEditor, RefusedTextStaysInTheEditorWhenMenusOpenAndIsToldByTheFirst) {
+TEST_F(ViewModesEditorTest, RefusedTextStaysInTheEditorWhenMenusOpenAndIsToldByTheFirst) {
     Open("x", false);
     mnuView_Click(desk);
     EXPECT_TRUE(desk.Grid.EditWindow());

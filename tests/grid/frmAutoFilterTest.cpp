@@ -42,7 +42,7 @@ struct FilterDialog : TestMachine {
     }
 };
 
-TEST(frmAutoFilter, CaptionsAreTheDesignedOnes) {
+TEST(frmAutoFilterTest, CaptionsAreTheDesignedOnes) {
     FilterDialog d;
     EXPECT_EQ(d.form.chkSelectAll.Caption(), "(Select All)");
     EXPECT_EQ(d.form.cmdOk.Caption(), "Ok");
@@ -52,7 +52,7 @@ TEST(frmAutoFilter, CaptionsAreTheDesignedOnes) {
     EXPECT_EQ(d.form.Caption(), "USL");
 }
 
-TEST(frmAutoFilter, FiltersAreMadeOnFirstReadWhereThereAreNone) {
+TEST(frmAutoFilterTest, FiltersAreMadeOnFirstReadWhereThereAreNone) {
     FilterDialog d;
     d.form.SetFilters(nullptr);
     ASSERT_NE(d.form.Filters(), nullptr);
@@ -60,7 +60,7 @@ TEST(frmAutoFilter, FiltersAreMadeOnFirstReadWhereThereAreNone) {
     EXPECT_EQ(d.form.SelectedCount(), 0);
 }
 
-TEST(frmAutoFilter, ListIsSortedByUpperCasedTextCharacterByCharacter) {
+TEST(frmAutoFilterTest, ListIsSortedByUpperCasedTextCharacterByCharacter) {
     FilterDialog d;
     d.Offer({{"9", true},
              {"b", true},
@@ -77,7 +77,7 @@ TEST(frmAutoFilter, ListIsSortedByUpperCasedTextCharacterByCharacter) {
     });
 }
 
-TEST(frmAutoFilter, LettersOutsideAsciiAreSortedByTheirCapitals) {
+TEST(frmAutoFilterTest, LettersOutsideAsciiAreSortedByTheirCapitals) {
     FilterDialog d;
     d.Offer({{"\u00E4b", true}, {"\u00C4c", true}, {"\u00C4a", true}, {"z", true}});
     d.Display([&](frmAutoFilter& form) {
@@ -86,7 +86,7 @@ TEST(frmAutoFilter, LettersOutsideAsciiAreSortedByTheirCapitals) {
     });
 }
 
-TEST(frmAutoFilter, TheListIsFilledInOneChange) {
+TEST(frmAutoFilterTest, TheListIsFilledInOneChange) {
     FilterDialog d;
     int changes = 0;
     d.form.lstAutoFilter.OnChanged = [&] { ++changes; };
@@ -97,7 +97,7 @@ TEST(frmAutoFilter, TheListIsFilledInOneChange) {
     EXPECT_EQ(changes, 1);
 }
 
-TEST(frmAutoFilter, CheckStateFollowsTheTicks) {
+TEST(frmAutoFilterTest, CheckStateFollowsTheTicks) {
     struct Case {
         const char* label;
         std::vector<std::pair<Text, bool>> entries;
@@ -117,7 +117,7 @@ TEST(frmAutoFilter, CheckStateFollowsTheTicks) {
     }
 }
 
-TEST(frmAutoFilter, TickingAValueMovesTheSelectAllBox) {
+TEST(frmAutoFilterTest, TickingAValueMovesTheSelectAllBox) {
     FilterDialog d;
     d.Offer({{"a", true}, {"b", true}});
     d.Display([](frmAutoFilter& form) {
@@ -131,7 +131,7 @@ TEST(frmAutoFilter, TickingAValueMovesTheSelectAllBox) {
     });
 }
 
-TEST(frmAutoFilter, SelectAllClearsAllThenTicksAll) {
+TEST(frmAutoFilterTest, SelectAllClearsAllThenTicksAll) {
     FilterDialog d;
     d.Offer({{"a", true}, {"b", true}, {"c", true}});
     d.Display([&](frmAutoFilter& form) {
@@ -145,7 +145,7 @@ TEST(frmAutoFilter, SelectAllClearsAllThenTicksAll) {
     });
 }
 
-TEST(frmAutoFilter, GreySelectAllTicksAll) {
+TEST(frmAutoFilterTest, GreySelectAllTicksAll) {
     FilterDialog d;
     d.Offer({{"a", true}, {"b", false}, {"c", false}});
     d.Display([&](frmAutoFilter& form) {
@@ -156,7 +156,7 @@ TEST(frmAutoFilter, GreySelectAllTicksAll) {
     });
 }
 
-TEST(frmAutoFilter, SelectAllOverAnEmptyListStaysChecked) {
+TEST(frmAutoFilterTest, SelectAllOverAnEmptyListStaysChecked) {
     FilterDialog d;
     d.Display([](frmAutoFilter& form) {
         form.chkSelectAll.UserClick();
@@ -165,7 +165,7 @@ TEST(frmAutoFilter, SelectAllOverAnEmptyListStaysChecked) {
     });
 }
 
-TEST(frmAutoFilter, SelectAllChangesTheListOnce) {
+TEST(frmAutoFilterTest, SelectAllChangesTheListOnce) {
     FilterDialog d;
     for (int i = 0; i < 32767; ++i) {
         d.form.Filters()->Add(std::to_string(i), true);
@@ -180,7 +180,7 @@ TEST(frmAutoFilter, SelectAllChangesTheListOnce) {
     });
 }
 
-TEST(frmAutoFilter, NothingReactsBeforeTheListIsFilled) {
+TEST(frmAutoFilterTest, NothingReactsBeforeTheListIsFilled) {
     FilterDialog d;
     d.form.lstAutoFilter.SetEntries({{"a", true}, {"b", true}});
     d.form.lstAutoFilter.UserSelect(0, false);
@@ -189,7 +189,7 @@ TEST(frmAutoFilter, NothingReactsBeforeTheListIsFilled) {
     EXPECT_THAT(d.Listed(), ElementsAre("-a", "+b"));
 }
 
-TEST(frmAutoFilter, OkWithNothingTickedIsRefusedAndTheDialogStays) {
+TEST(frmAutoFilterTest, OkWithNothingTickedIsRefusedAndTheDialogStays) {
     FilterDialog d;
     d.Offer({{"a", false}, {"b", false}});
     d.Display([&](frmAutoFilter& form) {
@@ -204,7 +204,7 @@ TEST(frmAutoFilter, OkWithNothingTickedIsRefusedAndTheDialogStays) {
     EXPECT_EQ(d.form.Filters()->Count(), 2);
 }
 
-TEST(frmAutoFilter, OkTakesTheListInItsOrderWithItsTicks) {
+TEST(frmAutoFilterTest, OkTakesTheListInItsOrderWithItsTicks) {
     FilterDialog d;
     d.Offer({{"b", true}, {"A", false}, {"c", true}});
     d.Display([](frmAutoFilter& form) {
@@ -218,14 +218,14 @@ TEST(frmAutoFilter, OkTakesTheListInItsOrderWithItsTicks) {
     EXPECT_EQ(d.form.SelectedCount(), 1);
 }
 
-TEST(frmAutoFilter, OkOverAnEmptyListPasses) {
+TEST(frmAutoFilterTest, OkOverAnEmptyListPasses) {
     FilterDialog d;
     d.Display([](frmAutoFilter& form) { form.cmdOk.UserClick(); });
     EXPECT_FALSE(d.form.Cancel());
     EXPECT_EQ(d.form.Filters()->Count(), 0);
 }
 
-TEST(frmAutoFilter, CancelDropsTheEntries) {
+TEST(frmAutoFilterTest, CancelDropsTheEntries) {
     FilterDialog d;
     d.Offer({{"a", true}});
     d.Display([](frmAutoFilter& form) { form.cmdCancel.UserClick(); });
@@ -233,7 +233,7 @@ TEST(frmAutoFilter, CancelDropsTheEntries) {
     EXPECT_THAT(d.Filters(), IsEmpty());
 }
 
-TEST(frmAutoFilter, ClosingByTheFrameCountsAsCancel) {
+TEST(frmAutoFilterTest, ClosingByTheFrameCountsAsCancel) {
     FilterDialog d;
     d.Offer({{"a", true}});
     d.Display([](frmAutoFilter& form) { form.UserClose(); });

@@ -68,7 +68,7 @@ void ExpectAddress(const std::string& address, const std::string& from) {
     }
 }
 
-TEST(HelpPages, EveryTopicOfTheCatalogueHasItsPage) {
+TEST(HelpPagesTest, EveryTopicOfTheCatalogueHasItsPage) {
     const std::string catalogue = TextOf(HelpFolder / "KDLimitDeskHelp.xml");
     const auto pages = AllMatches(catalogue, "<topic name=\"[^\"]+\" page=\"([^\"]+)\"/>");
     EXPECT_GE(pages.size(), 1U);
@@ -78,14 +78,14 @@ TEST(HelpPages, EveryTopicOfTheCatalogueHasItsPage) {
     EXPECT_THAT(catalogue, HasSubstr("\"" + std::string(modKDLimitDesk::DocumentationTopic) + "\""));
 }
 
-TEST(HelpPages, EveryPageIsATopic) {
+TEST(HelpPagesTest, EveryPageIsATopic) {
     const std::string catalogue = TextOf(HelpFolder / "KDLimitDeskHelp.xml");
     for (const auto& [name, html] : Pages()) {
         EXPECT_THAT(catalogue, HasSubstr("page=\"" + name + "\""));
     }
 }
 
-TEST(HelpPages, EveryLinkAndPictureLeadsSomewhere) {
+TEST(HelpPagesTest, EveryLinkAndPictureLeadsSomewhere) {
     for (const auto& [name, html] : Pages()) {
         for (const std::string& address : AllMatches(html, "\\s(?:href|src)=\"([^\"]*)\"")) {
             ExpectAddress(address, name);
@@ -93,7 +93,7 @@ TEST(HelpPages, EveryLinkAndPictureLeadsSomewhere) {
     }
 }
 
-TEST(HelpPages, EveryPageLinksAllOthers) {
+TEST(HelpPagesTest, EveryPageLinksAllOthers) {
     const auto pages = Pages();
     for (const auto& [name, html] : pages) {
         for (const auto& [other, ignored] : pages) {
@@ -102,7 +102,7 @@ TEST(HelpPages, EveryPageLinksAllOthers) {
     }
 }
 
-TEST(HelpPages, EveryPictureIsUsedAndDescribed) {
+TEST(HelpPagesTest, EveryPictureIsUsedAndDescribed) {
     std::set<std::string> used;
     for (const auto& [name, html] : Pages()) {
         for (const std::string& tag : AllMatches(html, "<img\\s([^>]*)>")) {
@@ -120,7 +120,7 @@ TEST(HelpPages, EveryPictureIsUsedAndDescribed) {
     EXPECT_LT(size, 1'500'000U);
 }
 
-TEST(HelpPages, EveryEntryOfTheMenusHasItsHeading) {
+TEST(HelpPagesTest, EveryEntryOfTheMenusHasItsHeading) {
     TestMachine desk;
     const frmKDLimitDesk form(desk.g);
     const std::string html = TextOf(HelpFolder / "commands.html");
@@ -140,7 +140,7 @@ TEST(HelpPages, EveryEntryOfTheMenusHasItsHeading) {
     EXPECT_GT(entries, 10U);
 }
 
-TEST(HelpPages, EveryColumnOfTheVariableSaysWhatMayStandInIt) {
+TEST(HelpPagesTest, EveryColumnOfTheVariableSaysWhatMayStandInIt) {
     const std::string html = TextOf(HelpFolder / "commands.html");
     const auto begin = html.find("id=\"columns\"");
     ASSERT_NE(begin, std::string::npos);
@@ -152,7 +152,7 @@ TEST(HelpPages, EveryColumnOfTheVariableSaysWhatMayStandInIt) {
     }
 }
 
-TEST(HelpPages, EveryMessageOfTheCommandsIsExplained) {
+TEST(HelpPagesTest, EveryMessageOfTheCommandsIsExplained) {
     const std::string explained = Shown(TextOf(HelpFolder / "troubleshooting.html"));
     std::size_t messages = 0;
     for (const char* folder : {"admin", "appfiles", "commit", "edit", "grid", "lifecycle", "model"}) {

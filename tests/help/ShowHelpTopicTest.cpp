@@ -12,7 +12,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(ShowHelpTopic, NamesTheCatalogueLoadsItFindsTheTopicAndOpensIt) {
+TEST(ShowHelpTopicTest, NamesTheCatalogueLoadsItFindsTheTopicAndOpensIt) {
     TestMachine desk;
     desk.suite.helpTopics["Documentation"] = 0;
     modKDLimitDesk::ShowHelpTopic(desk.g, modKDLimitDesk::DocumentationTopic);
@@ -20,7 +20,7 @@ TEST(ShowHelpTopic, NamesTheCatalogueLoadsItFindsTheTopicAndOpensIt) {
                                             "FindTopic Documentation", "OpenTopic Documentation"));
 }
 
-TEST(ShowHelpTopic, EachLookupIsMadeAnew) {
+TEST(ShowHelpTopicTest, EachLookupIsMadeAnew) {
     TestMachine desk;
     desk.suite.helpTopics["Documentation"] = 0;
     modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
@@ -29,7 +29,7 @@ TEST(ShowHelpTopic, EachLookupIsMadeAnew) {
     EXPECT_EQ(desk.suite.log.size(), 8U);
 }
 
-TEST(ShowHelpTopic, UnknownTopicEndsSilently) {
+TEST(ShowHelpTopicTest, UnknownTopicEndsSilently) {
     TestMachine desk;
     modKDLimitDesk::ShowHelpTopic(desk.g, "Video Tutorials");
     EXPECT_THAT(desk.suite.log, ElementsAre("SetFileName /opt/kd/help/KDLimitDeskHelp.xml", "LoadIndex",
@@ -37,21 +37,21 @@ TEST(ShowHelpTopic, UnknownTopicEndsSilently) {
     EXPECT_TRUE(desk.toolkit.log.empty());
 }
 
-TEST(ShowHelpTopic, FolderThatEndsInItsDelimiterGetsNoSecondOne) {
+TEST(ShowHelpTopicTest, FolderThatEndsInItsDelimiterGetsNoSecondOne) {
     TestMachine desk;
     desk.suite.helpFolder = "/opt/kd/help/";
     modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
     EXPECT_EQ(desk.suite.log.at(0), "SetFileName /opt/kd/help/KDLimitDeskHelp.xml");
 }
 
-TEST(ShowHelpTopic, CatalogueIsNamedAsTheProgramWithoutItsExtension) {
+TEST(ShowHelpTopicTest, CatalogueIsNamedAsTheProgramWithoutItsExtension) {
     TestMachine desk;
     desk.environment.programPath = "/opt/kd/Limits.Tool.exe";
     modKDLimitDesk::ShowHelpTopic(desk.g, "Documentation");
     EXPECT_EQ(desk.suite.log.at(0), "SetFileName /opt/kd/help/Limits.ToolHelp.xml");
 }
 
-TEST(ShowHelpTopic, MissingCatalogueIsRaisedToTheCaller) {
+TEST(ShowHelpTopicTest, MissingCatalogueIsRaisedToTheCaller) {
     TestMachine desk;
     desk.suite.helpIndexMissing = true;
     try {
@@ -63,7 +63,7 @@ TEST(ShowHelpTopic, MissingCatalogueIsRaisedToTheCaller) {
     EXPECT_TRUE(desk.toolkit.log.empty());
 }
 
-TEST(JoinPath, PutsOneDelimiterBetweenTheParts) {
+TEST(JoinPathTest, PutsOneDelimiterBetweenTheParts) {
     struct Case {
         const char* label;
         std::vector<Text> parts;

@@ -21,7 +21,7 @@ void Show(TestMachine& desk, frmAbout& about, const std::function<void(frmAbout&
     about.Display();
 }
 
-TEST(frmAbout, ShowsTitleVersionAndMaker) {
+TEST(frmAboutTest, ShowsTitleVersionAndMaker) {
     TestMachine desk;
     frmAbout about(desk.g);
     Show(desk, about, [](frmAbout& form) {
@@ -35,18 +35,18 @@ TEST(frmAbout, ShowsTitleVersionAndMaker) {
     });
 }
 
-TEST(frmAbout, OpensInTheMiddleOfTheScreen) {
+TEST(frmAboutTest, OpensInTheMiddleOfTheScreen) {
     TestMachine desk;
     frmAbout about(desk.g);
     EXPECT_FALSE(about.OwnPlace().has_value());
 }
 
-TEST(frmAbout, VersionNumbersArePlainDecimals) {
+TEST(frmAboutTest, VersionNumbersArePlainDecimals) {
     EXPECT_EQ(frmAbout::VersionText(6, 1, 400), "6.1 Build 400");
     EXPECT_EQ(frmAbout::VersionText(6, 10, 0), "6.10 Build 0");
 }
 
-TEST(frmAbout, MakersDataAreSixLinesWithTelephoneAndFax) {
+TEST(frmAboutTest, MakersDataAreSixLinesWithTelephoneAndFax) {
     Text info(maker::CompanyInfo);
     std::vector<Text> lines;
     for (std::size_t end = info.find(CrLf); end != Text::npos; end = info.find(CrLf)) {
@@ -60,7 +60,7 @@ TEST(frmAbout, MakersDataAreSixLinesWithTelephoneAndFax) {
     EXPECT_THAT(lines[5], StartsWith("Fax: "));
 }
 
-TEST(frmAbout, WebsiteOpensTheTextThatIsShown) {
+TEST(frmAboutTest, WebsiteOpensTheTextThatIsShown) {
     TestMachine desk;
     frmAbout about(desk.g);
     Show(desk, about, [](frmAbout& form) {
@@ -70,7 +70,7 @@ TEST(frmAbout, WebsiteOpensTheTextThatIsShown) {
     EXPECT_THAT(desk.shell.opened, ElementsAre("https://shown.example.com/a b"));
 }
 
-TEST(frmAbout, EmailOpensAMailWithTheTitleAsSubjectAndNothingEscaped) {
+TEST(frmAboutTest, EmailOpensAMailWithTheTitleAsSubjectAndNothingEscaped) {
     TestMachine desk;
     frmAbout about(desk.g);
     Show(desk, about, [](frmAbout& form) {
@@ -80,7 +80,7 @@ TEST(frmAbout, EmailOpensAMailWithTheTitleAsSubjectAndNothingEscaped) {
     EXPECT_THAT(desk.shell.opened, ElementsAre("mailto:help desk@example.com?Subject=KDLimitDesk&Body="));
 }
 
-TEST(frmAbout, NothingIsSaidWhetherALinkOpensOrNot) {
+TEST(frmAboutTest, NothingIsSaidWhetherALinkOpensOrNot) {
     TestMachine desk;
     frmAbout about(desk.g);
     Show(desk, about, [](frmAbout& form) {
@@ -90,7 +90,7 @@ TEST(frmAbout, NothingIsSaidWhetherALinkOpensOrNot) {
     EXPECT_THAT(desk.toolkit.log, ElementsAre("form frmAbout"));
 }
 
-TEST(frmAbout, EachShowingFillsTheLabelsAnew) {
+TEST(frmAboutTest, EachShowingFillsTheLabelsAnew) {
     TestMachine desk;
     frmAbout about(desk.g);
     Show(desk, about, [](frmAbout& form) {
@@ -105,7 +105,7 @@ TEST(frmAbout, EachShowingFillsTheLabelsAnew) {
     });
 }
 
-TEST(frmAbout, EachShowingBeginsWhereTheFirstOneDid) {
+TEST(frmAboutTest, EachShowingBeginsWhereTheFirstOneDid) {
     TestMachine desk;
     frmAbout about(desk.g);
     Show(desk, about, [](frmAbout&) {});

@@ -11,9 +11,9 @@
 namespace kd {
 namespace {
 
-struct frmKDLimitDeskLoad : testing::Test, MainFormDesk {};
+struct frmKDLimitDeskLoadTest : testing::Test, MainFormDesk {};
 
-TEST_F(frmKDLimitDeskLoad, WindowIsPaintedWithTheGridLaidOutAndEmpty) {
+TEST_F(frmKDLimitDeskLoadTest, WindowIsPaintedWithTheGridLaidOutAndEmpty) {
     Load();
     desk.Panel1.SetCaption("old");
     desk.ProgressBar1.SetValue(50);
@@ -36,7 +36,7 @@ TEST_F(frmKDLimitDeskLoad, WindowIsPaintedWithTheGridLaidOutAndEmpty) {
     EXPECT_EQ(pass, 5) << "three to paint, one for the application, one at the end";
 }
 
-TEST_F(frmKDLimitDeskLoad, LoadTellsItsProgress) {
+TEST_F(frmKDLimitDeskLoadTest, LoadTellsItsProgress) {
     globals.gMasterFiles->Add(Install("/apps/a.kdt"), true);
     globals.gMasterFiles->Add(Install("/apps/b.kdt"), true);
     std::vector<std::pair<double, Text>> seen;
@@ -50,7 +50,7 @@ TEST_F(frmKDLimitDeskLoad, LoadTellsItsProgress) {
     EXPECT_EQ(desk.Panel2.Caption(), done) << "it stays";
 }
 
-TEST_F(frmKDLimitDeskLoad, LaterLoadDropsRowsFiltersMarksAndTheCurrentCell) {
+TEST_F(frmKDLimitDeskLoadTest, LaterLoadDropsRowsFiltersMarksAndTheCurrentCell) {
     Load(aField().Usl(5));
     TypeUsl("6");
     ASSERT_TRUE(desk.Grid.FinishEdit());
@@ -70,7 +70,7 @@ TEST_F(frmKDLimitDeskLoad, LaterLoadDropsRowsFiltersMarksAndTheCurrentCell) {
     EXPECT_FALSE(globals.gFiles->Ref(1).ChangesMade());
 }
 
-TEST_F(frmKDLimitDeskLoad, LoadLeavesShowAllPropertiesTickedAndHidesTheirColumns) {
+TEST_F(frmKDLimitDeskLoadTest, LoadLeavesShowAllPropertiesTickedAndHidesTheirColumns) {
     Load();
     EXPECT_FALSE(desk.mnuShowAll.Checked()) << "not ticked when the program starts";
     desk.mnuShowAll.SetChecked(true);
@@ -80,7 +80,7 @@ TEST_F(frmKDLimitDeskLoad, LoadLeavesShowAllPropertiesTickedAndHidesTheirColumns
     EXPECT_TRUE(desk.Grid.ColHidden(cnUnits - 1));
 }
 
-TEST_F(frmKDLimitDeskLoad, StoppedLoadPutsPointerRedrawAndProgressBack) {
+TEST_F(frmKDLimitDeskLoadTest, StoppedLoadPutsPointerRedrawAndProgressBack) {
     globals.gMasterFiles->Add(Install("/apps/a.kdt"), true);
     globals.gMasterFiles->Add(Install("/apps/b.kdt", aField().Length(2).Decimals(2)), true);
     ExpectAdmin(Ok);

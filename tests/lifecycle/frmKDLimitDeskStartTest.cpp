@@ -19,11 +19,11 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-struct frmKDLimitDeskStart : testing::Test, MainFormDesk {
+struct frmKDLimitDeskStartTest : testing::Test, MainFormDesk {
     bool Start() { return form.Form_Load(42); }
 };
 
-TEST_F(frmKDLimitDeskStart, RunsItsStepsInOrder) {
+TEST_F(frmKDLimitDeskStartTest, RunsItsStepsInOrder) {
     disk.Put(Settings, SettingsText({Install("/apps/plant.kdt")}));
     ExpectAdmin(Ok);
     EXPECT_TRUE(Start());
@@ -47,7 +47,7 @@ TEST_F(frmKDLimitDeskStart, RunsItsStepsInOrder) {
     EXPECT_EQ(globals.gFields->Count(), 1);
 }
 
-TEST_F(frmKDLimitDeskStart, WhatStandsAtEachStep) {
+TEST_F(frmKDLimitDeskStartTest, WhatStandsAtEachStep) {
     struct Moment {
         Text caption;
         Text rules;
@@ -87,7 +87,7 @@ TEST_F(frmKDLimitDeskStart, WhatStandsAtEachStep) {
 // --- settings
 // ------------------------------------------------------------------------------------------------
 
-TEST_F(frmKDLimitDeskStart, WithoutTheUsersFileTheOneBesideTheProgramIsReadAndTheUsersWritten) {
+TEST_F(frmKDLimitDeskStartTest, WithoutTheUsersFileTheOneBesideTheProgramIsReadAndTheUsersWritten) {
     const std::string bytes = "[files]\r\nfile=/b.kdt\r\nfile=/a.kdt\r\n[RECENTS]\r\nRecent=milk\r\n";
     disk.Put(Fallback, bytes);
     ExpectAdmin([&](frmApplicationAdmin& admin) {
@@ -110,7 +110,7 @@ TEST_F(frmKDLimitDeskStart, WithoutTheUsersFileTheOneBesideTheProgramIsReadAndTh
 // --- what ends the program
 // -----------------------------------------------------------------------------------
 
-TEST_F(frmKDLimitDeskStart, WithoutAnIdentityTheProgramEndsSilentlyBeforeTheDialog) {
+TEST_F(frmKDLimitDeskStartTest, WithoutAnIdentityTheProgramEndsSilentlyBeforeTheDialog) {
     struct Case {
         const char* label;
         bool loginRequired;
@@ -137,7 +137,7 @@ TEST_F(frmKDLimitDeskStart, WithoutAnIdentityTheProgramEndsSilentlyBeforeTheDial
     }
 }
 
-TEST_F(frmKDLimitDeskStart, LoginIsOwnedByTheMainWindow) {
+TEST_F(frmKDLimitDeskStartTest, LoginIsOwnedByTheMainWindow) {
     orderedSuite.loginRequired = true;
     orderedSuite.login = {"bert", true};
     ExpectAdmin(CancelIt);
@@ -146,7 +146,7 @@ TEST_F(frmKDLimitDeskStart, LoginIsOwnedByTheMainWindow) {
     EXPECT_EQ(globals.gUserName, "bert");
 }
 
-TEST_F(frmKDLimitDeskStart, CancellingTheFirstDialogEndsSilentlyAndTheSettingsStay) {
+TEST_F(frmKDLimitDeskStartTest, CancellingTheFirstDialogEndsSilentlyAndTheSettingsStay) {
     disk.Put(Settings, SettingsText({"/a.kdt", "/b.kdt"}));
     ExpectAdmin([](frmApplicationAdmin& admin) {
         admin.Grid.SetIsSelected(1, true);
@@ -160,14 +160,14 @@ TEST_F(frmKDLimitDeskStart, CancellingTheFirstDialogEndsSilentlyAndTheSettingsSt
     EXPECT_FALSE(globals.gStartingUp);
 }
 
-TEST_F(frmKDLimitDeskStart, ClosingTheFirstDialogByItsFrameEndsTheProgramToo) {
+TEST_F(frmKDLimitDeskStartTest, ClosingTheFirstDialogByItsFrameEndsTheProgramToo) {
     disk.Put(Settings, SettingsText({"/a.kdt"}));
     ExpectAdmin([](frmApplicationAdmin& admin) { admin.UserClose(); });
     EXPECT_FALSE(Start());
     EXPECT_EQ(globals.gMasterFiles->Count(), 0);
 }
 
-TEST_F(frmKDLimitDeskStart, ApplicationsThatCannotBeOpenedDoNotEndTheProgram) {
+TEST_F(frmKDLimitDeskStartTest, ApplicationsThatCannotBeOpenedDoNotEndTheProgram) {
     disk.Put(Settings, SettingsText({"/missing.kdt"}));
     ExpectAdmin(Ok);
     EXPECT_TRUE(Start());

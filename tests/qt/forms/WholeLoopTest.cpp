@@ -56,19 +56,19 @@ void RunLoop(const QString& base, const QString& extension, std::vector<LimitCha
     }
 }
 
-TEST(WholeLoop, AnApplicationOfGenerationFiveIsLoadedChangedAndCommitted) {
+TEST(WholeLoopTest, AnApplicationOfGenerationFiveIsLoadedChangedAndCommitted) {
     RunLoop("diesel", ".kdt",
             {{"diesel.kdt", 0, "Density at 15 \xC2\xB0\x43", {}, "844.9", {}},
              {"diesel.kdt", 11, "Density at 15 \xC2\xB0\x43", {}, "844.8", "2000"}});
 }
 
-TEST(WholeLoop, AnApplicationOfGenerationSixIsLoadedChangedAndCommitted) {
+TEST(WholeLoopTest, AnApplicationOfGenerationSixIsLoadedChangedAndCommitted) {
     RunLoop("water", ".kdt6",
             {{"water.kdt6", 1, "Lead", {}, "4.5", "2000"},
              {"water.kdt6", 3, "Lead at 90th percentile", {}, ".014", {}}});
 }
 
-TEST(WholeLoop, EveryCommandIsTriedAndTakenBackWithoutATrace) {
+TEST(WholeLoopTest, EveryCommandIsTriedAndTakenBackWithoutATrace) {
     qputenv("USERNAME", "anna");
     const Machine machine("diesel", ".kdt");
     const std::string apps = machine.Apps().toStdString();

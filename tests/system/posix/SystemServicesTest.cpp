@@ -75,7 +75,7 @@ private:
     bool m_made = false;
 };
 
-TEST(SystemLocale, CodePagesOfTheLanguages) {
+TEST(SystemLocaleTest, CodePagesOfTheLanguages) {
     const std::map<int, std::vector<const char*>> pages{
         {1250, {"pl", "cs", "sk", "hu", "sl", "hr", "ro", "sq", "bs"}},
         {1251, {"ru", "uk", "be", "bg", "mk", "sr"}},
@@ -96,7 +96,7 @@ TEST(SystemLocale, CodePagesOfTheLanguages) {
     }
 }
 
-TEST(SystemLocale, TheCodePageIsTheFirstVariablesThatSaysSomething) {
+TEST(SystemLocaleTest, TheCodePageIsTheFirstVariablesThatSaysSomething) {
     const Variables variables;
     EXPECT_EQ(SystemLocale().CodePage().Number(), 1252);
     Variables::Set("LANG", "pl_PL.UTF-8");
@@ -109,14 +109,14 @@ TEST(SystemLocale, TheCodePageIsTheFirstVariablesThatSaysSomething) {
     EXPECT_EQ(SystemLocale().CodePage().Number(), 1251);
 }
 
-TEST(SystemLocale, TheSeparatorIsAPointWithoutALocale) {
+TEST(SystemLocaleTest, TheSeparatorIsAPointWithoutALocale) {
     const Variables variables;
     EXPECT_EQ(SystemLocale().DecimalSeparator(), '.');
     Variables::Set("LC_ALL", "no_such_locale");
     EXPECT_EQ(SystemLocale().DecimalSeparator(), '.');
 }
 
-TEST(SystemLocale, TheSeparatorIsThatOfTheEnvironmentAtTheStart) {
+TEST(SystemLocaleTest, TheSeparatorIsThatOfTheEnvironmentAtTheStart) {
     const Variables variables;
     const CommaLocale made;
     if (!made.IsMade()) {
@@ -135,7 +135,7 @@ TEST(SystemLocale, TheSeparatorIsThatOfTheEnvironmentAtTheStart) {
     EXPECT_STREQ(::localeconv()->decimal_point, ".");
 }
 
-TEST(SystemClock, NowIsTheWallClockOfTheUsersZone) {
+TEST(SystemClockTest, NowIsTheWallClockOfTheUsersZone) {
     const Variables variables;
     Variables::Set("TZ", "UTC-5:30");
     ::tzset();
@@ -155,19 +155,19 @@ TEST(SystemClock, NowIsTheWallClockOfTheUsersZone) {
     EXPECT_GE(text(at(after)), now);
 }
 
-TEST(SystemEnvironment, AVariableThatIsMissingIsEmpty) {
+TEST(SystemEnvironmentTest, AVariableThatIsMissingIsEmpty) {
     const Variables variables;
     EXPECT_EQ(SystemEnvironment().Variable("USERNAME"), "");
     Variables::Set("USERNAME", "anna");
     EXPECT_EQ(SystemEnvironment().Variable("USERNAME"), "anna");
 }
 
-TEST(SystemEnvironment, TheProgramsPathIsGivenOrFoundOut) {
+TEST(SystemEnvironmentTest, TheProgramsPathIsGivenOrFoundOut) {
     EXPECT_EQ(SystemEnvironment("/opt/kd/KDLimitDesk").ProgramPath(), "/opt/kd/KDLimitDesk");
     EXPECT_EQ(SystemEnvironment().ProgramPath(), std::filesystem::read_symlink("/proc/self/exe").string());
 }
 
-TEST(SystemEnvironment, TheUsersNameIsTheAccountsWhereNoneIsSet) {
+TEST(SystemEnvironmentTest, TheUsersNameIsTheAccountsWhereNoneIsSet) {
     const Variables variables;
     const passwd* account = ::getpwuid(::getuid());
     ASSERT_NE(account, nullptr);
@@ -176,7 +176,7 @@ TEST(SystemEnvironment, TheUsersNameIsTheAccountsWhereNoneIsSet) {
     EXPECT_EQ(SystemEnvironment().Variable("USERNAME"), name);
 }
 
-TEST(SystemEnvironment, AUsersNameThatIsSetStaysAlsoWhenEmpty) {
+TEST(SystemEnvironmentTest, AUsersNameThatIsSetStaysAlsoWhenEmpty) {
     const Variables variables;
     Variables::Set("USERNAME", "anna");
     ProvideUserName();

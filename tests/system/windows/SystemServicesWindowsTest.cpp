@@ -36,7 +36,7 @@ TEST(CodePageTest, EveryByteIsTheLetterThatTheSystemMakesOfIt) {
     }
 }
 
-TEST(SystemLocale, TheCodePageIsTheSystemsWhereItIsASingleByteOne) {
+TEST(SystemLocaleTest, TheCodePageIsTheSystemsWhereItIsASingleByteOne) {
     const int expected = static_cast<int>(::GetACP());
     if (expected == CP_UTF8) {
         GTEST_SKIP() << "this machine is set to UTF-8 throughout";
@@ -47,7 +47,7 @@ TEST(SystemLocale, TheCodePageIsTheSystemsWhereItIsASingleByteOne) {
     }
 }
 
-TEST(SystemLocale, TheSeparatorIsTheUsers) {
+TEST(SystemLocaleTest, TheSeparatorIsTheUsers) {
     char separator[8] = {};
     ASSERT_GT(::GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, separator, 8), 0);
     EXPECT_EQ(SystemLocale().DecimalSeparator(), separator[0]);
@@ -72,7 +72,7 @@ private:
     wchar_t m_own[8] = {};
 };
 
-TEST(SystemLocale, AnotherSeparatorThatTheUserChoosesIsSeenAtOnceAndTheCodePageStays) {
+TEST(SystemLocaleTest, AnotherSeparatorThatTheUserChoosesIsSeenAtOnceAndTheCodePageStays) {
     static std::uint64_t now = 1;
     const auto real = std::exchange(windows::Ticks, [] { return now; });
     const Scope restored([&] { windows::Ticks = real; });
@@ -92,7 +92,7 @@ TEST(SystemLocale, AnotherSeparatorThatTheUserChoosesIsSeenAtOnceAndTheCodePageS
     }
 }
 
-TEST(SystemLocale, TheClockThatSaysWhenToAskAgainGoesOn) {
+TEST(SystemLocaleTest, TheClockThatSaysWhenToAskAgainGoesOn) {
     const std::uint64_t start = windows::Ticks();
     while (windows::Ticks() == start) {
         (void)::SwitchToThread();
@@ -100,7 +100,7 @@ TEST(SystemLocale, TheClockThatSaysWhenToAskAgainGoesOn) {
     EXPECT_GT(windows::Ticks(), start);
 }
 
-TEST(SystemClock, NowIsTheWallClock) {
+TEST(SystemClockTest, NowIsTheWallClock) {
     const auto text = [](const DateTime& moment) { return DateText(moment) + " " + TimeText(moment); };
     const auto system = [&] {
         SYSTEMTIME now{};
@@ -113,7 +113,7 @@ TEST(SystemClock, NowIsTheWallClock) {
     EXPECT_GE(system(), now);
 }
 
-TEST(SystemEnvironment, AVariableIsTextWhateverTheCodePage) {
+TEST(SystemEnvironmentTest, AVariableIsTextWhateverTheCodePage) {
     EXPECT_EQ(SystemEnvironment().Variable("KD_NOT_SET"), "");
     const Text value = "Łódź Проба";
     ASSERT_NE(::SetEnvironmentVariableW(L"KD_TEST_VARIABLE", windows::Wide(value).c_str()), 0);
@@ -123,14 +123,14 @@ TEST(SystemEnvironment, AVariableIsTextWhateverTheCodePage) {
     EXPECT_EQ(SystemEnvironment().Variable("KD_TEST_VARIABLE"), Text(2000, 'x'));
 }
 
-TEST(SystemEnvironment, TheProgramsPathIsGivenOrFoundOut) {
+TEST(SystemEnvironmentTest, TheProgramsPathIsGivenOrFoundOut) {
     EXPECT_EQ(SystemEnvironment("C:\\KD\\KDLimitDesk.exe").ProgramPath(), "C:\\KD\\KDLimitDesk.exe");
     const Text found = SystemEnvironment().ProgramPath();
     EXPECT_NE(found.find(":\\"), Text::npos) << found;
     EXPECT_NE(::GetFileAttributesW(windows::Wide(found).c_str()), INVALID_FILE_ATTRIBUTES) << found;
 }
 
-TEST(SystemEnvironment, TheUsersNameIsTheAccountsWhereNoneIsSet) {
+TEST(SystemEnvironmentTest, TheUsersNameIsTheAccountsWhereNoneIsSet) {
     ASSERT_NE(::SetEnvironmentVariableW(L"USERNAME", L"anna"), 0);
     ProvideUserName();
     EXPECT_EQ(SystemEnvironment().Variable("USERNAME"), "anna");

@@ -1,0 +1,261 @@
+#include "qt/forms/FormDialog.h"
+
+#include <QLineEdit>
+#include <QMoveEvent>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <optional>
+
+#include "qt/Screen.h"
+#include "qt/forms/Binders.h"
+#include "qt/services/QtToolkit.h"
+
+namespace kd {
+namespace {
+
+struct PlainForm : Form {
+    PlainForm() : Form("frmPlain") { SetCaption("Plain"); }
+    void UserClose() override {
+        ++closes;
+        Form::UserClose();
+    }
+    int closes = 0;
+    Button cmdOk{"cmdOk"};
+    Button cmdCancel{"cmdCancel"};
+    TextBox txtFind{"txtFind"};
+    bool withCancel = true;
+    std::optional<QMargins> frame;  // that the desktop tells instead of its own
+    std::optional<QRect> second;    // another screen of the desktop
+};
+
+class PlainDialog : public FormDialog {
+public:
+    PlainDialog(PlainForm& form, EventBoundary& boundary, QWidget* parent)
+        : FormDialog(form, boundary, parent), m_plain(form) {
+        auto* const layout = new QVBoxLayout(this);
+        auto* const text = new QLineEdit(this);
+        auto* const ok = new QPushButton(this);
+        auto* const cancel = new QPushButton(this);
+        new TextBoxBinder(form.txtFind, *text, boundary);
+        new ButtonBinder(form.cmdOk, *ok, boundary);
+        new ButtonBinder(form.cmdCancel, *cancel, boundary);
+        for (QWidget* const widget : std::initializer_list<QWidget*>{text, ok, cancel}) {
+            layout->addWidget(widget);
+        }
+        SetButtons(ok, form.withCancel ? cancel : nullptr);
+    }
+
+protected:
+    QMargins Frame() const override { return m_plain.frame ? *m_plain.frame : FormDialog::Frame(); }
+    std::vector<Room> Rooms() const override {
+        std::vector<Room> rooms = FormDialog::Rooms();
+        if (m_plain.second) {
+            rooms.push_back({*m_plain.second, *m_plain.second});
+        }
+        return rooms;
+    }
+
+private:
+    PlainForm& m_plain;
+};
+
+class FormDialogTest : public testing::Test {
+protected:
+    QtToolkit toolkit;
+    PlainForm form;
+    int oks = 0;
+    int cancels = 0;
+
+    void SetUp() override {
+        toolkit.Register<PlainForm, PlainDialog>();
+        form.cmdOk.Click = [this] {
+            ++oks;
+            form.Hide();
+        };
+        form.cmdCancel.Click = [this] {
+            ++cancels;
+            form.Hide();
+        };
+    }
+    void Show(const std::function<void(QWidget&)>& user) {
+        NextModal next(user);
+        toolkit.ShowModal(form);
+        EXPECT_FALSE(form.Shown());
+    }
+};
+
+TEST_F(FormDialogTest, WindowBearsNameAndCaptionAndEndsWhenTheFormHides) {
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.objectName(), "frmPlain");
+        EXPECT_EQ(window.windowTitle(), "Plain");
+        form.SetCaption("Other");
+        EXPECT_EQ(window.windowTitle(), "Other");
+        EXPECT_TRUE(form.Shown());
+        form.Hide();
+    });
+    EXPECT_FALSE(form.OnHide);
+}
+
+TEST_F(FormDialogTest, EnterPressesTheDefaultButtonAndEscTheCancelButton) {
+    Show([&](QWidget&) { Press(Qt::Key_Return); });
+    EXPECT_EQ(oks, 1);
+    Show([&](QWidget&) { Press(Qt::Key_Escape); });
+    EXPECT_EQ(cancels, 1);
+    EXPECT_EQ(form.closes, 0);
+}
+
+TEST_F(FormDialogTest, EscDoesNothingWithoutACancelButton) {
+    form.withCancel = false;
+    Show([&](QWidget& window) {
+        Press(Qt::Key_Escape);
+        EXPECT_TRUE(window.isVisible());
+        EXPECT_TRUE(form.Shown());
+        form.Hide();
+    });
+    EXPECT_EQ(cancels, 0);
+}
+
+TEST_F(FormDialogTest, FramesCloseIsTheFormsOwn) {
+    Show([&](QWidget& window) { window.close(); });
+    EXPECT_EQ(form.closes, 1);
+    EXPECT_EQ(cancels, 0);
+}
+
+TEST_F(FormDialogTest, StandsInTheMiddleOfTheScreenOrAtItsOwnPlace) {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    Show([&](QWidget& window) {
+        EXPECT_NEAR(window.frameGeometry().center().x(), room.center().x(), 2);
+        EXPECT_NEAR(window.frameGeometry().center().y(), room.center().y(), 2);
+        form.Hide();
+    });
+    form.SetOwnPlace({60, 70});
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.pos(), QPoint(60, 70));
+        form.Hide();
+    });
+    form.SetOwnPlace({30000, 30000});
+    Show([&](QWidget& window) {
+        EXPECT_TRUE(room.contains(window.frameGeometry()));
+        form.Hide();
+    });
+}
+
+TEST_F(FormDialogTest, APlaceOnAnotherScreenIsKeptThereAndInsideIt) {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    form.second = room.translated(room.width(), 0);
+    form.SetOwnPlace({form.second->left() + 60, 70});
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.pos(), QPoint(form.second->left() + 60, 70));
+        form.Hide();
+    });
+    form.SetOwnPlace({form.second->right() - 2, 70});
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.frameGeometry().right(), form.second->right());
+        form.Hide();
+    });
+}
+
+TEST_F(FormDialogTest, AFormShownAgainIsLeftAloneWhileItsTitleBarIsOnAnyScreen) {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect second = room.translated(room.width(), 0);
+    struct Case {
+        const char* label;
+        QPoint left;  // there by the user
+        bool extended;
+        bool stays;
+    };
+    for (const Case& c :
+         {Case{"on the second screen", second.topLeft() + QPoint(100, 50), true, true},
+          Case{"between the two", QPoint(room.right() - 20, 50), true, true},
+          Case{"beyond the edge in part", QPoint(room.right() - 20, 50), false, true},
+          Case{"below the edge in part", QPoint(50, room.bottom() - 5), false, true},
+          Case{"the second screen has gone", second.topLeft() + QPoint(100, 50), false, false},
+          Case{"above the screen", QPoint(50, room.top() - 20), false, false}}) {
+        form.second = second;
+        Show([&](QWidget& window) {
+            window.move(c.left);
+            form.Hide();
+        });
+        if (!c.extended) {
+            form.second.reset();
+        }
+        Show([&](QWidget& window) {
+            EXPECT_EQ(window.pos() == c.left, c.stays) << c.label;
+            EXPECT_TRUE(c.stays || room.contains(window.frameGeometry())) << c.label;
+            form.Hide();
+        });
+        form.Destroy();
+    }
+}
+
+/// The desktop tells a frame late, with a tall title bar; the window's way from where it stood.
+QPoint WayWhenFramed(QWidget& window, PlainForm& form, const QMargins& frame = {6, 48, 6, 6}) {
+    const QPoint before = window.pos();
+    form.frame = frame;
+    QMoveEvent told(before, before);
+    QApplication::sendEvent(&window, &told);
+    return window.pos() - before;
+}
+
+TEST_F(FormDialogTest, AFrameThatIsToldLateCountsAtTheScreensEdgeAndInTheMiddle) {
+    const QPoint end = QGuiApplication::primaryScreen()->availableGeometry().bottomRight() + QPoint(1, 1);
+    form.frame = QMargins();
+    form.SetOwnPlace({30000, 30000});
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.pos() + QPoint(window.width(), window.height()), end);
+        EXPECT_EQ(WayWhenFramed(window, form), QPoint(-12, -54));
+        EXPECT_EQ(WayWhenFramed(window, form), QPoint(0, 0));
+        EXPECT_EQ(WayWhenFramed(window, form, {0, 60, 0, 0}), QPoint(0, 0)) << "once";
+        form.Hide();
+    });
+    PlainForm centred;
+    centred.frame = QMargins();
+    NextModal next([&](QWidget& window) {
+        EXPECT_EQ(WayWhenFramed(window, centred), QPoint(-6, -27));
+        centred.Hide();
+    });
+    toolkit.ShowModal(centred);
+}
+
+TEST_F(FormDialogTest, AFrameThatIsToldLateLeavesAPlaceInsideTheScreenAndTheUsersOwn) {
+    form.frame = QMargins();
+    form.SetOwnPlace({60, 70});
+    Show([&](QWidget& window) {
+        EXPECT_EQ(WayWhenFramed(window, form), QPoint(0, 0));
+        EXPECT_EQ(window.pos(), QPoint(60, 70));
+        window.move(30000, 210);
+        EXPECT_EQ(WayWhenFramed(window, form), QPoint(0, 0));
+        form.Hide();
+    });
+}
+
+TEST_F(FormDialogTest, FormShownAgainHasTheFocusWhereItWas) {
+    Show([&](QWidget& window) {
+        Find(window, "cmdCancel").setFocus();
+        form.Hide();
+    });
+    EXPECT_EQ(form.FocusedControl(), "cmdCancel");
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.focusWidget(), &Find(window, "cmdCancel"));
+        form.Hide();
+    });
+}
+
+TEST_F(FormDialogTest, BoxOverADialogComesBackToIt) {
+    form.cmdOk.Click = [this] {
+        ++oks;
+        toolkit.Say("Find Text must be specified!", BoxIcon::Exclamation);
+    };
+    Show([&](QWidget& window) {
+        {
+            NextModal box([](QWidget& shown) { ClickBoxButton(shown, QMessageBox::Ok); });
+            Click(Find(window, "cmdOk"));
+        }
+        EXPECT_TRUE(window.isVisible());
+        form.Hide();
+    });
+    EXPECT_EQ(oks, 1);
+}
+
+}  // namespace
+}  // namespace kd

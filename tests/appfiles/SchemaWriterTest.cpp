@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <set>
 
 #include "appfiles/FileNames.h"
 #include "appfiles/SchemaHeader.h"
@@ -158,6 +159,17 @@ FieldBuilder EveryKey() {
         .Key("PIVOTFIELD", "70002")
         .Key("STATISTIC", "3")
         .Key("XREF", "xref")
+        .Length(10)
+        .Key("LIMITMETHOD", "2")
+        .Key("TARGETMETHOD", "1")
+        .Min(-2)
+        .Usl(17)
+        .Ucl(16)
+        .Uwl(15)
+        .Tgt(14)
+        .Lwl(13)
+        .Lcl(12)
+        .Lsl(11)
         .Key("SAMPLE", "4")
         .Key("REQUIRED", "P")
         .Key("UCASE", "Y")
@@ -181,26 +193,36 @@ FieldBuilder EveryKey() {
 TEST(SchemaWriterTest, EachKeyHasTheValueOfItsProperty) {
     struct Case {
         const char* type;
-        std::vector<const char*> lines;
+        std::vector<Text> lines;
     };
     const Case cases[] = {
-        {"A",
-         {"NAME         = Weight", "RAWFIELD     = -70001", "PIVOTFIELD   = 70002", "STATISTIC    = 3",
-          "XREF         = xref", "REQUIRED     = P", "REPORTTYPE   = A30", "RULES        = BA",
-          "INPUT        = in", "OUTPUT       = out", "#AVG         = 5", "UNITS        = kg",
-          "CATEGORY     = cat", "HELPFILE     = help", "RELATION     = 001,002", "MAX          = 1000.00"}},
+        {"A", {"NAME         = Weight",  "RAWFIELD     = -70001",  "PIVOTFIELD   = 70002",
+               "STATISTIC    = 3",       "XREF         = xref",    "REQUIRED     = P",
+               "REPORTTYPE   = A30",     "RULES        = BA",      "INPUT        = in",
+               "OUTPUT       = out",     "#AVG         = 5",       "UNITS        = kg",
+               "CATEGORY     = cat",     "HELPFILE     = help",    "RELATION     = 001,002",
+               "MAX          = 1000.00", "MIN          = -2.00",   "TYPE         = A",
+               "LENGTH       = 10",      "DECIMALS     = 2",       "LIMITMETHOD  = 2",
+               "TARGETMETHOD = 1",       "USL          = F17.000", "UCL          = F16.000",
+               "UWL          = F15.000", "TGT          = F14.000", "LWL          = F13.000",
+               "LCL          = F12.000", "LSL          = F11.000"}},
         {"R", {"RANGE        = 6"}},
         {"C", {"CALC         = a=b"}},
         {"T", {"UCASE        = Y", "SAMPLE       = 4"}},
         {"L", {"POPUP        = x,y", "COMPDATA     = 7", "KEYID        = 8", "LOOKUP       = 9"}},
     };
+    std::set<Text> tried;
     for (const Case& c : cases) {
         WriteDesk t("/apps/plant.kdt", 1);
         t.Add(EveryKey().Type(c.type));
         const Text blocks = t.Blocks();
-        for (const char* line : c.lines) {
+        for (const Text& line : c.lines) {
+            tried.insert(line.substr(0, line.find(' ')));
             EXPECT_NE(blocks.find(Text("\r\n   ") + line + "\r\n"), Text::npos) << line << "\n" << blocks;
         }
+    }
+    for (const Property& property : PropertyTable) {
+        EXPECT_TRUE(property.key.empty() || tried.count(Text(property.key)) != 0) << property.key;
     }
 }
 

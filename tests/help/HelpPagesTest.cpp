@@ -160,9 +160,11 @@ TEST(HelpPagesTest, EveryMessageOfTheCommandsIsExplained) {
             if (entry.path().extension() != ".cpp") {
                 continue;
             }
-            // What a box begins with, and all that ends as only messages do.
+            // What a box or a text for one begins with, and all that ends as only messages do.
             const std::string source = TextOf(entry.path());
-            auto texts = AllMatches(source, "(?:Say|RefusalText)\\((?:\\w+,\\s*)?\"([^\"]+)\"");
+            auto texts = AllMatches(
+                source,
+                "(?:(?:Say|MessageBox|RefusalText)\\((?:\\w+,)?|Text \\w+ = (?=\"[A-Z]))\\s*\"([^\"]+)\"");
             const auto exclaimed = AllMatches(source, "\"([A-Z][^\"\\n]*!)\"");
             texts.insert(texts.end(), exclaimed.begin(), exclaimed.end());
             for (const std::string& text : texts) {

@@ -6,7 +6,7 @@
 
 namespace kd {
 
-/// What the command needs of the floor above.
+/// What the command needs of the room above.
 struct AdminHooks {
     std::function<void()> writeSettings;
     std::function<void()> loadAndShow;

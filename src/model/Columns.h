@@ -5,7 +5,7 @@
 /// The numbers of the grid's columns, from 1. What stands in a column, PropertyTable.h says.
 namespace kd {
 
-/// A column keeps its number for good, which is its position on the screen too. A new one comes last.
+/// A column keeps its number for good; its position on the screen, from 0, is one less. A new one comes last.
 enum ColumnNumber : std::int32_t {
     cnID = 1,
     cnFolder = 2,

@@ -9,7 +9,7 @@
 
 namespace kd {
 
-/// All that lives until a load replaces it. Made once in main and afresh in each test; handed down by
+/// All that lives until a load replaces it. Made by Application and afresh in each test; handed down by
 /// reference. A replacement always takes a new object; nothing empties these in place.
 struct Globals {
     explicit Globals(Platform& thePlatform) : platform(thePlatform) {}

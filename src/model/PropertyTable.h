@@ -14,8 +14,8 @@ namespace kd {
 /// How the record keeps a value, and how it becomes the text of a cell or a file and back.
 enum ValueKind : std::uint8_t {
     vkView,          // of the view: no record of a variable has it
-    vkText,          // a TextSlot
-    vkCapitals,      // a TextSlot; what a cell stores goes into capitals
+    vkText,          // a TextSlot or FurtherTextSlot
+    vkCapitals,      // the same; what a cell stores goes into capitals
     vkShort,         // a ShortSlot
     vkLong,          // a LongSlot
     vkBound,         // a BoundSlot

@@ -2,13 +2,13 @@
 
 #include "model/Globals.h"
 
-/// Small helpers that all floors above use.
+/// Small helpers that the rooms above use.
 ///
-/// What stands in this namespace, here and in the headers of other folders: the functions that work on the
-/// globals, on a schema file, on a variable or on names and paths, and belong to no form, record or control:
-/// start, settings, names of files, header, reader and writer, catalogue of columns, conversions. What works
-/// on the desk (commands, filters, view modes, the gate of a cell) stands in kd itself, beside the type that
-/// it takes; base/ has no globals to work on, and so nothing in here.
+/// What stands in this namespace, here and in other headers: functions that work on the globals or a schema
+/// file (start, settings, names of files, header, reader, writer, catalogue of columns, conversions). In kd
+/// stand what works on the desk, all commands, all of base/, and what serves a record, the reader or the
+/// load alone (FieldTexts.h, SchemaKeys.h, SchemaText.h, FileNumbers.h, LoadApplications.h). Where both would
+/// do, a new function goes to kd.
 namespace kd::modKDLimitDesk {
 
 /// The suite's context: made, told the system code and opened on first use, the same object ever after.

@@ -8,7 +8,7 @@
 
 namespace kd {
 
-/// The ground floor of VSFlexGrid: its name, and the road to its screen, which hears of every change at once
+/// The lowest layer of VSFlexGrid: its name, and the road to its screen, which hears of every change at once
 /// or, after bulk work with redraw off, of all of them together.
 class GridOnScreen {
 public:

@@ -27,10 +27,10 @@ struct GridHandlers {
     std::function<Text(std::string_view)> TypedText;
 };
 
-/// The grid as plain state, with a screen side attached to it. It stands on floors, each of which knows
+/// The grid as plain state, with a screen side attached to it. It is built in layers, each of which knows
 /// nothing of those above: GridOnScreen tells the screen, GridColumns and GridTable hold the cells,
 /// GridCursor the current cell and the selection; the cell editor, the pointer and the events are here.
-// Final, and no floor below can be deleted. NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
+// Final, and no layer below can be deleted. NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class VSFlexGrid final : public GridCursor, public GridHandlers {
 public:
     using GridCursor::GridCursor;

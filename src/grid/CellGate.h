@@ -8,8 +8,8 @@ namespace kd {
 /// Whether a text may stand in a cell; `row` and `screenCol` are grid positions.
 bool IsCellValueValid(Desk& desk, std::int32_t row, std::int32_t screenCol, std::string_view text);
 
-/// Stores a text through cField.SetValue, shows the normalised text, marks or unmarks the cell against the
-/// baseline, and flags the view when it differs.
+/// Stores a text through cField.SetValue and shows it normalised. Where the text as it was given differs from
+/// the baseline's, marks the cell and flags the view; else takes the cell's mark away.
 /// @throws cError as cField.SetValue does.
 void SetCellValue(Desk& desk, std::int32_t row, std::int32_t screenCol, std::string_view text);
 

@@ -21,6 +21,7 @@ class Unsettled;
 namespace posix {
 class Descriptor;
 struct KeptFolders;
+class OwnOutputs;
 class Unsettled;
 }  // namespace posix
 #endif
@@ -95,6 +96,7 @@ private:
 #else
     std::unique_ptr<posix::Unsettled> m_unsettled;
     std::unique_ptr<posix::KeptFolders> m_keptFolders;
+    std::shared_ptr<posix::OwnOutputs> m_ownOutputs;
 #endif
 };
 

@@ -5,8 +5,11 @@
 #include <sys/statvfs.h>
 #include <sys/wait.h>
 
+#include <cerrno>
+
 #include "base/Scope.h"
 #include "faults/RealFolder.h"
+#include "system/posix/FailingCalls.h"
 
 namespace kd {
 namespace {
@@ -235,6 +238,19 @@ TEST_F(LimitsTest, TwoNamesOfOneFileInACommitAreSavedOneAfterTheOther) {
             EXPECT_EQ(RealFolder::Get(first), RealFolder::Get(second));
             EXPECT_NE(RealFolder::Get(first).find("= v1x1\r\n"), std::string::npos);
         }
+    }
+}
+
+// They share their temporary file by two names of it, and nothing else tells that.
+TEST_F(LimitsTest, ViewsOfAFolderThatIsKnownByTwoNamesAreSavedEachWithItsOwnTextAlsoWhereThereAreNoLocks) {
+    fs::create_directory_symlink(folder.path, folder.path + "/other");
+    scene.g.gFiles->Ref(3).SetFilename(folder.path + "/other/plant.kdt");
+    FailingCalls calls;
+    calls.FailEach("flock", ENOLCK);
+    scene.Commit();
+    EXPECT_EQ(scene.toolkit.boxes, Boxes{AllSaved});
+    for (std::int32_t view = 0; view < CommitScene::Views; ++view) {
+        ExpectNew(view);
     }
 }
 

@@ -68,6 +68,18 @@ bool IsStillThere(int fd, const Text& path, struct stat& open) noexcept {
            open.st_ino == named.st_ino;
 }
 
+FileState StateOf(const struct stat& status) noexcept {
+#ifdef __APPLE__
+    const timespec& written = status.st_mtimespec;
+#else
+    const timespec& written = status.st_mtim;
+#endif
+    constexpr std::int64_t NanosecondsInASecond = 1000000000;
+    return {{status.st_dev, status.st_ino},
+            static_cast<std::uint64_t>(status.st_size),
+            std::int64_t{written.tv_sec} * NanosecondsInASecond + written.tv_nsec};
+}
+
 bool Keep(int fd) noexcept {
     return ::flock(fd, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }

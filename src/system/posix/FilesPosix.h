@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "base/Text.h"
+#include "platform/Files.h"
 
 /// The system's calls, with the failures of the house. Only for the sources beside this header.
 namespace kd::posix {
@@ -57,6 +58,9 @@ bool IsPresent(const Text& path) noexcept;
 
 /// Whether the open file or folder is still the one of that name; `open` tells about it.
 bool IsStillThere(int fd, const Text& path, struct stat& open) noexcept;
+
+/// Which file the system has told about, and in which state.
+FileState StateOf(const struct stat& status) noexcept;
 
 /// Keeps an open file or folder from other programs that ask the same, as long as it is open; false where one
 /// of them keeps it. A file system without locks keeps nothing, and says yes.

@@ -8,26 +8,31 @@
 
 #include "platform/Files.h"
 #include "system/posix/FilesPosix.h"
+#include "system/posix/OwnOutputs.h"
 #include "system/posix/ReplacePosix.h"
 #include "system/posix/UnsettledPosix.h"
 
 namespace kd::posix {
+
+/// What a file that is written anew has beside itself.
+struct KeptOutput {
+    Descriptor lock;  // a second one of a file that is kept from others as long as it is open here
+    OwnOutput own;
+    OtherName otherName;  // for the path of TakeRightsOf
+};
 
 /// A file of the system, open for writing.
 class PosixOutput : public OutputFile {
 public:
     enum class Kind { Fresh, Appended };
 
-    /// `lock` is a second descriptor of a file that is kept from others as long as the object lives or until
-    /// it lets them in. `otherName` is for the path of TakeRightsOf.
-    PosixOutput(Unsettled& unsettled, Descriptor file, Text path, Kind kind, Descriptor lock = Descriptor(),
-                OtherName otherName = {})
+    /// `kept` is for a fresh one, which is kept as long as the object lives or until it lets others in.
+    PosixOutput(Unsettled& unsettled, Descriptor file, Text path, Kind kind, KeptOutput kept = KeptOutput())
         : m_unsettled(unsettled),
           m_file(std::move(file)),
-          m_lock(std::move(lock)),
+          m_kept(std::move(kept)),
           m_path(std::move(path)),
-          m_kind(kind),
-          m_otherName(std::move(otherName)) {}
+          m_kind(kind) {}
 
     void Write(std::string_view bytes) override {
         std::size_t written = 0;
@@ -58,12 +63,14 @@ public:
         Close();
     }
     FileState TakeRightsOf(std::string_view path) noexcept override {
-        return TakeOverRightsOf(m_file.Get(), path, m_otherName);
+        return TakeOverRightsOf(m_file.Get(), path, m_kept.otherName);
     }
 
     void Unlock() noexcept override {
-        if (m_lock.IsOpen()) {
-            (void)::flock(m_lock.Get(), LOCK_UN);  // fails for a descriptor that is none only
+        struct stat left {};
+        if (m_kept.lock.IsOpen()) {
+            m_kept.own.LetGo(::fstat(m_kept.lock.Get(), &left) == 0 ? StateOf(left) : FileState());
+            (void)::flock(m_kept.lock.Get(), LOCK_UN);  // fails for a descriptor that is none only
         }
     }
 
@@ -80,10 +87,9 @@ private:
 
     Unsettled& m_unsettled;
     Descriptor m_file;
-    Descriptor m_lock;
+    KeptOutput m_kept;
     Text m_path;
     Kind m_kind;
-    OtherName m_otherName;
 };
 
 }  // namespace kd::posix

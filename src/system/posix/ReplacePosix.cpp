@@ -355,18 +355,6 @@ void ReplaceWhole(const char* operation, std::string_view path, std::string_view
 
 namespace {
 
-FileState StateOf(const struct stat& status) noexcept {
-#ifdef __APPLE__
-    const timespec& written = status.st_mtimespec;
-#else
-    const timespec& written = status.st_mtim;
-#endif
-    constexpr std::int64_t NanosecondsInASecond = 1000000000;
-    return {{status.st_dev, status.st_ino},
-            static_cast<std::uint64_t>(status.st_size),
-            std::int64_t{written.tv_sec} * NanosecondsInASecond + written.tv_nsec};
-}
-
 /// That of a file which is open, or could not be opened and may be there all the same.
 FileState StateBy(const Descriptor& file, const Text& path, const struct stat& present) noexcept {
     if (file.IsOpen()) {

@@ -18,6 +18,7 @@
 #include "system/posix/DrivePosix.h"
 #include "system/posix/FilesPosix.h"
 #include "system/posix/OutputPosix.h"
+#include "system/posix/OwnOutputs.h"
 #include "system/posix/ReplacePosix.h"
 #include "system/posix/UnsettledPosix.h"
 
@@ -53,7 +54,8 @@ private:
 SystemFiles::SystemFiles(const CodePage& page)
     : m_page(page),
       m_unsettled(std::make_unique<Unsettled>()),
-      m_keptFolders(std::make_unique<KeptFolders>()) {
+      m_keptFolders(std::make_unique<KeptFolders>()),
+      m_ownOutputs(std::make_shared<OwnOutputs>()) {
     struct sigaction action {};
     if (::sigaction(SIGXFSZ, nullptr, &action) == 0 && (action.sa_flags & SA_SIGINFO) == 0 &&
         action.sa_handler == SIG_DFL) {
@@ -190,10 +192,9 @@ namespace {
 /// A file opened anew at its place, and not yet emptied. One with another name is left to that name. One that
 /// is made is the user's alone until it gets the rights that it is to have: whoever had it open before could
 /// write it for good, and it could not take the place of a file that he may not write.
-Descriptor OpenAnew(const Text& target) {
+Descriptor OpenAnew(const Text& target, struct stat& status) {
     constexpr int Flags = O_WRONLY | O_NOFOLLOW;
     constexpr mode_t Own = 0600;
-    struct stat status {};
     Descriptor file = CreateOrOpen("OpenForOutput", target, Flags, Own, status);
     if (status.st_nlink <= 1) {
         return file;
@@ -211,17 +212,17 @@ Descriptor OpenAnew(const Text& target) {
 
 /// A file that nobody else has in hand, emptied, and kept from others from here on.
 std::unique_ptr<OutputFile> EmptyOutput(Unsettled& unsettled, Descriptor file, const Text& target,
-                                        const struct stat& status, OtherName otherName) {
+                                        const struct stat& status, KeptOutput kept) {
     // Only where there is something to cut: a file that was cut is brought to the disk by its closing.
     if (const int code = status.st_size == 0 ? 0 : CutAt(file.Get(), 0); code != 0) {
         Raise("OpenForOutput", target, code);
     }
-    Descriptor lock(::fcntl(file.Get(), F_DUPFD_CLOEXEC, 0));
-    if (!lock.IsOpen()) {
+    kept.lock = Descriptor(::fcntl(file.Get(), F_DUPFD_CLOEXEC, 0));
+    if (!kept.lock.IsOpen()) {
         Raise("OpenForOutput", target, errno);
     }
     return std::make_unique<PosixOutput>(unsettled, std::move(file), target, PosixOutput::Kind::Fresh,
-                                         std::move(lock), std::move(otherName));
+                                         std::move(kept));
 }
 
 /// Another program may be at the same file, for the moment that a save takes.
@@ -235,14 +236,15 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path, Pa
     // At most once, whoever goes on making files of that name.
     bool hasRemoved = false;
     for (int tries = 1;; ++tries) {
-        Descriptor file = OpenAnew(target);
-        const bool isKept = !Keep(file.Get());
+        Descriptor file = OpenAnew(target, status);
+        const bool isKept = m_ownOutputs->IsOpen(StateOf(status).file) || !Keep(file.Get());
         // One that is gone was another program's, which has done with it.
         const bool isOurs = !isKept && IsStillThere(file.Get(), target, status);
         const bool isForeign = isOurs && status.st_uid != ::geteuid() && !hasRemoved;
         if (isOurs && !isForeign) {
             return EmptyOutput(*m_unsettled, std::move(file), target, status,
-                               [this](const Text& missing) { return Resolved(missing); });
+                               {Descriptor(), OwnOutput(m_ownOutputs, StateOf(status).file),
+                                [this](const Text& missing) { return Resolved(missing); }});
         }
         if (tries >= MostTries || (isKept && patience == Patience::None)) {
             throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, target);
@@ -339,16 +341,22 @@ void SystemFiles::DeleteFile(std::string_view path) {
 
 namespace {
 
+/// Whether nobody keeps an open file. Where there are no locks, that is known of those alone that this
+/// program has let go itself.
+bool IsUnkept(int fd, const FileState& file, const OwnOutputs& own) noexcept {
+    return ::flock(fd, LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && own.IsLetGo(file));
+}
+
 /// Deletes a file that nobody keeps and of which `mayGo` holds.
 template <typename MayGo>
-void DeleteUnkept(std::string_view path, MayGo mayGo) noexcept {
+void DeleteUnkept(std::string_view path, OwnOutputs& own, MayGo mayGo) noexcept {
     try {
         const Text name(path);
         struct stat status {};
         const Descriptor file(Open(name, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
         if (file.IsOpen() && IsStillThere(file.Get(), name, status) && S_ISREG(status.st_mode) &&
-            mayGo(file.Get()) && ::flock(file.Get(), LOCK_EX | LOCK_NB) == 0) {
-            (void)::unlink(name.c_str());  // what cannot be removed stays
+            mayGo(file.Get()) && IsUnkept(file.Get(), StateOf(status), own) && ::unlink(name.c_str()) == 0) {
+            own.Forget(StateOf(status).file);
         }
     } catch (...) {
         // For want of memory: it stays.
@@ -358,11 +366,11 @@ void DeleteUnkept(std::string_view path, MayGo mayGo) noexcept {
 }  // namespace
 
 void SystemFiles::DeleteAbandoned(std::string_view path) noexcept {
-    DeleteUnkept(path, [](int) { return true; });
+    DeleteUnkept(path, *m_ownOutputs, [](int) { return true; });
 }
 
 void SystemFiles::DeleteLeftover(std::string_view path) noexcept {
-    DeleteUnkept(path, LocksReachEverybody);
+    DeleteUnkept(path, *m_ownOutputs, LocksReachEverybody);
 }
 
 }  // namespace kd

@@ -3,6 +3,7 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #ifdef __linux__
 #include <sys/utsname.h>
@@ -167,6 +168,17 @@ int syncfs(int fd) noexcept {
     return Fails("syncfs") ? -1 : real(fd);
 }
 #endif
+
+// Not counted: a drive has locks or has none.
+int flock(int fd, int operation) noexcept {
+    static const auto real = Real<int(int, int)>("flock");
+    const int code = kd::FailingCalls::FailureOf("flock");
+    if (code != 0) {
+        errno = code;
+        return -1;
+    }
+    return real(fd, operation);
+}
 
 int ftruncate(int fd, off_t size) noexcept {
     static const auto real = Real<int(int, off_t)>("ftruncate");

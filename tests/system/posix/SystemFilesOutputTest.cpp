@@ -1,5 +1,8 @@
 #include <sys/resource.h>
 
+#include <cerrno>
+
+#include "system/posix/FailingCalls.h"
 #include "system/posix/SystemFilesFixture.h"
 
 namespace kd {
@@ -146,6 +149,44 @@ TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsTakenWhenItIsLetGo) {
     };
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), 0);
     EXPECT_EQ(pauses, 3);
+}
+
+TEST_F(SystemFilesTest, OutputIsKeptFromItsOwnProgramByAnyNameAlsoWhereThereAreNoLocks) {
+    MakeFolderAt("folder");
+    (void)MakeLink("again", "folder");
+    FailingCalls calls;
+    calls.FailEach("flock", ENOLCK);
+    auto first = files.OpenForOutput(At("folder/a.temp"));
+    first->Write("of one view");
+    first->Close();
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("again/a.temp")); }), errFileAlreadyOpen);
+    EXPECT_EQ(Get(At("folder/a.temp")), "of one view");
+    first->Unlock();
+    EXPECT_EQ(ErrorOf([&] { first = files.OpenForOutput(At("again/a.temp")); }), 0);
+    first.reset();
+    EXPECT_EQ(ErrorOf([&] { first = files.OpenForOutput(At("folder/a.temp")); }), 0);
+}
+
+TEST_F(SystemFilesTest, OutputThatIsLetGoCanBeDeletedAlsoWhereThereAreNoLocksButNothingElseThere) {
+    SystemFiles other(CodePage::Of(1252));
+    FailingCalls calls;
+    calls.FailEach("flock", ENOLCK);
+    for (const char* const name : {"own", "of another", "written since", "in hand"}) {
+        const auto output = (name == Text("of another") ? other : files).OpenForOutput(At(name));
+        output->Write("text");
+        output->Close();
+        if (name != Text("in hand")) {
+            output->Unlock();
+        }
+    }
+    std::ofstream(At("written since"), std::ios::app) << "more";
+    for (const Text& name : Names()) {
+        files.DeleteAbandoned(At(name));
+    }
+    EXPECT_EQ(Names(), (std::set<Text>{"of another", "written since", "in hand"}));
+    (void)Put("own", "");  // of whoever; it may be given the same identity
+    files.DeleteAbandoned(At("own"));
+    EXPECT_TRUE(std::filesystem::exists(At("own")));
 }
 
 TEST_F(SystemFilesTest, AppendAddsAtTheEnd) {

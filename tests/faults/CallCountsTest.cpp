@@ -83,6 +83,35 @@ TEST(CallCountsTest, ACommitFlushesTwiceForEachGroupAndThreeTimesBesides) {
     }
 }
 
+TEST(CallCountsTest, ATargetThatItsNewTextCannotTakeThePlaceOfCostsAFlushMore) {
+    if (!IsFlushedAtOnce()) {
+        GTEST_SKIP() << "on this drive each file is flushed by itself";
+    }
+    enum class Kind : std::uint8_t { WithAnotherName, Link };
+    for (const Kind kind : {Kind::WithAnotherName, Kind::Link}) {
+        SCOPED_TRACE(static_cast<int>(kind));
+        Applications applications(1, 17);
+        applications.Load();
+        applications.EditEach("50");
+        std::filesystem::create_directory(applications.scene.Folder() + "/others");
+        for (const auto& file : *applications.scene.g.gFiles) {
+            const std::filesystem::path path = modKDLimitDesk::SchemaPath(applications.scene.g, *file);
+            const std::filesystem::path other = path.parent_path() / "others" / path.filename();
+            if (kind == Kind::Link) {
+                std::filesystem::rename(path, other);
+                std::filesystem::create_symlink(other, path);
+            } else {
+                std::filesystem::create_hard_link(path, other);
+            }
+        }
+        FailingCalls calls;
+        applications.Commit();
+        const int ofEach = kind == Kind::Link ? 2 : 1;
+        EXPECT_EQ(CountOf(calls, {"fsync"}), ofEach * applications.Files());
+        EXPECT_LE(CountOf(calls, {"syncfs"}), 2 * 2 + 3);
+    }
+}
+
 TEST(CallCountsTest, OnADriveThatOneFlushDoesNotReachEachFileAndEachNameIsFlushedByItself) {
     Applications applications(2, 2);
     applications.Load();

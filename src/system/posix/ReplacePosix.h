@@ -16,10 +16,13 @@ namespace kd::posix {
 /// brought back if that fails.
 /// Whether the new name is flushed as well, which is the folder's, is `flushName`'s to say: many files of one
 /// folder need it once. The target of a link, which may be in any folder, is always flushed with its name.
-/// `source` is the open file that the bytes come from, or -1: it is flushed before the target is written over
-/// in place, for it is then the only place where they stand whole.
+/// `source` is the open file that the bytes come from: it is flushed before the target is written over in
+/// place, for it is then the only place where they stand whole.
 /// @throws cError as Files::CopyFile.
 enum class FlushName : bool { No, Yes };
+/// For a source that is on the disk already, and for bytes that come from none.
+constexpr int AlreadySettled = -1;
+constexpr int NoSource = -1;
 void ReplaceWhole(const char* operation, std::string_view target, std::string_view bytes, FlushName flushName,
                   int source);
 

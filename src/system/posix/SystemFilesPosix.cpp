@@ -307,8 +307,13 @@ bool SystemFiles::MoveSettled(std::string_view source, std::string_view target, 
     if (placing == Placing::NotPossibleHere) {
         struct stat status {};
         const Descriptor file = OpenToRead(source, status);
+        std::string bytes;
+        if (const int code = ReadToEnd(file.Get(), status.st_size, bytes); code != 0) {
+            Raise("MoveSettled", source, code);
+        }
         m_unsettled->AddName(file.Get(), Text(target));
-        Files::MoveOver(source, target);
+        ReplaceWhole("MoveSettled", Resolved(target), bytes, FlushName::No, AlreadySettled);
+        DeleteFile(source);
     }
     return placing != Placing::Changed;
 }
@@ -318,7 +323,7 @@ void SystemFiles::Settle() {
 }
 
 void SystemFiles::ReplaceFile(std::string_view path, std::string_view bytes) {
-    ReplaceWhole("ReplaceFile", Resolved(path), bytes, FlushName::Yes, -1);
+    ReplaceWhole("ReplaceFile", Resolved(path), bytes, FlushName::Yes, NoSource);
 }
 
 void SystemFiles::DeleteFile(std::string_view path) {

@@ -318,7 +318,10 @@ TEST_F(SystemFilesTest, ASettledFileIsNotPutInThePlaceOfALinkOrOfAFileWithSevera
         const FileState seen = text->TakeRightsOf(target);
         text->CloseForSettling();
         files.Settle();
+        FailingCalls calls;
         EXPECT_TRUE(files.MoveSettled(At("a.temp"), target, seen));
+        EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fsync"), hard ? 1 : 2)
+            << "of the file itself, and of the name of what a link leads to";
         EXPECT_EQ(Get(file), hard ? "by its other name" : "through the link");
         EXPECT_EQ(std::filesystem::is_symlink(target), !hard);
         EXPECT_FALSE(std::filesystem::exists(At("a.temp")));

@@ -105,8 +105,8 @@ void SystemFiles::MakeFolder(std::string_view folder) {
 void SystemFiles::MakeKeptFolder(std::string_view folder) {
     constexpr int Tries = 5;
     const Text path(folder);
+    std::vector<Text> names;  // what a try that has to be done again has made stays made
     for (int tries = 1;; ++tries) {
-        std::vector<Text> names;
         MakeAll(path, names);
         Descriptor made(Open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW));
         struct stat status {};

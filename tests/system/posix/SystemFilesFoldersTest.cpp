@@ -244,6 +244,19 @@ TEST_F(SystemFilesTest, AFolderThatAnotherProgramTakesForAnAbandonedOneIsMadeAne
     EXPECT_TRUE(std::filesystem::exists(At("filled")));
 }
 
+#ifdef __linux__
+TEST_F(SystemFilesTest, AFolderThatIsMadeAnewIsSettledWithTheNamesOfThoseAboveItThatWereMadeBefore) {
+    FailingCalls calls;
+    calls.FailEach("fstatfs", EIO);  // each name is then flushed by itself
+    bool wasTaken = false;
+    calls.Before(4, [&] { wasTaken = ::rmdir(At("archives/filled").c_str()) == 0; });
+    files.MakeKeptFolder(At("archives/filled"));
+    ASSERT_TRUE(wasTaken);
+    files.Settle();
+    EXPECT_EQ(calls.Flushed(), (std::vector<std::string>{folder, At("archives")}));
+}
+#endif
+
 TEST_F(SystemFilesTest, TheRootAndTheFolderWhereTheProgramStandsCanBeFlushed) {
     EXPECT_EQ(ErrorOf([&] { files.FlushFolder(""); }), 0);
     EXPECT_EQ(ErrorOf([&] { files.FlushFolder("."); }), 0);

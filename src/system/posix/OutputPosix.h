@@ -24,7 +24,7 @@ struct KeptOutput {
 /// A file of the system, open for writing.
 class PosixOutput : public OutputFile {
 public:
-    enum class Kind { Fresh, Appended };
+    enum class Kind { Fresh, Appended, MadeToAppend };
 
     /// `kept` is for a fresh one, which is kept as long as the object lives or until it lets others in.
     PosixOutput(Unsettled& unsettled, Descriptor file, Text path, Kind kind, KeptOutput kept = KeptOutput())
@@ -37,7 +37,7 @@ public:
     void Write(std::string_view bytes) override {
         std::size_t written = 0;
         if (const int code = WriteAll(m_file.Get(), bytes, written); code != 0) {
-            if (m_kind == Kind::Appended && written > 0) {
+            if (m_kind != Kind::Fresh && written > 0) {
                 CutOff(written);
             }
             Raise("Write", m_path, code);
@@ -59,6 +59,9 @@ public:
             m_unsettled.AddInFolder(m_file.Get(), m_path);  // no link is ever written through
         } else {
             m_unsettled.AddOnce(m_file.Get(), m_path);
+            if (m_kind == Kind::MadeToAppend) {
+                m_unsettled.AddName(m_file.Get(), m_path);
+            }
         }
         Close();
     }

@@ -267,7 +267,9 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
     struct stat status {};
     int code = 0;
     Descriptor file = TryRegular(target, Flags, status, code);
+    auto kind = PosixOutput::Kind::Appended;
     if (code == ENOENT) {
+        kind = PosixOutput::Kind::MadeToAppend;
         if (Text meant = InAnyCase(path, code); !meant.empty()) {
             target = std::move(meant);
         }
@@ -280,7 +282,7 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
     if (code != 0) {
         Raise("OpenForAppend", path, code);
     }
-    return std::make_unique<PosixOutput>(*m_unsettled, std::move(file), target, PosixOutput::Kind::Appended);
+    return std::make_unique<PosixOutput>(*m_unsettled, std::move(file), target, kind);
 }
 
 void SystemFiles::CopyFile(std::string_view source, std::string_view target) {

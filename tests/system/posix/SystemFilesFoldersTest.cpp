@@ -255,6 +255,21 @@ TEST_F(SystemFilesTest, AFolderThatIsMadeAnewIsSettledWithTheNamesOfThoseAboveIt
     files.Settle();
     EXPECT_EQ(calls.Flushed(), (std::vector<std::string>{folder, At("archives")}));
 }
+
+TEST_F(SystemFilesTest, AFileThatIsMadeForWhatIsAddedIsSettledWithItsName) {
+    FailingCalls calls;
+    calls.FailEach("fstatfs", EIO);  // each name is then flushed by itself
+    for (const bool isNew : {true, false}) {
+        const auto before = static_cast<std::ptrdiff_t>(calls.Flushed().size());
+        const auto log = files.OpenForAppend(At("a.KDL"));
+        log->Write("record");
+        log->CloseForSettling();
+        files.Settle();
+        const std::vector<std::string> flushed(calls.Flushed().begin() + before, calls.Flushed().end());
+        EXPECT_EQ(flushed, isNew ? (std::vector<std::string>{At("a.KDL"), folder})
+                                 : std::vector<std::string>{At("a.KDL")});
+    }
+}
 #endif
 
 TEST_F(SystemFilesTest, TheRootAndTheFolderWhereTheProgramStandsCanBeFlushed) {

@@ -318,6 +318,22 @@ void Walker::ClickAHeader() {
     QTest::mouseClick(&cells, Qt::LeftButton, {}, QPoint(Below(std::max(cells.width(), 1)), 5));
 }
 
+namespace {
+
+/// How wide a drag makes a column at the most: a frozen one leaves a column's width to those that scroll, or
+/// stays as wide as it is.
+int MostByHand(const GridWidget& grid, const GridLayout::Column& column) {
+    const GridLayout& layout = grid.Layout();
+    if (!column.frozen || layout.Columns().back().frozen) {
+        return std::numeric_limits<int>::max();
+    }
+    const int others = layout.FrozenWidth() - column.width;
+    const int room = grid.viewport()->width() - others - layout.GetSizes().defaultColWidth;
+    return std::max(room, column.width);
+}
+
+}  // namespace
+
 void Walker::DragADivider() {
     GridWidget& grid = Grid();
     QWidget& cells = *grid.viewport();
@@ -333,13 +349,14 @@ void Walker::DragADivider() {
     }
     Did("divider");
     const int by = Below(200) - 100;
+    const int width = std::max(std::min(column.width + by, MostByHand(grid, column)), LeastColWidth);
     QTest::mousePress(&cells, Qt::LeftButton, {}, edge);
     QMouseEvent move(QEvent::MouseMove, edge + QPoint(by, 0), cells.mapToGlobal(edge + QPoint(by, 0)),
                      Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&cells, &move);
     QTest::mouseRelease(&cells, Qt::LeftButton, {}, edge + QPoint(by, 0));
     ++m_counts["dividers dragged"];
-    if (grid.Grid().ColWidth(column.screenCol) != std::max(column.width + by, LeastColWidth)) {
+    if (grid.Grid().ColWidth(column.screenCol) != width) {
         Fail("a column has another width than it was dragged to");
     }
     if (QApplication::activeModalWidget() != nullptr) {

@@ -3,6 +3,7 @@
 #include <QScrollBar>
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "qt/grid/ColumnWidths.h"
 #include "qt/grid/Funnel.h"
@@ -62,30 +63,39 @@ void GridScroll::FitColumns(std::int32_t first, std::int32_t last) {
     }
 }
 
-int GridScroll::WidthByHand(std::int32_t screenCol, int pixels) const {
-    const int least = OnScreenOf(m_area.logicalDpiX(), LeastColWidth);
+int GridScroll::RoomFor(std::int32_t screenCol) const {
     const GridLayout& layout = Layout();
     const GridLayout::Column* const column = layout.Find(screenCol);
-    if (column != nullptr && column->frozen && !layout.Columns().back().frozen) {
-        // Frozen columns over the whole width would leave nothing to scroll, and no way back.
-        const int others = layout.FrozenWidth() - column->width;
-        pixels = std::min(pixels, m_area.viewport()->width() - others - layout.GetSizes().defaultColWidth);
+    if (column == nullptr || !column->frozen || layout.Columns().back().frozen) {
+        return std::numeric_limits<int>::max();
     }
-    return std::max(pixels, least);
+    // Frozen columns over the whole width would leave nothing to scroll, and no way back.
+    const int others = layout.FrozenWidth() - column->width;
+    return m_area.viewport()->width() - others - layout.GetSizes().defaultColWidth;
+}
+
+void GridScroll::TakeWidth(std::int32_t screenCol, int pixels) {
+    m_byHand.insert(screenCol);
+    m_grid.SetColWidth(screenCol, pixels);
+}
+
+int GridScroll::WidthByHand(int pixels, int most) const {
+    return std::max(std::min(pixels, most), OnScreenOf(m_area.logicalDpiX(), LeastColWidth));
 }
 
 void GridScroll::SizeColumn(std::int32_t screenCol, int pixels) {
-    const int width = WidthByHand(screenCol, pixels);
-    m_byHand.insert(screenCol);
-    m_grid.SetColWidth(screenCol, width);
+    // One that takes more than its room already never becomes narrower by being asked to be wider.
+    const int most = std::max(RoomFor(screenCol), m_grid.ColWidth(screenCol));
+    TakeWidth(screenCol, WidthByHand(pixels, most));
 }
 
 void GridScroll::FitColumn(std::int32_t screenCol) {
     m_byHand.erase(screenCol);
     FitColumns(screenCol, screenCol);
     const int fitting = m_grid.ColWidth(screenCol);
-    if (WidthByHand(screenCol, fitting) != fitting) {
-        SizeColumn(screenCol, fitting);
+    const int width = WidthByHand(fitting, RoomFor(screenCol));
+    if (width != fitting) {
+        TakeWidth(screenCol, width);
     }
 }
 

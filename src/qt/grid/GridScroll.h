@@ -51,7 +51,10 @@ public:
 
 private:
     void FitColumns(std::int32_t first, std::int32_t last);
-    int WidthByHand(std::int32_t screenCol, int pixels) const;
+    /// The width up to which a column may be brought by hand: a frozen one leaves room for those that scroll.
+    int RoomFor(std::int32_t screenCol) const;
+    int WidthByHand(int pixels, int most) const;
+    void TakeWidth(std::int32_t screenCol, int pixels);
     void BuildLayout() const;
     void Queue();
     void Relayout();

@@ -137,6 +137,30 @@ TEST_F(ColumnDividersTest, FrozenColumnsLeaveTenCharactersOfThoseThatScroll) {
     EXPECT_EQ(grid.ColWidth(2), ColumnWidth + 1000) << "one that scrolls is as wide as one likes";
 }
 
+TEST_F(ColumnDividersTest, AFrozenColumnThatIsWiderThanItsRoomOnlyBecomesNarrower) {
+    constexpr int TooWide = 600;  // more than the viewport has
+    Make(5, 8);
+    grid.SetFrozenCols(2);
+    grid.SetColWidth(0, TooWide);
+    grid.Select(1, 0);
+    QApplication::processEvents();
+    Press(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(grid.ColWidth(0), TooWide) << "wider by key";
+    Press(Qt::Key_Left, Qt::AltModifier);
+    const int narrower = grid.ColWidth(0);
+    EXPECT_LT(narrower, TooWide);
+    EXPECT_GT(narrower, Port()->width()) << "by one step alone";
+    grid.SetFrozenCols(1);
+    grid.SetColWidth(0, Port()->width() - 10);  // its divider is in sight, and it leaves less than it should
+    QApplication::processEvents();
+    const int wide = grid.ColWidth(0);
+    Drag(Edge(0), 30);
+    EXPECT_EQ(grid.ColWidth(0), wide) << "wider by a drag";
+    QApplication::processEvents();
+    Drag(Edge(0), -5);
+    EXPECT_EQ(grid.ColWidth(0), wide - 5);
+}
+
 /// On a screen with twice the usual dots.
 class FineGridWidget : public GridWidget {
 public:

@@ -39,6 +39,25 @@ public:
 
     void SizeAColumn() {
         Idle("drag the divider of the variable names", [this] {
+    /// The window that is not maximised stands in the middle of the screen, its frame counted.
+    void RestoreWindow() {
+        if (!m_guide.JudgesPlaces()) {
+            return;
+        }
+        Idle("the window as it is when it does not take the whole screen", [this] {
+            QWidget& window = m_program.Window();
+            window.showNormal();
+            QTest::qWait(SettledMs);
+            const QPoint off = window.frameGeometry().center() - window.screen()->geometry().center();
+            if (off.manhattanLength() > 2) {  // halves are cut, of points that may be several pixels
+                m_guide.Fail("the window stands beside the middle by " + PlaceText(off));
+            }
+            m_guide.SavePicture("24-restored");
+            window.showMaximized();
+            QTest::qWait(SettledMs);
+        });
+    }
+
             m_noted->width = Grid().ColWidth(ColName);
             m_guide.DragDivider(ColName, -60);
         });
@@ -276,3 +295,4 @@ void TryCommands(Guide& guide, Application& program, const LimitChange& variable
 }
 
 }  // namespace kd
+    trial->RestoreWindow();

@@ -16,17 +16,16 @@ namespace kd {
 namespace {
 
 /// Whether any of a window's title bar is to be seen, so that the user can take it from where it is.
-bool InReach(const QRect& outer, const QMargins& frame, const std::vector<FormDialog::Room>& rooms) {
+bool InReach(const QRect& outer, const QMargins& frame, const std::vector<Room>& rooms) {
     const QRect title(outer.topLeft(), QSize(outer.width(), std::max(frame.top(), 1)));
     return std::any_of(rooms.begin(), rooms.end(),
-                       [&](const FormDialog::Room& room) { return room.free.intersects(title); });
+                       [&](const Room& room) { return room.free.intersects(title); });
 }
 
 /// What windows may take of the screen on which a point lies; that of the first screen where it is on none.
-QRect RoomAt(QPoint point, const std::vector<FormDialog::Room>& rooms) {
-    const auto found = std::find_if(rooms.begin(), rooms.end(), [point](const FormDialog::Room& room) {
-        return room.screen.contains(point);
-    });
+QRect RoomAt(QPoint point, const std::vector<Room>& rooms) {
+    const auto found = std::find_if(rooms.begin(), rooms.end(),
+                                    [point](const Room& room) { return room.screen.contains(point); });
     return found != rooms.end() ? found->free : rooms.front().free;
 }
 
@@ -144,12 +143,11 @@ QMargins FormDialog::Frame() const {
     return window != nullptr ? window->frameMargins() : QMargins();
 }
 
-std::vector<FormDialog::Room> FormDialog::Rooms() const {
+std::vector<Room> FormDialog::Rooms() const {
     std::vector<Room> rooms;
     if (const QScreen* const own = screen()) {
         for (const QScreen* const each : own->virtualSiblings()) {
-            const Room room{each->geometry(), each->availableGeometry()};
-            rooms.insert(each == own ? rooms.begin() : rooms.end(), room);
+            rooms.insert(each == own ? rooms.begin() : rooms.end(), RoomOf(*each));
         }
     }
     return rooms;
@@ -165,9 +163,8 @@ QRect FormDialog::Placed(const QMargins& frame, const std::vector<Room>& rooms) 
         outer.moveTopLeft(CornerOf(*own));
         return KeptInside(outer, RoomAt(outer.topLeft(), rooms));
     }
-    outer.setSize(outer.size().boundedTo(rooms.front().free.size()));
-    outer.moveCenter(rooms.front().free.center());
-    return outer;
+    outer.moveCenter(rooms.front().screen.center());
+    return KeptInside(outer, rooms.front().free);
 }
 
 void FormDialog::MoveToPlace(const QMargins& frame) {

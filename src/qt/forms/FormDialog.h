@@ -9,6 +9,7 @@
 #include "platform/Controls.h"
 #include "platform/EventBoundary.h"
 #include "platform/Toolkit.h"
+#include "qt/forms/Room.h"
 
 class QCheckBox;
 class QHBoxLayout;
@@ -28,12 +29,6 @@ class FormDialog : public QDialog {
 public:
     FormDialog(Form& form, EventBoundary& boundary, QWidget* parent);
     ~FormDialog() override;
-
-    /// A screen, and what windows may take of it.
-    struct Room {
-        QRect screen;
-        QRect free;
-    };
 
     /// Esc: presses the cancel button; does nothing where there is none.
     void reject() override;

@@ -5,6 +5,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
+#include <QWindow>
 #include <algorithm>
 
 #include "qt/forms/Binders.h"
@@ -53,7 +54,7 @@ MainWindow::MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit) : m_form(form),
                 this, [this] { AskWaitingClose(); }, Qt::QueuedConnection);
         }
     };
-    PlaceRestored();
+    PlaceRestored(RoomOf(*screen()));
 }
 
 MainWindow::~MainWindow() {
@@ -79,21 +80,30 @@ void MainWindow::BuildStatusBar() {
     }
 }
 
-void MainWindow::PlaceRestored() {
-    const QRect whole = screen()->geometry();
+Room MainWindow::OwnRoom() const {
+    return RoomOf(*screen());
+}
+
+void MainWindow::PlaceRestored(const Room& room) {
+    const QRect& whole = room.screen;
     const QSize wanted(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 48);
-    const QSize size = wanted.boundedTo(screen()->availableGeometry().size() * 9 / 10);
+    const QSize size = wanted.boundedTo(room.free.size() * 9 / 10);
     const QSize framed = size.grownBy(m_toolkit.KnownFrame());
     const Area at = frmKDLimitDesk::Centred(whole.width(), whole.height(), framed.width(), framed.height());
+    const QPoint corner = whole.topLeft() + QPoint(at.left, at.top);
     resize(size);
-    move(whole.left() + at.left, whole.top() + at.top);
+    move(corner);
+    if (QWindow* const window = windowHandle(); window != nullptr && !window->isVisible()) {
+        // A window that the desktop has not framed yet takes the corner for its inside's.
+        window->setFramePosition(corner);
+    }
 }
 
 void MainWindow::ShowForm() {
     if (isVisible()) {
         return;
     }
-    PlaceRestored();  // a dialog has come first: the desktop's frames are known
+    PlaceRestored(OwnRoom());  // a dialog has come first: the desktop's frames are known
     if (m_form.Maximised()) {
         showMaximized();
     } else {

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 
 #include "lifecycle/frmKDLimitDesk.h"
+#include "qt/forms/Room.h"
 #include "qt/services/QtToolkit.h"
 
 class QProgressBar;
@@ -24,12 +25,15 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    /// Of the screen where the window belongs.
+    virtual Room OwnRoom() const;
 
 private:
     void BuildMenuBar();
     void BuildStatusBar();
     void ShowForm();
-    void PlaceRestored();
+    /// Size and place of the window that is not maximised; to be called before it is shown.
+    void PlaceRestored(const Room& room);
     void LayOut();
     void AskWaitingClose();
 

@@ -25,6 +25,7 @@ struct PlainForm : Form {
     TextBox txtFind{"txtFind"};
     bool withCancel = true;
     std::optional<QMargins> frame;  // that the desktop tells instead of its own
+    std::optional<QRect> free;      // what windows may take of the screen
     std::optional<QRect> second;    // another screen of the desktop
 };
 
@@ -49,6 +50,7 @@ protected:
     QMargins Frame() const override { return m_plain.frame ? *m_plain.frame : FormDialog::Frame(); }
     std::vector<Room> Rooms() const override {
         std::vector<Room> rooms = FormDialog::Rooms();
+        rooms.front().free = m_plain.free.value_or(rooms.front().free);
         if (m_plain.second) {
             rooms.push_back({*m_plain.second, *m_plain.second});
         }
@@ -136,6 +138,28 @@ TEST_F(FormDialogTest, StandsInTheMiddleOfTheScreenOrAtItsOwnPlace) {
     form.SetOwnPlace({30000, 30000});
     Show([&](QWidget& window) {
         EXPECT_TRUE(room.contains(window.frameGeometry()));
+        form.Hide();
+    });
+}
+
+TEST_F(FormDialogTest, TheMiddleIsTheScreensAndTheEdgesAreThoseOfWhatIsFree) {
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    form.free = screen.adjusted(100, 120, 0, 0);
+    Show([&](QWidget& window) {
+        EXPECT_NEAR(window.frameGeometry().center().x(), screen.center().x(), 2);
+        EXPECT_NEAR(window.frameGeometry().center().y(), screen.center().y(), 2);
+        form.Hide();
+    });
+    form.Destroy();  // its place is forgotten
+    form.free = QRect(screen.center(), screen.bottomRight());
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.frameGeometry().topLeft(), form.free->topLeft()) << "where the middle is not free";
+        form.Hide();
+    });
+    form.Destroy();
+    form.SetOwnPlace({0, 0});
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.frameGeometry().topLeft(), form.free->topLeft());
         form.Hide();
     });
 }

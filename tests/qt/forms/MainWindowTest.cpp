@@ -171,11 +171,32 @@ TEST_F(MainWindowTest, RequestToCloseDuringAJobIsAskedWhenTheJobIsOver) {
     EXPECT_TRUE(asked);
 }
 
-TEST_F(MainWindowTest, WindowIsShownMaximisedAndHasASensibleSizeWhenRestored) {
-    const QRect room = window.screen()->availableGeometry();
-    EXPECT_TRUE(room.contains(window.geometry()));
-    EXPECT_GE(window.width(), room.width() / 2);
-    EXPECT_NEAR(window.geometry().center().x(), window.screen()->geometry().center().x(), 2);
+TEST_F(MainWindowTest, WindowIsShownMaximisedOnceTheStartHasAskedForIt) {
+    desk.toolkit.ShowModeless(form);
+    EXPECT_FALSE(window.isMaximized());
+    window.hide();
+    desk.suite.loginRequired = true;  // nobody logs in: the start goes no further
+    EXPECT_FALSE(form.Form_Load(1));
+    desk.toolkit.ShowModeless(form);
+    EXPECT_TRUE(window.isMaximized());
+}
+
+/// On a screen of which the desktop keeps much for itself.
+class WindowBesidePanels : public MainWindow {
+public:
+    using MainWindow::MainWindow;
+    static constexpr QRect Whole{0, 0, 700, 600};
+    static constexpr QRect Free{100, 200, 600, 400};
+
+protected:
+    Room OwnRoom() const override { return {Whole, Free}; }
+};
+
+TEST_F(MainWindowTest, RestoredWindowIsCentredOnTheScreenAndNoGreaterThanNineTenthsOfWhatIsFree) {
+    WindowBesidePanels beside(form, desk.toolkit);
+    desk.toolkit.ShowModeless(form);
+    EXPECT_EQ(beside.size(), QSize(540, 360));
+    EXPECT_EQ(beside.pos(), QPoint((700 - 540) / 2, (600 - 360) / 2));
 }
 
 TEST_F(MainWindowTest, FirstPlaceCountsTheFrameThatADialogHasShown) {

@@ -22,10 +22,11 @@ Text WithoutLineEnds(Text text) {
     return text;
 }
 
-/// Puts a file that may not be read in another's place; the other one goes when that is done.
+/// Puts a file that may be neither read nor written in another's place; the other one, of which the same is
+/// so, goes when that is done.
 void RenameOver(Files& files, const Text& from, const Text& to) {
     const Text earlier = to + ".temp";
-    files.DeleteAbandoned(earlier);  // of a run that ended in the middle of this
+    files.RemoveFolder(earlier);  // of a run that ended in the middle of this
     files.Rename(to, earlier);
     try {
         files.Rename(from, to);
@@ -33,7 +34,10 @@ void RenameOver(Files& files, const Text& from, const Text& to) {
         files.Rename(earlier, to);
         throw;
     }
-    files.DeleteAbandoned(earlier);
+    try {
+        files.RemoveFolder(earlier);
+    } catch (const cError&) {  // the next time it goes
+    }
 }
 
 Text AsideOf(const Text& path) {

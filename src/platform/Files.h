@@ -140,7 +140,8 @@ public:
     /// Deletes a file; one that may not be written is refused.
     virtual void DeleteFile(std::string_view path) = 0;
     /// Deletes a file that a program which is gone has left, as far as that can be known: one that another
-    /// program keeps (see OutputFile) stays, and so does anything that is no regular file. Never throws.
+    /// program keeps (see OutputFile) stays, and so does one that the user may not write and anything that is
+    /// no regular file. Never throws.
     virtual void DeleteAbandoned(std::string_view path) noexcept = 0;
     /// The same for a file that a program of any machine may have left: where it cannot be known whether one
     /// on another machine keeps it, it stays.
@@ -167,7 +168,8 @@ public:
     virtual void Rename(std::string_view from, std::string_view to) = 0;
     /// Brings the entries of a folder to the disk itself.
     virtual void FlushFolder(std::string_view folder) = 0;
-    /// Removes a folder with all that is in it. One that is missing is no error.
+    /// Removes a folder with all that is in it, or the file that stands in its place: by the right to the
+    /// folders that hold them, also what may not be written. What is missing is no error.
     virtual void RemoveFolder(std::string_view folder) = 0;
     /// Removes a folder that is empty; any other stays. Never throws.
     virtual void RemoveEmptyFolder(std::string_view folder) noexcept = 0;

@@ -218,7 +218,8 @@ public:
     }
     void DeleteAbandoned(std::string_view path) noexcept override {
         const auto found = m_files.find(Text(path));
-        if (found != m_files.end() && !found->second.special && found->second.lock == nullptr) {
+        if (found != m_files.end() && !found->second.special && !found->second.readOnly &&
+            found->second.lock == nullptr) {
             m_files.erase(found);
         }
     }
@@ -240,7 +241,9 @@ public:
         Step("RemoveFolder", folder);
         m_kept.erase(Text(folder));
         const Text prefix = Text(folder) + "/";
-        std::erase_if(m_files, [&](const auto& file) { return file.first.rfind(prefix, 0) == 0; });
+        std::erase_if(m_files, [&](const auto& file) {
+            return file.first == folder || file.first.rfind(prefix, 0) == 0;
+        });
         std::erase_if(m_folders,
                       [&](const Text& path) { return path == folder || path.rfind(prefix, 0) == 0; });
     }

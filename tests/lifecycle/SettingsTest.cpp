@@ -276,16 +276,35 @@ TEST_F(SettingsTest, AFileThatIsSetAsideTakesThePlaceOfAnEarlierOne) {
     EXPECT_EQ(desk.files.Paths().size(), 1U) << "nothing else is left";
 }
 
-TEST_F(SettingsTest, AFileThatMayNotBeReadIsSetAsideAllTheSame) {
+TEST_F(SettingsTest, FilesThatMayBeNeitherReadNorWrittenAreSetAsideAsOftenAsTheyCome) {
+    const Text aside = Text(Path) + ".old";
+    const auto put = [&](const Text& path, const char* text) {
+        desk.files.Put(path, text);
+        desk.files.SetUnreadable(path);
+        desk.files.SetReadOnly(path);
+    };
+    put(aside + ".temp", "of a run that was cut off");
+    for (const char* const own : {"first", "second", "third"}) {
+        put(Path, own);
+        EXPECT_TRUE(SetAside(desk.files, Path));
+        EXPECT_EQ(desk.files.Get(aside), own);
+        EXPECT_FALSE(desk.files.Has(Path));
+    }
+    EXPECT_EQ(desk.files.Paths().size(), 1U);
+}
+
+TEST_F(SettingsTest, AFileIsSetAsideAlsoWhereTheEarlierOneDoesNotGo) {
     const Text aside = Text(Path) + ".old";
     desk.files.Put(Path, "own");
-    desk.files.SetUnreadable(Path);
     desk.files.Put(aside, "earlier");
-    desk.files.SetUnreadable(aside);
-    desk.files.Put(aside + ".temp", "of a run that was cut off");
+    int removals = 0;
+    desk.files.onStep = [&](const Text& step) {
+        if (step.starts_with("RemoveFolder") && ++removals == 2) {
+            throw cError(errDevice, "Test");
+        }
+    };
     EXPECT_TRUE(SetAside(desk.files, Path));
     EXPECT_EQ(desk.files.Get(aside), "own");
-    EXPECT_EQ(desk.files.Paths().size(), 1U);
 }
 
 TEST_F(SettingsTest, WhereverSettingAsideFailsNoFileIsLost) {

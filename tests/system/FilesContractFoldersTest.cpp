@@ -169,5 +169,12 @@ TEST_P(FilesContractTest, RemoveFolderTakesAllThatIsInIt) {
     EXPECT_EQ(Names(), std::set<Text>{});
 }
 
+TEST_P(FilesContractTest, RemoveFolderTakesAFileInItsPlaceThatMayNotBeWritten) {
+    PutReadOnly("a", "text");
+    Put("ab", "another");
+    files.RemoveFolder(At("a"));
+    EXPECT_EQ(Names(), std::set<Text>{"ab"});
+}
+
 }  // namespace
 }  // namespace kd

@@ -205,6 +205,8 @@ void frmKDLimitDesk::LoadAndShowApplications() {
 }
 
 bool frmKDLimitDesk::Form_QueryUnload() {
+    // A menu may have told of the refused text long before this, so that nobody would know why it is gone.
+    m_desk.toldText.reset();
     LeaveCellEditor(m_desk);  // what stands in it is an edit too
     if (!AnyChanges(m_g)) {
         return true;

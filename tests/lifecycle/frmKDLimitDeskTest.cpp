@@ -512,6 +512,19 @@ TEST(frmKDLimitDeskTest, ARefusedTextInTheEditorIsToldOnceAndGivenUpAtClosing) {
     EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 12.5);
 }
 
+TEST(frmKDLimitDeskTest, ARefusedTextThatAMenuHasToldIsToldAgainWhenTheFramesCloseDropsIt) {
+    RunningDesk desk;
+    desk.grid.Select(1, ColUsl);
+    ASSERT_TRUE(desk.grid.StartEdit());
+    desk.grid.SetEditText("abc");
+    desk.toolkit.ExpectBox("Invalid value 'abc' entered for cell!");
+    desk.desk.mnuView.UserClick();
+    ASSERT_TRUE(desk.grid.EditWindow());
+    desk.toolkit.ExpectBox("Invalid value 'abc' entered for cell!");
+    EXPECT_TRUE(desk.form.Form_QueryUnload());
+    EXPECT_FALSE(desk.grid.EditWindow());
+}
+
 TEST(frmKDLimitDeskTest, CloseThatComesWithoutTheMenuSettlesTheEditorFirst) {
     RunningDesk desk;
     bool mayClose = true;

@@ -49,7 +49,7 @@ guided_run() {
     templates=("$folder"/samples/*.kdt "$folder"/samples/*.kdt6)
     scripts/settings_list.sh "${templates[@]/#*\//C:\\plant\\samples\\}" >"$folder/bin/KDLimitDesk.ini"
     as_windows_of "$language" "$wine" "$build/bin/guided_run.exe" --samples 'C:\plant\samples' \
-        --pictures "$(windows_path "$build/pictures/$name")"
+        --pictures "$(windows_path "$build/pictures/$name")" --places
 }
 
 # The desktop's colours (light, dark) and its scale in per cent, for programs that start from now on. Letters are smooth

@@ -4,6 +4,8 @@
 #include <QClipboard>
 #include <QCursor>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
 #include <QTest>
 #include <algorithm>
@@ -37,8 +39,6 @@ public:
     Trial(Guide& guide, Application& program, const LimitChange& variable)
         : m_guide(guide), m_program(program), m_variable(variable) {}
 
-    void SizeAColumn() {
-        Idle("drag the divider of the variable names", [this] {
     /// The window that is not maximised stands in the middle of the screen, its frame counted.
     void RestoreWindow() {
         if (!m_guide.JudgesPlaces()) {
@@ -58,6 +58,8 @@ public:
         });
     }
 
+    void SizeAColumn() {
+        Idle("drag the divider of the variable names", [this] {
             m_noted->width = Grid().ColWidth(ColName);
             m_guide.DragDivider(ColName, -60);
         });
@@ -177,6 +179,8 @@ public:
             m_guide.Key(Qt::Key_V, Qt::ControlModifier);
             m_guide.Key(Qt::Key_Return);
         });
+        m_guide.Then(
+            "", [] { return Guide::Modal("MessageBox") != nullptr; }, [this] { CheckOnScreen(); });
         m_guide.Box("Invalid value 'xxx", "23-long-message");
         Idle("", [this] { m_guide.Key(Qt::Key_Escape); });
         m_guide.Check("Esc has left the cell as it was",
@@ -259,6 +263,28 @@ private:
                          PlaceText(place));
         }
     }
+    /// A message box stands on its screen with its button; where windows are not told their places, it would
+    /// have room there.
+    void CheckOnScreen() {
+        const auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        const QWidget* const ok = box != nullptr ? box->button(QMessageBox::Ok) : nullptr;
+        if (ok == nullptr) {
+            m_guide.Fail("no box to look at");
+            return;
+        }
+        const QRect room = box->screen()->availableGeometry();
+        QRect frame = box->frameGeometry();
+        if (!m_guide.JudgesPlaces()) {
+            frame.moveTopLeft(room.topLeft());
+        }
+        if (!room.contains(frame)) {
+            m_guide.Fail("a box of " + PlaceText({frame.width(), frame.height()}) + " stands at " +
+                         PlaceText(frame.topLeft()) + ", off the screen");
+        }
+        if (!box->rect().contains(QRect(ok->mapTo(box, QPoint()), ok->size()))) {
+            m_guide.Fail("the button is not in its box");
+        }
+    }
     static std::string PlaceText(QPoint place) {
         return std::to_string(place.x()) + ", " + std::to_string(place.y());
     }
@@ -280,6 +306,7 @@ private:
 void TryCommands(Guide& guide, Application& program, const LimitChange& variable) {
     // The steps run later: they keep the trial alive.
     const auto trial = std::make_shared<Trial>(guide, program, variable);
+    trial->RestoreWindow();
     trial->SizeAColumn();
     trial->FilterAtTheEdge();
     trial->Filter();
@@ -295,4 +322,3 @@ void TryCommands(Guide& guide, Application& program, const LimitChange& variable
 }
 
 }  // namespace kd
-    trial->RestoreWindow();

@@ -723,7 +723,7 @@ TEST(frmKDLimitDeskTest, CommitOverARefusedTextLeavesTheEditorAndShowsTheFaultsC
     desk.desk.mnuCommit.UserClick();
     EXPECT_FALSE(desk.grid.EditWindow());
     EXPECT_EQ(desk.grid.Row(), 1);
-    EXPECT_NE(desk.grid.Col(), ColUsl + 1);
+    EXPECT_EQ(desk.grid.Col(), cnMin - 1);
 }
 
 }  // namespace

@@ -339,11 +339,11 @@ TEST_F(BindersTest, APastedLineEndIsSeenAsABlankWhereItWasPasted) {
     ShowActive(window);
     widget.setFocus();
     widget.setCursorPosition(1);
-    QApplication::clipboard()->setText("b\tc");
+    QApplication::clipboard()->setText("b\r\nc");
     widget.paste();
-    EXPECT_EQ(control.Value(), "ab cd");
-    EXPECT_EQ(widget.text(), "ab cd");
-    EXPECT_EQ(widget.cursorPosition(), 4);
+    EXPECT_EQ(control.Value(), "ab  cd");
+    EXPECT_EQ(widget.text(), "ab  cd");
+    EXPECT_EQ(widget.cursorPosition(), 5);
 }
 
 TEST_F(BindersTest, ATabThatIsPastedOverABlankIsSeenAsABlankThoughTheTextIsTheSame) {

@@ -213,11 +213,17 @@ TEST_F(FormDialogTest, AFormShownAgainIsLeftAloneWhileItsTitleBarIsOnAnyScreen) 
 }
 
 /// The desktop tells a frame late, with a tall title bar; the window's way from where it stood.
-QPoint WayWhenFramed(QWidget& window, PlainForm& form, const QMargins& frame = {6, 48, 6, 6}) {
+QPoint WayWhenFramed(QWidget& window, PlainForm& form, const QMargins& frame = {6, 48, 6, 6},
+                     QEvent::Type toldBy = QEvent::Move) {
     const QPoint before = window.pos();
     form.frame = frame;
-    QMoveEvent told(before, before);
-    QApplication::sendEvent(&window, &told);
+    if (toldBy == QEvent::Move) {
+        QMoveEvent told(before, before);
+        QApplication::sendEvent(&window, &told);
+    } else {
+        QEvent told(toldBy);
+        QApplication::sendEvent(&window, &told);
+    }
     return window.pos() - before;
 }
 
@@ -232,13 +238,15 @@ TEST_F(FormDialogTest, AFrameThatIsToldLateCountsAtTheScreensEdgeAndInTheMiddle)
         EXPECT_EQ(WayWhenFramed(window, form, {0, 60, 0, 0}), QPoint(0, 0)) << "once";
         form.Hide();
     });
-    PlainForm centred;
-    centred.frame = QMargins();
-    NextModal next([&](QWidget& window) {
-        EXPECT_EQ(WayWhenFramed(window, centred), QPoint(-6, -27));
-        centred.Hide();
-    });
-    toolkit.ShowModal(centred);
+    for (const QEvent::Type toldBy : {QEvent::Move, QEvent::ActivationChange}) {
+        PlainForm centred;
+        centred.frame = QMargins();
+        NextModal next([&](QWidget& window) {
+            EXPECT_EQ(WayWhenFramed(window, centred, {6, 48, 6, 6}, toldBy), QPoint(-6, -27)) << toldBy;
+            centred.Hide();
+        });
+        toolkit.ShowModal(centred);
+    }
 }
 
 TEST_F(FormDialogTest, AFrameThatIsToldLateLeavesAPlaceInsideTheScreenAndTheUsersOwn) {

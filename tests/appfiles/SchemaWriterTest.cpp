@@ -350,11 +350,13 @@ TEST(SchemaWriterTest, EveryByteValueOfNamesUnitsAndHeaderSurvivesALoadAndASave)
     for (const int page : {1252, 1250, 1251, 1253, 1254, 874}) {
         WriteDesk t;
         t.locale.page = page;
-        const std::string bytes = header + "[FIELD]\r\n   NAME         = x" + all + "x\r\n" +
-                                  "   XREF         = \r\n   TYPE         = T\r\n   LENGTH       = 1\r\n" +
-                                  "   SAMPLE       = 0\r\n   UCASE        = N\r\n   REQUIRED     = N\r\n" +
-                                  "   INPUT        = \r\n   OUTPUT       = \r\n   UNITS        = x" + all +
-                                  "x\r\n   CATEGORY     = \r\n   HELPFILE     = \r\n";
+        std::string bytes = header;
+        bytes.append("[FIELD]\r\n   NAME         = x").append(all);
+        bytes +=
+            "x\r\n   XREF         = \r\n   TYPE         = T\r\n   LENGTH       = 1\r\n"
+            "   SAMPLE       = 0\r\n   UCASE        = N\r\n   REQUIRED     = N\r\n"
+            "   INPUT        = \r\n   OUTPUT       = \r\n   UNITS        = x";
+        bytes.append(all).append("x\r\n   CATEGORY     = \r\n   HELPFILE     = \r\n");
         t.files.Put(t.target, bytes);
         ReadSchema(t.g, t.target, 1);
         t.file->SetEndFieldPtr(1);

@@ -42,14 +42,14 @@ public:
     Text Block() const {
         Text block = "[FIELD]\r\n";
         for (const auto& [key, value] : m_keys) {
-            block += key + "=" + value + "\r\n";
+            block.append(key).append("=").append(value).append("\r\n");
         }
         return block;
     }
     /// A record with the same values.
     std::shared_ptr<cField> Record() const {
         cFields list;
-        const auto record = list.Add(1, {}, "T", 1, 0);
+        auto record = list.Add(1, {}, "T", 1, 0);
         for (const auto& [key, value] : m_keys) {
             StoreFileText(*record, *FindSchemaKey(key), value);
         }
@@ -59,7 +59,7 @@ public:
     std::shared_ptr<cField> AddTo(Globals& g, std::int32_t fileId = 1) const {
         const auto source = Record();
         source->SetFileID(fileId);
-        const auto record = g.gFields->AddCopy(*source);
+        auto record = g.gFields->AddCopy(*source);
         g.gSavedFields->AddCopy(*source);
         return record;
     }

@@ -70,9 +70,10 @@ TEST(IniScannerTest, ALineIsTheSameOneWhereverItStandsAndHoweverLongItIs) {
         for (std::size_t size = 1; size < 20; ++size) {
             const std::string key(size, 'K');
             const std::string value(before + 1, 'v');
-            const std::string lines = std::string(before, ' ') + key + std::string(before, ' ') + "= " +
-                                      value + std::string(size, ' ') + "\r\n[" + key + "]\r\n" + key + "=" +
-                                      value + "\r\n";
+            std::string lines(before, ' ');
+            lines.append(key).append(before, ' ').append("= ").append(value).append(size, ' ');
+            lines.append("\r\n[").append(key).append("]\r\n");
+            lines.append(key).append("=").append(value).append("\r\n");
             const std::string section = "[" + key + "]";
             ASSERT_EQ(Scanned(lines),
                       (Records{{"", key, value}, {section, section, ""}, {section, key, value}}))

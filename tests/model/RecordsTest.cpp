@@ -257,6 +257,7 @@ TEST(cMasterFilesTest, SortOfManyIsInOrder) {
     for (const int count : {2, 3, 5, 8, 33, 1000}) {
         cMasterFiles files;
         std::vector<Text> names;
+        names.reserve(static_cast<std::size_t>(count));
         for (int i = 0; i < count; ++i) {
             names.push_back("p" + std::to_string(random() % 500));
         }

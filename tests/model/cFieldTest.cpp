@@ -63,7 +63,7 @@ TEST_F(cFieldTest, NewRecordHasItsDefaults) {
     }
     // A slot for each; a limit has two pairs; rules and relation are kept apart.
     constexpr std::size_t all =
-        std::size_t{tsCount} + ssBehindLast + lsBehindLast + bsBehindLast + 2 * LimitCount + 2;
+        std::size_t{tsCount} + ssBehindLast + lsBehindLast + bsBehindLast + std::size_t{2} * LimitCount + 2;
     EXPECT_EQ(FieldProperties().size(), all) << "a slot has no line in FieldProperties.h";
 }
 
@@ -580,9 +580,11 @@ TEST_F(cFieldTest, EveryColumnIsWrittenToItsOwnPropertyAlone) {
         EXPECT_TRUE(std::ranges::any_of(FieldProperties(), isNamed)) << name;
         fresh.SetValue(column, vmGrid, text, desk.platform);
         const auto after = AllOf(fresh);
+        std::string written(name);
+        written.append("=").append(stored);
         for (std::size_t i = 0; i < before.size(); ++i) {
             const std::string& property = FieldProperties()[i].name;
-            EXPECT_EQ(after[i], property == name ? name + "=" + stored : before[i]) << column;
+            EXPECT_EQ(after[i], property == name ? written : before[i]) << column;
         }
     }
 }

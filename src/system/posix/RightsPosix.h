@@ -1,0 +1,38 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <optional>
+#include <string>
+
+#include "base/Text.h"
+
+/// Owner, mode and list of access rights of a file that is made for the place of another. Only for the
+/// sources beside this header.
+namespace kd::posix {
+
+/// The list of access rights of an open file, and of one that the user need not be allowed to open; empty
+/// where there is none. Nothing where it could not be asked.
+std::optional<std::string> AccessListOf(int fd);
+std::optional<std::string> AccessListOf(const Text& path);
+
+/// Gives the new file the rights of the present one, which is open or named; false where the user may not.
+bool TakeOverRights(int fd, int presentFile, const struct stat& present);
+bool TakeOverRights(int fd, const Text& presentFile, const struct stat& present);
+
+/// Gives a file that is wholly new the mode that the user's mask leaves. Returns 0 or an errno.
+int TakeUsualMode(int fd) noexcept;
+/// Gives the new file what the user's mask leaves of the rights that the present one gives, and none that it
+/// gives only to people whom the new file does not know: a group of its own, or those on a list, which is the
+/// present one's.
+void TakeUsualModeWithin(int fd, const struct stat& present, const std::optional<std::string>& list);
+
+/// Whether only who may write `present` anyway can have the new file open for writing.
+bool IsOurs(const struct stat& made, const struct stat& present) noexcept;
+/// Whether nobody but the user can have the file open.
+bool IsPrivate(const struct stat& made) noexcept;
+/// Whether the new file has the rights of the present one already, so that who has it open may write the
+/// present one anyway.
+bool HasSameRights(int file, const struct stat& made, int presentFile, const struct stat& present);
+
+}  // namespace kd::posix

@@ -53,6 +53,12 @@ std::size_t LongestName(std::wstring_view path) noexcept {
 
 int (*FlushBuffers)(RawHandle) = [](RawHandle file) -> int { return ::FlushFileBuffers(file); };
 
+RawHandle (*OpenByName)(const wchar_t*, const OpenMode&) = [](const wchar_t* path,
+                                                              const OpenMode& mode) -> RawHandle {
+    return ::CreateFileW(path, mode.access, mode.sharing, nullptr, mode.disposition,
+                         FILE_ATTRIBUTE_NORMAL | mode.flags, nullptr);
+};
+
 std::uint64_t (*Ticks)() = []() -> std::uint64_t { return ::GetTickCount64(); };
 
 std::wstring Wide(std::string_view text) {
@@ -162,8 +168,7 @@ Handle OpenAtOnce(const NativePath& path, const OpenMode& mode, Code& code) {
     if (code != 0) {
         return Handle();
     }
-    const HANDLE file = ::CreateFileW(path.text.c_str(), mode.access, mode.sharing, nullptr, mode.disposition,
-                                      FILE_ATTRIBUTE_NORMAL | mode.flags, nullptr);
+    const HANDLE file = OpenByName(path.text.c_str(), mode);
     if (file == INVALID_HANDLE_VALUE) {
         code = ::GetLastError();
         return Handle();

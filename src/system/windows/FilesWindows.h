@@ -81,6 +81,9 @@ struct OpenMode {
     Code flags = 0;
 };
 
+/// The system's opening of a file; what it calls an invalid handle for a failure. May be replaced by tests.
+extern RawHandle (*OpenByName)(const wchar_t* path, const OpenMode& mode);
+
 /// Opens a regular file; what cannot be one is not even opened, a folder is refused. The code of a failure is
 /// 0 for none.
 Handle OpenAtOnce(const NativePath& path, const OpenMode& mode, Code& code);

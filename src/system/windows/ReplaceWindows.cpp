@@ -179,15 +179,25 @@ Code TakePlace(const NativePath& source, const std::wstring& target) {
 /// What came of writing beside the target.
 enum class Outcome { Done, NotPossibleHere };
 
+/// Opens a new file with `access`, so that it can be given the owner and the access rights of another one as
+/// far as the user may: many a server lets nobody change rights, and who may only modify what is in a folder
+/// gives no file away. Mostly the new file has those of the old one by itself.
+template <typename Open>
+Handle OpenToGiveRights(DWORD access, Code& code, Open open) {
+    Handle file = open(access | WRITE_DAC | WRITE_OWNER);
+    for (const DWORD given : {access | WRITE_DAC, access}) {
+        if (code == ERROR_ACCESS_DENIED) {
+            file = open(given);
+        }
+    }
+    return file;
+}
+
 /// A new file beside the target, and like the present one if there is one.
 Handle NewInsteadOf(const std::wstring& target, bool isNew, NativePath& temporary, Code& code) {
     constexpr DWORD Usual = GENERIC_READ | GENERIC_WRITE | DELETE;
-    Handle file = NewBeside(target, isNew ? Usual : Usual | WRITE_DAC | WRITE_OWNER, temporary, code);
-    if (code == ERROR_ACCESS_DENIED && !isNew) {
-        // Many a server lets nobody change rights. Mostly the new file has those of the old one by itself.
-        file = NewBeside(target, Usual, temporary, code);
-    }
-    return file;
+    const auto open = [&](DWORD access) { return NewBeside(target, access, temporary, code); };
+    return isNew ? open(Usual) : OpenToGiveRights(Usual, code, open);
 }
 
 /// Writes the new file, makes it like the present one, which is open or there is none, and closes both.
@@ -325,9 +335,10 @@ bool PutInPlace(const char* operation, std::string_view source, std::string_view
     if (code != 0 || !MayWrite(status.attributes) || IsWrittenInPlace(status)) {
         return false;
     }
-    constexpr DWORD Access =
-        READ_CONTROL | WRITE_DAC | WRITE_OWNER | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES;
-    Handle file = TryOpen(from, {Access, ShareAll, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT}, code);
+    constexpr DWORD Usual = READ_CONTROL | FILE_READ_ATTRIBUTES | FILE_WRITE_ATTRIBUTES;
+    Handle file = OpenToGiveRights(Usual, code, [&](DWORD access) {
+        return TryOpen(from, {access, ShareAll, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT}, code);
+    });
     if (code != 0 || !TakeOverRights(file.Get(), present.Get()) ||
         TakeOverAttributes(file.Get(), present.Get()) != 0) {
         return false;

@@ -1,3 +1,4 @@
+#include "base/Scope.h"
 #include "system/windows/WindowsFixture.h"
 
 namespace kd {
@@ -140,6 +141,49 @@ TEST_F(TwoAtAFileTest, ASettledTextIsFlushedOnceAndTakesItsPlaceItselfWhileItIsK
     EXPECT_EQ(Get(target), "new");
     EXPECT_EQ(AttributesOf(target) & FILE_ATTRIBUTE_HIDDEN, DWORD{FILE_ATTRIBUTE_HIDDEN});
     EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
+// As on a share that lets its users change files but no rights.
+TEST_F(TwoAtAFileTest, ASettledTextTakesItsPlaceItselfAlsoWhereItsOwnerAndItsRightsCannotBeChanged) {
+    static DWORD refused;
+    static int flushes;
+    static windows::RawHandle (*open)(const wchar_t*, const windows::OpenMode&);
+    open = std::exchange(windows::OpenByName,
+                         [](const wchar_t* path, const windows::OpenMode& mode) -> windows::RawHandle {
+                             if ((mode.access & refused) != 0) {
+                                 ::SetLastError(ERROR_ACCESS_DENIED);
+                                 return INVALID_HANDLE_VALUE;
+                             }
+                             return open(path, mode);
+                         });
+    const auto flush = std::exchange(windows::FlushBuffers, [](windows::RawHandle) {
+        ++flushes;
+        return 1;
+    });
+    const Scope restored([&] {
+        windows::OpenByName = open;
+        windows::FlushBuffers = flush;
+    });
+    for (const DWORD right : {DWORD{WRITE_OWNER}, DWORD{WRITE_OWNER | WRITE_DAC}}) {
+        SCOPED_TRACE(right);
+        refused = right;
+        const Text target = Put("a.kdt", "old");
+        auto text = files.OpenForOutput(At("a.temp"));
+        text->Write("new");
+        const FileState seen = text->TakeRightsOf(target);
+        text->CloseForSettling();
+        files.Settle();
+        flushes = 0;
+        const FileIdentity file = windows::StateOf(At("a.temp")).file;
+        EXPECT_TRUE(files.MoveSettled(At("a.temp"), target, seen));
+        EXPECT_TRUE(windows::StateOf(target).file == file);
+        EXPECT_EQ(flushes, 0);
+        text.reset();
+        files.ReplaceFile(target, "newer");
+        EXPECT_FALSE(windows::StateOf(target).file == file) << "written over in place";
+        EXPECT_EQ(Get(target), "newer");
+        EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+    }
 }
 
 TEST_F(TwoAtAFileTest, ASettledTextIsNotPutInThePlaceOfAFileWithSeveralNamesOrOfOneThatMayNotBeWritten) {

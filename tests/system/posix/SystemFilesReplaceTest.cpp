@@ -190,31 +190,72 @@ TEST_F(SystemFilesTest, TheLongestNameCanBeReplaced) {
     EXPECT_EQ(Names(), std::set<Text>{Text(255, 'a')});
 }
 
-TEST_F(SystemFilesTest, AListOfAccessRightsIsKept) {
-    constexpr const char* Name = "system.posix_acl_access";
+constexpr const char* AccessListName = "system.posix_acl_access";
+constexpr const char* ListOfNewFiles = "system.posix_acl_default";
+
+/// A list of access rights: those of its owner, of user 1234, of its group and of all others, and the mask.
+std::string AccessList(std::uint16_t owner, std::uint16_t named, std::uint16_t group, std::uint16_t mask,
+                       std::uint16_t others) {
     struct Entry {
         std::uint16_t tag;
         std::uint16_t rights;
         std::uint32_t id;
     };
     constexpr std::uint32_t None = 0xFFFFFFFFU;
-    // Owner rw, user 1234 r, group nothing, mask r, others nothing.
-    const std::array<Entry, 5> entries{
-        {{0x01, 6, None}, {0x02, 4, 1234}, {0x04, 0, None}, {0x10, 4, None}, {0x20, 0, None}}};
+    const std::array<Entry, 5> entries{{{0x01, owner, None},
+                                        {0x02, named, 1234},
+                                        {0x04, group, None},
+                                        {0x10, mask, None},
+                                        {0x20, others, None}}};
     std::string list(4 + sizeof entries, '\0');
     const std::uint32_t version = 2;
     std::memcpy(list.data(), &version, 4);
     std::memcpy(list.data() + 4, entries.data(), sizeof entries);
+    return list;
+}
+
+TEST_F(SystemFilesTest, AListOfAccessRightsIsKept) {
+    const std::string list = AccessList(6, 4, 0, 4, 0);
     const Text path = Put("a.kdt", "old");
-    if (::setxattr(path.c_str(), Name, list.data(), list.size(), 0) != 0) {
+    if (::setxattr(path.c_str(), AccessListName, list.data(), list.size(), 0) != 0) {
         GTEST_SKIP() << "this file system keeps no such lists";
     }
     files.ReplaceFile(path, "new");
     std::string kept(200, '\0');
-    const ssize_t size = ::getxattr(path.c_str(), Name, kept.data(), kept.size());
+    const ssize_t size = ::getxattr(path.c_str(), AccessListName, kept.data(), kept.size());
     ASSERT_GT(size, 0);
     EXPECT_EQ(kept.substr(0, static_cast<std::size_t>(size)), list);
     EXPECT_EQ(Mode(path), 0640U);
+}
+
+// The mode of such a file says what somebody may do, not who.
+TEST_F(SystemFilesTest, OutputThatCannotGetAListOfAccessRightsStaysTheUsersAlone) {
+    const std::string list = AccessList(6, 6, 0, 6, 0);
+    const Text path = Put("a.kdt", "old");
+    if (::setxattr(path.c_str(), AccessListName, list.data(), list.size(), 0) != 0) {
+        GTEST_SKIP() << "this file system keeps no such lists";
+    }
+    ASSERT_EQ(Mode(path), 0660U);
+    const mode_t mask = ::umask(002);
+    const auto output = files.OpenForOutput(At("a.temp"));
+    (void)output->TakeRightsOf(MakeLink("link", "a.kdt"));
+    (void)::umask(mask);
+    EXPECT_EQ(Mode(At("a.temp")), 0600U);
+}
+
+TEST_F(SystemFilesTest, OutputThatGetsTheModeOfAFileKeepsNoListOfTheFolder) {
+    const Text path = Put("a.kdt", "old", 0660);
+    const std::string list = AccessList(6, 6, 6, 6, 0);
+    if (::setxattr(folder.c_str(), ListOfNewFiles, list.data(), list.size(), 0) != 0) {
+        GTEST_SKIP() << "this file system keeps no such lists";
+    }
+    const mode_t mask = ::umask(002);
+    const auto output = files.OpenForOutput(At("a.temp"));
+    (void)output->TakeRightsOf(MakeLink("link", "a.kdt"));
+    (void)::umask(mask);
+    EXPECT_EQ(Mode(At("a.temp")), 0660U);
+    std::string kept(200, '\0');
+    EXPECT_EQ(::getxattr(At("a.temp").c_str(), AccessListName, kept.data(), kept.size()), -1);
 }
 
 TEST_F(SystemFilesTest, ANewFileBesideItsTargetTellsWhatItIsForAndIsKeptFromThoseWhoTidyUp) {

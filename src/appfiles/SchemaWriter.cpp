@@ -112,18 +112,21 @@ void TellOverwriteFailure(Globals& g, const cError& error) {
                            Text(DefaultTitle) + " - OverwriteFile");
 }
 
-bool SaveSchema(Globals& g, std::int32_t fileIndex) {
+Saving TrySaveSchema(Globals& g, std::int32_t fileIndex) {
     WrittenSchema written;
     try {
         written = Written(g, fileIndex, Flushing::ByMoving, AfterFailure::Blocked);
     } catch (const std::exception& failure) {
         TellSaveFailure(g, AsError(failure, "SaveSchema"));
-        return false;
+        return Saving::Failed;
     }
+    return OverwriteFile(g, written.temporary, written.target, true) ? Saving::Done : Saving::NotOverwritten;
+}
+
+bool SaveSchema(Globals& g, std::int32_t fileIndex) {
     // Deliberate: a view whose file could not be overwritten counts as saved; its user has seen the box.
     // SchemaWriterTest.AFailedOverwriteStillCountsAsSaved
-    (void)OverwriteFile(g, written.temporary, written.target, true);
-    return true;
+    return TrySaveSchema(g, fileIndex) != Saving::Failed;
 }
 
 bool OverwriteFile(Globals& g, std::string_view source, std::string_view target, bool deleteSource) {

@@ -19,6 +19,11 @@ Text FormatSchemaLine(std::string_view key, std::string_view value);
 /// own box and counts as saved.
 [[nodiscard]] bool SaveSchema(Globals& g, std::int32_t fileIndex);
 
+/// What has come of a save: its text was not written, or did not take its target's place, or did.
+enum class Saving { Failed, NotOverwritten, Done };
+/// SaveSchema for whoever has to know that; the first is its false.
+[[nodiscard]] Saving TrySaveSchema(Globals& g, std::int32_t fileIndex);
+
 /// A view's new text, whole in its temporary file. As long as the object lives, no other program takes that
 /// file for a save of its own.
 struct WrittenSchema {

@@ -50,6 +50,7 @@ private:
         });
         m_desk.ProgressBar1.SetValue(0);
         m_desk.Panel2.SetCaption({});
+        m_g.platform.toolkit.KeepAlive();  // the dialog is seen to go before the first archive is made
         try {
             Begin();
             for (std::int32_t index = 1; index <= m_g.gFiles->Count(); ++index) {

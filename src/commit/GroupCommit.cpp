@@ -39,6 +39,7 @@ void GroupCommit::Take(std::int32_t index) {
 void GroupCommit::Finish() {
     Complete();
     m_pending.Settle();
+    m_g.platform.toolkit.KeepAlive();
     DeleteLeftovers();
 }
 
@@ -57,14 +58,17 @@ bool GroupCommit::Prepare(std::int32_t index, Manner manner) {
     const auto file = m_g.gFiles->Item(index);
     const Text path = file->Filename();
     const bool isAlone = manner == Manner::Alone;
+    const std::size_t begun = m_begun.size();
     if ((!isAlone && !MakeRoomFor(*file)) || !BeginArchive(path, manner)) {
         return false;
     }
+    m_g.platform.toolkit.KeepAlive();
     try {
         WrittenSchema written =
             WriteSchema(m_g, index, isAlone ? AfterFailure::Blocked : AfterFailure::MayBeTriedAgain);
         if (!isAlone && !IsOnlyOne(written.seen.file)) {
             Discard(written);
+            DropBegunSince(begun);
             return false;
         }
         const CodePage& page = m_g.platform.locale.CodePage();
@@ -73,6 +77,7 @@ bool GroupCommit::Prepare(std::int32_t index, Manner manner) {
         return true;
     } catch (const cError& error) {
         if (!isAlone) {
+            DropBegunSince(begun);
             return false;
         }
         Complete();  // the archive of the view is whole all the same
@@ -114,6 +119,15 @@ bool GroupCommit::HasBegunBeside(const Text& path) const {
     };
     return std::any_of(m_begun.begin(), m_begun.end(),
                        [&](const Text& begun) { return archives(begun) == archives(path); });
+}
+
+/// Drops the archive of a view that cannot be written beside the others: they take their places before its
+/// turn, and what they change belongs into it.
+void GroupCommit::DropBegunSince(std::size_t begun) noexcept {
+    for (; m_begun.size() > begun; m_begun.pop_back()) {
+        m_archiver.DropArchive(m_begun.back());
+        m_archived.erase(m_begun.back());
+    }
 }
 
 /// Whether a view can be written while the others of the group wait for their turn. The views of an
@@ -179,6 +193,7 @@ bool GroupCommit::PlaceAll() {
         if (!Place(view)) {
             if (isFirst) {
                 m_begun.push_back(view.path);  // what it holds has changed as well
+                m_shown.erase(view.path);      // it is told again when it is archived anew
             }
             m_group.insert(m_group.begin(), std::move(view));
             m_pending.Settle();
@@ -199,7 +214,10 @@ void GroupCommit::TakeEachAlone() {
     Withdraw();
     std::for_each(indexes.begin(), indexes.end(), [this](std::int32_t index) { TakeAlone(index); });
     // One of them may belong to a view that could not be written.
-    std::for_each(begun.begin(), begun.end(), [this](const Text& path) { ArchiveAlone(path); });
+    std::for_each(begun.begin(), begun.end(), [this](const Text& path) {
+        ArchiveAlone(path);
+        m_g.platform.toolkit.KeepAlive();
+    });
 }
 
 /// First the content, then the names of the archives: no archive's name ever stands for half of one, and no
@@ -217,6 +235,7 @@ bool GroupCommit::SettleGroup() {
         if (!m_archiver.NameArchive(path).empty()) {
             return false;
         }
+        m_g.platform.toolkit.KeepAlive();
     }
     try {
         m_g.platform.files.Settle();
@@ -265,7 +284,7 @@ bool GroupCommit::Place(View& view) {
         m_pending.TellSettled([&] { TellOverwriteFailure(m_g, AsError(failure, "OverwriteFile")); });
     }
     if (isPlaced) {
-        m_saved[paths::FolderToList(view.written.target)].insert(Text(paths::FileName(view.written.target)));
+        NoteSaved(view.written.target);
     }
     view.written.file.reset();
     Record(view.index);
@@ -276,8 +295,13 @@ bool GroupCommit::Place(View& view) {
 void GroupCommit::TakeAlone(std::int32_t index) {
     const Text path = m_g.gFiles->Item(index)->Filename();
     ArchiveAlone(path);
+    m_g.platform.toolkit.KeepAlive();
     ShowSaving(path);
-    if (SaveSchema(m_g, index)) {
+    const Saving saving = TrySaveSchema(m_g, index);
+    if (saving == Saving::Done) {
+        NoteSaved(SchemaPath(m_g, m_g.gFiles->Ref(index)));
+    }
+    if (saving != Saving::Failed) {
         Record(index);
         m_pending.Settle();
     }
@@ -293,6 +317,10 @@ void GroupCommit::ArchiveAlone(const Text& path) {
     if (const Text failure = m_archiver.ArchiveApplication(path); !failure.empty()) {
         TellArchiveFailure(path, failure);
     }
+}
+
+void GroupCommit::NoteSaved(const Text& target) {
+    m_saved[paths::FolderToList(target)].insert(Text(paths::FileName(target)));
 }
 
 void GroupCommit::Record(std::int32_t index) {
@@ -315,6 +343,7 @@ void GroupCommit::DeleteLeftovers() noexcept {
                     files.DeleteLeftover(paths::InFolder(folder, name, files.Delimiter()));
                 }
             }
+            m_g.platform.toolkit.KeepAlive();
         } catch (...) {
             // They harm nobody, and the next commit comes by again.
         }

@@ -56,6 +56,7 @@ private:
     bool Prepare(std::int32_t index, Manner manner);
     bool BeginArchive(const Text& path, Manner manner);
     bool HasBegunBeside(const Text& path) const;
+    void DropBegunSince(std::size_t begun) noexcept;
     bool MakeRoomFor(const cFile& file);
     bool IsOnlyOne(const FileIdentity& targetFile) const;
     void Discard(modKDLimitDesk::WrittenSchema& written) noexcept;
@@ -67,6 +68,7 @@ private:
     bool Place(View& view);
     void TakeAlone(std::int32_t index);
     void ArchiveAlone(const Text& path);
+    void NoteSaved(const Text& target);
     void Record(std::int32_t index);
     void DeleteLeftovers() noexcept;
     void ShowArchiving(const Text& path);

@@ -25,26 +25,14 @@ void PendingViews::Settle() {
         return;
     }
     m_isPending = false;
-    try {
-        m_g.platform.files.Settle();
-        m_placed.clear();
-    } catch (const cError& error) {
-        Check(error);
-    }
+    Check(m_g.platform.files.TrySettle());
 }
 
 bool PendingViews::SettleBesideAGroup() {
-    try {
-        m_isPending = false;
-        m_g.platform.files.Settle();
-        m_placed.clear();
-        return true;
-    } catch (const cError& error) {
-        if (error.Path().empty() || Has(error.Path())) {
-            Check(error);
-        }
-        return false;
-    }
+    m_isPending = false;
+    const std::vector<cError> failures = m_g.platform.files.TrySettle();
+    Check(failures);
+    return failures.empty();
 }
 
 void PendingViews::TellSettled(const std::function<void()>& tell) {
@@ -60,16 +48,27 @@ void PendingViews::TellSettled(const std::function<void()>& tell) {
     }
 }
 
-/// A flush of all that was pending has failed. One that names its file is that file's failure. One of a whole
-/// file system may be another program's: whether the records of the views and the names that these have taken
-/// are on the disk is then asked of their files and folders alone. A view of which they may not be is one
-/// with changes again.
+/// What has failed in the flush of all that was pending. A failure that names a file or folder of a view is
+/// that view's. One of a whole file system may be another program's, as one of any other file is: whether the
+/// records of the views and the names that these have taken are on the disk is then asked of their files and
+/// folders alone. A view of which they may not be is one with changes again.
 /// @throws cError where there is such a view.
-void PendingViews::Check(const cError& failure) {
-    const bool isKnown = !failure.Path().empty();
+void PendingViews::Check(const std::vector<cError>& failures) {
+    const auto all = std::exchange(m_placed, {});
+    if (failures.empty()) {
+        return;
+    }
+    const bool mayBeAnothers = std::any_of(failures.begin(), failures.end(), [&](const cError& failure) {
+        return std::none_of(all.begin(), all.end(),
+                            [&](const auto& one) { return IsOf(failure, one.first, one.second); });
+    });
     std::optional<cError> first;
-    for (const auto& [path, placed] : std::exchange(m_placed, {})) {
-        const std::optional<cError> error = isKnown ? failure : FailureOf(path, placed);
+    for (const auto& [path, placed] : all) {
+        std::optional<cError> error = FailureAmong(failures, path, placed);
+        if (!error && mayBeAnothers) {
+            error = FailureOf(path, placed);
+            m_g.platform.toolkit.KeepAlive();
+        }
         if (!error) {
             continue;
         }
@@ -85,17 +84,22 @@ void PendingViews::Check(const cError& failure) {
     }
 }
 
-/// Whether a flush that failed is one of what has been placed and recorded.
-bool PendingViews::Has(std::string_view path) const {
+std::optional<cError> PendingViews::FailureAmong(const std::vector<cError>& failures, const Text& path,
+                                                 const Placed& placed) const {
+    const auto found = std::find_if(failures.begin(), failures.end(),
+                                    [&](const cError& failure) { return IsOf(failure, path, placed); });
+    return found == failures.end() ? std::nullopt : std::optional(*found);
+}
+
+/// Whether a failed flush is that of a file of an application's views, or of their folder.
+bool PendingViews::IsOf(const cError& failure, const Text& path, const Placed& placed) const {
     const CodePage& page = m_g.platform.locale.CodePage();
-    const Text upper = page.Upper(path);
+    const Text upper = page.Upper(failure.Path());
     const auto is = [&](const Text& other) { return page.Upper(other) == upper; };
-    return std::any_of(m_placed.begin(), m_placed.end(), [&](const auto& one) {
-        const std::vector<std::int32_t>& views = one.second.views;
-        return is(ChangeLogPath(m_g, one.first)) || is(ChangeReportPath(m_g, one.first)) ||
-               std::any_of(views.begin(), views.end(),
-                           [&](std::int32_t index) { return is(SchemaPath(m_g, *m_g.gFiles->Item(index))); });
-    });
+    const std::vector<std::int32_t>& views = placed.views;
+    return is(ChangeLogPath(m_g, path)) || is(ChangeReportPath(m_g, path)) || is(paths::FolderToList(path)) ||
+           std::any_of(views.begin(), views.end(),
+                       [&](std::int32_t index) { return is(SchemaPath(m_g, *m_g.gFiles->Item(index))); });
 }
 
 /// Flushes the change files of an application, and the names of its views; what failed in that.

@@ -28,7 +28,7 @@ public:
     /// @throws cError where something of it is not on the disk.
     void Settle();
     /// Brings them to the disk together with what a group has written. Returns false where that has failed
-    /// for something of the group alone.
+    /// for something of the group, or of another program.
     /// @throws cError as Settle.
     bool SettleBesideAGroup();
     /// Tells a failure when what is pending has been settled; what fails in that ends the commit all the
@@ -44,8 +44,10 @@ private:
     };
 
     Placed& Noted(const Text& path, std::int32_t index);
-    void Check(const cError& failure);
-    bool Has(std::string_view path) const;
+    void Check(const std::vector<cError>& failures);
+    bool IsOf(const cError& failure, const Text& path, const Placed& placed) const;
+    std::optional<cError> FailureAmong(const std::vector<cError>& failures, const Text& path,
+                                       const Placed& placed) const;
     std::optional<cError> FailureOf(const Text& path, const Placed& placed);
 
     Globals& m_g;

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/Paths.h"
-#include "base/cError.h"
 
 namespace kd {
 
@@ -18,6 +17,12 @@ void Files::MoveOver(std::string_view source, std::string_view target) {
     DeleteFile(source);
 }
 
+void Files::Settle() {
+    if (const std::vector<cError> failures = TrySettle(); !failures.empty()) {
+        throw cError(failures.front());
+    }
+}
+
 void Files::CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) {
     for (const Text& source : sources) {
         try {
@@ -25,6 +30,7 @@ void Files::CopyAllForArchive(const std::vector<Text>& sources, std::string_view
         } catch (const cError& error) {
             throw cError(error.Number(), error.Source(), error.Description(), source);
         }
+        LiveOn();
     }
 }
 

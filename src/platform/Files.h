@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "base/Text.h"
+#include "base/cError.h"
 
 namespace kd {
 
@@ -49,7 +51,8 @@ public:
     /// @throws cError(errDiskFull, errDevice)
     virtual void CloseForSettling() = 0;
     /// Gives a file just opened for output the owner, the mode and the rights of another as far as the user
-    /// may, so that Files::MoveSettled has nothing left to give. What cannot be given is no failure.
+    /// may, so that Files::MoveSettled has nothing left to give. What cannot be given is no failure: the
+    /// file then gets what the user's mask leaves, and nothing that the other one keeps from others.
     /// @returns which file the other one is, so that two names of one file are seen, and in which state.
     virtual FileState TakeRightsOf(std::string_view path) noexcept {
         (void)path;
@@ -81,6 +84,11 @@ public:
     Files(const Files&) = delete;
     Files& operator=(const Files&) = delete;
 
+    /// Runs between the flushes of Settle, behind each copy of CopyAllForArchive, and before each pause for a
+    /// file that another program keeps: what can take long lets its caller live. May be empty; must not
+    /// throw.
+    std::function<void()> Meanwhile;
+
     /// The character that this platform puts between the parts of a path.
     virtual char Delimiter() const = 0;
 
@@ -99,8 +107,9 @@ public:
     virtual std::string ReadEnd(std::string_view path, std::size_t count);
 
     /// Opens a file for writing, replacing what stands there. A link or anything else that is no regular file
-    /// is not written through: errPermissionDenied. One that another program keeps, and goes on keeping while
-    /// `patience` lasts: errFileAlreadyOpen.
+    /// is not written through: errPermissionDenied. A file that is made is the user's alone until
+    /// TakeRightsOf. One that another program keeps, and goes on keeping while `patience` lasts:
+    /// errFileAlreadyOpen.
     virtual std::unique_ptr<OutputFile> OpenForOutput(std::string_view path, Patience patience) = 0;
     /// The same with the patience of a save.
     std::unique_ptr<OutputFile> OpenForOutput(std::string_view path) {
@@ -132,9 +141,13 @@ public:
     /// called last: files closed for settling, copies of CopyAllForArchive, and the names that Rename and
     /// MoveSettled have given. All of it is tried; none of it is left any more, also when some of it fails.
     /// What is settled by itself is settled in the order in which it was left.
-    /// @throws cError(errDiskFull, errDevice) the first failure. It has no path where one flush stands for a
-    /// whole file system: it may then be another program's, and the flush of each file by itself tells that.
-    virtual void Settle() = 0;
+    /// @returns all failures (errDiskFull, errDevice), in that order; none where all is on the disk. One of a
+    /// folder's names has the folder's path. One has no path where one flush stands for a whole file system:
+    /// it may then be another program's, and the flush of each file by itself tells that.
+    [[nodiscard]] virtual std::vector<cError> TrySettle() = 0;
+    /// The same.
+    /// @throws cError the first failure.
+    void Settle();
     /// Whether Settle has one flush for files of several applications, and not one for each.
     virtual bool SettlesTogether() const noexcept { return true; }
     /// Deletes a file; one that may not be written is refused.
@@ -177,6 +190,13 @@ public:
     /// left. One that is kept stays, and so does every one where the system cannot tell that of all machines.
     /// Never throws.
     virtual void DeleteAbandonedFolder(std::string_view folder) noexcept { (void)folder; }
+
+protected:
+    void LiveOn() const {
+        if (Meanwhile) {
+            Meanwhile();
+        }
+    }
 };
 
 }  // namespace kd

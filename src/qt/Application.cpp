@@ -118,6 +118,7 @@ Application::Application(ApplicationFolders folders)
       m_suite(std::move(folders.suite), m_files, m_locale, m_clock, Makers()),
       m_platform{m_files, m_toolkit, m_locale, m_clock, m_environment, m_shell, m_fileDialog, m_suite},
       m_globals(m_platform) {
+    m_files.Meanwhile = [this] { m_toolkit.KeepAlive(); };
     InitResources();
     InstallGridAccessibility();
     QApplication::setWindowIcon(ProgramIcon());

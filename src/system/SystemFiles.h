@@ -49,7 +49,7 @@ public:
 #endif
     [[nodiscard]] bool MoveSettled(std::string_view source, std::string_view target,
                                    const FileState& seen) override;
-    void Settle() override;
+    [[nodiscard]] std::vector<cError> TrySettle() override;
 #ifdef _WIN32
     bool SettlesTogether() const noexcept override {
         return false;

@@ -212,8 +212,12 @@ TEST(CommitChangesTest, MoreViewsThanAGroupHoldsAreCommittedInSeveral) {
 
 /// A commit of two applications whose last settling fails.
 struct UnsettledCommit : LoadedDesk {
-    /// `path` is what the settling names, nothing for a whole disk; `failing` fails as well.
-    UnsettledCommit(const Text& path, const Text& failing) {
+    /// `path` is what the settling names, nothing for a whole disk; `failing` fails as well, and so does the
+    /// flush of `other`, if there is one, in the same settling.
+    UnsettledCommit(const Text& path, const Text& failing, const Text& other = {}) {
+        if (!other.empty()) {
+            files.alsoUnsettled.emplace_back(errDiskFull, "MemoryFiles.Settle", Text(), other);
+        }
         for (const char* const name : {"mill", "plant"}) {
             Put(anApplication(Text("/apps/") + name + ".kdt").Field(aField().Usl(10)));
         }
@@ -238,13 +242,18 @@ struct UnsettledCommit : LoadedDesk {
 };
 
 TEST(CommitChangesTest, AFlushOfAWholeDiskThatFailsMayBeAnotherProgramsAndIsAskedOfEachFile) {
-    const UnsettledCommit t("", "");
-    EXPECT_EQ(t.toolkit.boxes, (std::vector<ScriptedToolkit::Box>{
-                                   {"2 File(s) have been modified.", BoxIcon::Information, "KDLimitDesk"}}));
-    EXPECT_EQ(t.Changed(), (std::vector<bool>{false, false}));
-    for (const char* const asked : {"Flush /apps/mill.KDL", "Flush /apps/mill.KDM", "Flush /apps/plant.KDL",
-                                    "Flush /apps/plant.KDM", "FlushFolder /apps"}) {
-        EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), asked) == 0, false) << asked;
+    for (const char* const path : {"", "/apps/Archive/mill/.unfinished-abcdefghijklmnop"}) {
+        SCOPED_TRACE(path);
+        const UnsettledCommit t(path, "");
+        EXPECT_EQ(t.toolkit.boxes,
+                  (std::vector<ScriptedToolkit::Box>{
+                      {"2 File(s) have been modified.", BoxIcon::Information, "KDLimitDesk"}}));
+        EXPECT_EQ(t.Changed(), (std::vector<bool>{false, false}));
+        for (const char* const asked :
+             {"Flush /apps/mill.KDL", "Flush /apps/mill.KDM", "Flush /apps/plant.KDL",
+              "Flush /apps/plant.KDM", "FlushFolder /apps"}) {
+            EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), asked) == 0, false) << asked;
+        }
     }
 }
 
@@ -254,15 +263,19 @@ TEST(CommitChangesTest, AViewWhoseRecordsAreNotOnTheDiskAtTheEndIsToldAndIsOneWi
         const char* failing;
         const char* words;
         std::vector<bool> changed;
+        const char* other = "";
     };
     const Case cases[] = {
         {"", "Flush /apps/plant.KDL", "61 (MemoryFiles.Flush) - Disk full", {false, true}},
         {"", "Flush /apps/mill.KDM", "61 (MemoryFiles.Flush) - Disk full", {true, false}},
         {"", "FlushFolder /apps", "61 (MemoryFiles.Flush) - Disk full", {true, true}},
-        {"/apps/plant.KDL", "", "57 (MemoryFiles.Settle) - Device I/O error", {true, true}}};
+        {"/apps/plant.KDL", "", "57 (MemoryFiles.Settle) - Device I/O error", {false, true}},
+        {"/apps/mill.kdt", "", "57 (MemoryFiles.Settle) - Device I/O error", {true, false}},
+        {"/apps", "", "57 (MemoryFiles.Settle) - Device I/O error", {true, true}},
+        {"/apps/mill.temp", "", "61 (MemoryFiles.Settle) - Disk full", {false, true}, "/apps/plant.KDM"}};
     for (const Case& c : cases) {
         SCOPED_TRACE(Text(c.path) + c.failing);
-        const UnsettledCommit t(c.path, c.failing);
+        const UnsettledCommit t(c.path, c.failing, c.other);
         EXPECT_EQ(
             t.toolkit.boxes,
             (std::vector<ScriptedToolkit::Box>{{Text("An error occurred while saving changes:\r\n") + c.words,
@@ -382,6 +395,30 @@ TEST(CommitChangesTest, AnErrorThatEndsTheCommitLeavesNoTextOfTheViewsBehindIt) 
     EXPECT_EQ(t.files.Log().back(), "Settle ") << "what is saved stays saved";
     for (const Text& path : t.files.Paths()) {
         EXPECT_TRUE(path.find(".temp") == Text::npos && path.find(".kdsave-") == Text::npos) << path;
+    }
+}
+
+TEST(CommitChangesTest, WhatWasLeftBesideAViewThatIsSavedAloneGoesToo) {
+    for (const bool isOverwritten : {true, false}) {
+        CommitDesk t;
+        const Text left = "/apps/" + names::WaitingName("plant.V1");
+        t.files.Put(left, "a text of a commit that was cut short");
+        t.EditRows({2});
+        int settled = 0;
+        t.files.onStep = [&](const Text& step) {
+            if (step == "Settle " && ++settled == 1) {
+                throw cError(errDevice, "MemoryFiles.Settle");
+            }
+        };
+        if (isOverwritten) {
+            t.ExpectCommitted(1);
+        } else {
+            t.files.FailOn("CopyFile", "/apps/plant.V1", errDevice);
+            t.toolkit.AnswerAll([](Form& form) { dynamic_cast<frmCommit&>(form).cmdOk.UserClick(); });
+        }
+        CommitChanges(t.desk);
+        EXPECT_EQ(t.IsSaved(1), isOverwritten);
+        EXPECT_EQ(t.files.Has(left), !isOverwritten) << "kept where its view did not take its place";
     }
 }
 

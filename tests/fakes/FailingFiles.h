@@ -107,8 +107,14 @@ public:
             return true;
         });
     }
-    void Settle() override {
-        Do("Settle", "", [&] { m_disk.Settle(); });
+    [[nodiscard]] std::vector<cError> TrySettle() override {
+        std::vector<cError> failures;
+        try {
+            Do("Settle", "", [&] { failures = m_disk.TrySettle(); });
+        } catch (const cError& error) {
+            failures.push_back(error);
+        }
+        return failures;
     }
     bool SettlesTogether() const noexcept override { return m_disk.SettlesTogether(); }
     void DeleteFile(std::string_view path) override {

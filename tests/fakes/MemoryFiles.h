@@ -69,6 +69,8 @@ public:
     void FailOn(const Text& operation, const Text& ending, std::int32_t number) {
         m_failOn.push_back({operation, ending, number});
     }
+    /// What a TrySettle that fails tells besides.
+    std::vector<cError> alsoUnsettled;
     /// Called with "Operation path" before each operation; what it throws is the operation's failure.
     std::function<void(const Text&)> onStep;
     void FailNoMore() {
@@ -208,9 +210,16 @@ public:
         Step("FlushFolder", folder);
         NeedFolder("FlushFolder", folder);
     }
-    void Settle() override {
+    [[nodiscard]] std::vector<cError> TrySettle() override {
         m_unsettled.clear();
-        Step("Settle", "");
+        try {
+            Step("Settle", "");
+            return {};
+        } catch (const cError& error) {
+            std::vector<cError> failures{error};
+            failures.insert(failures.end(), alsoUnsettled.begin(), alsoUnsettled.end());
+            return failures;
+        }
     }
     [[nodiscard]] bool MoveSettled(std::string_view source, std::string_view target,
                                    const FileState& seen) override {

@@ -206,6 +206,15 @@ Text RevisionOf(const Text& path) {
     return text.substr(from, text.find("\r\n", from) - from);
 }
 
+/// The revisions of a file in the archives of its application.
+std::vector<Text> RevisionsIn(const fs::path& archives, const std::string& name) {
+    std::vector<Text> revisions;
+    for (const auto& archive : fs::directory_iterator(archives)) {
+        revisions.push_back(RevisionOf((archive.path() / name).string()));
+    }
+    return revisions;
+}
+
 TEST_F(LimitsTest, TwoNamesOfOneFileInACommitAreSavedOneAfterTheOther) {
     enum class Name : std::uint8_t { OfAFolder, Soft, Hard };
     for (const Name kind : {Name::OfAFolder, Name::Soft, Name::Hard}) {
@@ -232,8 +241,15 @@ TEST_F(LimitsTest, TwoNamesOfOneFileInACommitAreSavedOneAfterTheOther) {
                 twice.g.gFiles->Ref(1).SetFilename(second);
                 twice.g.gFiles->Ref(2).SetFilename(first);
             }
+            fs::remove_all(folder.path + "/Archive");
             twice.Commit();
             EXPECT_EQ(twice.toolkit.boxes, Boxes{AllSaved});
+            if (kind != Name::OfAFolder) {
+                const std::string name = isTurned ? "plant" : "second";
+                EXPECT_EQ(RevisionsIn(folder.path + "/Archive/" + name, name + ".kdt"),
+                          std::vector<Text>{isTurned ? "7.003" : "7.001"})
+                    << "what the second was written over";
+            }
             EXPECT_EQ(RevisionOf(first), isTurned ? "7.004" : "7.002") << "the second is made from the first";
             EXPECT_EQ(RealFolder::Get(first), RealFolder::Get(second));
             EXPECT_NE(RealFolder::Get(first).find("= v1x1\r\n"), std::string::npos);

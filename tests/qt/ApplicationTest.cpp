@@ -106,6 +106,18 @@ TEST_F(ApplicationTest, FirstStartOfAnInstalledProgramOffersCopiesOfItsSamples) 
     EXPECT_TRUE(program.Window().close());
 }
 
+TEST_F(ApplicationTest, WhatTakesLongInTheFilesLetsTheWindowLive) {
+    Application program(Folders());
+    const Files& files = program.Data().platform.files;
+    ASSERT_TRUE(files.Meanwhile);
+    bool hadPass = false;
+    QMetaObject::invokeMethod(
+        qApp, [&] { hadPass = program.Screen().InPass(); }, Qt::QueuedConnection);
+    while (!hadPass) {  // the last one may have been a moment ago
+        files.Meanwhile();
+    }
+}
+
 TEST_F(ApplicationTest, IconIsThereInAllSizes) {
     const Application program(Folders());
     for (const int size : {16, 32, 48, 256}) {

@@ -66,8 +66,14 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::BuildMenuBar() {
+    // The desktop's own menu bar and screen readers send no key and no press: they reach the passes of a job.
+    const auto choose = [this](MenuItem& item) {
+        if (!m_toolkit.InPass()) {
+            item.UserClick();
+        }
+    };
     for (MenuItem* const item : m_form.MenuBar()) {
-        FillMenu(*item, *menuBar()->addMenu(QString()));
+        FillMenu(*item, *menuBar()->addMenu(QString()), choose);
     }
 }
 

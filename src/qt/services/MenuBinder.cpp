@@ -4,17 +4,13 @@
 
 namespace kd {
 
-ActionBinder::ActionBinder(MenuItem& item, QAction& action, bool clicks)
+ActionBinder::ActionBinder(MenuItem& item, QAction& action)
     : QObject(&action), m_item(item), m_action(action) {
     m_action.setObjectName(ToQt(item.Name()));
     m_action.setMenuRole(QAction::NoRole);
     m_item.OnChanged = [this] { Show(); };
-    if (clicks) {
-        connect(&m_action, &QAction::triggered, this, [this] {
-            Show();  // a checkable action turned its mark over by itself
-            m_item.UserClick();
-        });
-    }
+    // A checkable action turns its mark over by itself.
+    connect(&m_action, &QAction::triggered, this, [this] { Show(); });
     Show();
 }
 
@@ -30,24 +26,25 @@ void ActionBinder::Show() {
     m_action.setChecked(m_item.Checked());
 }
 
-QAction* AddAction(MenuItem& item, QMenu& menu, bool clicks) {
+QAction* AddAction(MenuItem& item, QMenu& menu) {
     auto* const action = new QAction(&menu);
-    new ActionBinder(item, *action, clicks);
+    new ActionBinder(item, *action);
     menu.addAction(action);
     return action;
 }
 
-void FillMenu(MenuItem& item, QMenu& menu) {
-    new ActionBinder(item, *menu.menuAction(), false);
+void FillMenu(MenuItem& item, QMenu& menu, const MenuChoice& choose) {
+    new ActionBinder(item, *menu.menuAction());
     menu.setObjectName(ToQt(item.Name()));
-    QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&item] { item.UserClick(); });
+    QObject::connect(&menu, &QMenu::aboutToShow, &menu, [&item, choose] { choose(item); });
     for (MenuItem* const entry : item.Entries()) {
         if (entry == nullptr) {
             menu.addSeparator();
         } else if (entry->Entries().empty()) {
-            AddAction(*entry, menu, true);
+            const QAction* const action = AddAction(*entry, menu);
+            QObject::connect(action, &QAction::triggered, action, [entry, choose] { choose(*entry); });
         } else {
-            FillMenu(*entry, *menu.addMenu(QString()));
+            FillMenu(*entry, *menu.addMenu(QString()), choose);
         }
     }
 }

@@ -2,17 +2,16 @@
 
 #include <QAction>
 #include <QMenu>
+#include <functional>
 
 #include "platform/Controls.h"
 
 namespace kd {
 
-/// Joins a menu entry with an action: caption, enabled, visible, check mark; choosing it is its click, which
-/// the main form has put behind the event boundary.
+/// Joins a menu entry with an action: caption, enabled, visible, check mark.
 class ActionBinder : public QObject {
 public:
-    /// With `clicks` false the choice is left to whoever shows the menu.
-    ActionBinder(MenuItem& item, QAction& action, bool clicks = true);
+    ActionBinder(MenuItem& item, QAction& action);
     ~ActionBinder() override;
     ActionBinder(const ActionBinder&) = delete;
     ActionBinder& operator=(const ActionBinder&) = delete;
@@ -24,11 +23,14 @@ private:
     QAction& m_action;
 };
 
-/// Fills a menu from its item, menus within it too. Opening it runs the item's click first, so that the
-/// entries are right when they are seen.
-void FillMenu(MenuItem& item, QMenu& menu);
+/// What is done with an entry that is chosen, and with a menu that opens.
+using MenuChoice = std::function<void(MenuItem&)>;
+
+/// Fills a menu from its item, menus within it too. Opening it is a choice of the menu's own item first, so
+/// that the entries are right when they are seen.
+void FillMenu(MenuItem& item, QMenu& menu, const MenuChoice& choose);
 
 /// The action that stands for an entry, for a menu whose choice is looked at when it is over.
-QAction* AddAction(MenuItem& item, QMenu& menu, bool clicks);
+QAction* AddAction(MenuItem& item, QMenu& menu);
 
 }  // namespace kd

@@ -138,7 +138,7 @@ void QtToolkit::ShowPopupMenu(MenuItem& menu) {
         popup.setObjectName(ToQt(menu.Name()));
         std::vector<QAction*> actions;
         for (MenuItem* const entry : menu.Entries()) {
-            actions.push_back(entry == nullptr ? popup.addSeparator() : AddAction(*entry, popup, false));
+            actions.push_back(entry == nullptr ? popup.addSeparator() : AddAction(*entry, popup));
         }
         const QAction* const action = popup.exec(m_menuPlace ? m_menuPlace() : QCursor::pos());
         for (std::size_t at = 0; action != nullptr && at < actions.size(); ++at) {

@@ -22,7 +22,7 @@ int Descriptor::Close() noexcept {
     return result == EINTR ? 0 : result;  // the descriptor is gone all the same
 }
 
-void Raise(const char* operation, std::string_view path, int code) {
+cError FailureOf(const char* operation, std::string_view path, int code) {
     std::int32_t number = errDevice;
     switch (code) {
         case ENOENT: {
@@ -54,7 +54,11 @@ void Raise(const char* operation, std::string_view path, int code) {
         default:
             break;
     }
-    throw cError(number, std::string("SystemFiles.").append(operation), {}, Text(path));
+    return {number, std::string("SystemFiles.").append(operation), {}, Text(path)};
+}
+
+void Raise(const char* operation, std::string_view path, int code) {
+    throw cError(FailureOf(operation, path, code));
 }
 
 bool IsPresent(const Text& path) noexcept {

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "base/Text.h"
+#include "base/cError.h"
 #include "platform/Files.h"
 
 /// The system's calls, with the failures of the house. Only for the sources beside this header.
@@ -66,8 +67,9 @@ FileState StateOf(const struct stat& status) noexcept;
 /// of them keeps it. A file system without locks keeps nothing, and says yes.
 bool Keep(int fd) noexcept;
 
-/// Raises the failure that `code` (an errno) stands for. A missing file in a missing folder is
-/// errPathNotFound.
+/// The failure that `code` (an errno) stands for. A missing file in a missing folder is errPathNotFound.
+cError FailureOf(const char* operation, std::string_view path, int code);
+/// Raises it.
 [[noreturn]] void Raise(const char* operation, std::string_view path, int code);
 
 /// Opens with O_CLOEXEC, and again when a signal came in between; -1 with errno set on failure.

@@ -256,6 +256,7 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path, Pa
                 Raise("OpenForOutput", target, errno);
             }
         } else if (isKept) {
+            LiveOn();
             waiting::Pause(waiting::PauseForASaveInMilliseconds);
         }
     }
@@ -320,8 +321,8 @@ bool SystemFiles::MoveSettled(std::string_view source, std::string_view target, 
     return placing != Placing::Changed;
 }
 
-void SystemFiles::Settle() {
-    m_unsettled->Settle();
+std::vector<cError> SystemFiles::TrySettle() {
+    return m_unsettled->TrySettle([this] { LiveOn(); });
 }
 
 void SystemFiles::ReplaceFile(std::string_view path, std::string_view bytes) {

@@ -112,7 +112,7 @@ void SystemFiles::MakeKeptFolder(std::string_view folder) {
         struct stat status {};
         // Another program may have taken it for an abandoned one before it was kept.
         if (made.IsOpen() && Keep(made.Get()) && ::fstat(made.Get(), &status) == 0 && status.st_nlink > 0) {
-            const bool isShared = OneFlushIsEnough(made.Get());
+            const bool isShared = m_unsettled->SharesItsFlush(made.Get());
             m_keptFolders->open.insert_or_assign(path, std::move(made));
             // What is in a folder is not on the disk before the folder's own name is.
             for (const Text& name : isShared ? std::vector<Text>() : names) {
@@ -142,13 +142,14 @@ void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::strin
     }
     const bool isNoted = m_unsettled->Add(target, folder);
     // One by one where the folder's flush is not that of all that is in it.
-    const FlushCopy flush = isNoted && OneFlushIsEnough(target) ? FlushCopy::No : FlushCopy::Yes;
+    const FlushCopy flush = isNoted && m_unsettled->SharesItsFlush(target) ? FlushCopy::No : FlushCopy::Yes;
     for (const Text& source : sources) {
         try {
             CopyToArchive(source, paths::InFolder(folder, paths::FileName(source), Delimiter()), flush);
         } catch (const cError& error) {
             throw cError(error.Number(), error.Source(), error.Description(), source);
         }
+        LiveOn();
     }
 }
 

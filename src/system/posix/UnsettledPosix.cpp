@@ -11,10 +11,19 @@
 
 namespace kd::posix {
 
-bool Unsettled::Add(int fd, std::string_view path) {
+std::optional<dev_t> Unsettled::SystemOf(int fd) {
     struct stat status {};
-    const bool isShared = OneFlushIsEnough(fd) && ::fstat(fd, &status) == 0;
-    if (isShared && m_systems.count(status.st_dev) != 0) {
+    if (::fstat(fd, &status) != 0) {
+        return std::nullopt;
+    }
+    const auto known = m_drives.find(status.st_dev);
+    const bool isEnough = known != m_drives.end() ? known->second : OneFlushIsEnough(fd);
+    m_drives.emplace(status.st_dev, isEnough);
+    return isEnough ? std::optional(status.st_dev) : std::nullopt;
+}
+
+bool Unsettled::Add(int fd, std::string_view path) {
+    if (const auto system = SystemOf(fd); system && m_systems.count(*system) != 0) {
         return true;
     }
     if (Descriptor second(::fcntl(fd, F_DUPFD_CLOEXEC, 0)); second.IsOpen()) {
@@ -28,9 +37,8 @@ bool Unsettled::Add(int fd, std::string_view path) {
 }
 
 void Unsettled::Take(Descriptor file, std::string_view path) {
-    struct stat status {};
-    if (OneFlushIsEnough(file.Get()) && ::fstat(file.Get(), &status) == 0) {
-        m_systems.emplace(status.st_dev, std::move(file));
+    if (const auto system = SystemOf(file.Get())) {
+        m_systems.emplace(*system, std::move(file));
     } else {
         m_files.push_back({std::move(file), Text(path)});
     }
@@ -44,14 +52,14 @@ void Unsettled::AddOnce(int fd, const Text& path) {
 }
 
 void Unsettled::AddInFolder(int fd, const Text& path) {
-    if (Add(fd, path) && OneFlushIsEnough(fd)) {
+    if (Add(fd, path) && SharesItsFlush(fd)) {
         m_folders.insert(paths::FolderToList(path));
     }
 }
 
 void Unsettled::AddName(int fd, const Text& path) {
     // The flush of a file alone need not be that of its name, and one that has come to pass already is not.
-    if (!OneFlushIsEnough(fd) || !Add(fd, path)) {
+    if (!SharesItsFlush(fd) || !Add(fd, path)) {
         AddName(path);
     }
 }
@@ -63,38 +71,37 @@ void Unsettled::AddName(const Text& path) {
     }
     Descriptor open(Open(folder + "/.", O_RDONLY | O_DIRECTORY));
     if (open.IsOpen()) {
-        Take(std::move(open), path);
+        Take(std::move(open), folder);  // its flush is that of all names in it
         m_folders.insert(folder);
     } else if (errno != EACCES && errno != ENOENT && errno != ENOTDIR) {
         Raise("Settle", path, errno);
     }
 }
 
-void Unsettled::Settle() {
+std::vector<cError> Unsettled::TrySettle(const std::function<void()>& meanwhile) {
     m_folders.clear();
     m_once.clear();
+    m_drives.clear();
     const auto systems = std::exchange(m_systems, {});
     const auto files = std::exchange(m_files, {});
-    int first = 0;
-    Text path;
-    const auto note = [&](int code, const Text& failed) {
-        if (code != 0 && first == 0) {
-            first = code;
-            path = failed;
+    std::vector<cError> failures;
+    const auto note = [&](int code, const Text& path) {
+        if (code != 0) {
+            failures.push_back(FailureOf("Settle", path, code));
         }
     };
     for (const Kept& one : files) {
         const int code = Flush(one.file.Get());
         note(code == EINVAL || code == ENOTSUP ? 0 : code, one.path);  // some systems flush no folders
+        meanwhile();
     }
 #ifdef __linux__
     for (const auto& [device, file] : systems) {
         note(::syncfs(file.Get()) == 0 ? 0 : errno, {});
+        meanwhile();
     }
 #endif
-    if (first != 0) {
-        Raise("Settle", path, first);
-    }
+    return failures;
 }
 
 }  // namespace kd::posix

@@ -2,7 +2,9 @@
 
 #include <sys/stat.h>
 
+#include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -30,18 +32,25 @@ public:
     /// noted; neither is a missing one, where nothing gets a name.
     /// @throws cError as Add.
     void AddName(const Text& path);
+    /// OneFlushIsEnough for an open file or folder. A server is asked once for each of its drives until all
+    /// is settled.
+    bool SharesItsFlush(int fd) { return SystemOf(fd).has_value(); }
     /// Brings all of it to the disk: with one flush for each file system where that is enough, else each file
-    /// by itself, in the order in which they were added.
-    /// @throws cError(errDiskFull, errDevice) the first failure, without a path where it is a file system's;
-    /// nothing is left in any case.
-    void Settle();
+    /// by itself, in the order in which they were added; `meanwhile` runs between the flushes. Nothing is
+    /// left in any case.
+    /// @returns all failures (errDiskFull, errDevice): without a path where it is a file system's, with the
+    /// folder's where it is that of names.
+    [[nodiscard]] std::vector<cError> TrySettle(const std::function<void()>& meanwhile);
 
 private:
+    /// The file system of an open file or folder where one flush of it is enough.
+    std::optional<dev_t> SystemOf(int fd);
     /// Keeps an open file or folder until it is settled.
     void Take(Descriptor file, std::string_view path);
 
-    std::set<Text> m_folders;  // whose names are settled with what has been noted
-    std::set<Text> m_once;     // paths of those that were added once
+    std::map<dev_t, bool> m_drives;  // whether one flush is enough
+    std::set<Text> m_folders;        // whose names are settled with what has been noted
+    std::set<Text> m_once;           // paths of those that were added once
     struct Kept {
         Descriptor file;
         Text path;

@@ -118,7 +118,7 @@ Code Handle::Close() noexcept {
     return code;
 }
 
-void Raise(const char* operation, std::string_view path, Code code) {
+cError FailureOf(const char* operation, std::string_view path, Code code) {
     std::int32_t number = errDevice;
     switch (code) {
         case ERROR_FILE_NOT_FOUND:
@@ -152,7 +152,11 @@ void Raise(const char* operation, std::string_view path, Code code) {
         default:
             break;
     }
-    throw cError(number, std::string("SystemFiles.").append(operation), {}, Text(path));
+    return {number, std::string("SystemFiles.").append(operation), {}, Text(path)};
+}
+
+void Raise(const char* operation, std::string_view path, Code code) {
+    throw cError(FailureOf(operation, path, code));
 }
 
 bool IsShared(Code code) noexcept {

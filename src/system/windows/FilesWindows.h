@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/Text.h"
+#include "base/cError.h"
 #include "platform/Files.h"
 
 /// The system's calls, with the failures of the house. Only for the sources beside this header and their
@@ -52,7 +53,9 @@ private:
     RawHandle m_handle;
 };
 
-/// Raises the failure that `code` stands for.
+/// The failure that `code` stands for.
+cError FailureOf(const char* operation, std::string_view path, Code code);
+/// Raises it.
 [[noreturn]] void Raise(const char* operation, std::string_view path, Code code);
 
 /// Whether a code says that another program is in the way.

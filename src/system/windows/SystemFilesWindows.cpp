@@ -18,7 +18,9 @@ using namespace windows;
 namespace {
 
 /// Opens a file to be written anew, as the only one who may write it; it is not emptied yet.
-Handle OpenAlone(std::string_view path, const NativePath& native, Patience patience, FileStatus& status) {
+/// `meanwhile` runs before each try.
+Handle OpenAlone(std::string_view path, const NativePath& native, Patience patience, FileStatus& status,
+                 const std::function<void()>& meanwhile) {
     constexpr OpenMode Alone{GENERIC_WRITE, ShareAllButWriting, OPEN_ALWAYS, FILE_FLAG_OPEN_REPARSE_POINT};
     Code code = 0;
     std::uint32_t attributes = 0;
@@ -31,6 +33,7 @@ Handle OpenAlone(std::string_view path, const NativePath& native, Patience patie
     }
     Handle file;
     const auto open = [&] {
+        meanwhile();
         file = OpenAtOnce(native, Alone, code);
         return code;
     };
@@ -135,7 +138,8 @@ void SystemFiles::Read(std::string_view path, std::string& bytes) {
 std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path, Patience patience) {
     const NativePath native = Native("OpenForOutput", path);
     FileStatus status;
-    Handle file = OpenAlone(path, native, patience, status);
+    const auto meanwhile = [this] { LiveOn(); };
+    Handle file = OpenAlone(path, native, patience, status, meanwhile);
     Code code = 0;
     if (status.links > 1) {
         // Somebody else's name for the same file: what is written here must not reach it.
@@ -145,7 +149,7 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path, Pa
             throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, Text(path));
         }
         if (code == 0) {
-            file = OpenAlone(path, native, patience, status);
+            file = OpenAlone(path, native, patience, status, meanwhile);
             code = status.links > 1 ? ERROR_ACCESS_DENIED : 0;
         }
     }
@@ -192,8 +196,8 @@ bool SystemFiles::MoveSettled(std::string_view source, std::string_view target, 
     return true;
 }
 
-void SystemFiles::Settle() {
-    m_unsettled->Settle();
+std::vector<cError> SystemFiles::TrySettle() {
+    return m_unsettled->TrySettle([this] { LiveOn(); });
 }
 
 void SystemFiles::DeleteFile(std::string_view path) {

@@ -31,17 +31,16 @@ void Unsettled::AddFolder(Text path) {
     m_folders.insert(std::move(path));
 }
 
-void Unsettled::Settle() {
+std::vector<cError> Unsettled::TrySettle(const std::function<void()>& meanwhile) {
     m_once.clear();
     const auto files = std::exchange(m_files, {});
     const auto folders = std::exchange(m_folders, {});
-    Code first = 0;
-    Text failed;
+    std::vector<cError> failures;
     for (const auto& [ticket, kept] : files) {
-        if (const Code code = Flush(kept.file.Get()); code != 0 && first == 0) {
-            first = code;
-            failed = kept.path;
+        if (const Code code = Flush(kept.file.Get()); code != 0) {
+            failures.push_back(FailureOf("Settle", kept.path, code));
         }
+        meanwhile();
     }
     for (const Text& folder : folders) {
         const NativePath native = Native("Settle", paths::InFolder(folder, "", '\\'));
@@ -51,10 +50,9 @@ void Unsettled::Settle() {
             const Handle closed(handle);
             (void)Flush(handle);
         }
+        meanwhile();
     }
-    if (first != 0) {
-        Raise("Settle", failed, first);
-    }
+    return failures;
 }
 
 }  // namespace kd::windows

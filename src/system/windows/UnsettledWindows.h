@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <set>
+#include <vector>
 
 #include "base/Text.h"
 #include "system/windows/FilesWindows.h"
@@ -25,9 +27,9 @@ public:
     /// Takes note of a folder in which a name has changed. The system keeps a journal of names, and renames
     /// are written through: that one cannot be flushed, as few may, is no failure.
     void AddFolder(Text path);
-    /// Brings all of it to the disk.
-    /// @throws cError(errDiskFull, errDevice) the first failure, with its path; nothing is left in any case.
-    void Settle();
+    /// Brings all of it to the disk; `meanwhile` runs behind each flush. Nothing is left in any case.
+    /// @returns all failures (errDiskFull, errDevice), with their paths.
+    [[nodiscard]] std::vector<cError> TrySettle(const std::function<void()>& meanwhile);
 
 private:
     struct Kept {

@@ -171,6 +171,27 @@ TEST_F(MainWindowTest, RequestToCloseDuringAJobIsAskedWhenTheJobIsOver) {
     EXPECT_TRUE(asked);
 }
 
+TEST_F(MainWindowTest, ACommandThatIsChosenWithoutKeyOrPressDoesNothingDuringAJob) {
+    MenuItem& paths = form.Controls().mnuShowPaths;
+    auto& action = Find<QAction>(window, "mnuShowPaths");
+    auto& menu = Find<QMenu>(window, "mnuView");
+    const bool shown = paths.Checked();
+    int opened = 0;
+    form.Controls().mnuView.Click = [&] { ++opened; };
+    desk.toolkit.Boundary().Run([&] {
+        QMetaObject::invokeMethod(&action, &QAction::trigger, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(&menu, &QMenu::aboutToShow, Qt::QueuedConnection);
+        desk.toolkit.ProcessEvents();
+    });
+    EXPECT_EQ(paths.Checked(), shown);
+    EXPECT_EQ(action.isChecked(), shown) << "its mark is the entry's, all the same";
+    EXPECT_EQ(opened, 0);
+    action.trigger();
+    emit menu.aboutToShow();
+    EXPECT_NE(paths.Checked(), shown) << "outside of a job it is a choice like any other";
+    EXPECT_EQ(opened, 1);
+}
+
 TEST_F(MainWindowTest, WindowIsShownMaximisedOnceTheStartHasAskedForIt) {
     desk.toolkit.ShowModeless(form);
     EXPECT_FALSE(window.isMaximized());

@@ -21,7 +21,7 @@ protected:
         paths.SetChecked(true);
         view.SetEntries({&paths, nullptr, &clear});
         menu = window.menuBar()->addMenu(QString());
-        FillMenu(view, *menu);
+        FillMenu(view, *menu, [](MenuItem& item) { item.UserClick(); });
     }
 };
 

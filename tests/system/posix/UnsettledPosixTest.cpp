@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <vector>
 
 #include "base/cError.h"
 #include "system/posix/DrivePosix.h"
@@ -25,29 +26,45 @@ TEST(UnsettledTest, AFolderOnASystemThatFlushesNoneIsPassedOver) {
         unsettled.AddName(OfTheKernel);
         FailingCalls calls;
         calls.FailEach("fsync", code);
-        EXPECT_NO_THROW(unsettled.Settle()) << code;
+        EXPECT_TRUE(unsettled.TrySettle([] {}).empty()) << code;
         ASSERT_FALSE(calls.Calls().empty()) << code;
         EXPECT_EQ(calls.Calls().front(), "fsync") << code;
     }
 }
 
-TEST(UnsettledTest, AFailedFlushTellsTheFirstPathWhenAllHaveBeenTried) {
+TEST(UnsettledTest, ADriveIsAskedOnceUntilAllIsSettled) {
+    const Descriptor folder(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!OneFlushIsEnough(folder.Get())) {
+        GTEST_SKIP() << "nothing there is flushed at once";
+    }
+    Unsettled unsettled;
+    EXPECT_TRUE(unsettled.SharesItsFlush(folder.Get()));
+    FailingCalls calls;
+    calls.FailEach("fstatfs", EIO);
+    EXPECT_TRUE(unsettled.SharesItsFlush(folder.Get()));
+    EXPECT_TRUE(unsettled.TrySettle([] {}).empty());
+    EXPECT_FALSE(unsettled.SharesItsFlush(folder.Get()));
+}
+
+TEST(UnsettledTest, EachFailedFlushIsToldWithItsPathAndTheCallerLivesBetweenThem) {
     const Descriptor file(::open(OfTheKernel, O_RDONLY | O_CLOEXEC));
     ASSERT_TRUE(file.IsOpen());
     ASSERT_FALSE(OneFlushIsEnough(file.Get()));
     Unsettled unsettled;
     EXPECT_TRUE(unsettled.Add(file.Get(), "first"));
     EXPECT_TRUE(unsettled.Add(file.Get(), "second"));
+    unsettled.AddName(OfTheKernel);
     FailingCalls calls;
     calls.FailEach("fsync", EIO);
-    try {
-        unsettled.Settle();
-        FAIL() << "the failure is told";
-    } catch (const cError& error) {
-        EXPECT_EQ(error.Path(), "first");
-        EXPECT_EQ(error.Number(), errDevice);
-    }
-    EXPECT_NO_THROW(unsettled.Settle()) << "nothing is left";
+    int lived = 0;
+    const std::vector<cError> failures = unsettled.TrySettle([&] { ++lived; });
+    ASSERT_EQ(failures.size(), 3U);
+    EXPECT_EQ(failures[0].Path(), "first");
+    EXPECT_EQ(failures[0].Number(), errDevice);
+    EXPECT_EQ(failures[1].Path(), "second");
+    EXPECT_EQ(failures[2].Path(), "/proc/self") << "a flush of names is their folder's";
+    EXPECT_EQ(lived, 3);
+    EXPECT_TRUE(unsettled.TrySettle([] {}).empty()) << "nothing is left";
 }
 
 }  // namespace kd::posix

@@ -99,7 +99,7 @@ protected:
         return g.gFiles->Count();
     }
     std::string Put(const Sample& sample) {
-        const std::string bytes = BytesOf(sample.path);
+        std::string bytes = BytesOf(sample.path);
         desk.files.Put(Placed(sample), bytes);
         return bytes;
     }

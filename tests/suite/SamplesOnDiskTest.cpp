@@ -25,6 +25,9 @@ namespace fs = std::filesystem;
 
 /// The real files and services over a copy of the samples in a fresh folder.
 class SamplesOnDiskTest : public testing::Test {
+public:
+    ~SamplesOnDiskTest() override { fs::remove_all(folder); }
+
 protected:
     SamplesOnDiskTest() {
         std::random_device random;
@@ -45,7 +48,6 @@ protected:
         SetupGridColumns(desk);
         LoadApplications(desk);
     }
-    ~SamplesOnDiskTest() override { fs::remove_all(folder); }
 
     static std::string BytesOf(const fs::path& path) {
         std::ifstream file(path, std::ios::binary);

@@ -19,6 +19,11 @@ step "Words, ends of lines and scripts"
 texts=(':!samples' ':!tests/fuzz/corpus' ':!tests/qt/services/data' ':!*.png' ':!*.ico' ':!*.svg')
 tracked "${texts[@]}" | xargs -0 codespell
 git -c safe.directory="$PWD" diff --check HEAD -- "${texts[@]}"
+# Prose fits the width that .editorconfig gives; a row of a table and a picture stand on one line.
+if tracked '*.md' "${texts[@]}" | LC_ALL=C.UTF-8 xargs -0 grep -nE '^([^|!]|![^[]).{120}'; then
+    echo "check: these lines of prose are above 120 columns" >&2
+    exit 1
+fi
 { tracked '*.sh' scripts/hooks .ci/run; } | xargs -0 shellcheck -x
 
 [ "${1:-}" != --texts ] || exit 0

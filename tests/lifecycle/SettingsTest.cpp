@@ -271,7 +271,9 @@ TEST_F(SettingsTest, AFileThatIsSetAsideTakesThePlaceOfAnEarlierOne) {
     desk.files.Put(Path, "second");
     EXPECT_TRUE(SetAside(desk.files, Path));
     EXPECT_EQ(desk.files.Get(aside), "second");
+    desk.files.ClearLog();
     EXPECT_FALSE(SetAside(desk.files, Path)) << "nothing is in the way";
+    EXPECT_TRUE(desk.files.Log().empty()) << "nor is the earlier one touched";
     EXPECT_EQ(desk.files.Get(aside), "second");
     EXPECT_EQ(desk.files.Paths().size(), 1U) << "nothing else is left";
 }
@@ -314,9 +316,10 @@ TEST_F(SettingsTest, WhereverSettingAsideFailsNoFileIsLost) {
         desk.files.Put(Path, "own");
         desk.files.Put(aside, "earlier");
         desk.files.FailAt(failAt);
-        done = SetAside(desk.files, Path) && desk.files.Operations() < failAt;
+        const bool isAside = SetAside(desk.files, Path);
+        done = isAside && desk.files.Operations() < failAt;
         desk.files.FailNoMore();
-        EXPECT_EQ(desk.files.Get(desk.files.Has(Path) ? Text(Path) : aside), "own") << failAt;
+        EXPECT_EQ(desk.files.Get(isAside ? aside : Text(Path)), "own") << failAt;
         EXPECT_TRUE(!desk.files.Has(Path) || desk.files.Get(aside) == "earlier") << failAt;
     }
 }

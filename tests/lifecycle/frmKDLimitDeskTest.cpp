@@ -269,6 +269,17 @@ TEST(frmKDLimitDeskTest, WhereTheConfirmedListCannotBeWrittenTheUnreadOneKeepsIt
     EXPECT_FALSE(desk.files.Has(Text(SettingsFile) + ".old"));
 }
 
+TEST(frmKDLimitDeskTest, SettingsThatWereReadAreNotSetAsideBecauseAListCouldNotBeWritten) {
+    RunningDesk desk;
+    desk.files.FailOn("ReplaceFile", ".IKD", errDiskFull);
+    desk.ExpectOk();
+    desk.desk.mnuApplications.Click();
+    desk.files.FailNoMore();
+    desk.ExpectOk();
+    desk.desk.mnuApplications.Click();
+    EXPECT_FALSE(desk.files.Has(Text(SettingsFile) + ".old"));
+}
+
 TEST(frmKDLimitDeskTest, AConfirmedListIsWrittenAlsoWhereTheUnreadOneCannotBeKept) {
     StartDesk desk;
     desk.HideSettings({"/apps/plant.kdt"});

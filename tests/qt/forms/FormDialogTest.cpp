@@ -212,6 +212,29 @@ TEST_F(FormDialogTest, AFormShownAgainIsLeftAloneWhileItsTitleBarIsOnAnyScreen) 
     }
 }
 
+TEST_F(FormDialogTest, AFormWhoseTitleBarHasGoneOutOfReachComesBackOnTheScreenWhereMostOfItIs) {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    form.second = room.translated(room.width(), 0);
+    Show([&](QWidget& window) {
+        window.move(form.second->topLeft() + QPoint(100, -20));
+        form.Hide();
+    });
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.pos(), form.second->topLeft() + QPoint(100, 0));
+        form.Hide();
+    });
+}
+
+TEST_F(FormDialogTest, AFormThatIsLargerThanWhatIsFreeBecomesSmaller) {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    form.free = QRect(room.topLeft(), room.size() / 2);
+    form.SetLastGeometry({{30000, 30000}, room.width(), room.height()});
+    Show([&](QWidget& window) {
+        EXPECT_EQ(window.frameGeometry(), *form.free);
+        form.Hide();
+    });
+}
+
 /// The desktop tells a frame late, with a tall title bar; the window's way from where it stood.
 QPoint WayWhenFramed(QWidget& window, PlainForm& form, const QMargins& frame = {6, 48, 6, 6},
                      QEvent::Type toldBy = QEvent::Move) {

@@ -137,6 +137,14 @@ TEST_F(ColumnDividersTest, FrozenColumnsLeaveTenCharactersOfThoseThatScroll) {
     EXPECT_EQ(grid.ColWidth(2), ColumnWidth + 1000) << "one that scrolls is as wide as one likes";
 }
 
+TEST_F(ColumnDividersTest, FrozenColumnsLeaveNothingWhereNoneScroll) {
+    Make(5, 2);
+    grid.SetFrozenCols(2);
+    QApplication::processEvents();
+    Drag(Edge(1), 1000);
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth + 1000);
+}
+
 TEST_F(ColumnDividersTest, AFrozenColumnThatIsWiderThanItsRoomOnlyBecomesNarrower) {
     constexpr int TooWide = 600;  // more than the viewport has
     Make(5, 8);

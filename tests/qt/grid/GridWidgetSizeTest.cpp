@@ -93,6 +93,18 @@ TEST_F(GridWidgetSizeTest, AnotherFontSizesRowsAndColumnsAnew) {
     EXPECT_EQ(grid.ColWidth(0), Measured(0));
 }
 
+TEST_F(GridWidgetSizeTest, AnotherFontSizesOnlyTheColumnsThatHaveBeenSized) {
+    Make(5, 3);
+    grid.AutoSize(1, 1);
+    QFont font = widget->font();
+    font.setPointSizeF(font.pointSizeF() * 2);
+    widget->setFont(font);
+    QApplication::processEvents();
+    EXPECT_EQ(grid.ColWidth(0), ColumnWidth);
+    EXPECT_EQ(grid.ColWidth(1), Measured(1));
+    EXPECT_EQ(grid.ColWidth(2), ColumnWidth);
+}
+
 TEST_F(GridWidgetSizeTest, AGridWithItsHeaderAloneIsSizedByIt) {
     Make(0, 2);
     grid.AutoSize(0, 1);

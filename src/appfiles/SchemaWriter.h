@@ -16,7 +16,7 @@ Text FormatSchemaLine(std::string_view key, std::string_view value);
 /// box; up to the last step, the overwriting, the target is then untouched, and the temporary file stays on
 /// the disk and counts as open for the rest of the run.
 /// @returns whether the text was written and the overwriting was tried. A failed overwriting has shown its
-/// own box and counts as saved.
+/// own box and counts as saved. Called by tests; a commit takes TrySaveSchema.
 [[nodiscard]] bool SaveSchema(Globals& g, std::int32_t fileIndex);
 
 /// What has come of a save: its text was not written, or did not take its target's place, or did.

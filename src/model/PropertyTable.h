@@ -17,7 +17,7 @@ enum ValueKind : std::uint8_t {
     vkText,          // a TextSlot or FurtherTextSlot
     vkCapitals,      // the same; what a cell stores goes into capitals
     vkShort,         // a ShortSlot
-    vkLong,          // a LongSlot
+    vkLong,          // a LongSlot, carried from file to file: no cell stores it
     vkBound,         // a BoundSlot
     vkLimit,         // index of the limit
     vkLimitMethod,   // a LongSlot, shown as one of LimitMethodWords

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "Screen.h"
+#include "commit/frmCommit.h"
 #include "edit/frmFill.h"
 #include "edit/frmReplace.h"
 #include "fakes/Builders.h"
@@ -22,6 +23,7 @@
 #include "qt/forms/AboutDialog.h"
 #include "qt/forms/AdminDialog.h"
 #include "qt/forms/AutoFilterDialog.h"
+#include "qt/forms/CommitDialog.h"
 #include "qt/forms/FillDialog.h"
 #include "qt/forms/MainWindow.h"
 #include "qt/forms/ReplaceDialog.h"
@@ -119,6 +121,7 @@ protected:
 
     void SetUp() override {
         screen.toolkit.Register<frmAutoFilter, AutoFilterDialog>();
+        screen.toolkit.Register<frmCommit, CommitDialog>();
         screen.toolkit.Register<frmFill, FillDialog>();
         screen.toolkit.Register<frmReplace, ReplaceDialog>();
         screen.toolkit.Register<frmAbout, AboutDialog>();

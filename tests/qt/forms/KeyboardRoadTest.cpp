@@ -7,7 +7,6 @@
 
 #include "SourceFolder.h"
 #include "qt/WindowFixture.h"
-#include "qt/forms/CommitDialog.h"
 #include "qt/services/ReadableStyle.h"
 
 namespace kd {
@@ -119,7 +118,6 @@ protected:
     void SetUp() override {
         WindowFixture::SetUp();
         QApplication::setStyle(new ReadableStyle(QStringLiteral("Fusion")));  // which owns it
-        screen.toolkit.Register<frmCommit, CommitDialog>();
         Load({aField().Name("Fat").Usl(10).Tgt(5), aField().Name("Protein").Usl(20).Tgt(6)});
         screen.g.gFiles->Item(1)->SetChangesMade(std::string(GetParam().window) == "frmCommit");
         ClickCell(1, cnUSL);

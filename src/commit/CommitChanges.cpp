@@ -81,12 +81,18 @@ private:
     }
 
     void Fail(const cError& error) {
-        if (m_views) {
-            m_views->Abandon();
+        std::optional<cError> earlier;  // of views that were through before it
+        try {
+            if (m_views) {
+                m_views->Abandon();
+            }
+        } catch (const std::exception& failure) {
+            earlier.emplace(AsError(failure, "CommitChanges"));
         }
+        const cError& told = earlier ? *earlier : error;
         Text text = "An error occurred while saving changes:";
         text += CrLf;
-        text += Digits(error.Number()) + " (" + error.Source() + ") - " + error.Description();
+        text += Digits(told.Number()) + " (" + told.Source() + ") - " + told.Description();
         m_g.platform.toolkit.Say(text, BoxIcon::Critical);
     }
 

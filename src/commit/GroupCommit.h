@@ -39,7 +39,9 @@ public:
     void Finish();
     /// After a failure that ends the commit: settles what has been done, and takes away what was prepared for
     /// views that have not had their turn.
-    void Abandon() noexcept;
+    /// @throws cError where something of what has been done is not on the disk: had there been no groups,
+    /// that would have ended the commit.
+    void Abandon();
     /// How many views have been saved.
     std::int32_t Modified() const noexcept { return m_modified; }
 

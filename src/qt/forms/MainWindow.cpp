@@ -66,9 +66,10 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::BuildMenuBar() {
-    // The desktop's own menu bar and screen readers send no key and no press: they reach the passes of a job.
+    // The desktop's own menu bar and screen readers send no key and no press: they reach the passes of a job,
+    // and the window behind a dialog.
     const auto choose = [this](MenuItem& item) {
-        if (!m_toolkit.InPass()) {
+        if (!m_toolkit.InPass() && QGuiApplication::modalWindow() == nullptr) {
             item.UserClick();
         }
     };

@@ -171,7 +171,7 @@ TEST_F(MainWindowTest, RequestToCloseDuringAJobIsAskedWhenTheJobIsOver) {
     EXPECT_TRUE(asked);
 }
 
-TEST_F(MainWindowTest, ACommandThatIsChosenWithoutKeyOrPressDoesNothingDuringAJob) {
+TEST_F(MainWindowTest, ACommandThatIsChosenWithoutKeyOrPressDoesNothingDuringAJobAndBehindADialog) {
     MenuItem& paths = form.Controls().mnuShowPaths;
     auto& action = Find<QAction>(window, "mnuShowPaths");
     auto& menu = Find<QMenu>(window, "mnuView");
@@ -183,6 +183,15 @@ TEST_F(MainWindowTest, ACommandThatIsChosenWithoutKeyOrPressDoesNothingDuringAJo
         QMetaObject::invokeMethod(&menu, &QMenu::aboutToShow, Qt::QueuedConnection);
         desk.toolkit.ProcessEvents();
     });
+    desk.toolkit.Register<frmAbout, AboutDialog>();
+    {
+        NextModal about([&](QWidget&) {
+            action.trigger();
+            emit menu.aboutToShow();
+            Press(Qt::Key_Escape);
+        });
+        Find<QAction>(window, "mnuHelpAbout").trigger();
+    }
     EXPECT_EQ(paths.Checked(), shown);
     EXPECT_EQ(action.isChecked(), shown) << "its mark is the entry's, all the same";
     EXPECT_EQ(opened, 0);

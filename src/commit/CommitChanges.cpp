@@ -81,18 +81,12 @@ private:
     }
 
     void Fail(const cError& error) {
-        std::optional<cError> earlier;  // of views that were through before it
-        try {
-            if (m_views) {
-                m_views->Abandon();
-            }
-        } catch (const std::exception& failure) {
-            earlier.emplace(AsError(failure, "CommitChanges"));
+        if (m_views) {
+            m_views->Abandon();
         }
-        const cError& told = earlier ? *earlier : error;
         Text text = "An error occurred while saving changes:";
         text += CrLf;
-        text += Digits(told.Number()) + " (" + told.Source() + ") - " + told.Description();
+        text += Digits(error.Number()) + " (" + error.Source() + ") - " + error.Description();
         m_g.platform.toolkit.Say(text, BoxIcon::Critical);
     }
 

@@ -6,7 +6,6 @@
 #include "appfiles/FileNames.h"
 #include "base/ApplicationNames.h"
 #include "base/Paths.h"
-#include "base/Scope.h"
 
 namespace kd {
 
@@ -44,9 +43,13 @@ void GroupCommit::Finish() {
     DeleteLeftovers();
 }
 
-void GroupCommit::Abandon() {
-    const Scope withdrawn([this] { Withdraw(); });
-    m_pending.Settle();  // views already done stay done
+void GroupCommit::Abandon() noexcept {
+    try {
+        m_pending.Settle();  // views already done stay done
+    } catch (...) {
+        // The failure that ended the commit is the one to tell.
+    }
+    Withdraw();
 }
 
 /// Archives and writes a view, all but its last step. Among others it returns false where that did not work,

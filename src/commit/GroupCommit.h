@@ -39,9 +39,7 @@ public:
     void Finish();
     /// After a failure that ends the commit: settles what has been done, and takes away what was prepared for
     /// views that have not had their turn.
-    /// @throws cError where something of what has been done is not on the disk: had there been no groups,
-    /// that would have ended the commit.
-    void Abandon();
+    void Abandon() noexcept;
     /// How many views have been saved.
     std::int32_t Modified() const noexcept { return m_modified; }
 

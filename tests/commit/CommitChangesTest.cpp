@@ -422,29 +422,6 @@ TEST(CommitChangesTest, WhatWasLeftBesideAViewThatIsSavedAloneGoesToo) {
     }
 }
 
-TEST(CommitChangesTest, RecordsBeforeAnErrorThatAreNotOnTheDiskAreWhatTheCommitEndedWith) {
-    CommitDesk t;
-    t.EditRows({1, 2, 3});
-    t.suite.failLogWith = errDiskFull;
-    t.suite.failLogAtRecord = 2;
-    bool isAdding = false;
-    t.files.onStep = [&](const Text& step) {
-        isAdding = isAdding || t.suite.records.size() == 1;
-        if (isAdding && step == "Settle ") {
-            throw cError(errDevice, "MemoryFiles.Settle", {}, "/apps/plant.KDL");
-        }
-    };
-    t.ExpectDialog();
-    t.toolkit.ExpectBox(
-        "An error occurred while saving changes:\r\n57 (MemoryFiles.Settle) - Device I/O error",
-        BoxIcon::Critical);
-    CommitChanges(t.desk);
-    EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade()) << "its record is not on the disk";
-    for (const Text& path : t.files.Paths()) {
-        EXPECT_TRUE(path.find(".temp") == Text::npos && path.find(".kdsave-") == Text::npos) << path;
-    }
-}
-
 TEST(CommitChangesTest, AFolderThatMayNotBeListedIsNoFailure) {
     CommitDesk t;
     t.EditRows({1});

@@ -140,9 +140,9 @@ void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::strin
     if (target < 0) {
         Raise("CopyForArchive", folder, errno);
     }
-    const bool isNoted = m_unsettled->Add(target, folder);
     // One by one where the folder's flush is not that of all that is in it.
-    const FlushCopy flush = isNoted && m_unsettled->SharesItsFlush(target) ? FlushCopy::No : FlushCopy::Yes;
+    const bool isFlushedWithAll = m_unsettled->Add(target, folder) == Unsettled::Way::WithAll;
+    const FlushCopy flush = isFlushedWithAll ? FlushCopy::No : FlushCopy::Yes;
     for (const Text& source : sources) {
         try {
             CopyToArchive(source, paths::InFolder(folder, paths::FileName(source), Delimiter()), flush);

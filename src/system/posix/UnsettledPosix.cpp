@@ -22,44 +22,45 @@ std::optional<dev_t> Unsettled::SystemOf(int fd) {
     return isEnough ? std::optional(status.st_dev) : std::nullopt;
 }
 
-bool Unsettled::Add(int fd, std::string_view path) {
-    if (const auto system = SystemOf(fd); system && m_systems.count(*system) != 0) {
-        return true;
+Unsettled::Way Unsettled::Add(int fd, std::string_view path, std::optional<dev_t> system) {
+    if (system && m_systems.count(*system) != 0) {
+        return Way::WithAll;
     }
     if (Descriptor second(::fcntl(fd, F_DUPFD_CLOEXEC, 0)); second.IsOpen()) {
-        Take(std::move(second), path);
-        return true;
+        return Take(std::move(second), path, system);
     }
     if (const int code = Flush(fd); code != 0) {
         Raise("Settle", path, code);
     }
-    return false;
+    return Way::AtOnce;
 }
 
-void Unsettled::Take(Descriptor file, std::string_view path) {
-    if (const auto system = SystemOf(file.Get())) {
+Unsettled::Way Unsettled::Take(Descriptor file, std::string_view path, std::optional<dev_t> system) {
+    if (system) {
         m_systems.emplace(*system, std::move(file));
-    } else {
-        m_files.push_back({std::move(file), Text(path)});
+        return Way::WithAll;
     }
+    m_files.push_back({std::move(file), Text(path)});
+    return Way::Alone;
 }
 
 void Unsettled::AddOnce(int fd, const Text& path) {
     // One that was flushed at once instead is flushed again when it has grown.
-    if (m_once.count(path) == 0 && Add(fd, path)) {
+    if (m_once.count(path) == 0 && Add(fd, path) != Way::AtOnce) {
         m_once.insert(path);
     }
 }
 
 void Unsettled::AddInFolder(int fd, const Text& path) {
-    if (Add(fd, path) && SharesItsFlush(fd)) {
+    if (Add(fd, path) == Way::WithAll) {
         m_folders.insert(paths::FolderToList(path));
     }
 }
 
 void Unsettled::AddName(int fd, const Text& path) {
     // The flush of a file alone need not be that of its name, and one that has come to pass already is not.
-    if (!SharesItsFlush(fd) || !Add(fd, path)) {
+    const std::optional<dev_t> system = SystemOf(fd);
+    if (!system || Add(fd, path, system) != Way::WithAll) {
         AddName(path);
     }
 }
@@ -71,7 +72,8 @@ void Unsettled::AddName(const Text& path) {
     }
     Descriptor open(Open(folder + "/.", O_RDONLY | O_DIRECTORY));
     if (open.IsOpen()) {
-        Take(std::move(open), folder);  // its flush is that of all names in it
+        const std::optional<dev_t> system = SystemOf(open.Get());
+        (void)Take(std::move(open), folder, system);  // its flush is that of all names in it
         m_folders.insert(folder);
     } else if (errno != EACCES && errno != ENOENT && errno != ENOTDIR) {
         Raise("Settle", path, errno);

@@ -16,11 +16,14 @@ namespace kd::posix {
 /// What was written or renamed and has not been brought to the disk yet.
 class Unsettled {
 public:
-    /// Takes note of an open file or folder. One that cannot be noted is flushed at once, and false is
-    /// returned.
+    /// What brings a file or folder to the disk: a flush that has come to pass already, one of its own, or
+    /// that of all that is on its file system.
+    enum class Way { AtOnce, Alone, WithAll };
+
+    /// Takes note of an open file or folder. One that cannot be noted is flushed at once.
     /// `path` is what a failure to flush it names.
     /// @throws cError(errDiskFull, errDevice)
-    bool Add(int fd, std::string_view path);
+    Way Add(int fd, std::string_view path) { return Add(fd, path, SystemOf(fd)); }
     /// The same for a file that is added to again and again under one name.
     void AddOnce(int fd, const Text& path);
     /// The same for a file that is itself in the folder of its path.
@@ -45,8 +48,11 @@ public:
 private:
     /// The file system of an open file or folder where one flush of it is enough.
     std::optional<dev_t> SystemOf(int fd);
+    /// Each asks for the file system but once: an answer that fails and one that does not would leave what
+    /// one flush is thought to be enough for without it.
+    Way Add(int fd, std::string_view path, std::optional<dev_t> system);
     /// Keeps an open file or folder until it is settled.
-    void Take(Descriptor file, std::string_view path);
+    Way Take(Descriptor file, std::string_view path, std::optional<dev_t> system);
 
     std::map<dev_t, bool> m_drives;  // whether one flush is enough
     std::set<Text> m_folders;        // whose names are settled with what has been noted

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <string>
 #include <vector>
 
 #include "base/cError.h"
@@ -46,13 +48,41 @@ TEST(UnsettledTest, ADriveIsAskedOnceUntilAllIsSettled) {
     EXPECT_FALSE(unsettled.SharesItsFlush(folder.Get()));
 }
 
+TEST(UnsettledTest, ADriveThatDoesNotAnswerOnceLeavesNoNameWithoutAFlush) {
+    const Text name = "/dev/shm/name";
+    const Descriptor file(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!OneFlushIsEnough(file.Get())) {
+        GTEST_SKIP() << "nothing there is flushed at once";
+    }
+    for (int failAt = 1; failAt <= 4; ++failAt) {
+        for (const bool isNamed : {false, true}) {
+            SCOPED_TRACE(std::to_string(failAt) + (isNamed ? " named" : ""));
+            Unsettled unsettled;
+            {
+                const FailingCalls calls(failAt, EIO);
+                if (isNamed) {
+                    unsettled.AddName(file.Get(), name);
+                } else {
+                    unsettled.AddInFolder(file.Get(), name);
+                }
+            }
+            if (!isNamed) {
+                unsettled.AddName(name);
+            }
+            FailingCalls calls;
+            EXPECT_TRUE(unsettled.TrySettle([] {}).empty());
+            EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "syncfs"), 1);
+        }
+    }
+}
+
 TEST(UnsettledTest, EachFailedFlushIsToldWithItsPathAndTheCallerLivesBetweenThem) {
     const Descriptor file(::open(OfTheKernel, O_RDONLY | O_CLOEXEC));
     ASSERT_TRUE(file.IsOpen());
     ASSERT_FALSE(OneFlushIsEnough(file.Get()));
     Unsettled unsettled;
-    EXPECT_TRUE(unsettled.Add(file.Get(), "first"));
-    EXPECT_TRUE(unsettled.Add(file.Get(), "second"));
+    EXPECT_EQ(unsettled.Add(file.Get(), "first"), Unsettled::Way::Alone);
+    EXPECT_EQ(unsettled.Add(file.Get(), "second"), Unsettled::Way::Alone);
     unsettled.AddName(OfTheKernel);
     FailingCalls calls;
     calls.FailEach("fsync", EIO);

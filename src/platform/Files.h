@@ -84,9 +84,9 @@ public:
     Files(const Files&) = delete;
     Files& operator=(const Files&) = delete;
 
-    /// Runs between the flushes of Settle, behind each copy of CopyAllForArchive, and before each pause for a
-    /// file that another program keeps: what can take long lets its caller live. May be empty; must not
-    /// throw.
+    /// Runs between the flushes of Settle, behind each copy of CopyAllForArchive, and again and again while
+    /// OpenForOutput waits for a file that another program keeps: what can take long lets its caller live.
+    /// May be empty; must not throw.
     std::function<void()> Meanwhile;
 
     /// The character that this platform puts between the parts of a path.
@@ -107,8 +107,9 @@ public:
     virtual std::string ReadEnd(std::string_view path, std::size_t count);
 
     /// Opens a file for writing, replacing what stands there. A link or anything else that is no regular file
-    /// is not written through: errPermissionDenied. A file that is made is the user's alone until
-    /// TakeRightsOf. One that another program keeps, and goes on keeping while `patience` lasts:
+    /// is not written through: errPermissionDenied. Where the system can do that, a file that others may have
+    /// open is made anew, and one that is made is the user's alone until TakeRightsOf. One that another
+    /// program keeps, and goes on keeping while `patience` lasts, is left to it by each of its names:
     /// errFileAlreadyOpen.
     virtual std::unique_ptr<OutputFile> OpenForOutput(std::string_view path, Patience patience) = 0;
     /// The same with the patience of a save.

@@ -147,16 +147,26 @@ Descriptor OpenRegular(const char* operation, std::string_view path, int flags, 
 }
 
 Descriptor CreateOrOpen(const char* operation, std::string_view path, int flags, mode_t mode,
-                        struct stat& status) {
-    // Made anew, or not at all: nothing can come to stand there in between that is not seen.
-    Descriptor made(Open(Text(path), flags | O_CREAT | O_EXCL, mode));
-    if (!made.IsOpen() && errno == EEXIST) {
-        return OpenRegular(operation, path, flags, status);
+                        struct stat& status, bool& isMade) {
+    constexpr int Tries = 5;
+    const Text name(path);
+    for (int tries = 1;; ++tries) {
+        // Made anew, or not at all: nothing can come to stand there in between that is not seen.
+        Descriptor file(Open(name, flags | O_CREAT | O_EXCL, mode));
+        isMade = file.IsOpen();
+        int code = isMade && ::fstat(file.Get(), &status) == 0 ? 0 : errno;
+        const bool isThere = !isMade && code == EEXIST;
+        if (isThere) {
+            file = TryRegular(name, flags, status, code);
+        }
+        if (code == 0) {
+            return file;
+        }
+        // Another program may have taken it away since.
+        if (!isThere || code != ENOENT || tries == Tries) {
+            Raise(operation, path, code);
+        }
     }
-    if (!made.IsOpen() || ::fstat(made.Get(), &status) != 0) {
-        Raise(operation, path, errno);
-    }
-    return made;
 }
 
 int ReadToEnd(int fd, off_t size, std::string& bytes) {

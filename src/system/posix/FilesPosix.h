@@ -87,9 +87,10 @@ inline bool MayWrite(const struct stat& status) noexcept {
 Descriptor TryRegular(const Text& path, int flags, struct stat& status, int& code);
 /// The same, with the failure raised.
 Descriptor OpenRegular(const char* operation, std::string_view path, int flags, struct stat& status);
-/// The same for one that is mostly missing, and is made then with that mode; a link to nowhere is refused.
+/// The same for one that is mostly missing, and is made then with that mode, which `isMade` tells; a link to
+/// nowhere is refused.
 Descriptor CreateOrOpen(const char* operation, std::string_view path, int flags, mode_t mode,
-                        struct stat& status);
+                        struct stat& status, bool& isMade);
 
 /// Reads an open regular file of about `size` bytes from where it stands to its end; what `bytes` held before
 /// is gone. Returns 0 or an errno, with no bytes then.

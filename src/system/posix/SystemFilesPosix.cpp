@@ -20,6 +20,7 @@
 #include "system/posix/OutputPosix.h"
 #include "system/posix/OwnOutputs.h"
 #include "system/posix/ReplacePosix.h"
+#include "system/posix/RightsPosix.h"
 #include "system/posix/UnsettledPosix.h"
 
 namespace kd {
@@ -189,25 +190,12 @@ std::string SystemFiles::ReadEnd(std::string_view path, std::size_t count) {
 
 namespace {
 
-/// A file opened anew at its place, and not yet emptied. One with another name is left to that name. One that
-/// is made is the user's alone until it gets the rights that it is to have: whoever had it open before could
-/// write it for good, and it could not take the place of a file that he may not write.
-Descriptor OpenAnew(const Text& target, struct stat& status) {
-    constexpr int Flags = O_WRONLY | O_NOFOLLOW;
+/// A file opened at its place, and not yet emptied. One that is made is the user's alone until it gets the
+/// rights that it is to have: whoever had it open before could write it for good, and it could not take the
+/// place of a file that he may not write.
+Descriptor OpenAtItsPlace(const Text& target, struct stat& status, bool& isMade) {
     constexpr mode_t Own = 0600;
-    Descriptor file = CreateOrOpen("OpenForOutput", target, Flags, Own, status);
-    if (status.st_nlink <= 1) {
-        return file;
-    }
-    // Somebody else's name for the same file: what is written here must not reach it.
-    if (::unlink(target.c_str()) != 0) {
-        Raise("OpenForOutput", target, errno);
-    }
-    Descriptor own = CreateOrOpen("OpenForOutput", target, Flags, Own, status);
-    if (status.st_nlink > 1) {
-        Raise("OpenForOutput", target, EACCES);  // it got another name since it was looked at
-    }
-    return own;
+    return CreateOrOpen("OpenForOutput", target, O_WRONLY | O_NOFOLLOW, Own, status, isMade);
 }
 
 /// A file that nobody else has in hand, emptied, and kept from others from here on.
@@ -236,12 +224,16 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path, Pa
     // At most once, whoever goes on making files of that name.
     bool hasRemoved = false;
     for (int tries = 1;; ++tries) {
-        Descriptor file = OpenAnew(target, status);
+        bool isMade = false;
+        Descriptor file = OpenAtItsPlace(target, status, isMade);
         const bool isKept = m_ownOutputs->IsOpen(StateOf(status).file) || !Keep(file.Get());
         // One that is gone was another program's, which has done with it.
         const bool isOurs = !isKept && IsStillThere(file.Get(), target, status);
-        const bool isForeign = isOurs && status.st_uid != ::geteuid() && !hasRemoved;
-        if (isOurs && !isForeign) {
+        const bool hasOtherNames = status.st_nlink > 1;
+        if (isOurs && hasOtherNames && hasRemoved) {
+            Raise("OpenForOutput", target, EACCES);
+        }
+        if (isOurs && (hasRemoved || IsPrivate(status) || (isMade && !hasOtherNames))) {
             return EmptyOutput(*m_unsettled, std::move(file), target, status,
                                {Descriptor(), OwnOutput(m_ownOutputs, StateOf(status).file),
                                 [this](const Text& missing) { return Resolved(missing); }});
@@ -249,10 +241,13 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path, Pa
         if (tries >= MostTries || (isKept && patience == Patience::None)) {
             throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, target);
         }
-        if (isForeign) {
-            // Its owner may have it open, and could write into what is saved here.
+        if (isOurs) {
+            // Others may have it open, and could read or write what is saved here, which must not reach
+            // another name of it either. One of the user's own that cannot go is taken as it is.
             hasRemoved = true;
-            if (::unlink(target.c_str()) != 0) {
+            if (::unlink(target.c_str()) == 0) {
+                m_ownOutputs->Forget(StateOf(status).file);
+            } else if (hasOtherNames || status.st_uid != ::geteuid()) {
                 Raise("OpenForOutput", target, errno);
             }
         } else if (isKept) {
@@ -362,8 +357,10 @@ void DeleteUnkept(std::string_view path, OwnOutputs& own, MayGo mayGo) noexcept 
         const Text name(path);
         struct stat status {};
         const Descriptor file(Open(name, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
-        if (file.IsOpen() && IsStillThere(file.Get(), name, status) && S_ISREG(status.st_mode) &&
-            mayGo(file.Get()) && IsUnkept(file.Get(), StateOf(status), own) && ::unlink(name.c_str()) == 0) {
+        // By its name at last: who kept it may have given it another one since it was opened.
+        if (file.IsOpen() && ::fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode) &&
+            mayGo(file.Get()) && IsUnkept(file.Get(), StateOf(status), own) &&
+            IsStillThere(file.Get(), name, status) && ::unlink(name.c_str()) == 0) {
             own.Forget(StateOf(status).file);
         }
     } catch (...) {

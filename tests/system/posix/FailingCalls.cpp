@@ -8,6 +8,7 @@
 #ifdef __linux__
 #include <sys/utsname.h>
 #include <sys/vfs.h>
+#include <sys/xattr.h>
 #endif
 #include <unistd.h>
 
@@ -46,6 +47,18 @@ void FailingCalls::Before(int call, std::function<void()> action) {
     m_action = std::move(action);
 }
 
+void FailingCalls::Before(const std::string& name, std::function<void()> action) {
+    m_actionBefore = name;
+    m_action = std::move(action);
+}
+
+void FailingCalls::Act() {
+    active = nullptr;
+    m_actionBefore.clear();
+    m_action();
+    active = this;
+}
+
 int FailingCalls::Ask(const char* name) {
     if (active == nullptr) {
         return 0;
@@ -60,10 +73,8 @@ int FailingCalls::Ask(const char* name) {
         }
     }
     calls.m_calls.push_back(asked);
-    if (static_cast<int>(calls.m_calls.size()) == calls.m_actionAt) {
-        active = nullptr;
-        calls.m_action();
-        active = &calls;
+    if (static_cast<int>(calls.m_calls.size()) == calls.m_actionAt || asked == calls.m_actionBefore) {
+        calls.Act();
     }
     if (asked == calls.m_failing) {
         return calls.m_failingCode;
@@ -73,7 +84,10 @@ int FailingCalls::Ask(const char* name) {
     return calls.m_failAt > 0 && fails ? calls.m_code : 0;
 }
 
-int FailingCalls::FailureOf(const char* name) {
+int FailingCalls::FailureOf(const std::string& name) {
+    if (active != nullptr && active->m_actionBefore == name) {
+        active->Act();
+    }
     return active != nullptr && active->m_failing == name ? active->m_failingCode : 0;
 }
 
@@ -179,6 +193,19 @@ int flock(int fd, int operation) noexcept {
     }
     return real(fd, operation);
 }
+
+#ifdef __linux__
+// Not counted: a drive has lists of access rights or has none.
+ssize_t fgetxattr(int fd, const char* name, void* value, size_t size) noexcept {
+    static const auto real = Real<ssize_t(int, const char*, void*, size_t)>("fgetxattr");
+    const int code = kd::FailingCalls::FailureOf("fgetxattr");
+    if (code != 0) {
+        errno = code;
+        return -1;
+    }
+    return real(fd, name, value, size);
+}
+#endif
 
 int ftruncate(int fd, off_t size) noexcept {
     static const auto real = Real<int(int, off_t)>("ftruncate");

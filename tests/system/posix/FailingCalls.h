@@ -25,6 +25,8 @@ public:
     void Stutter() { m_stutters = true; }
     /// Runs `action`, undisturbed, before the call with that number: what another program does meanwhile.
     void Before(int call, std::function<void()> action);
+    /// The same before the next call of that name, also of those that are not counted.
+    void Before(const std::string& name, std::function<void()> action);
     /// Names of the calls so far, in order.
     const std::vector<std::string>& Calls() const { return m_calls; }
 
@@ -36,7 +38,7 @@ public:
     /// For the calls alone: the errno that this one has to fail with, or 0.
     static int Ask(const char* name);
     /// The same for a call that is not counted and fails with its name alone.
-    static int FailureOf(const char* name);
+    static int FailureOf(const std::string& name);
     static bool Stutters();
 
 private:
@@ -49,7 +51,10 @@ private:
     int m_failingCode = 0;
     std::vector<std::string> m_calls;
     std::vector<std::string> m_flushed;
+    void Act();
+
     int m_actionAt = 0;
+    std::string m_actionBefore;
     std::function<void()> m_action;
 };
 

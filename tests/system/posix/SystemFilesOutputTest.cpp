@@ -81,11 +81,57 @@ TEST_F(SystemFilesTest, OutputForAFileOfAnotherGroupIsNotForTheUsersOwn) {
     (void)::umask(mask);
 }
 
+TEST_F(SystemFilesTest, OutputThatOthersCouldOpenBeforeIsMadeAnew) {
+    for (const mode_t mode : {0664U, 0644U, 0604U}) {
+        SCOPED_TRACE(mode);
+        const Text path = Put("a.temp", "left behind", mode);
+        std::ifstream opened(path, std::ios::binary);
+        const auto output = files.OpenForOutput(path);
+        output->Write("for the user alone");
+        EXPECT_EQ(Mode(path), 0600U);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(opened), {}), "left behind");
+        (void)output->TakeRightsOf(Put("a.kdt", "old", 0600));
+        EXPECT_EQ(Mode(path), 0600U);
+    }
+}
+
+TEST_F(SystemFilesTest, OutputThatAnotherHasInHandKeepsItsNameThoughItHasAnother) {
+    SystemFiles other(CodePage::Of(1252));
+    const auto held = other.OpenForOutput(At("a.temp"));
+    std::filesystem::create_hard_link(At("a.temp"), At("second name"));
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp"), Patience::None); }), errFileAlreadyOpen);
+    EXPECT_EQ(Names(), (std::set<Text>{"a.temp", "second name"}));
+}
+
+TEST_F(SystemFilesTest, OutputThatAnotherTakesAwayWhileItIsOpenedIsMade) {
+    const Text path = Put("a.temp", "another's", 0600);
+    FailingCalls calls;
+    calls.Before(2, [&] { ASSERT_EQ(::rename(path.c_str(), At("a.kdt").c_str()), 0); });
+    EXPECT_EQ(ErrorOf([&] { files.OpenForOutput(path)->Write("ours"); }), 0);
+    EXPECT_EQ(Get(At("a.kdt")), "another's");
+    EXPECT_EQ(Get(path), "ours");
+}
+
+TEST_F(SystemFilesTest, WhatHasTakenItsPlaceAndMadeRoomForAnotherIsNotAbandoned) {
+    SystemFiles other(CodePage::Of(1252));
+    auto held = other.OpenForOutput(At("a.temp"));
+    FailingCalls calls;
+    calls.Before("flock", [&] {
+        ASSERT_EQ(::rename(At("a.temp").c_str(), At("a.kdt").c_str()), 0);
+        held = other.OpenForOutput(At("a.temp"));
+        held->Write("the next one's");
+    });
+    files.DeleteAbandoned(At("a.temp"));
+    EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "a.temp"}));
+}
+
 // A member of the group may have opened it for writing, and nothing tells that from the outside.
-TEST_F(SystemFilesTest, OutputThatOthersCouldOpenBeforeDoesNotLookAsIfTheyCouldNot) {
+TEST_F(SystemFilesTest, OutputThatOthersCouldOpenBeforeAndThatMustStayDoesNotLookAsIfTheyCouldNot) {
     const mode_t mask = ::umask(022);
     (void)Put("a.kdt", "old", 0644);
     for (const char* const target : {"a.kdt", "none.kdt"}) {
+        FailingCalls calls;
+        calls.FailEach("unlink", EACCES);
         (void)Put("a.temp", "left behind", 0664);
         const auto output = files.OpenForOutput(At("a.temp"));
         (void)output->TakeRightsOf(At(target));

@@ -52,7 +52,8 @@ public:
     virtual void CloseForSettling() = 0;
     /// Gives a file just opened for output the owner, the mode and the rights of another as far as the user
     /// may, so that Files::MoveSettled has nothing left to give. What cannot be given is no failure: the
-    /// file then gets what the user's mask leaves, and nothing that the other one keeps from others.
+    /// file then lets in those whom the other one lets in, as far as the user may, and nobody else. Where the
+    /// other one is missing, it gets what a new file gets there.
     /// @returns which file the other one is, so that two names of one file are seen, and in which state.
     virtual FileState TakeRightsOf(std::string_view path) noexcept {
         (void)path;

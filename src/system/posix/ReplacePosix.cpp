@@ -149,7 +149,7 @@ std::optional<int> Furnish(Descriptor& file, std::string_view bytes, const Text&
             return std::nullopt;
         }
     } else if (code == 0) {
-        code = TakeUsualMode(file.Get());
+        code = TakeUsualRights(file.Get(), target);
     }
     if (code == 0) {
         code = Flush(file.Get());
@@ -248,7 +248,7 @@ int GiveRights(int fd, const struct stat& made, const Text& path, struct stat& p
     // What cannot be given is given later. A file that others can have opened must not look as if they could
     // not.
     if (!areGiven && IsPrivate(made)) {
-        TakeUsualModeWithin(fd, present, file.IsOpen() ? AccessListOf(file.Get()) : AccessListOf(path));
+        TakeRightsWithin(fd, present, file.IsOpen() ? AccessListOf(file.Get()) : AccessListOf(path));
     }
     return 0;
 }
@@ -271,7 +271,7 @@ FileState TakeOverRightsOf(int fd, std::string_view path, const OtherName& other
             code = GiveRights(fd, made, otherName(name), present);
         }
         if (code == ENOENT && IsPrivate(made)) {
-            (void)TakeUsualMode(fd);  // which the file itself will have
+            (void)TakeUsualRights(fd, name);  // which the file itself will have
         }
     } catch (...) {
         // A folder that could not be looked through, or want of memory.

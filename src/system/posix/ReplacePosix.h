@@ -46,10 +46,11 @@ Placing PutInPlace(const Text& source, const Text& target, Unsettled* settled, c
 using OtherName = std::function<Text(const Text& missing)>;
 
 /// Gives an open file of the user's own the owner, the mode and the list of rights of the file at `path`
-/// where PutInPlace would do it. One that gets none of these, and is the user's alone so far, gets the mode
-/// that his mask leaves, and nothing that the file at `path` keeps from others: those who may write that one
-/// can then see that this one is kept. Returns which file that one is, by whatever name, and in which state;
-/// nothing for one that only another case of its name finds.
+/// where PutInPlace would do it. One that gets none of these, and is the user's alone so far, lets in those
+/// whom the file at `path` lets in, and nobody else: those who may write that one can then see that this one
+/// is kept, and take over what is left of it. Where that one is missing, it gets what that one would have
+/// got. Returns which file that one is, by whatever name, and in which state; nothing for one that only
+/// another case of its name finds.
 FileState TakeOverRightsOf(int fd, std::string_view path, const OtherName& otherName) noexcept;
 
 }  // namespace kd::posix

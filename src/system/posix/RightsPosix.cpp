@@ -8,12 +8,15 @@
 
 #include <cerrno>
 
+#include "base/Paths.h"
+
 namespace kd::posix {
 
 namespace {
 
 #ifdef __linux__
 constexpr const char* AccessListName = "system.posix_acl_access";
+constexpr const char* ListOfNewFilesName = "system.posix_acl_default";
 #endif
 
 /// The list of access rights that `ask` tells; empty where there is none. Nothing where it could not be
@@ -36,6 +39,19 @@ std::optional<std::string> AccessListBy(Ask ask) {
     (void)ask;
     return std::string();
 #endif
+}
+
+/// What the folder of that path gives its new files instead of what the user's mask leaves.
+std::optional<std::string> ListOfNewFilesBeside(const Text& path) {
+    const Text folder = paths::FolderToList(path) + "/.";
+    return AccessListBy([&folder](char* list, std::size_t size) {
+#ifdef __linux__
+        return ::getxattr(folder.c_str(), ListOfNewFilesName, list, size);
+#else
+        (void)folder, (void)list;
+        return static_cast<ssize_t>(size);
+#endif
+    });
 }
 
 }  // namespace
@@ -79,6 +95,58 @@ bool TakeOverAccessList(int fd, const std::optional<std::string>& list) {
 #endif
 }
 
+/// The kinds of a list's entries that say what the mode says too; all but the mask stand in every list.
+constexpr char OfTheOwner = 0x01;
+constexpr char OfTheGroup = 0x04;
+constexpr char Mask = 0x10;
+constexpr char OfOthers = 0x20;
+
+/// Runs `action` with the kind and the rights of each entry. Each has eight bytes, behind the four of the
+/// list's own; a number's lowest byte comes first, and is all of it that is used here.
+template <typename Action>
+void ForEachEntry(std::string& list, Action action) {
+    constexpr std::size_t Head = 4;
+    constexpr std::size_t Size = 8;
+    constexpr std::size_t Rights = 2;
+    for (std::size_t at = Head; at + Size <= list.size(); at += Size) {
+        action(list[at], list[at + Rights]);
+    }
+}
+
+void Limit(char& rights, int most) noexcept {
+    rights = static_cast<char>(rights & most);
+}
+
+/// The list for a file of another group. That group gets nothing by it, since some of its people may be on
+/// the list with less. Those of the present one's group count among the others now, who get no more than
+/// they did.
+std::string ForAnotherGroup(std::string list) {
+    char ofTheGroup = 07;
+    ForEachEntry(list, [&](char kind, char rights) {
+        if (kind == OfTheGroup || kind == Mask) {
+            Limit(ofTheGroup, rights);
+        }
+    });
+    ForEachEntry(list, [&](char kind, char& rights) {
+        if (kind == OfTheGroup || kind == OfOthers) {
+            Limit(rights, kind == OfOthers ? ofTheGroup : 0);
+        }
+    });
+    return list;
+}
+
+/// The list that a new file gets of its folder's, which nobody may run.
+std::string ForANewFile(std::string list) {
+    bool hasMask = false;
+    ForEachEntry(list, [&](char kind, char) { hasMask = hasMask || kind == Mask; });
+    ForEachEntry(list, [&](char kind, char& rights) {
+        if (kind == OfTheOwner || kind == OfOthers || kind == (hasMask ? Mask : OfTheGroup)) {
+            Limit(rights, 06);
+        }
+    });
+    return list;
+}
+
 /// The present file is open or named.
 template <typename Present>
 bool TakeOver(int fd, const Present& presentFile, const struct stat& present) {
@@ -110,21 +178,35 @@ bool TakeOverRights(int fd, const Text& presentFile, const struct stat& present)
     return TakeOver(fd, presentFile, present);
 }
 
-int TakeUsualMode(int fd) noexcept {
-    return ::fchmod(fd, UsualMode()) == 0 ? 0 : errno;
+int TakeUsualRights(int fd, const Text& path) {
+    const std::optional<std::string> list = ListOfNewFilesBeside(path);
+    if (!list) {
+        return 0;  // whom the folder lets in is not known: it stays the user's alone
+    }
+    const bool areTaken =
+        list->empty() ? ::fchmod(fd, UsualMode()) == 0 : TakeOverAccessList(fd, ForANewFile(*list));
+    return areTaken ? 0 : errno;
 }
 
-void TakeUsualModeWithin(int fd, const struct stat& present, const std::optional<std::string>& list) {
+void TakeRightsWithin(int fd, const struct stat& present, const std::optional<std::string>& list) {
     struct stat made {};
-    if (::fstat(fd, &made) != 0 || !list || !list->empty() || !TakeOverAccessList(fd, list)) {
+    if (!list || ::fstat(fd, &made) != 0) {
+        return;
+    }
+    const bool isSameGroup =
+        made.st_gid == present.st_gid || ::fchown(fd, static_cast<uid_t>(-1), present.st_gid) == 0;
+    const bool isOnTheList = !list->empty();
+    if (!TakeOverAccessList(fd, isOnTheList && !isSameGroup ? ForAnotherGroup(*list) : *list) ||
+        ::fstat(fd, &made) != 0) {
         return;
     }
     constexpr mode_t All = 07;
     const mode_t group = (present.st_mode >> 3U) & All;
     const mode_t others = present.st_mode & All;
-    const bool isSameGroup = made.st_gid == present.st_gid;
-    const mode_t given = isSameGroup ? (group << 3U | others) : ((group & others) << 3U | (group & others));
-    (void)::fchmod(fd, UsualMode() & (0600U | given));  // one that stays the user's alone harms nobody
+    const mode_t given = isOnTheList   ? made.st_mode  // the group's bits are the list's mask
+                         : isSameGroup ? (group << 3U | others)
+                                       : ((group & others) << 3U | (group & others));
+    (void)::fchmod(fd, 0600U | (given & 0066U));  // what fails leaves it no more open than that
 }
 
 bool IsOurs(const struct stat& made, const struct stat& present) noexcept {
@@ -139,9 +221,12 @@ bool IsPrivate(const struct stat& made) noexcept {
 }
 
 bool HasSameRights(int file, const struct stat& made, int presentFile, const struct stat& present) {
-    return S_ISREG(made.st_mode) && made.st_nlink == 1 && made.st_uid == present.st_uid &&
-           made.st_gid == present.st_gid && made.st_mode == present.st_mode &&
-           AccessListOf(file) == AccessListOf(presentFile);
+    if (!S_ISREG(made.st_mode) || made.st_nlink != 1 || made.st_uid != present.st_uid ||
+        made.st_gid != present.st_gid || made.st_mode != present.st_mode) {
+        return false;
+    }
+    const std::optional<std::string> list = AccessListOf(file);
+    return list && list == AccessListOf(presentFile);
 }
 
 }  // namespace kd::posix

@@ -20,12 +20,14 @@ std::optional<std::string> AccessListOf(const Text& path);
 bool TakeOverRights(int fd, int presentFile, const struct stat& present);
 bool TakeOverRights(int fd, const Text& presentFile, const struct stat& present);
 
-/// Gives a file that is wholly new the mode that the user's mask leaves. Returns 0 or an errno.
-int TakeUsualMode(int fd) noexcept;
-/// Gives the new file what the user's mask leaves of the rights that the present one gives, and none that it
-/// gives only to people whom the new file does not know: a group of its own, or those on a list, which is the
-/// present one's.
-void TakeUsualModeWithin(int fd, const struct stat& present, const std::optional<std::string>& list);
+/// Gives a file that is wholly new, and the user's alone so far, the rights that the system gives one at that
+/// path: those on its folder's list of them, else the mode that the user's mask leaves. Returns 0 or an
+/// errno.
+int TakeUsualRights(int fd, const Text& path);
+/// Gives the new file, which is the user's alone so far and stays his, the rights to read and to write that
+/// the present one gives its group, all others and those on its list, as far as the user may, and nobody more
+/// than that one does. `list` is the present one's.
+void TakeRightsWithin(int fd, const struct stat& present, const std::optional<std::string>& list);
 
 /// Whether only who may write `present` anyway can have the new file open for writing.
 bool IsOurs(const struct stat& made, const struct stat& present) noexcept;

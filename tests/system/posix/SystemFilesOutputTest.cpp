@@ -1,7 +1,10 @@
+#include <grp.h>
 #include <sys/resource.h>
 
 #include <cerrno>
+#include <vector>
 
+#include "base/Scope.h"
 #include "system/posix/FailingCalls.h"
 #include "system/posix/SystemFilesFixture.h"
 
@@ -44,10 +47,10 @@ TEST_F(SystemFilesTest, OutputIsTheUsersAloneUntilItIsToldWhatItIsFor) {
 // Who waits for a file must be able to see that it is kept, but nobody sees more than in the file that it is
 // for.
 TEST_F(SystemFilesTest, OutputThatCannotGetTheRightsOfAFileIsNoMoreOpenThanThatOne) {
-    const mode_t mask = ::umask(002);
+    const mode_t mask = ::umask(077);
     const Text link = MakeLink("link", "elsewhere");
     for (const auto& [target, expected] : {std::pair{0664U, 0664U}, std::pair{0640U, 0640U},
-                                           std::pair{0600U, 0600U}, std::pair{0666U, 0664U}}) {
+                                           std::pair{0600U, 0600U}, std::pair{0777U, 0666U}}) {
         SCOPED_TRACE(target);
         (void)Put("elsewhere", "old", target);
         (void)Put("OTHER.KDT", "old", target);
@@ -67,11 +70,13 @@ TEST_F(SystemFilesTest, OutputForAFileOfAnotherGroupIsNotForTheUsersOwn) {
         GTEST_SKIP() << "only a privileged user can give files away";
     }
     ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
-    const mode_t mask = ::umask(002);
+    constexpr gid_t OfNobodyHere = 4321;
+    const mode_t mask = ::umask(022);
     for (const auto& [target, expected] : {std::pair{0664U, 0644U}, std::pair{0660U, 0600U},
-                                           std::pair{0606U, 0600U}, std::pair{0666U, 0664U}}) {
+                                           std::pair{0606U, 0600U}, std::pair{0666U, 0666U}}) {
         SCOPED_TRACE(target);
-        (void)Put("a.kdt", "of somebody else", target);
+        const Text path = Put("a.kdt", "of somebody else", target);
+        ASSERT_EQ(::chown(path.c_str(), 0, OfNobodyHere), 0);
         const OrdinaryUser user;
         const auto output = files.OpenForOutput(At("a.temp"));
         EXPECT_TRUE(output->TakeRightsOf(At("a.kdt")).file.IsKnown());
@@ -79,6 +84,27 @@ TEST_F(SystemFilesTest, OutputForAFileOfAnotherGroupIsNotForTheUsersOwn) {
         ASSERT_EQ(::unlink(At("a.temp").c_str()), 0);
     }
     (void)::umask(mask);
+}
+
+// A group may share what is somebody's, and each of them a first group of his own.
+TEST_F(SystemFilesTest, OutputForAFileOfAGroupOfTheUsersIsThatGroupsToo) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "only a privileged user can give files away";
+    }
+    ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
+    const Text path = Put("a.kdt", "of somebody else", 0660);
+    constexpr gid_t Shared = 4321;
+    ASSERT_EQ(::chown(path.c_str(), 0, Shared), 0);
+    std::vector<gid_t> before(static_cast<std::size_t>(::getgroups(0, nullptr)));
+    ASSERT_GE(::getgroups(static_cast<int>(before.size()), before.data()), 0);
+    const Scope restored([&] { EXPECT_EQ(::setgroups(before.size(), before.data()), 0); });
+    ASSERT_EQ(::setgroups(1, &Shared), 0);
+    const OrdinaryUser user;
+    const auto output = files.OpenForOutput(At("a.temp"));
+    EXPECT_EQ(Status(At("a.temp")).st_gid, OrdinaryUser::Id);
+    EXPECT_TRUE(output->TakeRightsOf(path).file.IsKnown());
+    EXPECT_EQ(Mode(At("a.temp")), 0660U);
+    EXPECT_EQ(Status(At("a.temp")).st_gid, Shared);
 }
 
 TEST_F(SystemFilesTest, OutputThatOthersCouldOpenBeforeIsMadeAnew) {

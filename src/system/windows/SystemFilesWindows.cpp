@@ -60,6 +60,14 @@ Handle OpenAlone(std::string_view path, const NativePath& native, Patience patie
     return file;
 }
 
+/// Deletes an open file, or the name that it was opened by where it has several. Returns 0 or a code.
+Code RemoveOpen(const Handle& file) noexcept {
+    FILE_DISPOSITION_INFO gone{TRUE};
+    return ::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &gone, sizeof gone) != 0
+               ? 0
+               : ::GetLastError();
+}
+
 /// Takes away a name of a file that has others; nothing else, whatever has come to stand there meanwhile.
 /// Returns 0 or a code.
 Code RemoveOneOfSeveralNames(const NativePath& path) {
@@ -72,10 +80,7 @@ Code RemoveOneOfSeveralNames(const NativePath& path) {
         code = StatusOf(file.Get(), status);
     }
     if (code == 0 && status.links > 1) {
-        FILE_DISPOSITION_INFO gone{TRUE};
-        if (::SetFileInformationByHandle(file.Get(), FileDispositionInfo, &gone, sizeof gone) == 0) {
-            code = ::GetLastError();
-        }
+        code = RemoveOpen(file);
     }
     return code == ERROR_FILE_NOT_FOUND ? 0 : code;
 }
@@ -226,11 +231,17 @@ void SystemFiles::DeleteAbandoned(std::string_view path) noexcept {
         const NativePath native = Native("DeleteAbandoned", path);
         Code code = 0;
         FileStatus status;
-        Handle file = OpenAtOnce(
-            native, {GENERIC_WRITE, ShareAllButWriting, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT}, code);
+        const auto mode = [](Code access) {
+            return OpenMode{access, ShareAllButWriting, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT};
+        };
+        // One that is kept is not waited for, but whoever looks at one that is not mostly has soon done.
+        if (!OpenAtOnce(native, mode(GENERIC_WRITE), code).IsOpen()) {
+            return;
+        }
+        // Kept from others until it is gone: by its name it might be somebody's again.
+        const Handle file = TryOpen(native, mode(GENERIC_WRITE | DELETE), code);
         if (file.IsOpen() && StatusOf(file.Get(), status) == 0 && !IsLink(status.attributes)) {
-            (void)file.Close();
-            (void)Remove(native);  // what cannot be removed stays
+            (void)RemoveOpen(file);  // what cannot be removed stays
         }
     } catch (...) {
         // For want of memory: it stays.

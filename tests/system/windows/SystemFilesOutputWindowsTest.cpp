@@ -224,6 +224,27 @@ TEST_F(TwoAtAFileTest, ATextThatIsNotToHaveItsTurnIsLetGoBeforeItIsSettled) {
     files.Settle();
 }
 
+// Somebody looks at it at first, as a scanner does.
+TEST_F(TwoAtAFileTest, WhatTheOtherTakesInHandWhileItIsBeingDeletedStays) {
+    const Text path = Put("a.temp", "left behind");
+    auto looking = HeldOpen(path, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    std::unique_ptr<OutputFile> held;
+    duringPause = [&] {
+        if (pauses == 1) {
+            (void)looking.Close();
+            held = WrittenByOther(path, "another's");
+        }
+    };
+    files.DeleteAbandoned(path);
+    EXPECT_GE(pauses, 1);
+    EXPECT_EQ(Get(path), "another's");
+    held.reset();
+    looking = HeldOpen(path, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    duringPause = [&] { (void)looking.Close(); };
+    files.DeleteAbandoned(path);
+    EXPECT_EQ(Names(), std::set<Text>{}) << "whoever looks is waited for";
+}
+
 TEST_F(TwoAtAFileTest, AFileThatTheOtherIsAboutToBeDoneWithIsMadeAnew) {
     const Text path = At("a.temp");
     const Text target = Put("a.kdt", "old");

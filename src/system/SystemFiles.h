@@ -81,9 +81,6 @@ private:
     /// The path as it stands where it exists; else that of the file in its folder whose name differs only in
     /// case; else the path as it stands.
     Text Resolved(std::string_view path) const;
-    /// The path of the file in the folder with that name, exactly or but for case; empty where there is none.
-    /// A folder that could not be looked through is told by its errno in `code`, which is 0 otherwise.
-    Text InAnyCase(std::string_view path, int& code) const;
     /// What is known of the file that is meant, and whether anything is.
     bool StatusOf(std::string_view path, struct stat& status) const;
     /// The regular file that is meant, open for reading; `status` tells about it.

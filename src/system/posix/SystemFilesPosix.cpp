@@ -71,17 +71,11 @@ char SystemFiles::Delimiter() const {
     return '/';
 }
 
-Text SystemFiles::Resolved(std::string_view path) const {
-    Text asGiven(path);
-    if (IsPresent(asGiven) || errno != ENOENT) {
-        return asGiven;  // a disk that did not answer says nothing of another name
-    }
-    int code = 0;
-    Text found = InAnyCase(path, code);
-    return found.empty() ? asGiven : found;
-}
+namespace {
 
-Text SystemFiles::InAnyCase(std::string_view path, int& code) const {
+/// The path of the file in the folder with that name, exactly or but for case; empty where there is none. A
+/// folder that could not be looked through is told by its errno in `code`, which is 0 otherwise.
+Text InAnyCase(std::string_view path, const CodePage& page, int& code) {
     const auto slash = path.find_last_of('/');
     const Text folder = slash == std::string_view::npos ? Text(".")
                         : slash == 0                    ? Text("/")
@@ -93,7 +87,7 @@ Text SystemFiles::InAnyCase(std::string_view path, int& code) const {
         code = errno;
         return {};
     }
-    const SameName isSame(name, m_page);
+    const SameName isSame(name, page);
     Text found;
     errno = 0;
     while (const dirent* entry = ::readdir(listing.get())) {
@@ -114,6 +108,18 @@ Text SystemFiles::InAnyCase(std::string_view path, int& code) const {
     return slash == std::string_view::npos ? found : Text(path.substr(0, slash + 1)) + found;
 }
 
+}  // namespace
+
+Text SystemFiles::Resolved(std::string_view path) const {
+    Text asGiven(path);
+    if (IsPresent(asGiven) || errno != ENOENT) {
+        return asGiven;  // a disk that did not answer says nothing of another name
+    }
+    int code = 0;
+    Text found = InAnyCase(path, m_page, code);
+    return found.empty() ? asGiven : found;
+}
+
 bool SystemFiles::StatusOf(std::string_view path, struct stat& status) const {
     if (::stat(Text(path).c_str(), &status) == 0) {
         return true;
@@ -122,7 +128,7 @@ bool SystemFiles::StatusOf(std::string_view path, struct stat& status) const {
         return false;
     }
     int code = 0;
-    const Text found = InAnyCase(path, code);
+    const Text found = InAnyCase(path, m_page, code);
     return !found.empty() && ::stat(found.c_str(), &status) == 0;
 }
 
@@ -147,7 +153,7 @@ Descriptor SystemFiles::OpenToRead(std::string_view path, struct stat& status) c
     int code = 0;
     Descriptor given = TryRegular(Text(path), O_RDONLY, status, code);
     if (code == ENOENT) {
-        const Text meant = InAnyCase(path, code);
+        const Text meant = InAnyCase(path, m_page, code);
         if (code == 0 && meant.empty()) {
             throw cError(errFileNotFound, "SystemFiles.Read", {}, Text(path));
         }
@@ -266,7 +272,7 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
     auto kind = PosixOutput::Kind::Appended;
     if (code == ENOENT) {
         kind = PosixOutput::Kind::MadeToAppend;
-        if (Text meant = InAnyCase(path, code); !meant.empty()) {
+        if (Text meant = InAnyCase(path, m_page, code); !meant.empty()) {
             target = std::move(meant);
         }
         Descriptor made(Open(target, Flags | O_CREAT | O_NONBLOCK | O_NOCTTY));

@@ -49,9 +49,8 @@ int RenameToNew(const Text& present, const Text& target) noexcept {
     return ::rename(present.c_str(), target.c_str()) == 0 ? 0 : errno;
 }
 
-}  // namespace
-
-std::vector<Text> SystemFiles::FolderEntries(std::string_view folder) {
+/// The names in a folder, but its own and that of the one above.
+std::vector<Text> NamesIn(std::string_view folder) {
     const Listing listing(::opendir(folder.empty() ? "/" : Text(folder).c_str()));
     if (!listing) {
         if (errno == ENOENT) {
@@ -74,8 +73,6 @@ std::vector<Text> SystemFiles::FolderEntries(std::string_view folder) {
     return names;
 }
 
-namespace {
-
 /// Makes a folder and the missing ones above it; `made` gets the paths of those that were not there.
 void MakeAll(const Text& path, std::vector<Text>& made) {
     const auto make = [&path] { return ::mkdir(path.c_str(), 0777) == 0 ? 0 : errno; };
@@ -95,7 +92,35 @@ void MakeAll(const Text& path, std::vector<Text>& made) {
     }
 }
 
+/// Removes a folder with all that is in it; none of it is kept any more.
+void RemoveTree(const Text& path, KeptFolders& kept) {
+    kept.open.erase(path);
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) != 0) {
+        if (errno == ENOENT) {
+            return;
+        }
+        Raise("RemoveFolder", path, errno);
+    }
+    if (!S_ISDIR(status.st_mode)) {
+        if (::unlink(path.c_str()) != 0) {  // a link is removed, never followed
+            Raise("RemoveFolder", path, errno);
+        }
+        return;
+    }
+    for (const Text& name : NamesIn(path)) {
+        RemoveTree(paths::InFolder(path, name, '/'), kept);
+    }
+    if (::rmdir(path.c_str()) != 0) {
+        Raise("RemoveFolder", path, errno);
+    }
+}
+
 }  // namespace
+
+std::vector<Text> SystemFiles::FolderEntries(std::string_view folder) {
+    return NamesIn(folder);
+}
 
 void SystemFiles::MakeFolder(std::string_view folder) {
     std::vector<Text> made;
@@ -174,27 +199,7 @@ void SystemFiles::FlushFolder(std::string_view folder) {
 }
 
 void SystemFiles::RemoveFolder(std::string_view folder) {
-    const Text path(folder);
-    m_keptFolders->open.erase(path);
-    struct stat status {};
-    if (::lstat(path.c_str(), &status) != 0) {
-        if (errno == ENOENT) {
-            return;
-        }
-        Raise("RemoveFolder", folder, errno);
-    }
-    if (!S_ISDIR(status.st_mode)) {
-        if (::unlink(path.c_str()) != 0) {  // a link is removed, never followed
-            Raise("RemoveFolder", folder, errno);
-        }
-        return;
-    }
-    for (const Text& name : FolderEntries(path)) {
-        RemoveFolder(paths::InFolder(path, name, Delimiter()));
-    }
-    if (::rmdir(path.c_str()) != 0) {
-        Raise("RemoveFolder", folder, errno);
-    }
+    RemoveTree(Text(folder), *m_keptFolders);
 }
 
 void SystemFiles::RemoveEmptyFolder(std::string_view folder) noexcept {

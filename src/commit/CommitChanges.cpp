@@ -19,7 +19,6 @@ namespace {
 void ShowFault(Desk& desk, const GridCell& fault) {
     desk.Grid.SetRedraw(true);
     desk.Grid.ShowCell(1, fault.screenCol);
-    desk.Grid.Refresh();
     desk.Grid.Select(fault.row, fault.screenCol);
     desk.Grid.ShowCell(fault.row, fault.screenCol);
     desk.g.platform.toolkit.Say("Invalid Limit Entered!", BoxIcon::Exclamation);

@@ -117,7 +117,6 @@ void SetCellValue(Desk& desk, std::int32_t row, std::int32_t screenCol, std::str
     } else {
         desk.Grid.SetBackColor(row, screenCol, 0);
     }
-    desk.Grid.Refresh();
 }
 
 }  // namespace kd

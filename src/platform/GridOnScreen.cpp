@@ -41,11 +41,6 @@ void GridOnScreen::SetRedraw(bool redraw) {
     }
 }
 
-void GridOnScreen::Refresh() {
-    // Every change has told the screen its cell already; a repaint of all that is shown would only cost.
-    // What is left is a grid whose redraw is off: it is told when redraw goes on again.
-}
-
 void GridOnScreen::AutoSize(std::int32_t first, std::int32_t last) {
     if (m_screen != nullptr) {
         m_screen->AutoSize(first, last);

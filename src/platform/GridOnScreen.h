@@ -23,8 +23,6 @@ public:
     bool Redraw() const noexcept { return m_redraw; }
     /// Off during bulk work: the screen is told nothing; on again: it is told once.
     void SetRedraw(bool redraw);
-    /// Repaints after a change.
-    void Refresh();
     /// Sizes the columns `first` to `last` by their texts, where there is a screen to measure them.
     void AutoSize(std::int32_t first, std::int32_t last);
     void ShowCell(std::int32_t row, std::int32_t screenCol);

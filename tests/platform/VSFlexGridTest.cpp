@@ -395,7 +395,6 @@ TEST_F(VSFlexGridTest, WhileRedrawIsOffTheScreenIsToldNothingAndThenOnce) {
     grid.SetRowHidden(2, true);
     grid.SetRows(9);
     grid.Select(3, 1);
-    grid.Refresh();
     EXPECT_EQ(screen.log, Log{});
     grid.SetRedraw(true);
     EXPECT_EQ(screen.log, (Log{"layout", "selection"}));

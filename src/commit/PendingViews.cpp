@@ -12,7 +12,6 @@ namespace kd {
 using namespace modKDLimitDesk;
 
 PendingViews::Placed& PendingViews::Noted(const Text& path, std::int32_t index) {
-    m_isPending = true;
     Placed& placed = m_placed[path];
     if (placed.views.empty() || placed.views.back() != index) {
         placed.views.push_back(index);
@@ -21,15 +20,12 @@ PendingViews::Placed& PendingViews::Noted(const Text& path, std::int32_t index) 
 }
 
 void PendingViews::Settle() {
-    if (!m_isPending) {
-        return;
+    if (!m_placed.empty()) {
+        Check(m_g.platform.files.TrySettle());
     }
-    m_isPending = false;
-    Check(m_g.platform.files.TrySettle());
 }
 
 bool PendingViews::SettleBesideAGroup() {
-    m_isPending = false;
     const std::vector<cError> failures = m_g.platform.files.TrySettle();
     Check(failures);
     return failures.empty();

@@ -4,7 +4,6 @@
 #include <functional>
 #include <map>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 #include "base/cError.h"
@@ -52,7 +51,6 @@ private:
 
     Globals& m_g;
     std::map<Text, Placed> m_placed;  // by template
-    bool m_isPending = false;
 };
 
 }  // namespace kd

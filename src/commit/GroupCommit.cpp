@@ -239,6 +239,7 @@ bool GroupCommit::SettleGroup() {
     }
     try {
         m_g.platform.files.Settle();
+        m_g.platform.toolkit.KeepAlive();
         return true;
     } catch (const cError&) {
         return false;

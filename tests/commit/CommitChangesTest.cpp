@@ -452,6 +452,70 @@ TEST(CommitChangesTest, TheWindowIsKeptAliveOnceTheDialogHasGoneAndBehindEachVie
     EXPECT_TRUE(std::is_sorted(through.begin(), through.end()));
 }
 
+/// What a commit does between two passes that keep the window alive: what of it can take long. `atStep` runs
+/// before each step on the disk.
+std::vector<std::vector<Text>> WorkBetweenPasses(CommitDesk& t, std::function<void(const Text&)> atStep) {
+    std::vector<std::vector<Text>> all(1);
+    const auto add = [&](const Text& step) {
+        for (const char* const slow :
+             {"ArchiveApplication ", "OpenForOutput ", "Settle ", "FolderEntries "}) {
+            if (step.starts_with(slow)) {
+                all.back().push_back(step);
+            }
+        }
+    };
+    std::size_t calls = t.suite.log.size();
+    const auto addCalls = [&] {
+        for (; calls < t.suite.log.size(); ++calls) {
+            add(t.suite.log[calls]);
+        }
+    };
+    t.files.onStep = [&](const Text& step) {
+        addCalls();
+        add(step);
+        atStep(step);
+    };
+    t.toolkit.onKeepAlive = [&] {
+        addCalls();
+        all.emplace_back();
+    };
+    CommitChanges(t.desk);
+    t.files.onStep = {};
+    t.toolkit.onKeepAlive = {};
+    return all;
+}
+
+TEST(CommitChangesTest, BetweenTwoPassesThatKeepTheWindowAliveOneThingIsDoneThatCanTakeLong) {
+    CommitDesk t;
+    t.EditRows({1, 2, 3});
+    t.ExpectCommitted(3);
+    std::size_t done = 0;
+    for (const std::vector<Text>& work : WorkBetweenPasses(t, [](const Text&) {})) {
+        EXPECT_LE(work.size(), 1U) << work.front() << ", " << work.back();
+        done += work.size();
+    }
+    EXPECT_EQ(done, 8U) << "an archive, three texts, three flushes, a look through the folder";
+}
+
+TEST(CommitChangesTest, ViewsThatGoToTheDiskOneByOneKeepTheWindowAliveToo) {
+    CommitDesk t;
+    t.EditRows({1, 2, 3});
+    t.ExpectCommitted(3);
+    bool hasFailed = false;
+    const auto failFirstFlush = [&](const Text& step) {
+        if (step.starts_with("Settle ") && !std::exchange(hasFailed, true)) {
+            throw cError(errDevice, "MemoryFiles.Settle");
+        }
+    };
+    for (const std::vector<Text>& work : WorkBetweenPasses(t, failFirstFlush)) {
+        const auto count = [&](const char* start) {
+            return std::count_if(work.begin(), work.end(),
+                                 [&](const Text& step) { return step.starts_with(start); });
+        };
+        EXPECT_LE(count("OpenForOutput ") + count("ArchiveApplication ") + count("FolderEntries "), 1);
+    }
+}
+
 TEST(CommitChangesTest, TheFolderOfATemplateWithoutOneIsTheOneWhereTheProgramStands) {
     CommitDesk t;
     t.g.gFiles->Ref(3).SetFilename("other.kdt");

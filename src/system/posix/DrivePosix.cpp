@@ -7,7 +7,6 @@
 #endif
 
 #include <charconv>
-#include <cstdint>
 
 namespace kd::posix {
 
@@ -26,20 +25,12 @@ bool TellsFailedFlushes(std::string_view release) noexcept {
     return major > First || (major == First && minor >= FirstMinor);
 }
 
-namespace {
-
-enum class Drive { Unknown, Disk, Overlay, Nfs };
-
-Drive DriveOf(int fd) noexcept {
+Drive DriveOfType(std::uint32_t type) noexcept {
 #ifdef __linux__
     // By the names that linux/magic.h gives them, where it gives one.
     constexpr std::uint32_t xfs = 0x58465342;
     constexpr std::uint32_t zfs = 0x2FC12FC1;
-    struct statfs system {};
-    if (::fstatfs(fd, &system) != 0) {
-        return Drive::Unknown;
-    }
-    switch (static_cast<std::uint32_t>(system.f_type)) {
+    switch (type) {
         case EXT4_SUPER_MAGIC:
         case BTRFS_SUPER_MAGIC:
         case F2FS_SUPER_MAGIC:
@@ -54,6 +45,29 @@ Drive DriveOf(int fd) noexcept {
         default:
             return Drive::Unknown;
     }
+#else
+    (void)type;
+    return Drive::Unknown;
+#endif
+}
+
+bool IsFlushedAtOnce(Drive drive) noexcept {
+    // What is closed on an NFS drive is on the server's disk. An overlay does not hear of what fails in the
+    // file system below it.
+    return drive == Drive::Disk || drive == Drive::Nfs;
+}
+
+bool HasLocksForAll(Drive drive) noexcept {
+    return drive == Drive::Disk || drive == Drive::Overlay;
+}
+
+namespace {
+
+Drive DriveOf(int fd) noexcept {
+#ifdef __linux__
+    struct statfs system {};
+    return ::fstatfs(fd, &system) == 0 ? DriveOfType(static_cast<std::uint32_t>(system.f_type))
+                                       : Drive::Unknown;
 #else
     (void)fd;
     return Drive::Unknown;
@@ -70,15 +84,11 @@ bool OneFlushIsEnough(int fd) noexcept {
         return false;
     }
 #endif
-    const Drive drive = DriveOf(fd);
-    // What is closed on an NFS drive is on the server's disk. An overlay does not hear of what fails in the
-    // file system below it.
-    return drive == Drive::Disk || drive == Drive::Nfs;
+    return IsFlushedAtOnce(DriveOf(fd));
 }
 
 bool LocksReachEverybody(int fd) noexcept {
-    const Drive drive = DriveOf(fd);
-    return drive == Drive::Disk || drive == Drive::Overlay;
+    return HasLocksForAll(DriveOf(fd));
 }
 
 }  // namespace kd::posix

@@ -2,8 +2,13 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#ifdef __linux__
+#include <sys/utsname.h>
+#include <sys/vfs.h>
+#endif
 
 #include <cerrno>
+#include <cstdint>
 
 #include "system/posix/FailingCalls.h"
 #include "system/posix/FilesPosix.h"
@@ -20,6 +25,38 @@ TEST(DriveTest, OnlyASystemThatTellsWhatFailsInTheFlushOfAFileSystemIsTrustedWit
 }
 
 #ifdef __linux__
+TEST(DriveTest, OfAFileSystemIsKnownWhetherOneFlushServesAndWhomItsLocksReach) {
+    struct Case {
+        const char* name;
+        std::uint32_t type;
+        bool isFlushedAtOnce;
+        bool hasLocksForAll;
+    };
+    for (const Case& c : {Case{"ext4", 0xEF53, true, true}, Case{"btrfs", 0x9123683E, true, true},
+                          Case{"f2fs", 0xF2F52010, true, true}, Case{"tmpfs", 0x01021994, true, true},
+                          Case{"xfs", 0x58465342, true, true}, Case{"zfs", 0x2FC12FC1, true, true},
+                          Case{"overlay", 0x794C7630, false, true}, Case{"nfs", 0x6969, true, false},
+                          Case{"cifs", 0xFF534D42, false, false}, Case{"fuse", 0x65735546, false, false},
+                          Case{"vfat", 0x4D44, false, false}, Case{"none", 0, false, false}}) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(IsFlushedAtOnce(DriveOfType(c.type)), c.isFlushedAtOnce);
+        EXPECT_EQ(HasLocksForAll(DriveOfType(c.type)), c.hasLocksForAll);
+    }
+}
+
+TEST(DriveTest, AnOpenFolderIsAskedForItsOwnFileSystem) {
+    const Descriptor here(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    struct statfs system {};
+    if (::fstatfs(here.Get(), &system) != 0) {
+        GTEST_SKIP() << "there is no such folder";
+    }
+    const Drive drive = DriveOfType(static_cast<std::uint32_t>(system.f_type));
+    struct utsname machine {};
+    ASSERT_EQ(::uname(&machine), 0);
+    EXPECT_EQ(OneFlushIsEnough(here.Get()), TellsFailedFlushes(machine.release) && IsFlushedAtOnce(drive));
+    EXPECT_EQ(LocksReachEverybody(here.Get()), HasLocksForAll(drive));
+}
+
 TEST(DriveTest, ASystemThatDoesNotTellItsReleaseIsNotTrusted) {
     const Descriptor here(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!OneFlushIsEnough(here.Get())) {

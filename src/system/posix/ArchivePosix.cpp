@@ -4,29 +4,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#ifdef __linux__
-#include <sys/xattr.h>
-#endif
-
 #include <array>
 #include <cerrno>
+#include <optional>
 #include <string>
 
 #include "system/posix/FilesPosix.h"
+#include "system/posix/RightsPosix.h"
 
 namespace kd::posix {
 
 namespace {
-
-/// Whether more than owner, group and others have rights to an open file; the group's then say nothing.
-bool HasAccessList(int fd) noexcept {
-#ifdef __linux__
-    return ::fgetxattr(fd, "system.posix_acl_access", nullptr, 0) > 0;
-#else
-    (void)fd;
-    return false;
-#endif
-}
 
 /// The mode of an archive's copy: its source's, but for everybody's right to write. The group has its rights
 /// only where it is the source's group; another one has what others have.
@@ -41,8 +29,11 @@ mode_t ModeOfCopy(int fd, const struct stat& source, bool hasAccessList) noexcep
 
 /// Gives a copy its mode, and its source's times. Returns 0 or an errno.
 int FinishCopy(int fd, const struct stat& source, bool hasAccessList) noexcept {
+    // A list that the folder gave it would let in whom the source keeps out.
+    const mode_t most = DropAccessList(fd) ? 0775U : 0700U;
     const std::array<timespec, 2> times{source.st_atim, source.st_mtim};
-    return ::fchmod(fd, ModeOfCopy(fd, source, hasAccessList)) == 0 && ::futimens(fd, times.data()) == 0
+    return ::fchmod(fd, ModeOfCopy(fd, source, hasAccessList) & most) == 0 &&
+                   ::futimens(fd, times.data()) == 0
                ? 0
                : errno;
 }
@@ -55,7 +46,9 @@ void CopyToArchive(const Text& source, const Text& target, FlushCopy flush) {
     bool hasAccessList = false;
     {
         const Descriptor read = OpenRegular("CopyForArchive", source, O_RDONLY, status);
-        hasAccessList = HasAccessList(read.Get());
+        // The group's rights say nothing of the group then.
+        const std::optional<std::string> list = AccessListOf(read.Get());
+        hasAccessList = !list || !list->empty();
         if (const int code = ReadToEnd(read.Get(), status.st_size, bytes); code != 0) {
             Raise("CopyForArchive", source, code);
         }

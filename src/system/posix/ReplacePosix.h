@@ -42,15 +42,17 @@ enum class Placing { Done, NotPossibleHere, Changed };
 Placing PutInPlace(const Text& source, const Text& target, Unsettled* settled, const FileState* seen);
 
 /// The path of the file that is meant where nothing stands at the given one: its name differs only in case.
-/// The given one where there is none.
+/// The given one where there is none. Raises cError where that cannot be known.
 using OtherName = std::function<Text(const Text& missing)>;
 
 /// Gives an open file of the user's own the owner, the mode and the list of rights of the file at `path`
 /// where PutInPlace would do it. One that gets none of these, and is the user's alone so far, lets in those
-/// whom the file at `path` lets in, and nobody else: those who may write that one can then see that this one
-/// is kept, and take over what is left of it. Where that one is missing, it gets what that one would have
-/// got. Returns which file that one is, by whatever name, and in which state; nothing for one that only
-/// another case of its name finds.
+/// whom the file at `path` lets in as one of its group, of those on its list or of all others, and nobody
+/// else: those who may write that one can then see that this one is kept, and take over what is left of it.
+/// The owner of that one is kept out where he is none of these, and its group where the user is not in it,
+/// but for what all others may. Where that one is missing, it gets what that one would have got. Returns
+/// which file that one is, by whatever name, and in which state; nothing for one that only another case of
+/// its name finds.
 FileState TakeOverRightsOf(int fd, std::string_view path, const OtherName& otherName) noexcept;
 
 }  // namespace kd::posix

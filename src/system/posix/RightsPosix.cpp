@@ -14,68 +14,67 @@ namespace kd::posix {
 
 namespace {
 
-#ifdef __linux__
 constexpr const char* AccessListName = "system.posix_acl_access";
 constexpr const char* ListOfNewFilesName = "system.posix_acl_default";
+
+#ifdef __linux__
+ssize_t Ask(int fd, const char* name, char* list, std::size_t size) noexcept {
+    return ::fgetxattr(fd, name, list, size);
+}
+ssize_t Ask(const Text& path, const char* name, char* list, std::size_t size) noexcept {
+    return ::getxattr(path.c_str(), name, list, size);
+}
+#else
+/// No such lists are kept.
+template <typename File>
+ssize_t Ask(const File&, const char*, char*, std::size_t) noexcept {
+    return 0;
+}
 #endif
 
-/// The list of access rights that `ask` tells; empty where there is none. Nothing where it could not be
-/// asked.
-template <typename Ask>
-std::optional<std::string> AccessListBy(Ask ask) {
-#ifdef __linux__
+bool MeansThatThereIsNone(int code) noexcept {
+    return code == ENODATA || code == ENOTSUP;
+}
+
+/// That list of access rights of a file or folder, which is open or named; empty where there is none. Nothing
+/// where it could not be asked.
+template <typename File>
+std::optional<std::string> ListOf(const File& file, const char* name) {
     std::string list;
-    ssize_t size = ask(nullptr, 0);
+    ssize_t size = Ask(file, name, nullptr, 0);
     if (size > 0) {
         list.resize(static_cast<std::size_t>(size));
-        size = ask(list.data(), list.size());
+        size = Ask(file, name, list.data(), list.size());
     }
-    if (size < 0 && errno != ENODATA && errno != ENOTSUP) {
+    if (size < 0 && !MeansThatThereIsNone(errno)) {
         return std::nullopt;
     }
     list.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
     return list;
-#else
-    (void)ask;
-    return std::string();
-#endif
 }
 
 /// What the folder of that path gives its new files instead of what the user's mask leaves.
 std::optional<std::string> ListOfNewFilesBeside(const Text& path) {
-    const Text folder = paths::FolderToList(path) + "/.";
-    return AccessListBy([&folder](char* list, std::size_t size) {
-#ifdef __linux__
-        return ::getxattr(folder.c_str(), ListOfNewFilesName, list, size);
-#else
-        (void)folder, (void)list;
-        return static_cast<ssize_t>(size);
-#endif
-    });
+    return ListOf(Text(paths::FolderToList(path) + "/."), ListOfNewFilesName);
 }
 
 }  // namespace
 
 std::optional<std::string> AccessListOf(int fd) {
-    return AccessListBy([fd](char* list, std::size_t size) {
-#ifdef __linux__
-        return ::fgetxattr(fd, AccessListName, list, size);
-#else
-        (void)fd, (void)list;
-        return static_cast<ssize_t>(size);
-#endif
-    });
+    return ListOf(fd, AccessListName);
 }
 
 std::optional<std::string> AccessListOf(const Text& path) {
-    return AccessListBy([&path](char* list, std::size_t size) {
+    return ListOf(path, AccessListName);
+}
+
+bool DropAccessList(int fd) noexcept {
 #ifdef __linux__
-        return ::getxattr(path.c_str(), AccessListName, list, size);
+    return ::fremovexattr(fd, AccessListName) == 0 || MeansThatThereIsNone(errno);
 #else
-        (void)path, (void)list;
-        return static_cast<ssize_t>(size);
+    (void)fd;
+    return true;
 #endif
-    });
 }
 
 namespace {
@@ -85,8 +84,7 @@ namespace {
 bool TakeOverAccessList(int fd, const std::optional<std::string>& list) {
 #ifdef __linux__
     if (list && list->empty()) {
-        // The new file may have been given the folder's list.
-        return ::fremovexattr(fd, AccessListName) == 0 || errno == ENODATA || errno == ENOTSUP;
+        return DropAccessList(fd);
     }
     return list && ::fsetxattr(fd, AccessListName, list->data(), list->size(), 0) == 0;
 #else

@@ -16,6 +16,9 @@ namespace kd::posix {
 std::optional<std::string> AccessListOf(int fd);
 std::optional<std::string> AccessListOf(const Text& path);
 
+/// Takes away the list that a new file was given by its folder; false where that failed.
+bool DropAccessList(int fd) noexcept;
+
 /// Gives the new file the rights of the present one, which is open or named; false where the user may not.
 bool TakeOverRights(int fd, int presentFile, const struct stat& present);
 bool TakeOverRights(int fd, const Text& presentFile, const struct stat& present);

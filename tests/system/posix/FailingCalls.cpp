@@ -205,6 +205,16 @@ ssize_t fgetxattr(int fd, const char* name, void* value, size_t size) noexcept {
     }
     return real(fd, name, value, size);
 }
+
+int fremovexattr(int fd, const char* name) noexcept {
+    static const auto real = Real<int(int, const char*)>("fremovexattr");
+    const int code = kd::FailingCalls::FailureOf("fremovexattr");
+    if (code != 0) {
+        errno = code;
+        return -1;
+    }
+    return real(fd, name);
+}
 #endif
 
 int ftruncate(int fd, off_t size) noexcept {

@@ -84,6 +84,7 @@ TEST_F(SystemFilesTest, AnArchiveCopyKeepsTheGroupOrLeavesItNoMoreThanOthers) {
         files.CopyForArchive(source, At("byRoot"));
         EXPECT_EQ(Mode(At("byRoot")), c.source);
         EXPECT_EQ(Status(At("byRoot")).st_gid, Foreign);
+        EXPECT_EQ(Status(At("byRoot")).st_uid, 0U) << "it is his who has made it";
         ASSERT_EQ(::chown(source.c_str(), OrdinaryUser::Id, Foreign), 0);
         {
             const OrdinaryUser user;

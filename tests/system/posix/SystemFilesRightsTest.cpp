@@ -34,6 +34,13 @@ std::string AccessList(std::uint16_t owner, std::uint16_t named, std::uint16_t g
     return list;
 }
 
+std::string ListOf(const Text& path) {
+    std::string list(200, '\0');
+    const ssize_t size = ::getxattr(path.c_str(), AccessListName, list.data(), list.size());
+    list.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+    return list;
+}
+
 TEST_F(SystemFilesTest, AListOfAccessRightsIsKept) {
     const std::string list = AccessList(6, 4, 0, 4, 0);
     const Text path = Put("a.kdt", "old");
@@ -41,18 +48,20 @@ TEST_F(SystemFilesTest, AListOfAccessRightsIsKept) {
         GTEST_SKIP() << "this file system keeps no such lists";
     }
     files.ReplaceFile(path, "new");
-    std::string kept(200, '\0');
-    const ssize_t size = ::getxattr(path.c_str(), AccessListName, kept.data(), kept.size());
-    ASSERT_GT(size, 0);
-    EXPECT_EQ(kept.substr(0, static_cast<std::size_t>(size)), list);
+    EXPECT_EQ(ListOf(path), list);
     EXPECT_EQ(Mode(path), 0640U);
 }
 
-std::string ListOf(const Text& path) {
-    std::string list(200, '\0');
-    const ssize_t size = ::getxattr(path.c_str(), AccessListName, list.data(), list.size());
-    list.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
-    return list;
+TEST_F(SystemFilesTest, AListOfAccessRightsIsKeptWhateverTheFolderGivesNewFiles) {
+    const Text path = Put("a.kdt", "old");
+    const std::string list = AccessList(6, 4, 0, 4, 0);
+    const std::string ofTheFolder = AccessList(6, 6, 6, 6, 6);
+    if (::setxattr(path.c_str(), AccessListName, list.data(), list.size(), 0) != 0 ||
+        ::setxattr(folder.c_str(), ListOfNewFiles, ofTheFolder.data(), ofTheFolder.size(), 0) != 0) {
+        GTEST_SKIP() << "this file system keeps no such lists";
+    }
+    files.ReplaceFile(path, "new");
+    EXPECT_EQ(ListOf(path), list);
 }
 
 // Who is on it must see that the text is kept, and take it over when it was left behind.
@@ -137,8 +146,35 @@ TEST_F(SystemFilesTest, OutputThatGetsTheModeOfAFileKeepsNoListOfTheFolder) {
     (void)output->TakeRightsOf(MakeLink("link", "a.kdt"));
     (void)::umask(mask);
     EXPECT_EQ(Mode(At("a.temp")), 0660U);
-    std::string kept(200, '\0');
-    EXPECT_EQ(::getxattr(At("a.temp").c_str(), AccessListName, kept.data(), kept.size()), -1);
+    EXPECT_EQ(ListOf(At("a.temp")), "");
+}
+
+// Archives are kept for years, mostly in a folder that is shared.
+TEST_F(SystemFilesTest, AnArchiveCopyLetsInNobodyWhomItsFolderLetsInAndItsSourceDoesNot) {
+    const Text source = Put("a.kdt", "limits", 0640);
+    const std::string list = AccessList(6, 6, 6, 6, 4);
+    if (::setxattr(folder.c_str(), ListOfNewFiles, list.data(), list.size(), 0) != 0) {
+        GTEST_SKIP() << "this file system keeps no such lists";
+    }
+    files.CopyForArchive(source, At("copy"));
+    EXPECT_EQ(ListOf(At("copy")), "");
+    EXPECT_EQ(Mode(At("copy")), 0640U);
+    FailingCalls calls;
+    calls.FailEach("fremovexattr", EIO);
+    files.CopyForArchive(source, At("closed"));
+    EXPECT_EQ(Mode(At("closed")), 0600U) << "the list that cannot be taken away lets nobody in";
+}
+
+// What the mode says of the group is the most that the list gives anybody then.
+TEST_F(SystemFilesTest, AnArchiveCopyOfAFileWhoseListCannotBeAskedGivesItsGroupNoMoreThanOthers) {
+    const Text source = Put("a.kdt", "limits", 0664);
+    FailingCalls calls;
+    calls.FailEach("fgetxattr", EIO);
+    files.CopyForArchive(source, At("copy"));
+    EXPECT_EQ(Mode(At("copy")), 0644U);
+    calls.FailEach("fgetxattr", ENOTSUP);
+    files.CopyForArchive(source, At("without"));
+    EXPECT_EQ(Mode(At("without")), 0664U);
 }
 
 }  // namespace

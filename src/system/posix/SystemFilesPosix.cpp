@@ -108,6 +108,18 @@ Text InAnyCase(std::string_view path, const CodePage& page, int& code) {
     return slash == std::string_view::npos ? found : Text(path.substr(0, slash + 1)) + found;
 }
 
+/// The path of the file that is meant where nothing stands at the given one; the given one where there is
+/// none, or where the folder never tells its names. One that could not tell them now fails: whoever took the
+/// file for a missing one would make a second.
+Text MeantBy(const char* operation, const Text& missing, const CodePage& page) {
+    int code = 0;
+    Text found = InAnyCase(missing, page, code);
+    if (code != 0 && code != EACCES && code != ENOENT && code != ENOTDIR) {
+        Raise(operation, missing, code);
+    }
+    return found.empty() ? missing : found;
+}
+
 }  // namespace
 
 Text SystemFiles::Resolved(std::string_view path) const {
@@ -115,9 +127,7 @@ Text SystemFiles::Resolved(std::string_view path) const {
     if (IsPresent(asGiven) || errno != ENOENT) {
         return asGiven;  // a disk that did not answer says nothing of another name
     }
-    int code = 0;
-    Text found = InAnyCase(path, m_page, code);
-    return found.empty() ? asGiven : found;
+    return MeantBy("Resolved", asGiven, m_page);
 }
 
 bool SystemFiles::StatusOf(std::string_view path, struct stat& status) const {
@@ -160,8 +170,7 @@ Descriptor SystemFiles::OpenToRead(std::string_view path, struct stat& status) c
         if (code == 0) {
             return OpenRegular("Read", meant, O_RDONLY, status);
         }
-        // The file may be there under a name of another case: whoever takes it for a missing one would make a
-        // second.
+        // The file may be there under a name of another case.
     }
     if (code != 0) {
         Raise("Read", path, code);
@@ -253,7 +262,7 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path, Pa
             hasRemoved = true;
             if (::unlink(target.c_str()) == 0) {
                 m_ownOutputs->Forget(StateOf(status).file);
-            } else if (hasOtherNames || status.st_uid != ::geteuid()) {
+            } else if (errno != ENOENT && (hasOtherNames || status.st_uid != ::geteuid())) {
                 Raise("OpenForOutput", target, errno);
             }
         } else if (isKept) {
@@ -272,9 +281,7 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
     auto kind = PosixOutput::Kind::Appended;
     if (code == ENOENT) {
         kind = PosixOutput::Kind::MadeToAppend;
-        if (Text meant = InAnyCase(path, m_page, code); !meant.empty()) {
-            target = std::move(meant);
-        }
+        target = MeantBy("OpenForAppend", target, m_page);
         Descriptor made(Open(target, Flags | O_CREAT | O_NONBLOCK | O_NOCTTY));
         code = !made.IsOpen() || ::fstat(made.Get(), &status) != 0 ? errno
                : S_ISREG(status.st_mode)                           ? 0

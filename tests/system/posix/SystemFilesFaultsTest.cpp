@@ -285,6 +285,34 @@ TEST_F(SystemFilesTest, AListingThatBreaksOffIsNotTakenForAWholeOne) {
     EXPECT_EQ(files.Read(At("a.kdt")), "text");
 }
 
+TEST_F(SystemFilesTest, AFileThatMayBeThereUnderANameOfAnotherCaseIsNotTakenForAMissingOne) {
+    Put("a.kdt", "text");
+    const Text other = Put("b.kdt", "other");
+    {
+        FailingCalls calls;
+        calls.FailEach("readdir", EIO);
+        EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(At("A.KDT"), "new"); }), errDevice);
+        EXPECT_EQ(ErrorOf([&] { files.CopyFile(other, At("A.KDT")); }), errDevice);
+        EXPECT_EQ(ErrorOf([&] { files.MoveOver(other, At("A.KDT")); }), errDevice);
+        EXPECT_EQ(ErrorOf([&] { (void)files.OpenForAppend(At("A.KDT")); }), errDevice);
+        EXPECT_EQ(ErrorOf([&] { files.DeleteFile(At("A.KDT")); }), errDevice);
+    }
+    EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "b.kdt"}));
+}
+
+// What was looked at is opened through the list of the program's own open files; not every machine shows
+// that.
+TEST_F(SystemFilesTest, AFileIsOpenedByItsNameWhereAProgramIsNotShownItsOpenFilesAndOnlyThere) {
+    const Text path = Put("a.kdt", "text");
+    FailingCalls calls;
+    calls.FailEach("reopen", ENOENT);
+    EXPECT_EQ(files.Read(path), "text");
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "open"), 2);
+    calls.FailEach("reopen", EMFILE);
+    EXPECT_EQ(ErrorOf([&] { (void)files.Read(path); }), errDevice);
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "open"), 3) << "looked at once more";
+}
+
 TEST_F(SystemFilesTest, ReadEndTellsEveryFailure) {
     const Text path = Put("a.kdt", "text");
     FailingCalls calls;

@@ -199,6 +199,16 @@ TEST_F(SystemFilesTest, OutputRefusesDevicesAndNamesTooLong) {
     }
 }
 
+TEST_F(SystemFilesTest, OutputWhoseOldFileAnotherProgramRemovesFirstIsMadeAnew) {
+    const Text path = Put("a.temp", "of another", 0600);
+    std::filesystem::create_hard_link(path, At("other name"));
+    FailingCalls calls;
+    calls.Before("unlink", [&] { std::filesystem::remove(path); });
+    files.OpenForOutput(path)->Write("ours");
+    EXPECT_EQ(Get(path), "ours");
+    EXPECT_EQ(Get(At("other name")), "of another");
+}
+
 TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsWaitedForAsLongAsASaveTakes) {
     SystemFiles other(CodePage::Of(1252));
     const auto held = other.OpenForOutput(At("a.temp"));

@@ -7,10 +7,10 @@ of its folder run first and then all others, until one fails; one that takes muc
 change anything is listed in tests/mutants/equivalent.txt and not run. The exit code is 1 when the score is below PASS,
 in per cent; 100 wants every survivor to be listed.
 """
+import hashlib
 import json
 import os
 import pathlib
-import random
 import re
 import resource
 import shlex
@@ -103,12 +103,16 @@ class Commands:
     def __init__(self):
         entries = json.loads((BUILD / "compile_commands.json").read_text())
         self.sources = {}
+        self.tests = {}
         for entry in entries:
             path = pathlib.Path(entry["file"])
-            if path.is_relative_to(TREE / "src") and path.is_file() and path.name != "main.cpp":
-                words = [each for each in shlex.split(entry["command"]) if not each.endswith("ccache")]
-                if "_fuzz" not in words[words.index("-o") + 1]:
-                    self.sources[str(path.relative_to(TREE))] = words
+            words = [each for each in shlex.split(entry["command"]) if not each.endswith("ccache")]
+            if not path.is_file() or "_fuzz" in words[words.index("-o") + 1]:
+                continue
+            if path.is_relative_to(TREE / "src") and path.name != "main.cpp":
+                self.sources[str(path.relative_to(TREE))] = words
+            elif path.is_relative_to(TREE / "tests"):
+                self.tests[str(path.relative_to(TREE))] = words
         self.links = {}
 
     def flags(self, name):
@@ -164,10 +168,10 @@ class Worker:
 
     def compile(self, name, text, like):
         """Object of a source in the overlay with the flags of another; None when it does not compile."""
-        source = self.overlay / pathlib.Path(name).relative_to("src")
+        source = self.overlay / pathlib.Path(*pathlib.Path(name).parts[1:])
         source.parent.mkdir(parents=True, exist_ok=True)
         source.write_bytes(text)
-        words = list(self.commands.sources[like])
+        words = list(self.commands.sources.get(like) or self.commands.tests[like])
         made = self.place / (source.name + ".o")
         words[words.index("-o") + 1] = str(made)
         words[words.index("-c") + 1] = str(source)
@@ -206,21 +210,32 @@ class Worker:
             header = pathlib.Path(name)
             (self.overlay / header.relative_to("src")).parent.mkdir(parents=True)
             (self.overlay / header.relative_to("src")).write_bytes(text)
-            # Its own source or sources: Files.cpp, or posix/FilesPosix.cpp.
-            changed = [each for each in self.commands.sources
-                       if each.startswith(f"{header.parent}/") and pathlib.Path(each).stem.startswith(header.stem)]
+            # Its own source or sources: Files.cpp, or posix/FilesPosix.cpp; and the tests of that name, which have
+            # what a template makes in themselves.
+            own = [*self.commands.sources, *self.commands.tests]
+            tests = str(header.parent).replace("src", "tests", 1)
+            changed = [each for each in own if each.startswith((f"{header.parent}/", f"{tests}/"))
+                       and pathlib.Path(each).stem.startswith(header.stem)]
         instead = {}
         for each in changed:
             made = self.compile(each, text if each == name else (TREE / each).read_bytes(), each)
             if made is None:
                 return None
-            words = self.commands.sources[each]
+            words = self.commands.sources.get(each) or self.commands.tests[each]
             instead[words[words.index("-o") + 1]] = str(made)
         for library in LIBRARIES:
             if any(whole in self.commands.link(library) for whole in instead):
                 if not self.link(library, self.lib / pathlib.Path(library).name, instead=instead):
                     return None
-        return {program.name: str(BUILD / program.path) for program in self.programs} if changed else None
+        if not changed:
+            return None
+        paths = {program.name: str(BUILD / program.path) for program in self.programs}
+        for program in self.programs:
+            if any(each in self.commands.link(program.path) for each in instead):
+                paths[program.name] = str(self.place / program.name)
+                if not self.link(program.path, self.place / program.name, instead=instead):
+                    return None
+        return paths
 
     def make_inline(self, name, mutation, text, size):
         """An inline function's changed copy goes before all others in every library and program."""
@@ -276,6 +291,12 @@ class Worker:
 
 # --- the sample -------------------------------------------------------------------------------------------------------
 
+def drawn(*texts):
+    """The place of a file or mutation in the order of drawing. It hangs on nothing but their own texts: a change
+    elsewhere must not put others into the sample."""
+    return hashlib.sha256("\t".join((SEED, *texts)).encode()).digest()
+
+
 def files_of(commands):
     """Sources and headers that mutants are planted in."""
     top = "src/" + FOLDER + "/" if FOLDER else "src/"
@@ -283,8 +304,7 @@ def files_of(commands):
     headers = [str(path.relative_to(TREE)) for path in (TREE / top).rglob("*.h")]
     files = [name for name in sorted(sources + headers) if "/windows/" not in name and "autogen" not in name
              and (WITH_QT or not name.startswith("src/qt/")) and not is_made(TREE / name)]
-    random.Random(SEED).shuffle(files)
-    return files
+    return sorted(files, key=drawn)
 
 
 def is_made(path):
@@ -352,11 +372,11 @@ class Run:
 
     def plant(self, name, count):
         path = TREE / name
+        source = path.read_bytes()
         if name not in self.found:
             found = mutations_of(path, ["-x", "c++", *self.commands.flags(name)])
-            random.Random(f"{SEED} {name}").shuffle(found)
+            found.sort(key=lambda each: drawn(name, each.function, each.kind, *each.texts(source)), reverse=True)
             self.found[name] = found
-        source = path.read_bytes()
         with self.lock:
             worker = self.idle.pop()
         while count > 0 and self.found[name]:

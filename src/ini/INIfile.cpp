@@ -27,9 +27,7 @@ std::string Encoded(const CodePage& page, const Text& text) {
 }
 
 void AppendBlanks(Text& text, std::int64_t count) {
-    if (count > 0) {
-        text.append(static_cast<std::size_t>(count), ' ');
-    }
+    text.append(static_cast<std::size_t>(std::max<std::int64_t>(count, 0)), ' ');
 }
 
 }  // namespace

@@ -52,8 +52,9 @@ public:
     virtual void CloseForSettling() = 0;
     /// Gives a file just opened for output the owner, the mode and the rights of another as far as the user
     /// may, so that Files::MoveSettled has nothing left to give. What cannot be given is no failure: the
-    /// file then lets in those whom the other one lets in, as far as the user may, and nobody else. Where the
-    /// other one is missing, it gets what a new file gets there.
+    /// file then lets in those whom the other one lets in, as far as the user may: not those who are let in
+    /// as its owner or as its group alone, if the user is neither; and nobody else. Where the other one is
+    /// missing, it gets what a new file gets there.
     /// @returns which file the other one is, so that two names of one file are seen, and in which state.
     virtual FileState TakeRightsOf(std::string_view path) noexcept {
         (void)path;
@@ -172,7 +173,7 @@ public:
     virtual void MakeFolder(std::string_view folder) = 0;
     /// The same for a folder that is then filled: from here on until it is renamed or removed it is kept from
     /// DeleteAbandonedFolder, where the system can do that.
-    virtual void MakeKeptFolder(std::string_view folder) { MakeFolder(folder); }
+    virtual void MakeKeptFolder(std::string_view folder) = 0;
     /// Copies a regular file to a new place: bytes, times and mode, flushed to the disk. Nobody gets a right
     /// by it that the source does not give him. The target must not exist.
     virtual void CopyForArchive(std::string_view source, std::string_view target) = 0;
@@ -191,7 +192,7 @@ public:
     /// Removes a folder, with all that is in it, that a program which is gone has made by MakeKeptFolder and
     /// left. One that is kept stays, and so does every one where the system cannot tell that of all machines.
     /// Never throws.
-    virtual void DeleteAbandonedFolder(std::string_view folder) noexcept { (void)folder; }
+    virtual void DeleteAbandonedFolder(std::string_view folder) noexcept = 0;
 
 protected:
     void LiveOn() const {

@@ -305,22 +305,24 @@ TEST(SchemaReaderTest, ANumberThatDoesNotFitStopsTheFileAndKeepsTheRecordsSoFarI
     struct Case {
         const char* line;
         const char* label;
+        const char* source;
     };
     const Text megabyte = "LENGTH=" + Text(1U << 20U, '9');
-    const Case cases[] = {{"LENGTH=40000", "16 bits"},
-                          {"LENGTH=-32769", "16 bits below"},
-                          {"#AVG=32768", "16 bits by one"},
-                          {"RAWFIELD=3000000000", "32 bits"},
-                          {"LIMITMETHOD=1E20", "32 bits by far"},
-                          {"MAX=1E999", "a double"},
-                          {megabyte.c_str(), "a megabyte of digits"},
-                          {"USL=F1E999", "a limit"}};
+    const Case cases[] = {{"LENGTH=40000", "16 bits", "Numbers.ToInt16"},
+                          {"LENGTH=-32769", "16 bits below", "Numbers.ToInt16"},
+                          {"#AVG=32768", "16 bits by one", "Numbers.ToInt16"},
+                          {"RAWFIELD=3000000000", "32 bits", "Numbers.ToInt32"},
+                          {"LIMITMETHOD=1E20", "32 bits by far", "Numbers.ToInt32"},
+                          {"MAX=1E999", "a double", "FileNumber"},
+                          {megabyte.c_str(), "a megabyte of digits", "FileNumber"},
+                          {"USL=F1E999", "a limit", "FileNumber"}};
     for (const Case& c : cases) {
         ReadDesk t;
         const cError error = t.Fail(Text("[RULES]\r\nRULE=x\r\n[FIELD]\r\nNAME=a\r\n[FIELD]\r\nNAME=b\r\n") +
                                     c.line + "\r\nUNITS=u\r\n[FIELD]\r\nNAME=c\r\n");
         EXPECT_EQ(error.Number(), errOverflow) << c.label;
         EXPECT_EQ(error.Path(), "/a.kdt") << c.label;
+        EXPECT_EQ(error.Source(), c.source) << c.label;
         ASSERT_EQ(t.g.gFields->Count(), 2) << c.label;
         ASSERT_EQ(t.g.gSavedFields->Count(), 2) << c.label;
         EXPECT_EQ(Dump(t.Saved(2), t.locale), Dump(t.Field(2), t.locale)) << c.label;

@@ -102,11 +102,18 @@ TEST_F(StandaloneChangeLogTest, FieldsThatWouldBreakTheLineStandInQuotationMarks
         const char* value;
         const char* field;
     };
-    const Case cases[] = {{"plain", "a b", "a b"},           {"empty", "", ""},
-                          {"delimiter", "a\tb", "\"a\tb\""}, {"quotation mark", "3\"", "\"3\"\"\""},
-                          {"mark alone", "\"", "\"\"\"\""},  {"CR", "a\rb", "\"a\rb\""},
-                          {"LF", "a\nb", "\"a\nb\""},        {"CR LF", "a\r\nb", "\"a\r\nb\""},
-                          {"comma", "1,5", "1,5"},           {"blanks", " a ", " a "}};
+    const Case cases[] = {
+        {"plain", "a b", "a b"},
+        {"empty", "", ""},
+        {"delimiter", "a\tb", "\"a\tb\""},
+        {"quotation mark", "3\"", "\"3\"\"\""},
+        {"mark alone", "\"", "\"\"\"\""},
+        {"CR", "a\rb", "\"a\rb\""},
+        {"LF", "a\nb", "\"a\nb\""},
+        {"CR LF", "a\r\nb", "\"a\r\nb\""},
+        {"comma", "1,5", "1,5"},
+        {"blanks", " a ", " a "},
+        {"other signs", "!#$%&'()*+-./:;<=>?@[\\]^_`{|}~", "!#$%&'()*+-./:;<=>?@[\\]^_`{|}~"}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.label);
         files.Erase("/a/plant.KDL");

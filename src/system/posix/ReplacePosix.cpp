@@ -77,16 +77,16 @@ int MakeRoom(int fd, std::size_t present, std::size_t wanted) noexcept {
         return 0;
     }
 #ifdef __linux__
-    int code = 0;
-    do {
-        code = ::fallocate(fd, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(wanted)) == 0 ? 0 : errno;
-    } while (code == EINTR);
-    // Where room cannot be had ahead, the old content is brought back instead.
-    return code == EOPNOTSUPP || code == EINVAL || code == ENOSYS ? 0 : code;
+    while (::fallocate(fd, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(wanted)) != 0) {
+        if (errno != EINTR) {
+            // Where room cannot be had ahead, the old content is brought back instead.
+            return errno == EOPNOTSUPP || errno == EINVAL || errno == ENOSYS ? 0 : errno;
+        }
+    }
 #else
     (void)fd;
-    return 0;
 #endif
+    return 0;
 }
 
 void OverwriteInPlace(const char* operation, const Text& target, std::string_view bytes, int source) {

@@ -79,8 +79,8 @@ def targets():
 
 
 def ninja(what, *names):
-    """The lines of ninja's tools: all targets, or the commands that make one."""
-    tool = ["targets", "all"] if what == "query-all" else ["commands", "-s", *names]
+    """The lines of ninja's tools: all targets, what each object is made of, or the commands that make a target."""
+    tool = {"query-all": ["targets", "all"], "deps": ["deps"]}.get(what, ["commands", "-s", *names])
     return run(["ninja", "-C", str(BUILD), "-t", *tool], stdout=subprocess.PIPE).stdout.decode()
 
 
@@ -114,6 +114,16 @@ class Commands:
             elif path.is_relative_to(TREE / "tests"):
                 self.tests[str(path.relative_to(TREE))] = words
         self.links = {}
+        self.made_of = {}
+
+    def includes(self, name, header):
+        """Whether a source is made of that header too."""
+        if not self.made_of:
+            for block in ninja("deps").split("\n\n"):
+                first, *names = block.split("\n")
+                self.made_of[first.split(":")[0]] = {os.path.normpath(BUILD / each.strip()) for each in names}
+        words = self.sources.get(name) or self.tests[name]
+        return str(TREE / header) in self.made_of.get(words[words.index("-o") + 1], ())
 
     def flags(self, name):
         """Arguments for reading a file, those of a neighbour for a header."""
@@ -180,11 +190,12 @@ class Worker:
         return made if self.execute(words, COMPILE_SECONDS) == 0 else None
 
     def link(self, target, output, instead=None, first=None):
-        """Links a library or program with objects exchanged, or with another that goes before all."""
+        """Links a library or program with objects exchanged, or with another: these go before all, as of inline
+        functions the first is taken."""
         words = list(self.commands.link(target))
-        words = [(instead or {}).get(word, word) for word in words]
-        if first:
-            words.insert(1, str(first))
+        changed = [each for whole, each in (instead or {}).items() if whole in words]
+        words = [word for word in words if word not in (instead or {})]
+        words[1:1] = [str(first)] if first else changed
         words[words.index("-o") + 1] = str(output)
         words = [str(self.lib / pathlib.Path(word).name) if (self.lib / pathlib.Path(word).name).exists()
                  and word.endswith(".so") and word != str(output) else word for word in words]
@@ -197,8 +208,9 @@ class Worker:
                 subprocess.run(["umount", "--lazy", line.split()[1]], check=False, stdin=subprocess.DEVNULL)
         shutil.rmtree(self.place / "home", ignore_errors=True)
 
-    def make(self, name, mutation, source):
-        """Makes the mutant; what is to be run for each program, or None when it does not compile."""
+    def make(self, name, mutation, source, wholly=False):
+        """Makes the mutant; what is to be run for each program, or None when it does not compile. `wholly` makes all of
+        the header's folder anew that includes it, and not only what bears its name."""
         self.clear_home()
         shutil.rmtree(self.place, ignore_errors=True)
         self.lib.mkdir(parents=True)
@@ -212,10 +224,10 @@ class Worker:
             (self.overlay / header.relative_to("src")).write_bytes(text)
             # Its own source or sources: Files.cpp, or posix/FilesPosix.cpp; and the tests of that name, which have
             # what a template makes in themselves.
-            own = [*self.commands.sources, *self.commands.tests]
-            tests = str(header.parent).replace("src", "tests", 1)
-            changed = [each for each in own if each.startswith((f"{header.parent}/", f"{tests}/"))
-                       and pathlib.Path(each).stem.startswith(header.stem)]
+            folders = tuple(f"{top}/{header.parts[1]}/" for top in ("src", "tests"))
+            changed = [each for each in (*self.commands.sources, *self.commands.tests) if each.startswith(folders)
+                       and (self.commands.includes(each, name) if wholly
+                            else pathlib.Path(each).stem.startswith(header.stem))]
         instead = {}
         for each in changed:
             made = self.compile(each, text if each == name else (TREE / each).read_bytes(), each)
@@ -268,6 +280,8 @@ class Worker:
         folder = pathlib.Path(name).parts[1]
         order = sorted(self.programs, key=lambda each: (each.folder != folder, each.seconds))
         for program in order:
+            if program.name not in paths:
+                continue
             path = paths[program.name]
             path = path() if callable(path) else path
             if self.test(program, path, name) != 0:
@@ -399,6 +413,11 @@ class Run:
         if paths is None:
             return 0
         noticed = worker.try_out(name, paths)
+        if noticed is None and name.endswith(".h") and mutation.used is None and not WITH_QT:
+            # A default of a member is in whoever makes the object.
+            paths = worker.make(name, mutation, source, wholly=True) or {}
+            own = "test_" + pathlib.Path(name).parts[1]
+            noticed = worker.try_out(name, {each: path for each, path in paths.items() if each == own})
         took = time.monotonic() - begin
         with self.lock:
             self.planted += 1

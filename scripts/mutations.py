@@ -29,13 +29,17 @@ LEFT_OUT = (Kind.STATIC_ASSERT, Kind.ALIGNED_ATTR, Kind.ENUM_DECL, Kind.FRIEND_D
 # Calls without which only time or the moved object differs.
 NO_DIFFERENCE = ("move", "forward", "as_const")
 ROOM_AHEAD = ("reserve", "shrink_to_fit")
+# A parameter that is named so that the compiler does not miss its use.
+NAMED_ONLY = re.compile(rb"^\(void\)\w+$")
 # Statements that can go or change places: all but those that declare or branch.
 STEP_KINDS = (Kind.CALL_EXPR, Kind.BINARY_OPERATOR, Kind.COMPOUND_ASSIGNMENT_OPERATOR, Kind.UNARY_OPERATOR,
               Kind.CXX_THROW_EXPR, Kind.UNEXPOSED_EXPR, Kind.CSTYLE_CAST_EXPR)
 # A variable that is emptied, gets a value that stands by itself, or a caption: two of them can change places if they do
 # not name each other.
-SETTING = re.compile(rb"^([\w.]+(?:->\w+)?)(?:\.clear\(\)|\.SetCaption\(.*\)| [-+]?= "
-                     rb"(?:[^()]*|std::move\(\w+\)|std::make_\w+<\w+>\(\)))$", re.S)
+SETTING = re.compile(rb"^(?:([\w.]+(?:->\w+)?)(?:\.clear\(\)|\.SetCaption\(.*\)| [-+]?= "
+                     rb"(?:[^()]*|std::move\(\w+\)|std::make_\w+<\w+>\(\)))|SetCaption\(\".*\"\))$", re.S)
+# Properties of one record are set in any order, if the one's value does not ask the record.
+PROPERTY = re.compile(rb"^(\w+)->Set(\w+)\((.*)\)$", re.S)
 JUMPS = (Kind.RETURN_STMT, Kind.BREAK_STMT, Kind.CONTINUE_STMT)
 
 
@@ -231,10 +235,12 @@ class Finder:
         children = list(node.get_children())
         for i, child in enumerate(children):
             end = self.statement_end(child)
-            if end is None or child.spelling in ROOM_AHEAD:
+            if end is None or child.spelling in ROOM_AHEAD or NAMED_ONLY.match(self.text(child)):
                 continue
-            is_last_of_function = i + 1 == len(children) and child.kind == Kind.RETURN_STMT and self.is_body(node)
-            if child.kind in STEP_KINDS or (child.kind in JUMPS and not is_last_of_function):
+            is_last = i + 1 == len(children)
+            goes_on_all_the_same = is_last and (child.kind == Kind.RETURN_STMT and self.is_body(node)
+                                                or child.kind == Kind.BREAK_STMT and self.is_of_switch(node))
+            if child.kind in STEP_KINDS or (child.kind in JUMPS and not goes_on_all_the_same):
                 self.add(child.extent.start.offset, end, b"", "statement dropped")
             following = children[i + 1] if i + 1 < len(children) else None
             if child.kind in STEP_KINDS and following is not None and following.kind in STEP_KINDS:
@@ -246,9 +252,16 @@ class Finder:
 
     def are_apart(self, first, second):
         """Whether nothing can tell which of the two came first."""
+        one, other = PROPERTY.match(self.text(first)), PROPERTY.match(self.text(second))
+        if one is not None and other is not None and one.group(1) == other.group(1):
+            return one.group(2) != other.group(2) and one.group(1) not in one.group(3) + other.group(3)
         one, other = SETTING.match(self.text(first)), SETTING.match(self.text(second))
-        return (one is not None and other is not None and one.group(1) not in other.group(0)
-                and other.group(1) not in one.group(0))
+        # A form's own caption has no name in front.
+        return (one is not None and other is not None and (one.group(1) or b"Caption()") not in other.group(0)
+                and (other.group(1) or b"Caption()") not in one.group(0))
+
+    def is_of_switch(self, node):
+        return re.search(rb"\bswitch \([^{}]*\) $", self.source[:node.extent.start.offset][-200:]) is not None
 
     def is_body(self, node):
         # Where the function's own block ends, a value must be given back.

@@ -6,9 +6,9 @@ namespace kd {
 
 /// A cell that may not be written.
 struct RefusedCell {
-    std::int32_t i = 0;     // row among the selected cells
-    std::int32_t j = 0;     // column among them
-    bool readOnly = false;  // else its value is refused
+    std::int32_t i;  // row among the selected cells
+    std::int32_t j;  // column among them
+    bool readOnly;   // else its value is refused
 };
 
 /// The first of the cells, rows outer, columns inner, that may not take its value: cell by cell the

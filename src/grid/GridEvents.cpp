@@ -100,14 +100,12 @@ void GridEvents::Grid_MouseUp(MouseButton button) {
 
 void GridEvents::Grid_MouseMove() {
     VSFlexGrid& grid = m_desk.Grid;
-    const std::int32_t row = grid.MouseRow();
-    const std::int32_t col = grid.MouseCol();
-    if (row == m_lastMouseRow && col == m_lastMouseCol) {
+    const GridCell cell{grid.MouseRow(), grid.MouseCol()};
+    if (cell == m_lastMouseCell) {
         return;
     }
-    m_lastMouseRow = row;
-    m_lastMouseCol = col;
-    grid.SetToolTipText(row == 0 && GetFilterCaption ? GetFilterCaption(col) : Text());
+    m_lastMouseCell = cell;
+    grid.SetToolTipText(cell.row == 0 && GetFilterCaption ? GetFilterCaption(cell.screenCol) : Text());
 }
 
 void GridEvents::Grid_BeforeEdit(std::int32_t row, std::int32_t screenCol, bool& cancel) {

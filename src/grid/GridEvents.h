@@ -38,8 +38,7 @@ private:
 
     Desk& m_desk;
     EventBoundary& m_boundary;
-    std::int32_t m_lastMouseRow = -1;
-    std::int32_t m_lastMouseCol = -1;
+    GridCell m_lastMouseCell;
 };
 
 }  // namespace kd

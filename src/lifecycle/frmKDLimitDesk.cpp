@@ -220,11 +220,8 @@ frmKDLimitDesk::Layout frmKDLimitDesk::Form_Resize(const Area& inner, std::int32
                                                    std::int32_t statusBarHeight,
                                                    std::int32_t progressBarHeight, std::int32_t pixel) {
     const std::int32_t margin = 4 * pixel;
-    Layout layout;
-    layout.progressBar = {0, inner.height - statusBarHeight - progressBarHeight, inner.width,
-                          progressBarHeight};
-    layout.grid = {inner.left + margin, gridTop, inner.width - 2 * margin, layout.progressBar.top - gridTop};
-    return layout;
+    const Area bar{0, inner.height - statusBarHeight - progressBarHeight, inner.width, progressBarHeight};
+    return {bar, {inner.left + margin, gridTop, inner.width - 2 * margin, bar.top - gridTop}};
 }
 
 }  // namespace kd

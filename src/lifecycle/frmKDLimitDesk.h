@@ -13,10 +13,10 @@ namespace kd {
 
 /// Where something stands in a window, in pixels.
 struct Area {
-    std::int32_t left = 0;
-    std::int32_t top = 0;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
+    std::int32_t left;
+    std::int32_t top;
+    std::int32_t width;
+    std::int32_t height;
 
     bool operator==(const Area&) const = default;
 };

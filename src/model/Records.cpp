@@ -71,7 +71,6 @@ cLabels::Record cLabels::Add(Text name, Text alignment, bool editable, bool visi
     label->SetAlignment(std::move(alignment));
     label->SetEditable(editable);
     label->SetVisible(visible);
-    label->SetFilters(std::make_shared<cFilters>());
     return Append(std::move(label));
 }
 

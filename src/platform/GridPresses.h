@@ -9,9 +9,9 @@ namespace kd {
 /// The pointer over a grid: the cell under it, its pixel from the grid's left top corner, and the Shift bits.
 struct GridPointer {
     GridCell cell;
-    int x = 0;
-    int y = 0;
-    int shift = 0;
+    int x;
+    int y;
+    int shift;
 };
 
 /// What presses, releases and moves of the pointer set off in a grid, and in which order: the grid's own

@@ -21,10 +21,6 @@ public:
         m_bytes.reserve(bytes);
         m_ends.reserve(cells);
     }
-    void Clear() noexcept {
-        m_bytes.clear();
-        m_ends.clear();
-    }
     /// Adds the next cell.
     void Add(std::string_view text) {
         m_bytes += text;

@@ -112,7 +112,10 @@ TEST_F(frmReplaceTest, StartsWithTheColumnAndTheFirstCellsText) {
 TEST_F(frmReplaceTest, EmptyFindTextIsRefusedAndGetsTheFocus) {
     frmReplace form(g);
     int focused = 0;
-    form.txtFind.OnFocusWanted = [&focused] { ++focused; };
+    form.txtFind.OnFocusWanted = [&] {
+        ++focused;
+        EXPECT_EQ(toolkit.boxes.size(), 1U) << "the box comes first";
+    };
     Expect([&](frmReplace& shown) {
         toolkit.ExpectBox("Find Text must be specified!", BoxIcon::Exclamation);
         shown.txtFind.UserType("");

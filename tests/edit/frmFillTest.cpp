@@ -164,7 +164,11 @@ TEST_F(frmFillTest, LimitValueThatIsNoNumberIsRefusedAndGetsTheFocus) {
     for (const Text value : {"", " ", "x", "1.5,5", "1e999", "0x10"}) {
         frmFill form(g);
         int focused = 0;
-        form.txtLimitValue.OnFocusWanted = [&focused] { ++focused; };
+        const std::size_t boxes = toolkit.boxes.size();
+        form.txtLimitValue.OnFocusWanted = [&] {
+            ++focused;
+            EXPECT_EQ(toolkit.boxes.size(), boxes + 1) << "the box comes first";
+        };
         Expect([&](frmFill& shown) {
             toolkit.ExpectBox("Invalid Limit value!", BoxIcon::Exclamation);
             shown.txtLimitValue.UserFocus();

@@ -217,6 +217,16 @@ TEST_F(ListBoxTest, UserRunsTheHandlerOnce) {
     EXPECT_EQ(list.SelectedCount(), 1);
 }
 
+TEST_F(ListBoxTest, WhoHearsOfAChangeFindsTheListAsItIsAfterwards) {
+    std::vector<std::int32_t> counts;
+    list.OnChanged = [&] { counts.push_back(list.SelectedCount()); };
+    list.SetSelectedRange(0, 1, false);
+    list.Add("fourth", true, 4);
+    list.SetEntries({{"x", true, 1}, {"y", true, 2}});
+    list.Clear();
+    EXPECT_EQ(counts, (std::vector<std::int32_t>{0, 1, 2, 0}));
+}
+
 TEST_F(ListBoxTest, AllEntriesAtOnce) {
     list.SetListIndex(1);
     changes = 0;

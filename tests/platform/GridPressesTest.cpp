@@ -64,6 +64,10 @@ TEST_F(GridPressesTest, ARefusedTextStopsThePress) {
     EXPECT_EQ(history.size(), 1U);
 }
 
+TEST_F(GridPressesTest, BeforeTheFirstPressNothingIsDragged) {
+    EXPECT_FALSE(presses.Dragging());
+}
+
 TEST_F(GridPressesTest, TheRightButtonLeavesSelectionAndEditorAlone) {
     grid.Select(1, 1);
     ASSERT_TRUE(grid.StartEdit());

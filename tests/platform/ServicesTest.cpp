@@ -15,6 +15,10 @@ TEST(ServicesTest, DateAndTimeHaveFixedWidths) {
     EXPECT_EQ(TimeText({2026, 1, 1, 0, 0, 0}), "00:00:00");
 }
 
+TEST(ServicesTest, AMomentThatNobodyHasSetIsOneThatCanBeWritten) {
+    EXPECT_EQ(DateText(DateTime()) + " " + TimeText(DateTime()), "1970-01-01 00:00:00");
+}
+
 TEST(ServicesTest, MomentComesBackFromItsTexts) {
     for (const DateTime& moment : {DateTime{2026, 3, 4, 5, 6, 7}, DateTime{1999, 12, 31, 23, 59, 59},
                                    DateTime{2024, 2, 29, 0, 0, 0}, DateTime{1, 1, 1, 0, 0, 0}}) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,7 +20,13 @@ public:
         log.push_back("cell " + std::to_string(row) + "," + std::to_string(screenCol));
     }
     void LayoutChanged() override { log.emplace_back("layout"); }
-    void SelectionChanged() override { log.emplace_back("selection"); }
+    std::function<void()> onSelection;
+    void SelectionChanged() override {
+        log.emplace_back("selection");
+        if (onSelection) {
+            onSelection();
+        }
+    }
     void EditorChanged() override { log.emplace_back("editor"); }
     void ToolTipChanged() override { log.emplace_back("tip"); }
     void AutoSize(std::int32_t first, std::int32_t last) override {
@@ -119,8 +126,7 @@ TEST_F(VSFlexGridTest, RowTakesAllItsTextsAtOnce) {
     EXPECT_EQ(grid.TextMatrix(1, 2), "r1c2");
     texts.Add("one too many");
     EXPECT_EQ(ErrorOf([&] { grid.SetRowTexts(1, texts); }), errInvalidArgument);
-    texts.Clear();
-    EXPECT_EQ(ErrorOf([&] { grid.SetRowTexts(1, texts); }), errInvalidArgument);
+    EXPECT_EQ(ErrorOf([&] { grid.SetRowTexts(1, RowText()); }), errInvalidArgument);
     EXPECT_EQ(grid.TextMatrix(1, 0), "r1c0");
 }
 
@@ -385,6 +391,17 @@ TEST_F(VSFlexGridTest, WhatOnlyAScreenKnowsIsAskedThere) {
     EXPECT_EQ(screen.log, (Log{"size 0,1", "show 2,1", "top 2"}));
 }
 
+TEST_F(VSFlexGridTest, WhenTheScreenHearsOfASelectionTheGridHasIt) {
+    Fill(4, 3);
+    Watch();
+    std::vector<GridSelection> heard;
+    screen.onSelection = [&] { heard.push_back(grid.GetSelection()); };
+    grid.Select(2, 1);
+    grid.ExtendSelection(4, 2);
+    grid.Select(1, 0);
+    EXPECT_EQ(heard, (std::vector<GridSelection>{{2, 1, 2, 1}, {2, 1, 4, 2}, {1, 0, 1, 0}}));
+}
+
 TEST_F(VSFlexGridTest, WhileRedrawIsOffTheScreenIsToldNothingAndThenOnce) {
     Fill(3, 2);
     Watch();
@@ -395,6 +412,7 @@ TEST_F(VSFlexGridTest, WhileRedrawIsOffTheScreenIsToldNothingAndThenOnce) {
     grid.SetRowHidden(2, true);
     grid.SetRows(9);
     grid.Select(3, 1);
+    grid.SetRedraw(false);
     EXPECT_EQ(screen.log, Log{});
     grid.SetRedraw(true);
     EXPECT_EQ(screen.log, (Log{"layout", "selection"}));

@@ -73,19 +73,23 @@ char SystemFiles::Delimiter() const {
 
 namespace {
 
-/// The path of the file in the folder with that name, exactly or but for case; empty where there is none. A
-/// folder that could not be looked through is told by its errno in `code`, which is 0 otherwise.
-Text InAnyCase(std::string_view path, const CodePage& page, int& code) {
+/// The path of a file; empty where there is none. `code` is the errno of a folder that could not be looked
+/// through, and 0 otherwise.
+struct Found {
+    Text path;
+    int code;
+};
+
+/// The file in the folder with that name, exactly or but for case.
+Found InAnyCase(std::string_view path, const CodePage& page) {
     const auto slash = path.find_last_of('/');
     const Text folder = slash == std::string_view::npos ? Text(".")
                         : slash == 0                    ? Text("/")
                                                         : Text(path.substr(0, slash));
     const auto name = slash == std::string_view::npos ? path : path.substr(slash + 1);
-    code = 0;
     const Listing listing(::opendir(folder.c_str()));
     if (!listing) {
-        code = errno;
-        return {};
+        return {{}, errno};
     }
     const SameName isSame(name, page);
     Text found;
@@ -93,7 +97,7 @@ Text InAnyCase(std::string_view path, const CodePage& page, int& code) {
     while (const dirent* entry = ::readdir(listing.get())) {
         const std::string_view present = entry->d_name;
         if (present == name) {
-            return Text(path);
+            return {Text(path), 0};
         }
         // Of several names the first in order, so that the choice does not hang on the listing.
         if (isSame(present) && (found.empty() || present < found)) {
@@ -101,23 +105,22 @@ Text InAnyCase(std::string_view path, const CodePage& page, int& code) {
         }
         errno = 0;
     }
-    code = errno;
+    const int code = errno;
     if (found.empty() || name.empty()) {
-        return {};
+        return {{}, code};
     }
-    return slash == std::string_view::npos ? found : Text(path.substr(0, slash + 1)) + found;
+    return {slash == std::string_view::npos ? found : Text(path.substr(0, slash + 1)) + found, code};
 }
 
 /// The path of the file that is meant where nothing stands at the given one; the given one where there is
 /// none, or where the folder never tells its names. One that could not tell them now fails: whoever took the
 /// file for a missing one would make a second.
 Text MeantBy(const char* operation, const Text& missing, const CodePage& page) {
-    int code = 0;
-    Text found = InAnyCase(missing, page, code);
-    if (code != 0 && code != EACCES && code != ENOENT && code != ENOTDIR) {
-        Raise(operation, missing, code);
+    Found found = InAnyCase(missing, page);
+    if (found.code != 0 && found.code != EACCES && found.code != ENOENT && found.code != ENOTDIR) {
+        Raise(operation, missing, found.code);
     }
-    return found.empty() ? missing : found;
+    return found.path.empty() ? missing : std::move(found.path);
 }
 
 }  // namespace
@@ -137,8 +140,7 @@ bool SystemFiles::StatusOf(std::string_view path, struct stat& status) const {
     if (errno != ENOENT) {
         return false;
     }
-    int code = 0;
-    const Text found = InAnyCase(path, m_page, code);
+    const Text found = InAnyCase(path, m_page).path;
     return !found.empty() && ::stat(found.c_str(), &status) == 0;
 }
 
@@ -163,13 +165,14 @@ Descriptor SystemFiles::OpenToRead(std::string_view path, struct stat& status) c
     int code = 0;
     Descriptor given = TryRegular(Text(path), O_RDONLY, status, code);
     if (code == ENOENT) {
-        const Text meant = InAnyCase(path, m_page, code);
-        if (code == 0 && meant.empty()) {
+        const Found meant = InAnyCase(path, m_page);
+        if (meant.code == 0 && meant.path.empty()) {
             throw cError(errFileNotFound, "SystemFiles.Read", {}, Text(path));
         }
-        if (code == 0) {
-            return OpenRegular("Read", meant, O_RDONLY, status);
+        if (meant.code == 0) {
+            return OpenRegular("Read", meant.path, O_RDONLY, status);
         }
+        code = meant.code;
         // The file may be there under a name of another case.
     }
     if (code != 0) {

@@ -63,8 +63,7 @@ void ProvideUserName() {
     if (std::getenv("USERNAME") != nullptr) {
         return;
     }
-    const passwd* account = ::getpwuid(::getuid());
-    if (account != nullptr && account->pw_name != nullptr) {
+    if (const passwd* account = ::getpwuid(::getuid()); account != nullptr) {
         (void)::setenv("USERNAME", account->pw_name, 0);  // fails for want of memory only
     }
 }

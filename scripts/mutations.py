@@ -252,6 +252,8 @@ class Finder:
 
     def are_apart(self, first, second):
         """Whether nothing can tell which of the two came first."""
+        if self.text(first) == self.text(second):
+            return True
         one, other = PROPERTY.match(self.text(first)), PROPERTY.match(self.text(second))
         if one is not None and other is not None and one.group(1) == other.group(1):
             return one.group(2) != other.group(2) and one.group(1) not in one.group(3) + other.group(3)

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -58,6 +59,14 @@ TEST(frmAutoFilterTest, FiltersAreMadeOnFirstReadWhereThereAreNone) {
     ASSERT_NE(d.form.Filters(), nullptr);
     EXPECT_EQ(d.form.Filters()->Count(), 0);
     EXPECT_EQ(d.form.SelectedCount(), 0);
+}
+
+TEST(frmAutoFilterTest, FiltersThatAreGivenAreTheOnesThatAreReadAndShown) {
+    FilterDialog d;
+    const auto filters = std::make_shared<cFilters>();
+    filters->Add("a", true);
+    d.form.SetFilters(filters);
+    EXPECT_EQ(d.form.Filters(), filters);
 }
 
 TEST(frmAutoFilterTest, ListIsSortedByUpperCasedTextCharacterByCharacter) {

@@ -34,6 +34,15 @@ protected:
     VSFlexGrid grid{"Grid"};
 };
 
+TEST_F(CellMovesTest, DataCellsAreThoseBelowTheHeader) {
+    for (const GridCell cell : {GridCell{1, 0}, GridCell{1, 5}, GridCell{60, 0}}) {
+        EXPECT_TRUE(IsDataCell(cell)) << cell.row << "," << cell.screenCol;
+    }
+    for (const GridCell cell : {GridCell{0, 0}, GridCell{-1, 0}, GridCell{1, -1}, GridCell{-1, -1}}) {
+        EXPECT_FALSE(IsDataCell(cell)) << cell.row << "," << cell.screenCol;
+    }
+}
+
 TEST_F(CellMovesTest, KeysSkipWhatIsHidden) {
     struct Case {
         const char* label;

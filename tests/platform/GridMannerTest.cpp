@@ -60,6 +60,33 @@ TEST_F(GridMannerTest, KeysWithoutAUseAreLeft) {
     EXPECT_EQ(Current(), (GridCell{3, 1}));
 }
 
+TEST_F(GridMannerTest, OnlyAListHasWholeRowsForItsCells) {
+    const GridManner& ofCells = cells;
+    const GridManner& ofRows = list;
+    EXPECT_FALSE(ofCells.WholeRows());
+    EXPECT_TRUE(ofRows.WholeRows());
+}
+
+TEST_F(GridMannerTest, AGridWithoutColumnsHasNoCellToEdit) {
+    grid.Select(3, 1);
+    grid.SetCols(0);
+    EXPECT_FALSE(cells.OpenEditor());
+    EXPECT_FALSE(grid.EditWindow());
+}
+
+TEST_F(GridMannerTest, EachDataRowCanBeSelectedAndNoneBeside) {
+    for (GridManner* const manner : {static_cast<GridManner*>(&cells), static_cast<GridManner*>(&list)}) {
+        for (const std::int32_t row : {1, 2, 10}) {
+            EXPECT_TRUE(manner->SelectRow(row)) << row;
+            EXPECT_TRUE(manner->IsRowSelected(row)) << row;
+        }
+        for (const std::int32_t row : {-1, 0, 11}) {
+            EXPECT_FALSE(manner->SelectRow(row)) << row;
+            EXPECT_FALSE(manner->IsRowSelected(row)) << row;
+        }
+    }
+}
+
 TEST_F(GridMannerTest, AColumnIsSelectedWhenAllOfItsRowsAre) {
     EXPECT_FALSE(cells.IsColSelected(0)) << "nothing is selected yet";
     grid.Select(1, 1);

@@ -220,6 +220,12 @@ TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsWaitedForAsLongAsASaveTakes)
     EXPECT_EQ(Get(At("a.temp")), "another's");
 }
 
+TEST_F(SystemFilesTest, OutputThatNobodyHasInHandIsNotWaitedForWhateverFailedBefore) {
+    errno = EWOULDBLOCK;
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), 0);
+    EXPECT_EQ(pauses, 0);
+}
+
 TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsTakenWhenItIsLetGo) {
     SystemFiles other(CodePage::Of(1252));
     static std::unique_ptr<OutputFile> held;

@@ -48,6 +48,16 @@ TEST(UnsettledTest, ADriveIsAskedOnceUntilAllIsSettled) {
     EXPECT_FALSE(unsettled.SharesItsFlush(folder.Get()));
 }
 
+TEST(UnsettledTest, AFileThatDoesNotTellItsDriveIsFlushedByItself) {
+    const Descriptor file(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    ASSERT_TRUE(file.IsOpen());
+    Unsettled unsettled;
+    FailingCalls calls;
+    calls.FailEach("fstat", EIO);
+    EXPECT_FALSE(unsettled.SharesItsFlush(file.Get()));
+    EXPECT_EQ(unsettled.Add(file.Get(), "first"), Unsettled::Way::Alone);
+}
+
 TEST(UnsettledTest, ADriveThatDoesNotAnswerOnceLeavesNoNameWithoutAFlush) {
     const Text name = "/dev/shm/name";
     const Descriptor file(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));

@@ -71,6 +71,8 @@ fi
 echo "windows_qt: building Qt $version for Windows in $work" >&2
 fetch_sources
 mkdir -p "$work"
+# A copy of its own: a build that was broken off goes on from any clone.
+cp "$toolchain" "$work/toolchain.cmake"
 [ -f "$work/qtbase/CMakeLists.txt" ] ||
     { rm -rf "$work/qtbase" && dpkg-source --no-check -x "$sources/qt6-base_${version#*:}.dsc" "$work/qtbase" >&2; }
 host=$(dpkg-architecture -qDEB_HOST_MULTIARCH)
@@ -79,7 +81,7 @@ if command -v ccache >/dev/null; then
     launcher=(-DQT_USE_CCACHE=ON)
     export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
 fi
-cmake -S "$work/qtbase" -B "$work/build" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
+cmake -S "$work/qtbase" -B "$work/build" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$work/toolchain.cmake" \
       -DCMAKE_INSTALL_PREFIX="$work/install" -DQT_HOST_PATH=/usr \
       -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$host/cmake" "${launcher[@]}" "${options[@]}" >"$work/configure.log" 2>&1 ||
     { tail -30 "$work/configure.log" >&2; exit 1; }

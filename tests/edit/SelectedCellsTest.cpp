@@ -72,6 +72,15 @@ TEST_F(SelectedCellsTest, HiddenFirstRowIsUsedAndTheLastVisibleRowLeftOut) {
     EXPECT_THAT(Rows(FindSelectedCells(desk)), ElementsAre(1, 3, 4));
 }
 
+TEST_F(SelectedCellsTest, OnlyHiddenRowsOrOnlyHiddenColumnsGiveNone) {
+    Hide({2, 3});
+    Select(2, cnUSL, 3, cnUCL);
+    EXPECT_FALSE(FindSelectedCells(desk).has_value());
+    SetShown(cnUSL, false);
+    Select(1, cnUSL, 4, cnUSL);
+    EXPECT_FALSE(FindSelectedCells(desk).has_value());
+}
+
 TEST_F(SelectedCellsTest, HiddenFirstColumnIsUsedAndTheLastVisibleColumnLeftOut) {
     SetShown(cnUSL, false);
     Select(1, cnUSL, 1, cnTGT);

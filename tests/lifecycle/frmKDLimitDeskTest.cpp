@@ -78,6 +78,12 @@ TEST(frmKDLimitDeskTest, TheWindowIsCentredWithTruncatedHalves) {
     EXPECT_EQ(frmKDLimitDesk::Centred(100, 100, 201, 100), (Area{-50, 0, 201, 100}));
 }
 
+TEST(frmKDLimitDeskTest, TheGridHasItsHeaderRowBeforeAnythingIsLoaded) {
+    StartDesk desk;
+    frmKDLimitDesk form(desk.g);
+    EXPECT_EQ(form.Controls().Grid.Rows(), 1);
+}
+
 TEST(frmKDLimitDeskTest, TheCaptionHasThePlainVersion) {
     RunningDesk desk;
     EXPECT_EQ(desk.form.Caption(), "KD LimitDesk (v6.1.0)");

@@ -268,9 +268,11 @@ TEST(ProgressBarTest, ValueStaysBetweenItsEnds) {
     EXPECT_EQ(bar.Value(), 33.25);
     bar.SetValue(100.5);
     EXPECT_EQ(bar.Value(), 100);
+    bar.SetValue(0.5);
+    EXPECT_EQ(bar.Value(), 0.5);
     bar.SetValue(-1);
     EXPECT_EQ(bar.Value(), 0);
-    EXPECT_EQ(changes, 3);
+    EXPECT_EQ(changes, 4);
 }
 
 TEST(MenuItemTest, CheckMarkMakesItCheckable) {

@@ -204,7 +204,13 @@ TEST_F(StandaloneChangeLogTest, WithoutAFileARecordIsAnError) {
     EXPECT_THROW(log.WriteRecord(aRecord()), cError);
     log.OpenLog("/a/plant.KDL");
     log.CloseLog();
-    EXPECT_THROW(log.WriteRecord(aRecord()), cError);
+    try {
+        log.WriteRecord(aRecord());
+        ADD_FAILURE() << "a record went into a closed log";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Number(), errInvalidArgument);
+        EXPECT_EQ(error.Source(), "StandaloneChangeLog.WriteRecord");
+    }
 }
 
 #ifdef KD_CHECKED

@@ -31,8 +31,7 @@ cError FailureOf(const char* operation, std::string_view path, int code) {
                 folder.assign(1, path.empty() || path.front() != '/' ? '.' : '/');
             }
             struct stat status {};
-            number = ::stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) ? errFileNotFound
-                                                                                     : errPathNotFound;
+            number = ::stat(folder.c_str(), &status) == 0 ? errFileNotFound : errPathNotFound;
             break;
         }
         case ENOTDIR:

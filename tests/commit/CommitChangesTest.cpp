@@ -240,9 +240,13 @@ struct UnsettledCommit : LoadedDesk {
                 throw cError(errDiskFull, "MemoryFiles.Flush", {}, step.substr(step.find(' ') + 1));
             }
         };
+        toolkit.onKeepAlive = [this] {
+            passesBehindAFolder += files.Log().back().starts_with("FlushFolder ") ? 1 : 0;
+        };
         toolkit.AnswerAll([](Form& form) { dynamic_cast<frmCommit&>(form).cmdOk.UserClick(); });
         CommitChanges(desk);
     }
+    int passesBehindAFolder = 0;  // that keep the window alive
     std::vector<bool> Changed() const {
         return {g.gFiles->Ref(1).ChangesMade(), g.gFiles->Ref(2).ChangesMade()};
     }
@@ -261,6 +265,7 @@ TEST(CommitChangesTest, AFlushOfAWholeDiskThatFailsMayBeAnotherProgramsAndIsAske
               "Flush /apps/plant.KDM", "FlushFolder /apps"}) {
             EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), asked) == 0, false) << asked;
         }
+        EXPECT_EQ(t.passesBehindAFolder, 2);
     }
 }
 

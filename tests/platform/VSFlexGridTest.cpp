@@ -78,6 +78,7 @@ TEST_F(VSFlexGridTest, NewGridIsEmpty) {
     EXPECT_EQ(grid.FrozenCols(), 0);
     EXPECT_EQ(grid.Row(), 0);
     EXPECT_EQ(grid.Col(), 0);
+    EXPECT_EQ(grid.GetSelection(), (GridSelection{0, 0, 0, 0}));
     EXPECT_TRUE(grid.Redraw());
     EXPECT_FALSE(grid.EditWindow());
     EXPECT_EQ(grid.MouseRow(), -1);
@@ -128,6 +129,22 @@ TEST_F(VSFlexGridTest, RowTakesAllItsTextsAtOnce) {
     EXPECT_EQ(ErrorOf([&] { grid.SetRowTexts(1, texts); }), errInvalidArgument);
     EXPECT_EQ(ErrorOf([&] { grid.SetRowTexts(1, RowText()); }), errInvalidArgument);
     EXPECT_EQ(grid.TextMatrix(1, 0), "r1c0");
+}
+
+TEST_F(VSFlexGridTest, RowsWithoutColumnsHaveNoCells) {
+    grid.SetRows(2);
+    EXPECT_EQ(ErrorOf([&] { grid.SetTextMatrix(0, 0, "x"); }), errSubscript);
+    EXPECT_EQ(ErrorOf([&] { (void)grid.TextMatrix(1, 0); }), errSubscript);
+}
+
+TEST_F(VSFlexGridTest, NewColumnsAreShownAlignedToTheLeftAndOfNoWidth) {
+    grid.SetCols(2);
+    for (const std::int32_t screenCol : {0, 1}) {
+        EXPECT_EQ(grid.ColWidth(screenCol), 0);
+        EXPECT_EQ(grid.ColData(screenCol), 0);
+        EXPECT_EQ(grid.ColAlignment(screenCol), caLeftCenter);
+        EXPECT_FALSE(grid.ColHidden(screenCol));
+    }
 }
 
 TEST_F(VSFlexGridTest, NewRowsAreEmptyAndShownAndRowsThatGoTakeAllAlong) {

@@ -50,6 +50,20 @@ TEST_F(StandaloneChangeMemoTest, EntriesAreAddedAndWhatStandsThereStays) {
     EXPECT_EQ(Memo(), "of another program\r\n" + entry + entry);
 }
 
+TEST_F(StandaloneChangeMemoTest, TheItemsOfAnEntryThatCouldNotBeWrittenAreNotTheNextOnes) {
+    StandaloneChangeMemo memo(files, CodePage::Of(1252));
+    memo.OpenMemo("/a/plant.KDM");
+    memo.BeginEntry("Lab", "anna", "2026-03-04", "05:06:06");
+    memo.WriteItem("pH", "LSL", "1", "2");
+    files.FailOn("Write", "plant.KDM", errDiskFull);
+    EXPECT_THROW(memo.BeginEntry("MAIN", "anna", "2026-03-04", "05:06:07"), cError);
+    files.FailNoMore();
+    memo.BeginEntry("MAIN", "anna", "2026-03-04", "05:06:07");
+    memo.WriteItem("Weight", "USL", "12.5", "13");
+    memo.CloseMemo();
+    EXPECT_EQ(Memo(), entry);
+}
+
 TEST_F(StandaloneChangeMemoTest, AnEntryBehindAnUnfinishedLineBeginsALineOfItsOwn) {
     files.Put("/a/plant.KDM", "half a li");
     WriteEntry();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string>
 #include <vector>
 
 namespace kd::waiting {
@@ -14,17 +15,25 @@ class WaitingTest : public testing::Test {
 protected:
     ~WaitingTest() override { Pause = m_before; }
 
-    int Ask() { return codes[std::min(asked++, codes.size() - 1)]; }
+    int Ask() {
+        order += "?";
+        return codes[std::min(asked++, codes.size() - 1)];
+    }
     static bool MayPass(int code) { return code == 5; }
 
     static inline std::vector<std::uint32_t> pauses;
+    static inline std::string order;  // of questions and pauses
     std::vector<int> codes;
     std::size_t asked = 0;
 
 private:
     void SetUp() override {
         pauses.clear();
-        Pause = [](std::uint32_t milliseconds) { pauses.push_back(milliseconds); };
+        order.clear();
+        Pause = [](std::uint32_t milliseconds) {
+            pauses.push_back(milliseconds);
+            order += ".";
+        };
     }
 
     void (*m_before)(std::uint32_t) = Pause;
@@ -55,6 +64,7 @@ TEST_F(WaitingTest, WhatPassesIsAskedUntilItWorks) {
     EXPECT_EQ(asked, 3U);
     EXPECT_EQ(pauses.size(), 4U);
     EXPECT_EQ(pauses.back(), PauseForASaveInMilliseconds);
+    EXPECT_EQ(order, "?.?.??.?.?") << "the pause comes first, and another question then";
 }
 
 TEST_F(WaitingTest, WhatDoesNotEndIsGivenUpAfterAGlanceOrASave) {

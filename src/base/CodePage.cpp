@@ -46,8 +46,8 @@ char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
         }
         code = (code << 6U) | (byteAt(at++) & 0x3FU);
     }
-    constexpr char32_t Least[] = {0, 0x80, 0x800, 0x10000};
-    return code < Least[more] ? Bad : code;
+    constexpr char32_t Least[] = {0x80, 0x800, 0x10000};
+    return code < Least[more - 1] ? Bad : code;
 }
 
 /// Calls ascii(run) for runs of ASCII and other(character, its UTF-8) for the rest, in order.

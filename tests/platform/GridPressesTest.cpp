@@ -64,6 +64,14 @@ TEST_F(GridPressesTest, ARefusedTextStopsThePress) {
     EXPECT_EQ(history.size(), 1U);
 }
 
+TEST_F(GridPressesTest, ADoublePressThatOnlyExtendsTheSelectionOpensNoEditor) {
+    grid.Select(1, 1);
+    presses.DoublePress(MouseButton::Left, {{3, 1}, 0, 0, sbShift});
+    EXPECT_FALSE(grid.EditWindow());
+    presses.DoublePress(MouseButton::Left, {{3, 1}, 0, 0, 0});
+    EXPECT_TRUE(grid.EditWindow());
+}
+
 TEST_F(GridPressesTest, BeforeTheFirstPressNothingIsDragged) {
     EXPECT_FALSE(presses.Dragging());
 }

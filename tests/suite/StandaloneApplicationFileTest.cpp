@@ -198,6 +198,13 @@ TEST_F(StandaloneApplicationFileTest, OneReaderServesOneApplicationAfterTheOther
     EXPECT_EQ(reader.ApplicationTitle(), "other");
 }
 
+TEST_F(StandaloneApplicationFileTest, ViewsThatAreReadOnceMoreAreThereOnce) {
+    files.Put("/a/plant.kdt", "[VIEWS]\r\nVIEW = 1,Lab\r\n");
+    EXPECT_EQ(ViewsOf("/a/plant.kdt").size(), 1U);
+    reader.LoadViews();
+    EXPECT_EQ(reader.Views().Count(), 1);
+}
+
 TEST_F(StandaloneApplicationFileTest, ListsCountFromOne) {
     files.Put("/a/plant.kdt", "[VIEWS]\r\nVIEW = 1,Lab\r\n");
     EXPECT_EQ(ViewsOf("/a/plant.kdt").size(), 1U);

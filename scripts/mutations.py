@@ -37,7 +37,7 @@ STEP_KINDS = (Kind.CALL_EXPR, Kind.BINARY_OPERATOR, Kind.COMPOUND_ASSIGNMENT_OPE
 # A variable that is emptied, gets a value that stands by itself, a handler or a caption: two of them can change places
 # if they do not name each other.
 SETTING = re.compile(rb"^(?:([\w.]+(?:->\w+)?)(?:\.(?:clear|reset)\(\)|\.SetCaption\(.*\)| [-+]?= "
-                     rb"(?:[^()]*|std::move\(\w+\)|std::make_\w+<\w+>\(\)|\[this\] \{[^{}]*\}))|SetCaption\(\".*\"\))$", re.S)
+                     rb"(?:[^()]*|std::move\(\w+\)|std::make_\w+<\w+>\(\)|(?:Bounded\()?\[this\] \{[^{}]*\}\)?))|SetCaption\(\".*\"\))$", re.S)
 # Properties of one record are set in any order, if the one's value does not ask the record.
 PROPERTY = re.compile(rb"^(\w+)->Set(\w+)\((.*)\)$", re.S)
 JUMPS = (Kind.RETURN_STMT, Kind.BREAK_STMT, Kind.CONTINUE_STMT)

@@ -55,6 +55,8 @@ TEST(NumbersTest, NumberAtTheFrontOfAText) {
         {"fixed limit below 1, as the file has it", ".001", 0.001},
         {"too large", "1E400", Infinity},
         {"too large and negative", "-1E400", -Infinity},
+        {"too large behind the point", "0.0001E400", Infinity},
+        {"too large behind the point, with a sign", "0.0001E+400", Infinity},
         {"too small", "1E-400", 0},
         {"exponent beyond any integer", "1E99999999999", Infinity},
         {"negative exponent beyond any integer", "1E-99999999999", 0},

@@ -55,6 +55,11 @@ TEST(cListTest, PositionOutsideIsAnInvalidArgument) {
         EXPECT_EQ(ErrorOf([&] { (void)list.Item(position); }), errInvalidArgument) << position;
         EXPECT_EQ(ErrorOf([&] { (void)list.Ref(position); }), errInvalidArgument) << position;
         EXPECT_EQ(ErrorOf([&] { list.Remove(position); }), errInvalidArgument) << position;
+        try {
+            (void)list.Item(position);
+        } catch (const cError& error) {
+            EXPECT_EQ(error.Source(), "cList.Item");
+        }
     }
     EXPECT_EQ(list.Count(), 3);
 }

@@ -60,6 +60,12 @@ TEST_F(GridMannerTest, KeysWithoutAUseAreLeft) {
     EXPECT_EQ(Current(), (GridCell{3, 1}));
 }
 
+TEST_F(GridMannerTest, SpaceTurnsTheFirstRowOfAListToo) {
+    grid.Select(1, 0);
+    EXPECT_TRUE(list.KeyPress(kcSpace, 0, Page));
+    EXPECT_EQ(Selected(), Rows{1});
+}
+
 TEST_F(GridMannerTest, OnlyAListHasWholeRowsForItsCells) {
     const GridManner& ofCells = cells;
     const GridManner& ofRows = list;

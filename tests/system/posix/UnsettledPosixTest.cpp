@@ -34,6 +34,15 @@ TEST(UnsettledTest, AFolderOnASystemThatFlushesNoneIsPassedOver) {
     }
 }
 
+TEST(UnsettledTest, AFolderThatIsMissingOrIsNoneHasNoNameToSettle) {
+    Unsettled unsettled;
+    unsettled.AddName("/nowhere/name");
+    unsettled.AddName(Text(OfTheKernel) + "/name");
+    FailingCalls calls;
+    EXPECT_TRUE(unsettled.TrySettle([] {}).empty());
+    EXPECT_TRUE(calls.Calls().empty());
+}
+
 TEST(UnsettledTest, ADriveIsAskedOnceUntilAllIsSettled) {
     const Descriptor folder(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!OneFlushIsEnough(folder.Get())) {

@@ -35,7 +35,6 @@ frmApplicationAdmin::frmApplicationAdmin(Globals& g) : Form("frmApplicationAdmin
     cmdHelp.SetCaption("Help");
     cmdOk.SetCaption("Ok");
     cmdCancel.SetCaption("Cancel");
-    Grid.SetRows(1);
     Grid.SetCols(1);
 
     cmdFilter.Click = [this] { cmdFilter_Click(); };
@@ -57,8 +56,8 @@ void frmApplicationAdmin::Display() {
     m_changed = false;
     {
         const RedrawOff quiet(Grid);
-        Grid.SetTextMatrix(0, 0, "List of Active Applications");
         Grid.SetRows(m_g.gMasterFiles->Count() + 1);
+        Grid.SetTextMatrix(0, 0, "List of Active Applications");
         std::int32_t row = 0;
         for (const auto& file : *m_g.gMasterFiles) {
             Grid.SetTextMatrix(++row, 0, file->Filename());

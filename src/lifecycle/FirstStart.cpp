@@ -74,7 +74,6 @@ void ProvideSampleApplications(Globals& g, std::string_view installedFolder, std
             CopyFolder(files, installedFolder, ownFolder);
             isMade = true;
         }
-        g.gRecents = std::make_shared<cRecents>();
         g.gMasterFiles = std::make_shared<cMasterFiles>();
         for (const Text& name : TemplatesIn(files, ownFolder)) {
             g.gMasterFiles->Add(paths::InFolder(ownFolder, name, files.Delimiter()), true);

@@ -15,10 +15,10 @@ struct GridCell {
 
 /// A rectangle of cells, hidden ones counted; both ends inclusive, first not beyond last.
 struct GridSelection {
-    std::int32_t firstRow = 0;
-    std::int32_t firstCol = 0;
-    std::int32_t lastRow = 0;
-    std::int32_t lastCol = 0;
+    std::int32_t firstRow;
+    std::int32_t firstCol;
+    std::int32_t lastRow;
+    std::int32_t lastCol;
 
     bool operator==(const GridSelection&) const = default;
     bool Contains(std::int32_t row, std::int32_t col) const noexcept {

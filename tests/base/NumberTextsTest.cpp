@@ -166,6 +166,9 @@ TEST(NumberTextsTest, PlainTextOfTheEverydayAndTheEdges) {
                           {-3e20, "-3E+20"},
                           {1e-100, "1E-100"},
                           {1.7976931348623157e308, "1.79769313486232E+308"},
+                          {Infinity, "INF"},
+                          {-Infinity, "-INF"},
+                          {std::numeric_limits<double>::quiet_NaN(), "NAN"},
                           {0.1 + 0.2, ".3"},
                           {1.0 / 3.0, ".333333333333333"},
                           {2.0 / 3.0, ".666666666666667"}};

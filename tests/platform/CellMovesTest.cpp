@@ -34,6 +34,12 @@ protected:
     VSFlexGrid grid{"Grid"};
 };
 
+TEST_F(CellMovesTest, HomeAndEndLeadToTheFirstAndTheLastColumnWhereTheyAreShown) {
+    grid.SetColHidden(0, false);
+    EXPECT_EQ(From({4, 4}, kcHome), (GridCell{4, 0}));
+    EXPECT_EQ(From({4, 1}, kcEnd), (GridCell{4, 5}));
+}
+
 TEST_F(CellMovesTest, DataCellsAreThoseBelowTheHeader) {
     for (const GridCell cell : {GridCell{1, 0}, GridCell{1, 5}, GridCell{60, 0}}) {
         EXPECT_TRUE(IsDataCell(cell)) << cell.row << "," << cell.screenCol;

@@ -73,6 +73,13 @@ TEST_F(GridMannerTest, OnlyAListHasWholeRowsForItsCells) {
     EXPECT_TRUE(ofRows.WholeRows());
 }
 
+TEST_F(GridMannerTest, AColumnWithoutRowsCannotBeSelected) {
+    grid.SetRows(1);
+    EXPECT_FALSE(cells.SelectCol(1));
+    grid.SetRows(2);
+    EXPECT_TRUE(cells.SelectCol(1));
+}
+
 TEST_F(GridMannerTest, AGridWithoutColumnsHasNoCellToEdit) {
     grid.Select(3, 1);
     grid.SetCols(0);

@@ -39,7 +39,11 @@ TEST_P(FilesContractTest, MakeFolderMakesTheMissingOnesAbove) {
 
 TEST_P(FilesContractTest, ArchiveCopiesKeepTheirNamesBytesAndReadOnlyMarks) {
     MakeFolderAt("archive");
+    int lived = 0;
+    files.Meanwhile = [&] { ++lived; };
     files.CopyAllForArchive({Put("a.kdt", "one"), PutReadOnly("a.V1", "two")}, At("archive"));
+    files.Meanwhile = {};
+    EXPECT_EQ(lived, 2) << "behind each copy";
     files.CopyForArchive(At("a.V1"), At("alone"));
     EXPECT_EQ(Names(At("archive")), (std::set<Text>{"a.kdt", "a.V1"}));
     EXPECT_EQ(Get("archive/a.kdt"), "one");

@@ -58,6 +58,27 @@ TEST_F(SystemFilesTest, AMoveHasClosedItsTargetBeforeItTakesItsPlace) {
 }
 #endif
 
+// The folders of one drive may still be parts of different ones, and a folder may forbid it.
+TEST_F(SystemFilesTest, ASourceThatCannotTakeTheTargetsPlaceIsCopied) {
+    const Text target = Put("a.kdt", "old");
+    files.MoveOver(Put("a.temp", "first"), target);  // which opens the folder for its flush
+    int renaming = 0;
+    {
+        const FailingCalls calls;
+        files.MoveOver(Put("a.temp", "second"), target);
+        const auto at = std::find(calls.Calls().begin(), calls.Calls().end(), "rename");
+        ASSERT_NE(at, calls.Calls().end());
+        renaming = static_cast<int>(at - calls.Calls().begin()) + 1;
+    }
+    for (const int code : {EXDEV, EACCES, EPERM}) {
+        const Text source = Put("a.temp", "new");
+        const FailingCalls calls(renaming, code);
+        files.MoveOver(source, target);
+        EXPECT_EQ(Get(target), "new");
+        EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+    }
+}
+
 TEST_F(SystemFilesTest, AMoveMakesATargetThatIsMissing) {
     const mode_t mask = ::umask(022);
     files.MoveOver(Put("a.temp", "new", 0600), At("a.kdt"));

@@ -209,6 +209,22 @@ TEST_F(SystemFilesTest, OutputWhoseOldFileAnotherProgramRemovesFirstIsMadeAnew) 
     EXPECT_EQ(Get(At("other name")), "of another");
 }
 
+TEST_F(SystemFilesTest, OutputWhoseOldFileHasAnotherNameAndCannotGoIsRefused) {
+    const Text path = Put("a.temp", "of another", 0600);
+    std::filesystem::create_hard_link(path, At("other name"));
+    FailingCalls calls;
+    calls.FailEach("unlink", EACCES);
+    try {
+        (void)files.OpenForOutput(path);
+        ADD_FAILURE() << "another name of it would be written over";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Number(), errPermissionDenied);
+        EXPECT_EQ(error.Source(), "SystemFiles.OpenForOutput");
+        EXPECT_EQ(error.Path(), path);
+    }
+    EXPECT_EQ(Get(At("other name")), "of another");
+}
+
 TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsWaitedForAsLongAsASaveTakes) {
     SystemFiles other(CodePage::Of(1252));
     const auto held = other.OpenForOutput(At("a.temp"));

@@ -34,10 +34,10 @@ NAMED_ONLY = re.compile(rb"^\(void\)\w+$")
 # Statements that can go or change places: all but those that declare or branch.
 STEP_KINDS = (Kind.CALL_EXPR, Kind.BINARY_OPERATOR, Kind.COMPOUND_ASSIGNMENT_OPERATOR, Kind.UNARY_OPERATOR,
               Kind.CXX_THROW_EXPR, Kind.UNEXPOSED_EXPR, Kind.CSTYLE_CAST_EXPR)
-# A variable that is emptied, gets a value that stands by itself, a handler or a caption: two of them can change places
-# if they do not name each other.
+# A variable that is emptied, gets a value that stands by itself, a handler or a caption, and a form that goes, whose
+# caller goes on when the handler has returned: two of them can change places if they do not name each other.
 SETTING = re.compile(rb"^(?:([\w.]+(?:->\w+)?)(?:\.(?:clear|reset)\(\)|\.SetCaption\(.*\)| [-+]?= "
-                     rb"(?:[^()]*|std::move\(\w+\)|std::make_\w+<\w+>\(\)|(?:Bounded\()?\[this\] \{[^{}]*\}\)?))|SetCaption\(\".*\"\))$", re.S)
+                     rb"(?:[^()]*|std::move\(\w+\)|std::make_\w+<\w+>\(\)|(?:Bounded\()?\[this\] \{[^{}]*\}\)?))|SetCaption\(\".*\"\)|Hide\(\))$", re.S)
 # Properties of one record are set in any order, if the one's value does not ask the record.
 PROPERTY = re.compile(rb"^(\w+)->Set(\w+)\((.*)\)$", re.S)
 JUMPS = (Kind.RETURN_STMT, Kind.BREAK_STMT, Kind.CONTINUE_STMT)

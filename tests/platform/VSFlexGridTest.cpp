@@ -19,7 +19,13 @@ public:
     void CellChanged(std::int32_t row, std::int32_t screenCol) override {
         log.push_back("cell " + std::to_string(row) + "," + std::to_string(screenCol));
     }
-    void LayoutChanged() override { log.emplace_back("layout"); }
+    std::function<void()> onLayout;
+    void LayoutChanged() override {
+        log.emplace_back("layout");
+        if (onLayout) {
+            onLayout();
+        }
+    }
     std::function<void()> onSelection;
     void SelectionChanged() override {
         log.emplace_back("selection");
@@ -417,6 +423,30 @@ TEST_F(VSFlexGridTest, WhenTheScreenHearsOfASelectionTheGridHasIt) {
     grid.ExtendSelection(4, 2);
     grid.Select(1, 0);
     EXPECT_EQ(heard, (std::vector<GridSelection>{{2, 1, 2, 1}, {2, 1, 4, 2}, {1, 0, 1, 0}}));
+}
+
+TEST_F(VSFlexGridTest, WhenTheScreenHearsOfALayoutTheGridHasIt) {
+    Fill(4, 3);
+    Watch();
+    std::vector<int> heard;
+    std::function<int()> asked;
+    screen.onLayout = [&] { heard.push_back(asked()); };
+    asked = [&] { return grid.FrozenCols(); };
+    grid.SetFrozenCols(2);
+    asked = [&] { return grid.ColAlignment(0) == caRightCenter ? 1 : 0; };
+    grid.SetColAlignment(0, caRightCenter);
+    asked = [&] { return grid.ColWidth(0); };
+    grid.SetColWidth(0, 50);
+    asked = [&] { return grid.ColHidden(0) ? 1 : 0; };
+    grid.SetColHidden(0, true);
+    asked = [&] { return grid.RowHidden(1) ? 1 : 0; };
+    grid.SetRowHidden(1, true);
+    asked = [&] { return static_cast<int>(grid.VisibleRows().size()); };
+    grid.SetRows(4);
+    grid.RemoveItem(3);
+    asked = [&] { return grid.Cols(); };
+    grid.SetCols(2);
+    EXPECT_EQ(heard, (std::vector<int>{2, 1, 50, 1, 1, 2, 1, 2}));
 }
 
 TEST_F(VSFlexGridTest, WhileRedrawIsOffTheScreenIsToldNothingAndThenOnce) {

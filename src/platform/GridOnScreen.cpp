@@ -34,8 +34,7 @@ void GridOnScreen::EditorDiffers() {
 
 void GridOnScreen::SetRedraw(bool redraw) {
     m_redraw = redraw;
-    if (redraw && m_stale) {
-        m_stale = false;
+    if (std::exchange(m_stale, false)) {  // told now, or noted once more while it is off
         LayoutDiffers();
         SelectionDiffers();
     }

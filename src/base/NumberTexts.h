@@ -15,7 +15,7 @@ void AppendDigits(std::int64_t value, Text& text);
 
 /// The shortest text of up to 15 significant digits, always with "." and without a digit before the point
 /// when the size is below 1 (".5", "-.25"). From 1E+15 on and below 1E-15 with an exponent: "1E+15",
-/// "1.5E-16".
+/// "1.5E-16". What is no number, or endless, is "NAN", "INF" and "-INF".
 Text PlainText(double value);
 
 /// PlainText with a digit before the point ("0.5") and with `separator` in place of the point.

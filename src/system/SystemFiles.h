@@ -63,7 +63,12 @@ public:
     void ReplaceFile(std::string_view path, std::string_view bytes) override;
     std::vector<Text> FolderEntries(std::string_view folder) override;
     void MakeFolder(std::string_view folder) override;
-#ifndef _WIN32
+#ifdef _WIN32  // no lock tells there whether a folder is kept: every one stays
+    void MakeKeptFolder(std::string_view folder) override {
+        MakeFolder(folder);
+    }
+    void DeleteAbandonedFolder(std::string_view /*folder*/) noexcept override {}
+#else
     void MakeKeptFolder(std::string_view folder) override;
     void DeleteAbandonedFolder(std::string_view folder) noexcept override;
 #endif
@@ -80,7 +85,8 @@ private:
 #ifndef _WIN32  // there the file system itself looks regardless of case
     /// The path as it stands where it exists; else that of the file in its folder whose name differs only in
     /// case; else the path as it stands.
-    Text Resolved(std::string_view path) const;
+    /// @throws cError of `operation` where the folder could not be looked through.
+    Text Resolved(const char* operation, std::string_view path) const;
     /// What is known of the file that is meant, and whether anything is.
     bool StatusOf(std::string_view path, struct stat& status) const;
     /// The regular file that is meant, open for reading; `status` tells about it.

@@ -563,6 +563,24 @@ TEST(SchemaWriterTest, AnApplicationNamedAsItsOwnTemporaryFileIsNotSaved) {
     }
 }
 
+TEST(SchemaWriterTest, ATemporaryFileThatIsTakenTellsWhoWantedIt) {
+    TestMachine own;
+    anApplication("/apps/plant.temp").Field(aField()).PutInto(own);
+    own.g.gFiles->Add("/apps/plant.temp", {}, {}, 0);
+    WriteDesk left;
+    left.g.openTemporaries.push_back("/apps/plant.temp");
+    for (Globals* const g : {&own.g, &left.g}) {
+        try {
+            (void)WriteSchema(*g, 1, AfterFailure::Blocked);
+            ADD_FAILURE() << "it is taken";
+        } catch (const cError& error) {
+            EXPECT_EQ(error.Number(), errFileAlreadyOpen);
+            EXPECT_EQ(error.Source(), "SaveSchema");
+            EXPECT_EQ(error.Path(), "/apps/plant.temp");
+        }
+    }
+}
+
 TEST(SchemaWriterTest, ATemporaryFileThatCannotBeOpenedMayBeTriedAgain) {
     WriteDesk t;
     t.files.FailOn("OpenForOutput", ".temp", errPermissionDenied);

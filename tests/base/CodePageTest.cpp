@@ -146,6 +146,8 @@ TEST(CodePageTest, ACharacterThatThePageLacksBecomesAQuestionMark) {
 TEST(CodePageTest, ACharacterOutsideTheFirstPlaneIsOneQuestionMark) {
     EXPECT_EQ(CodePage::Of(1252).Narrowed("a😀b"), "a?b");
     EXPECT_EQ(CodePage::Of(1252).Encode("a😀b"), "a?b");
+    EXPECT_EQ(CodePage::Of(1252).Encode("\xDF\x80\x80"), "??") << "a character in two bytes, and half of one";
+    EXPECT_EQ(CodePage::Of(1252).Encode("\xE0\xA0\x80"), "?") << "one in three";
 }
 
 TEST(CodePageTest, BrokenTextNeverReachesAFile) {

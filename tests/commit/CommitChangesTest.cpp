@@ -514,6 +514,7 @@ TEST(CommitChangesTest, ViewsThatGoToTheDiskOneByOneKeepTheWindowAliveToo) {
     t.EditRows({1, 2, 3});
     t.ExpectCommitted(3);
     bool hasFailed = false;
+    std::ptrdiff_t texts = 0;
     const auto failFirstFlush = [&](const Text& step) {
         if (step.starts_with("Settle ") && !std::exchange(hasFailed, true)) {
             throw cError(errDevice, "MemoryFiles.Settle");
@@ -525,7 +526,10 @@ TEST(CommitChangesTest, ViewsThatGoToTheDiskOneByOneKeepTheWindowAliveToo) {
                                  [&](const Text& step) { return step.starts_with(start); });
         };
         EXPECT_LE(count("OpenForOutput ") + count("ArchiveApplication ") + count("FolderEntries "), 1);
+        texts += count("OpenForOutput ");
     }
+    EXPECT_TRUE(hasFailed);
+    EXPECT_EQ(texts, 6) << "three together, and then one by one";
 }
 
 TEST(CommitChangesTest, TheFolderOfATemplateWithoutOneIsTheOneWhereTheProgramStands) {

@@ -397,6 +397,18 @@ TEST(GridEventsTest, EveryEventPassesTheBoundary) {
     EXPECT_EQ(boundary.passed, 9);
 }
 
+TEST(GridEventsTest, WhetherAColumnCanBeEditedIsItsOwnToSay) {
+    EventsDesk desk;
+    for (const std::int32_t screenCol : {0, ColType, ColName}) {
+        for (const bool editable : {false, true}) {
+            desk.desk.g.gLabels->Ref(screenCol + 1).SetEditable(editable);
+            bool cancel = false;
+            desk.grid.BeforeEdit(1, screenCol, cancel);
+            EXPECT_EQ(cancel, !editable) << screenCol;
+        }
+    }
+}
+
 TEST(GridEventsTest, TheGridIsLeftWithoutHandlersAtTheEnd) {
     LoadedDesk desk;
     { const GridEvents events(desk.desk); }

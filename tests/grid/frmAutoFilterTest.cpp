@@ -61,7 +61,7 @@ TEST(frmAutoFilterTest, FiltersAreMadeOnFirstReadWhereThereAreNone) {
     EXPECT_EQ(d.form.SelectedCount(), 0);
 }
 
-TEST(frmAutoFilterTest, FiltersThatAreGivenAreTheOnesThatAreReadAndShown) {
+TEST(frmAutoFilterTest, FiltersThatAreGivenAreTheOnesThatAreRead) {
     FilterDialog d;
     const auto filters = std::make_shared<cFilters>();
     filters->Add("a", true);

@@ -137,6 +137,13 @@ TEST_F(VSFlexGridTest, RowTakesAllItsTextsAtOnce) {
     EXPECT_EQ(grid.TextMatrix(1, 0), "r1c0");
 }
 
+TEST_F(VSFlexGridTest, OtherColumnsCloseAnEditorOfTheHeaderToo) {
+    Fill(0, 2);
+    ASSERT_TRUE(grid.StartEdit());
+    grid.SetCols(3);
+    EXPECT_FALSE(grid.EditWindow());
+}
+
 TEST_F(VSFlexGridTest, RowsWithoutColumnsHaveNoCells) {
     grid.SetRows(2);
     EXPECT_EQ(ErrorOf([&] { grid.SetTextMatrix(0, 0, "x"); }), errSubscript);

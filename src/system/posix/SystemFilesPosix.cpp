@@ -125,12 +125,12 @@ Text MeantBy(const char* operation, const Text& missing, const CodePage& page) {
 
 }  // namespace
 
-Text SystemFiles::Resolved(std::string_view path) const {
+Text SystemFiles::Resolved(const char* operation, std::string_view path) const {
     Text asGiven(path);
     if (IsPresent(asGiven) || errno != ENOENT) {
         return asGiven;  // a disk that did not answer says nothing of another name
     }
-    return MeantBy("Resolved", asGiven, m_page);
+    return MeantBy(operation, asGiven, m_page);
 }
 
 bool SystemFiles::StatusOf(std::string_view path, struct stat& status) const {
@@ -172,8 +172,8 @@ Descriptor SystemFiles::OpenToRead(std::string_view path, struct stat& status) c
         if (meant.code == 0) {
             return OpenRegular("Read", meant.path, O_RDONLY, status);
         }
-        code = meant.code;
         // The file may be there under a name of another case.
+        code = meant.code;
     }
     if (code != 0) {
         Raise("Read", path, code);
@@ -254,7 +254,7 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForOutput(std::string_view path, Pa
         if (isOurs && (hasRemoved || IsPrivate(status) || (isMade && !hasOtherNames))) {
             return EmptyOutput(*m_unsettled, std::move(file), target, status,
                                {Descriptor(), OwnOutput(m_ownOutputs, StateOf(status).file),
-                                [this](const Text& missing) { return Resolved(missing); }});
+                                [this](const Text& missing) { return Resolved("TakeRightsOf", missing); }});
         }
         if (tries >= MostTries || (isKept && patience == Patience::None)) {
             throw cError(errFileAlreadyOpen, "SystemFiles.OpenForOutput", {}, target);
@@ -300,16 +300,17 @@ std::unique_ptr<OutputFile> SystemFiles::OpenForAppend(std::string_view path) {
 void SystemFiles::CopyFile(std::string_view source, std::string_view target) {
     std::string bytes;
     struct stat status {};
-    const Descriptor file = OpenRegular("CopyFile", Resolved(source), O_RDONLY, status);
+    const Descriptor file = OpenRegular("CopyFile", Resolved("CopyFile", source), O_RDONLY, status);
     if (const int code = ReadToEnd(file.Get(), status.st_size, bytes); code != 0) {
         Raise("CopyFile", source, code);
     }
-    ReplaceWhole("CopyFile", Resolved(target), bytes, FlushName::No, file.Get());
+    ReplaceWhole("CopyFile", Resolved("CopyFile", target), bytes, FlushName::No, file.Get());
 }
 
 void SystemFiles::MoveOver(std::string_view source, std::string_view target) {
     m_unsettled->AddName(Text(target));
-    if (PutInPlace(Resolved(source), Resolved(target), nullptr, nullptr) != Placing::Done) {
+    if (PutInPlace(Resolved("MoveOver", source), Resolved("MoveOver", target), nullptr, nullptr) !=
+        Placing::Done) {
         Files::MoveOver(source, target);
     }
 }
@@ -326,7 +327,7 @@ bool SystemFiles::MoveSettled(std::string_view source, std::string_view target, 
             Raise("MoveSettled", source, code);
         }
         m_unsettled->AddName(file.Get(), Text(target));
-        ReplaceWhole("MoveSettled", Resolved(target), bytes, FlushName::No, AlreadySettled);
+        ReplaceWhole("MoveSettled", Resolved("MoveSettled", target), bytes, FlushName::No, AlreadySettled);
         DeleteFile(source);
     }
     return placing != Placing::Changed;
@@ -337,11 +338,11 @@ std::vector<cError> SystemFiles::TrySettle() {
 }
 
 void SystemFiles::ReplaceFile(std::string_view path, std::string_view bytes) {
-    ReplaceWhole("ReplaceFile", Resolved(path), bytes, FlushName::Yes, NoSource);
+    ReplaceWhole("ReplaceFile", Resolved("ReplaceFile", path), bytes, FlushName::Yes, NoSource);
 }
 
 void SystemFiles::DeleteFile(std::string_view path) {
-    const Text target = Resolved(path);
+    const Text target = Resolved("DeleteFile", path);
     struct stat status {};
     if (::lstat(target.c_str(), &status) != 0) {
         Raise("DeleteFile", path, errno);

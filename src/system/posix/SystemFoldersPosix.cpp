@@ -152,7 +152,7 @@ void SystemFiles::MakeKeptFolder(std::string_view folder) {
 }
 
 void SystemFiles::CopyForArchive(std::string_view source, std::string_view target) {
-    CopyToArchive(Resolved(source), Text(target), FlushCopy::Yes);
+    CopyToArchive(Resolved("CopyForArchive", source), Text(target), FlushCopy::Yes);
 }
 
 void SystemFiles::CopyAllForArchive(const std::vector<Text>& sources, std::string_view folder) {

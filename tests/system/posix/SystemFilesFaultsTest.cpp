@@ -295,7 +295,13 @@ TEST_F(SystemFilesTest, AFileThatMayBeThereUnderANameOfAnotherCaseIsNotTakenForA
         EXPECT_EQ(ErrorOf([&] { files.CopyFile(other, At("A.KDT")); }), errDevice);
         EXPECT_EQ(ErrorOf([&] { files.MoveOver(other, At("A.KDT")); }), errDevice);
         EXPECT_EQ(ErrorOf([&] { (void)files.OpenForAppend(At("A.KDT")); }), errDevice);
-        EXPECT_EQ(ErrorOf([&] { files.DeleteFile(At("A.KDT")); }), errDevice);
+        try {
+            files.DeleteFile(At("A.KDT"));
+            ADD_FAILURE() << "it has deleted what it could not know";
+        } catch (const cError& error) {
+            EXPECT_EQ(error.Number(), errDevice);
+            EXPECT_EQ(error.Source(), "SystemFiles.DeleteFile");
+        }
     }
     EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "b.kdt"}));
 }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cerrno>
 
 #include "base/ApplicationNames.h"
 #include "system/posix/FailingCalls.h"
@@ -113,6 +114,20 @@ TEST_F(SystemFilesTest, ASymbolicLinkStaysOneAndItsFinalTargetIsReplaced) {
     EXPECT_EQ(std::filesystem::read_symlink(link), "middle");
     EXPECT_EQ(std::filesystem::read_symlink(At("middle")), "elsewhere/a.kdt");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(At("elsewhere")), {}), 1);
+}
+
+TEST_F(SystemFilesTest, AFailureNamesTheFileAsItWasGiven) {
+    Put("a.kdt", "old");
+    const Text given = MakeLink("link", ".") + "/a.kdt";
+    FailingCalls calls;
+    calls.FailEach("write", ENOSPC);
+    try {
+        files.ReplaceFile(given, "new");
+        ADD_FAILURE() << "it has been written all the same";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Number(), errDiskFull);
+        EXPECT_EQ(error.Path(), given);
+    }
 }
 
 TEST_F(SystemFilesTest, AllNamesOfAFileSeeTheNewContent) {

@@ -59,7 +59,9 @@ TEST(UnsettledTest, ADriveIsAskedOnceUntilAllIsSettled) {
 
 TEST(UnsettledTest, AFileThatDoesNotTellItsDriveIsFlushedByItself) {
     const Descriptor file(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    ASSERT_TRUE(file.IsOpen());
+    if (!OneFlushIsEnough(file.Get())) {
+        GTEST_SKIP() << "nothing there is flushed at once";
+    }
     Unsettled unsettled;
     FailingCalls calls;
     calls.FailEach("fstat", EIO);

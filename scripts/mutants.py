@@ -119,9 +119,11 @@ class Commands:
     def includes(self, name, header):
         """Whether a source is made of that header too."""
         if not self.made_of:
+            made_of = {}
             for block in ninja("deps").split("\n\n"):
                 first, *names = block.split("\n")
-                self.made_of[first.split(":")[0]] = {os.path.normpath(BUILD / each.strip()) for each in names}
+                made_of[first.split(":")[0]] = {os.path.normpath(BUILD / each.strip()) for each in names}
+            self.made_of = made_of  # whole at once: the other workers ask too
         words = self.sources.get(name) or self.tests[name]
         return str(TREE / header) in self.made_of.get(words[words.index("-o") + 1], ())
 
@@ -306,8 +308,8 @@ class Worker:
 # --- the sample -------------------------------------------------------------------------------------------------------
 
 def drawn(*texts):
-    """The place of a file or mutation in the order of drawing. It hangs on nothing but their own texts: a change
-    elsewhere must not put others into the sample."""
+    """The place of a file or mutation in the order of drawing. It hangs on nothing but their own texts, so that a change
+    elsewhere seldom puts others into the sample."""
     return hashlib.sha256("\t".join((SEED, *texts)).encode()).digest()
 
 
@@ -369,6 +371,7 @@ class Run:
         with ThreadPoolExecutor(JOBS) as pool:
             for program, passes in zip(self.programs, pool.map(one, self.programs)):
                 if not passes:
+                    subprocess.run([str(BUILD / program.path), "--gtest_brief=1"], check=False, stdin=subprocess.DEVNULL)
                     sys.exit(f"mutants: {program.name} fails with nothing planted")
 
     def rounds(self):
@@ -409,15 +412,18 @@ class Run:
                 self.equivalent += 1
             return 1
         begin = time.monotonic()
+        # A default of a member is in whoever makes the object.
+        is_spread = name.endswith(".h") and mutation.used is None and not WITH_QT
         paths = worker.make(name, mutation, source)
-        if paths is None:
-            return 0
-        noticed = worker.try_out(name, paths)
-        if noticed is None and name.endswith(".h") and mutation.used is None and not WITH_QT:
-            # A default of a member is in whoever makes the object.
-            paths = worker.make(name, mutation, source, wholly=True) or {}
+        noticed = worker.try_out(name, paths) if paths else None
+        if noticed is None and is_spread:
             own = "test_" + pathlib.Path(name).parts[1]
-            noticed = worker.try_out(name, {each: path for each, path in paths.items() if each == own})
+            whole = worker.make(name, mutation, source, wholly=True)
+            if whole is None:
+                return 0
+            noticed = worker.try_out(name, whole if paths is None else {own: whole[own]})
+        elif paths is None:
+            return 0
         took = time.monotonic() - begin
         with self.lock:
             self.planted += 1

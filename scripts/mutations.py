@@ -36,7 +36,7 @@ STEP_KINDS = (Kind.CALL_EXPR, Kind.BINARY_OPERATOR, Kind.COMPOUND_ASSIGNMENT_OPE
               Kind.CXX_THROW_EXPR, Kind.UNEXPOSED_EXPR, Kind.CSTYLE_CAST_EXPR)
 # A variable that is emptied, gets a value that stands by itself, a handler or a caption, and a form that goes, whose
 # caller goes on when the handler has returned: two of them can change places if they do not name each other.
-SETTING = re.compile(rb"^(?:([\w.]+(?:->\w+)?)(?:\.(?:clear|reset)\(\)|\.SetCaption\(.*\)| [-+]?= "
+SETTING = re.compile(rb"^(?:([\w.]+(?:->\w+)?)(?:\.clear\(\)|\.SetCaption\(.*\)| [-+]?= "
                      rb"(?:[^()]*|std::move\(\w+\)|std::make_\w+<\w+>\(\)|(?:Bounded\()?\[this\] \{[^{}]*\}\)?))|SetCaption\(\".*\"\)|Hide\(\))$", re.S)
 # Properties of one record are set in any order, if the one's value does not ask the record.
 PROPERTY = re.compile(rb"^(\w+)->Set(\w+)\((.*)\)$", re.S)

@@ -160,6 +160,20 @@ TEST_F(frmFillTest, ClickOnAKindSelectsItAlone) {
     EXPECT_FALSE(form.optFillLimit.Value());
 }
 
+TEST_F(frmFillTest, EachAnswerThatCanBeSetIsReadAsItWasSet) {
+    frmFill form(g);
+    form.SetFillText("5");
+    form.SetTargetLimit(2);
+    form.SetLimitType(3);
+    form.SetLimitPlusMinus(1);
+    form.SetLimitValue("1.5");
+    EXPECT_EQ(form.FillText(), "5");
+    EXPECT_EQ(form.TargetLimit(), 2);
+    EXPECT_EQ(form.LimitType(), 3);
+    EXPECT_EQ(form.LimitPlusMinus(), 1);
+    EXPECT_EQ(form.LimitValue(), "1.5");
+}
+
 TEST_F(frmFillTest, LimitValueThatIsNoNumberIsRefusedAndGetsTheFocus) {
     for (const Text value : {"", " ", "x", "1.5,5", "1e999", "0x10"}) {
         frmFill form(g);

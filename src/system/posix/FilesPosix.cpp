@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string>
 #include <utility>
@@ -174,7 +175,7 @@ int ReadToEnd(int fd, off_t size, std::string& bytes) {
         do {
             count = ::read(fd, into, most);
         } while (count < 0 && errno == EINTR);
-        got = count < 0 ? 0 : static_cast<std::size_t>(count);
+        got = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
         return count < 0 ? errno : 0;
     };
     return ReadWhole(read, static_cast<std::size_t>(size), bytes);

@@ -242,6 +242,29 @@ TEST_F(SystemFilesTest, OutputThatNobodyHasInHandIsNotWaitedForWhateverFailedBef
     EXPECT_EQ(pauses, 0);
 }
 
+TEST_F(SystemFilesTest, OutputThatWasLetGoAndIsOpenAnewStaysKeptWhenTheFirstOneGoes) {
+    FailingCalls calls;
+    calls.FailEach("flock", ENOLCK);
+    auto first = files.OpenForOutput(At("a.temp"));
+    first->Unlock();
+    const auto second = files.OpenForOutput(At("a.temp"));
+    first.reset();
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp"), Patience::None); }), errFileAlreadyOpen);
+}
+
+// Where there are no locks, the state in which it was let go tells whether it has another's text since.
+TEST_F(SystemFilesTest, OutputThatAnotherProgramTakesAsItIsLetGoIsNotDeletedAsAbandoned) {
+    FailingCalls calls;
+    calls.FailEach("flock", ENOLCK);
+    auto output = files.OpenForOutput(At("a.temp"));
+    output->Write("ours");
+    calls.Before("flock", [&] { Put("a.temp", "another's text", 0600); });
+    output->Unlock();
+    output.reset();
+    files.DeleteAbandoned(At("a.temp"));
+    EXPECT_EQ(Get(At("a.temp")), "another's text");
+}
+
 TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsTakenWhenItIsLetGo) {
     SystemFiles other(CodePage::Of(1252));
     static std::unique_ptr<OutputFile> held;

@@ -57,9 +57,6 @@ std::optional<SelectedCells> FindSelectedCells(const Desk& desk) {
     for (std::int32_t col = selection.firstCol; col <= selection.lastCol; ++col) {
         cols += grid.ColHidden(col) ? 0 : 1;
     }
-    if (rows == 0 || cols == 0) {
-        return std::nullopt;
-    }
     return CellsFrom(grid, selection.firstRow, selection.firstCol, rows, cols);
 }
 

@@ -137,6 +137,16 @@ TEST_F(VSFlexGridTest, RowTakesAllItsTextsAtOnce) {
     EXPECT_EQ(grid.TextMatrix(1, 0), "r1c0");
 }
 
+TEST_F(VSFlexGridTest, TheSelectionStaysWithinRowsAndColumnsThatAreLeft) {
+    Fill(4, 4);
+    grid.Select(1, 0);
+    grid.ExtendSelection(4, 3);
+    grid.SetCols(2);
+    EXPECT_EQ(grid.GetSelection(), (GridSelection{1, 0, 4, 1}));
+    grid.SetRows(3);
+    EXPECT_EQ(grid.GetSelection(), (GridSelection{1, 0, 2, 1}));
+}
+
 TEST_F(VSFlexGridTest, OtherColumnsCloseAnEditorOfTheHeaderToo) {
     Fill(0, 2);
     ASSERT_TRUE(grid.StartEdit());

@@ -120,7 +120,10 @@ Text MeantBy(const char* operation, const Text& missing, const CodePage& page) {
     if (found.code != 0 && found.code != EACCES && found.code != ENOENT && found.code != ENOTDIR) {
         Raise(operation, missing, found.code);
     }
-    return found.path.empty() ? missing : std::move(found.path);
+    if (found.path.empty()) {
+        return missing;
+    }
+    return std::move(found.path);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ void GridTelling::CurrentCell() {
     }
     QAccessibleEvent selection(&m_widget, QAccessible::Selection);
     QAccessible::updateAccessibility(&selection);
-    if (m_widget.hasFocus() && m_grid.Row() > 0 && m_grid.Row() < m_grid.Rows()) {
+    if (m_widget.hasFocus() && m_grid.Row() > 0) {
         QAccessibleEvent focus(&m_widget, QAccessible::Focus);
         focus.setChild(m_grid.Row() * m_grid.Cols() + m_grid.Col());
         QAccessible::updateAccessibility(&focus);

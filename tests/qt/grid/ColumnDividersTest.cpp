@@ -257,6 +257,21 @@ TEST_F(ColumnDividersTest, AnOpenEditorStaysAndFollowsItsColumn) {
     EXPECT_EQ(QApplication::focusWidget(), Editor());
 }
 
+TEST_F(ColumnDividersTest, AColumnThatIsSizedByKeyIsSeenWholeAfterwards) {
+    Make(5, 12);
+    const std::int32_t col = Port()->width() / ColumnWidth - 1;
+    grid.SetTextMatrix(2, col, std::string(20, 'W'));
+    grid.Select(2, col);
+    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Right}) {
+        const int before = grid.ColWidth(col);
+        Press(key, Qt::AltModifier);
+        QApplication::processEvents();
+        EXPECT_GT(grid.ColWidth(col), before);
+        EXPECT_GE(widget->Layout().CellRect(2, col).left(), 0);
+        EXPECT_LE(widget->Layout().CellRect(2, col).right(), Port()->width());
+    }
+}
+
 TEST_F(ColumnDividersTest, AltAndArrowsSizeTheCurrentColumn) {
     Make(5, 4);
     const int fitting = Fitting(1);

@@ -220,7 +220,8 @@ TEST_F(GridWidgetMouseTest, TheMenuKeyIsARightPressOnTheCurrentCell) {
     ListenToMouse();
     grid.Select(40, 1);
     QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint());
-    QApplication::sendEvent(widget, &menu);
+    EXPECT_TRUE(QApplication::sendEvent(widget, &menu));
+    EXPECT_TRUE(menu.isAccepted()) << "no other menu opens for it";
     EXPECT_EQ(history, (History{"Before 2 0 at 40,1", "Down 2 0 at 40,1", "Up 2 0 at 40,1"}));
     EXPECT_FALSE(widget->Layout().ShownRect(40, 1).isEmpty());
 }

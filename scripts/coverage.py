@@ -19,7 +19,7 @@ BUILD = ROOT / "build" / "coverage"
 def gcovr(output):
     return subprocess.run(["gcovr", "--root", str(ROOT), "--filter", str(ROOT / "src") + "/", "--exclude-throw-branches",
                            "--exclude-unreachable-branches", "--gcov-ignore-parse-errors", "-j",
-                           os.environ.get("JOBS", "2"), output, str(BUILD)],
+                           os.environ.get("JOBS", "2"), output, "-", str(BUILD)],
                           check=True, stdout=subprocess.PIPE, stdin=subprocess.DEVNULL).stdout
 
 

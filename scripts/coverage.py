@@ -35,9 +35,9 @@ def show_folders(report):
         branches = [branch for line in lines for branch in line["branches"]]
         counts = (sum(line["count"] > 0 for line in lines), len(lines),
                   sum(branch["count"] > 0 for branch in branches), len(branches))
-        for folder in (folder_of(each["file"]), "all", "qt" if folder_of(each["file"]) in ("qt", ".") else "core"):
-            if folder != folder_of(each["file"]) or folder != "qt":
-                sums[folder] = [a + b for a, b in zip(sums[folder], counts)]
+        own = folder_of(each["file"])
+        for folder in (own, "all") if own in ("qt", ".") else (own, "core", "all"):
+            sums[folder] = [a + b for a, b in zip(sums[folder], counts)]
     print("| Folder | Lines | Branches |\n|---|---|---|")
     for folder in sorted(sums, key=lambda name: (name in ("all", "core"), name)):
         done, lines, taken, branches = sums[folder]

@@ -502,11 +502,22 @@ TEST(CommitChangesTest, BetweenTwoPassesThatKeepTheWindowAliveOneThingIsDoneThat
     t.EditRows({1, 2, 3});
     t.ExpectCommitted(3);
     std::size_t done = 0;
-    for (const std::vector<Text>& work : WorkBetweenPasses(t, [](const Text&) {})) {
+    const auto all = WorkBetweenPasses(t, [](const Text&) {});
+    for (const std::vector<Text>& work : all) {
         EXPECT_LE(work.size(), 1U) << work.front() << ", " << work.back();
         done += work.size();
     }
     EXPECT_EQ(done, 8U) << "an archive, three texts, three flushes, a look through the folder";
+    const std::size_t passes = 1     // the dialog has gone
+                               + 3   // a view's archive is seen to
+                               + 3   // a text is written
+                               + 1   // all of them are flushed
+                               + 1   // the archive has its name
+                               + 1   // which is flushed
+                               + 3   // a view is in its place
+                               + 1   // the last records are flushed
+                               + 1;  // a folder is looked through
+    EXPECT_EQ(all.size() - 1, passes);
 }
 
 TEST(CommitChangesTest, ViewsThatGoToTheDiskOneByOneKeepTheWindowAliveToo) {
@@ -520,7 +531,8 @@ TEST(CommitChangesTest, ViewsThatGoToTheDiskOneByOneKeepTheWindowAliveToo) {
             throw cError(errDevice, "MemoryFiles.Settle");
         }
     };
-    for (const std::vector<Text>& work : WorkBetweenPasses(t, failFirstFlush)) {
+    const auto all = WorkBetweenPasses(t, failFirstFlush);
+    for (const std::vector<Text>& work : all) {
         const auto count = [&](const char* start) {
             return std::count_if(work.begin(), work.end(),
                                  [&](const Text& step) { return step.starts_with(start); });
@@ -530,6 +542,12 @@ TEST(CommitChangesTest, ViewsThatGoToTheDiskOneByOneKeepTheWindowAliveToo) {
     }
     EXPECT_TRUE(hasFailed);
     EXPECT_EQ(texts, 6) << "three together, and then one by one";
+    const std::size_t passes = 7        // until the flush that fails, as above
+                               + 3 * 2  // a view's archive is seen to, and it is saved
+                               + 1      // an archive whose views had all been written
+                               + 1      // the last records are flushed
+                               + 1;     // a folder is looked through
+    EXPECT_EQ(all.size() - 1, passes);
 }
 
 TEST(CommitChangesTest, TheFolderOfATemplateWithoutOneIsTheOneWhereTheProgramStands) {

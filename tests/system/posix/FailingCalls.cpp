@@ -124,6 +124,15 @@ bool Fails(const char* name) {
     return code != 0;
 }
 
+/// The same for a call that is not counted.
+bool FailsByName(const char* name) {
+    const int code = kd::FailingCalls::FailureOf(name);
+    if (code != 0) {
+        errno = code;
+    }
+    return code != 0;
+}
+
 /// Part of what was asked for: every second transfer is cut short.
 std::size_t Portion(std::size_t size) {
     return kd::FailingCalls::Stutters() ? std::min<std::size_t>(size, 7) : size;
@@ -158,23 +167,13 @@ int fsync(int fd) {
 // Not counted: it asks for the kind of file system, and touches none of its files.
 int fstatfs(int fd, struct statfs* system) noexcept {
     static const auto real = Real<int(int, struct statfs*)>("fstatfs");
-    const int code = kd::FailingCalls::FailureOf("fstatfs");
-    if (code != 0) {
-        errno = code;
-        return -1;
-    }
-    return real(fd, system);
+    return FailsByName("fstatfs") ? -1 : real(fd, system);
 }
 
 // Not counted either.
 int uname(struct utsname* machine) noexcept {
     static const auto real = Real<int(struct utsname*)>("uname");
-    const int code = kd::FailingCalls::FailureOf("uname");
-    if (code != 0) {
-        errno = code;
-        return -1;
-    }
-    return real(machine);
+    return FailsByName("uname") ? -1 : real(machine);
 }
 
 int syncfs(int fd) noexcept {
@@ -186,34 +185,19 @@ int syncfs(int fd) noexcept {
 // Not counted: a drive has locks or has none.
 int flock(int fd, int operation) noexcept {
     static const auto real = Real<int(int, int)>("flock");
-    const int code = kd::FailingCalls::FailureOf("flock");
-    if (code != 0) {
-        errno = code;
-        return -1;
-    }
-    return real(fd, operation);
+    return FailsByName("flock") ? -1 : real(fd, operation);
 }
 
 #ifdef __linux__
 // Not counted: a drive has lists of access rights or has none.
 ssize_t fgetxattr(int fd, const char* name, void* value, size_t size) noexcept {
     static const auto real = Real<ssize_t(int, const char*, void*, size_t)>("fgetxattr");
-    const int code = kd::FailingCalls::FailureOf("fgetxattr");
-    if (code != 0) {
-        errno = code;
-        return -1;
-    }
-    return real(fd, name, value, size);
+    return FailsByName("fgetxattr") ? -1 : real(fd, name, value, size);
 }
 
 int fremovexattr(int fd, const char* name) noexcept {
     static const auto real = Real<int(int, const char*)>("fremovexattr");
-    const int code = kd::FailingCalls::FailureOf("fremovexattr");
-    if (code != 0) {
-        errno = code;
-        return -1;
-    }
-    return real(fd, name);
+    return FailsByName("fremovexattr") ? -1 : real(fd, name);
 }
 #endif
 

@@ -103,6 +103,17 @@ TEST_F(SystemFilesTest, AFileInAFolderThatCannotBeListedIsReplaced) {
     EXPECT_EQ(Get(path), "new");
 }
 
+// Such a folder never tells its names: only exact ones are meant there.
+TEST_F(SystemFilesTest, AFileThatIsMissingInAFolderThatCannotBeListedIsMade) {
+    FailingCalls calls;
+    calls.FailEach("opendir", EACCES);
+    files.ReplaceFile(At("replaced"), "new");
+    files.OpenForAppend(At("appended"))->Write("new");
+    EXPECT_EQ(Get(At("replaced")), "new");
+    EXPECT_EQ(Get(At("appended")), "new");
+    EXPECT_EQ(ErrorOf([&] { files.DeleteFile(At("missing")); }), errFileNotFound);
+}
+
 TEST_F(SystemFilesTest, ASymbolicLinkStaysOneAndItsFinalTargetIsReplaced) {
     MakeFolderAt("elsewhere");
     const Text target = Put("elsewhere/a.kdt", "old", 0640);

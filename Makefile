@@ -104,9 +104,9 @@ coverage:
 	@scripts/setup.sh build coverage
 	cmake --preset coverage
 	$(call CMAKE_BUILD,coverage)
-	find build/coverage -name '*.gcda' -delete
-	ctest --preset coverage --parallel $(JOBS)
-	@JOBS=$(JOBS) scripts/coverage.py
+	rm -rf build/coverage/profiles
+	LLVM_PROFILE_FILE=$(CURDIR)/build/coverage/profiles/%4m.profraw ctest --preset coverage --parallel $(JOBS)
+	@scripts/coverage.py
 
 release-check:
 	@scripts/release_check.sh

@@ -1,26 +1,102 @@
 #!/usr/bin/env python3
 """Which share of the lines and branches of src the tests run, those of the core and of the widgets together.
 
-Goes by what the tests of the preset `coverage` have left behind; `make coverage` builds and runs them. Branches that the
-compiler makes for exceptions are left out. With names of files behind it, tells the lines and branches in them that no
-test runs.
+Goes by what the tests of the preset `coverage` have left behind; `make coverage` builds and runs them. A branch is one
+outcome of a condition that stands in the sources: of each operand of && and ||, each loop, each case. So the branches
+that a compiler makes for exceptions, destructors, first calls and defaulted comparisons are none, and what it runs
+itself while it compiles is left out. With names of files behind it, tells the lines and outcomes in them that no test
+runs.
 """
 import collections
 import json
-import os
 import pathlib
 import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build" / "coverage"
+PROFILES = BUILD / "profiles"
 
 
-def gcovr(output):
-    return subprocess.run(["gcovr", "--root", str(ROOT), "--filter", str(ROOT / "src") + "/", "--exclude-throw-branches",
-                           "--exclude-unreachable-branches", "--gcov-ignore-parse-errors", "-j",
-                           os.environ.get("JOBS", "2"), output, "-", str(BUILD)],
-                          check=True, stdout=subprocess.PIPE, stdin=subprocess.DEVNULL).stdout
+def run(*command, quiet=False):
+    return subprocess.run(command, check=True, stdout=subprocess.PIPE, stdin=subprocess.DEVNULL,
+                          stderr=subprocess.DEVNULL if quiet else None, text=True).stdout
+
+
+def programs():
+    """The test programs; the first is the argument without a name that llvm-cov asks for."""
+    found = sorted(str(each) for each in (BUILD / "tests").rglob("test_*") if each.is_file() and not each.suffix)
+    return [found[0]] + [part for each in found[1:] for part in ("-object", each)]
+
+
+def export(form):
+    # Its warnings are about copies of inline functions that one of the programs does not call.
+    return run("llvm-cov-14", "export", f"-format={form}", f"-instr-profile={BUILD / 'tests.profdata'}", *programs(),
+               quiet=True)
+
+
+def source_of(name):
+    """The path within the project of a file of src; nothing for any other."""
+    path = pathlib.Path(name).resolve()
+    return str(path.relative_to(ROOT)) if path.is_relative_to(ROOT / "src") else None
+
+
+def read():
+    """By file of src: by line, how often it ran; and by the place of a condition, how often it held and how often not,
+    in all instances of a template."""
+    lines, branches = {}, {}
+    name = None
+    for line in export("lcov").splitlines():
+        if line.startswith("SF:"):
+            name = source_of(line[3:])
+        elif line.startswith("DA:") and name:
+            number, count = map(int, line[3:].split(",")[:2])
+            ran = lines.setdefault(name, {})
+            ran[number] = ran.get(number, 0) + count
+    report = json.loads(export("text"))["data"][0]
+    for each in report["files"]:
+        name = source_of(each["filename"])
+        if name:
+            text = text_of(name)
+            for line, column, last_line, last_column, held, failed, *_ in each["branches"]:
+                if is_own(text, line, column, last_line, last_column):
+                    sums = branches.setdefault(name, {}).setdefault((line, column), [0, 0])
+                    sums[0] += held
+                    sums[1] += failed
+    leave_out_what_the_compiler_runs(report["functions"], lines, branches)
+    return lines, branches
+
+
+def text_of(name):
+    return (ROOT / name).read_text(encoding="utf-8").splitlines()
+
+
+def is_own(text, line, column, last_line, last_column):
+    """Whether the condition there decides anything when the program runs."""
+    before = text[line - 1][:column - 1]
+    is_constant = line == last_line and text[line - 1][column - 1:last_column - 1] == "true"
+    # A switch branches at its cases.
+    return not (is_constant or before.endswith("switch (") or "if constexpr" in before or "= default" in text[line - 1])
+
+
+def leave_out_what_the_compiler_runs(functions, lines, branches):
+    ran = collections.Counter()
+    places = collections.defaultdict(set)
+    for each in functions:
+        name = source_of(each["filenames"][0])
+        if name:
+            first, _, last, *_ = each["regions"][0]
+            ran[name, first] += each["count"]
+            places[name].add((first, last))
+    for name, spans in places.items():
+        text = text_of(name)
+        for first, last in spans:
+            head = " ".join(text[max(first - 4, 0):first]).replace("}", ";").rsplit(";", 1)[-1]
+            if not ran[name, first] and "constexpr" in head:
+                for line in range(first, last + 1):
+                    lines.get(name, {}).pop(line, None)
+                for place in [place for place in branches.get(name, {}) if first <= place[0] <= last]:
+                    del branches[name][place]
 
 
 def folder_of(name):
@@ -28,43 +104,44 @@ def folder_of(name):
     return parts[1] if len(parts) > 2 else "."
 
 
-def show_folders(report):
+def show_folders(lines, branches):
     sums = collections.defaultdict(lambda: [0, 0, 0, 0])
-    for each in report["files"]:
-        lines = [line for line in each["lines"] if not line.get("gcovr/noncode")]
-        branches = [branch for line in lines for branch in line["branches"]]
-        counts = (sum(line["count"] > 0 for line in lines), len(lines),
-                  sum(branch["count"] > 0 for branch in branches), len(branches))
-        own = folder_of(each["file"])
+    for name, counts in lines.items():
+        outcomes = [count for pair in branches.get(name, {}).values() for count in pair]
+        counts = (sum(count > 0 for count in counts.values()), len(counts),
+                  sum(count > 0 for count in outcomes), len(outcomes))
+        own = folder_of(name)
         for folder in (own, "all") if own in ("qt", ".") else (own, "core", "all"):
             sums[folder] = [a + b for a, b in zip(sums[folder], counts)]
     print("| Folder | Lines | Branches |\n|---|---|---|")
     for folder in sorted(sums, key=lambda name: (name in ("all", "core"), name)):
-        done, lines, taken, branches = sums[folder]
-        print(f"| {folder} | {share(done, lines)} | {share(taken, branches)} |")
+        done, whole, taken, outcomes = sums[folder]
+        print(f"| {folder} | {share(done, whole)} | {share(taken, outcomes)} |")
 
 
 def share(done, whole):
     return f"{100.0 * done / whole:.1f} % of {whole}" if whole else "none"
 
 
-def show_missed(report, names):
-    for each in report["files"]:
-        if not any(name in each["file"] for name in names):
-            continue
-        for line in each["lines"]:
-            missed = sum(branch["count"] == 0 for branch in line["branches"])
-            if not line.get("gcovr/noncode") and (line["count"] == 0 or missed):
-                print(f"{each['file']}:{line['line_number']}: "
-                      + (f"{missed} of {len(line['branches'])} branches" if line["count"] else "never run"))
+def show_missed(lines, branches, names):
+    for name in sorted(each for each in lines if any(part in each for part in names)):
+        missed = [(line, 0, "never run") for line, count in lines[name].items() if not count]
+        for (line, column), (held, failed) in branches.get(name, {}).items():
+            if lines[name].get(line) and not (held and failed):
+                missed.append((line, column, "never reached" if not held and not failed else
+                               "never false" if held else "never true"))
+        for line, column, what in sorted(missed):
+            print(f"{name}:{line}:" + (f"{column}:" if column else "") + f" {what}")
 
 
 def main():
-    report = json.loads(gcovr("--json"))
+    run("llvm-profdata-14", "merge", "-sparse", "-o", str(BUILD / "tests.profdata"),
+        *(str(each) for each in sorted(PROFILES.glob("*.profraw"))))
+    lines, branches = read()
     if len(sys.argv) > 1:
-        show_missed(report, sys.argv[1:])
+        show_missed(lines, branches, sys.argv[1:])
     else:
-        show_folders(report)
+        show_folders(lines, branches)
     return 0
 
 

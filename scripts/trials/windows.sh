@@ -52,6 +52,12 @@ guided_run() {
         --pictures "$(windows_path "$build/pictures/$name")" --places
 }
 
+# Whether the display's window manager has the windows in hand (Y or N), from the next look on. It keeps whole frames on
+# the screen, and so moves what stands at its edge; Windows leaves a window where its program puts it.
+set_managed() {
+    "$wine" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /t REG_SZ /d "$1" /f >/dev/null 2>&1
+}
+
 # The desktop's colours (light, dark) and its scale in per cent, for programs that start from now on. Letters are smooth
 # as on every Windows, and wine's own font, whose drawn letters break, stands back: in it a 5 reads like a 3.
 set_look() {
@@ -71,6 +77,7 @@ set_look() {
 in_languages() (
     tell_where_qt_is
     start_machine
+    set_managed N
     set_look light 100
     for language in ${LANGUAGES:-de_DE pl_PL ru_RU en_US}; do
         printf '\n==> Windows in %s: the tests through widgets\n' "$language"
@@ -89,6 +96,7 @@ in_looks() (
             scale=${look#*-}
             export SCREEN=$((1280 * scale / 100))x$((800 * scale / 100))
             start_machine
+            set_managed N
             set_look "${look%-*}" "$scale"
             guided_run en_US "$look"
         )
@@ -164,6 +172,7 @@ try_running() {
 installer() (
     printf '\n==> The installer\n'
     start_machine
+    set_managed Y
     set_look light 100
     user=$WINEPREFIX/drive_c/users/$(id -un)
     setup=$(ls build/packages/KDLimitDesk-*-windows-x64.exe)

@@ -71,7 +71,7 @@ void ListManner::MoveTo(std::int32_t row, bool extend) {
         return;  // nothing is in sight
     }
     if (extend && m_anchor < 1) {
-        m_anchor = std::max(m_grid.Row(), row);
+        m_anchor = m_grid.Row() > 0 ? m_grid.Row() : row;
         m_end = m_anchor;
     }
     m_grid.Select(row, 0);

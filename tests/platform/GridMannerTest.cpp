@@ -40,6 +40,106 @@ TEST_F(GridMannerTest, AKeyMovesTheCurrentCellAndShowsIt) {
     EXPECT_EQ(grid.GetSelection(), (GridSelection{5, 1, 5, 1}));
 }
 
+TEST_F(GridMannerTest, EachKeyMovesTheCurrentCellItsOwnWay) {
+    struct Case {
+        const char* label;
+        int key;
+        int shift;
+        GridCell to;
+    };
+    const Case cases[] = {{"up", kcUp, 0, {5, 1}},          {"down", kcDown, 0, {7, 1}},
+                          {"page up", kcPageUp, 0, {1, 1}}, {"page down", kcPageDown, 0, {10, 1}},
+                          {"left", kcLeft, 0, {6, 1}},      {"right", kcRight, 0, {6, 2}},
+                          {"start", kcHome, 0, {6, 1}},     {"end", kcEnd, 0, {6, 2}}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+        grid.Select(6, 1);
+        EXPECT_TRUE(cells.KeyPress(c.key, c.shift, Page));
+        EXPECT_EQ(Current(), c.to);
+        EXPECT_EQ(shown, c.to);
+    }
+}
+
+TEST_F(GridMannerTest, EachKeyMovesTheCurrentRowOfAListItsOwnWay) {
+    struct Case {
+        const char* label;
+        int key;
+        std::int32_t to;
+    };
+    for (const Case& c :
+         {Case{"up", kcUp, 5}, Case{"down", kcDown, 7}, Case{"page up", kcPageUp, 1},
+          Case{"page down", kcPageDown, 10}, Case{"start", kcHome, 1}, Case{"end", kcEnd, 10}}) {
+        SCOPED_TRACE(c.label);
+        grid.Select(6, 0);
+        EXPECT_TRUE(list.KeyPress(c.key, 0, Page));
+        EXPECT_EQ(grid.Row(), c.to);
+        EXPECT_EQ(shown.row, c.to);
+        EXPECT_EQ(Selected(), Rows{});
+    }
+}
+
+TEST_F(GridMannerTest, AFirstRangeOfAListBeginsAtTheCurrentRow) {
+    grid.Select(6, 0);
+    EXPECT_TRUE(list.KeyPress(kcDown, sbShift, Page));
+    EXPECT_EQ(Selected(), (Rows{6, 7}));
+    EXPECT_TRUE(list.IsCurrent({7, 2})) << "all of its cells";
+    EXPECT_FALSE(list.IsCurrent({6, 1}));
+    EXPECT_FALSE(list.IsCurrent({0, 1}));
+    EXPECT_TRUE(list.LooksSelected({7, 1}));
+    EXPECT_TRUE(list.IsSelected({6, 1}));
+    EXPECT_FALSE(list.IsSelected({8, 1}));
+    EXPECT_TRUE(list.IsRowSelected(6));
+    EXPECT_FALSE(list.IsRowSelected(8));
+    EXPECT_FALSE(list.IsRowSelected(0));
+    EXPECT_FALSE(list.SelectCol(1));
+    EXPECT_FALSE(list.IsColSelected(1));
+}
+
+TEST_F(GridMannerTest, ARowIsSelectedAsAWholeOnlyWithAllOfItsCells) {
+    grid.SetColHidden(0, false);
+    EXPECT_FALSE(cells.IsRowSelected(2)) << "nothing is current";
+    EXPECT_FALSE(cells.IsCurrent({0, 0}));
+    EXPECT_FALSE(cells.LooksSelected({2, 0}));
+    grid.Select(2, 0);
+    grid.ExtendSelection(3, 1);
+    EXPECT_FALSE(cells.IsRowSelected(2)) << "the last column is not";
+    EXPECT_TRUE(cells.LooksSelected({3, 1}));
+    EXPECT_FALSE(cells.LooksSelected({2, 0})) << "the current one keeps its ground";
+    grid.ExtendSelection(3, 2);
+    EXPECT_TRUE(cells.IsRowSelected(2));
+    EXPECT_TRUE(cells.IsRowSelected(3));
+    EXPECT_FALSE(cells.IsRowSelected(1));
+    EXPECT_FALSE(cells.IsRowSelected(4));
+}
+
+TEST_F(GridMannerTest, OfManySelectedCellsNoRowIsBegunBehindTheMostThatAreAskedFor) {
+    grid.SetColHidden(0, false);
+    grid.Select(1, 0);
+    grid.ExtendSelection(10, 2);
+    const auto told = cells.SelectedCells(4, 2, 9);
+    ASSERT_EQ(told.size(), 6U);
+    EXPECT_EQ(told.front(), (GridCell{2, 0}));
+    EXPECT_EQ(told.back(), (GridCell{3, 2}));
+}
+
+TEST_F(GridMannerTest, AGridWithNothingInSightSelectsNothing) {
+    const auto selectAll = [this] { (void)cells.KeyPress(kcA, sbCtrl, Page); };
+    for (const bool rows : {true, false}) {
+        for (std::int32_t at = rows ? 1 : 0; at < (rows ? grid.Rows() : grid.Cols()); ++at) {
+            rows ? grid.SetRowHidden(at, true) : grid.SetColHidden(at, true);
+        }
+        selectAll();
+        EXPECT_EQ(grid.Row(), 0);
+        for (std::int32_t row = 1; row < grid.Rows(); ++row) {
+            grid.SetRowHidden(row, false);
+        }
+    }
+    EXPECT_FALSE(cells.SelectCol(-1));
+    EXPECT_FALSE(cells.SelectCol(3));
+    grid.SetCols(0);
+    EXPECT_FALSE(cells.SelectRow(1));
+}
+
 TEST_F(GridMannerTest, ShiftMovesTheOppositeCornerAndShowsIt) {
     grid.Select(3, 1);
     EXPECT_TRUE(cells.KeyPress(kcPageDown, sbShift, Page));

@@ -59,7 +59,7 @@ std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateNa
     }
     const Text prefix = page.Upper(paths::ChangeExtension(templateName, ViewStem(templateName)));
     const Text name = page.Upper(fileName);
-    if (name.rfind(prefix, 0) != 0 || name.size() == prefix.size() || name[prefix.size()] == '0') {
+    if (name.rfind(prefix, 0) != 0 || name[prefix.size()] == '0') {
         return 0;  // a number has no leading zero, or the file would not be the one that a save writes
     }
     std::int32_t number = 0;

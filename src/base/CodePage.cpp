@@ -26,15 +26,13 @@ Text Utf8Of(char16_t character) {
     return text;
 }
 
-/// Reads one character of UTF-8 and moves `at` behind it. Bytes that are no UTF-8 count as a character that
-/// no page has, and so does a character in more bytes than it needs: it would come back in fewer.
+/// Reads one character of UTF-8 that is no ASCII, and moves `at` behind it. Bytes that are no UTF-8 count as
+/// a character that no page has, and so does a character in more bytes than it needs: it would come back in
+/// fewer.
 char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
     constexpr char32_t Bad = 0xFFFD;
     const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char first = byteAt(at++);
-    if (first < 0x80U) {
-        return first;
-    }
     const int more = first >= 0xF0U ? 3 : first >= 0xE0U ? 2 : first >= 0xC0U ? 1 : -1;
     if (more < 0) {
         return Bad;

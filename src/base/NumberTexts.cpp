@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "base/Expect.h"
+
 namespace kd {
 
 namespace {
@@ -115,6 +117,7 @@ struct Decimal {
         return text;
     }
 
+    /// For one that needs it: the power has two digits at least.
     Text WithExponent() const {
         Text text = negative ? "-" : "";
         text += digits[0];
@@ -124,11 +127,7 @@ struct Decimal {
         }
         const int power = point - 1;
         text += power < 0 ? "E-" : "E+";
-        const Text size = Digits(std::abs(power));
-        if (size.size() < 2) {
-            text += '0';
-        }
-        return text + size;
+        return text + Digits(std::abs(power));
     }
 
     bool NeedsExponent() const { return count > 0 && (point > SignificantDigits || point < -14); }
@@ -251,9 +250,7 @@ double RoundHalfAway(double value, int decimals) {
 }
 
 Text RevisionText(double value) {
-    if (!std::isfinite(value)) {
-        return PlainText(value);
-    }
+    KD_EXPECT(std::isfinite(value));
     Decimal decimal(value);
     decimal.Round(3);
     if (decimal.count == 0) {

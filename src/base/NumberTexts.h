@@ -27,7 +27,7 @@ Text PlainTextWithLeadingZero(double value, char separator);
 double RoundHalfAway(double value, int decimals);
 
 /// At most three decimals, rounded half away from zero, no trailing zeros, always a point, no digit before
-/// the point below 1: 7 gives "7.", 0.5 ".5", 0 ".".
+/// the point below 1: 7 gives "7.", 0.5 ".5", 0 ".". `value` is finite: the caller sees to it.
 Text RevisionText(double value);
 
 /// Lays a number into a mask of `length` characters of which the `decimals` last ones stand behind the point;

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 
+#include "base/Expect.h"
 #include "base/cError.h"
 
 namespace kd {
@@ -58,15 +59,13 @@ Scanned Scan(std::string_view text, std::size_t at, char separator) noexcept {
     return found;
 }
 
-/// Whether a number that does not fit a double is too large (else it is too small, or 0). `text` has "." as
-/// separator, and no sign.
+/// Whether a number that does not fit a double is too large (else it is too small). `text` has "." as
+/// separator, and no sign; 0 always fits.
 bool IsTooLarge(std::string_view text) noexcept {
     const auto exponentAt = std::min(text.find_first_of("eE"), text.size());
     const auto mantissa = text.substr(0, exponentAt);
     const auto first = mantissa.find_first_of("123456789");
-    if (first == std::string_view::npos) {
-        return false;
-    }
+    KD_EXPECT(first != std::string_view::npos);
     const auto point = std::min(mantissa.find('.'), mantissa.size());
     // Places of the first digit that counts before the point (positive) or behind it.
     const std::int64_t size = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first);

@@ -49,7 +49,7 @@ bool MayHold(CellRule rule, std::string_view text, const Globals& g) {
     const Locale& locale = g.platform.locale;
     switch (rule) {
         case crAny:
-            return true;
+            break;
         case crFromOne:
             return IsNumberFrom(1, text, locale);
         case crFromNought:

@@ -144,9 +144,7 @@ const Text& cField::Relation() const noexcept {
 }
 
 void cField::SetRelation(Text value) {
-    if (*m_data->relation != value) {
-        Edit().relation = std::make_shared<const Text>(std::move(value));
-    }
+    Edit().relation = std::make_shared<const Text>(std::move(value));
 }
 
 void cField::CopyFrom(const cField& source) {

@@ -39,16 +39,18 @@ TEST(ApplicationNamesTest, AViewIsKnownByItsTemplatesNameAndAPlainNumberFromOne)
 
 TEST(ApplicationNamesTest, AnUnfinishedArchiveIsKnownByItsLettersAndNotByTheirNumberAlone) {
     EXPECT_TRUE(IsUnfinishedArchive(UnfinishedArchiveName()));
-    for (const char* const other : {"", ".unfinished-", ".unfinished-abc", ".unfinished-my own folder 1",
-                                    ".unfinished-ABCDEFGHIJKLMNOP", ".unfinished-abcdefghijklmnop2"}) {
+    for (const char* const other :
+         {"", ".unfinished-", ".unfinished-abc", ".unfinished-my own folder 1",
+          ".unfinished-ABCDEFGHIJKLMNOP", ".unfinished-abcdefghijklmnop2", ".unfinished-abcdefghijklmno{"}) {
         EXPECT_FALSE(IsUnfinishedArchive(other)) << other;
     }
 }
 
 TEST(ApplicationNamesTest, ATextThatWaitsIsKnownByItsLettersAndTellsItsFile) {
     EXPECT_EQ(WaitsFor(WaitingName("plant.V1")), "plant.V1");
-    for (const char* const other : {"", ".kdsave-", ".kdsave-123456", ".kdsave-abcdefghijklmnop",
-                                    ".kdsave-my own copy 001-plant.V1", "plant.V1"}) {
+    for (const char* const other :
+         {"", ".kdsave-", ".kdsave-123456", ".kdsave-abcdefghijklmnop", ".kdsave-my own copy 001-plant.V1",
+          "plant.V1", ".kdsave-ABCDEFGHIJKLMNOP-plant.V1"}) {
         EXPECT_EQ(WaitsFor(other), "") << other;
     }
 }

@@ -40,6 +40,7 @@ TEST(NumbersTest, NumberAtTheFrontOfAText) {
         {"exponent behind a bare point", "5.E1", 50},
         {"exponent without digits is ignored", "2E", 2},
         {"exponent with a sign alone is ignored", "2E+", 2},
+        {"exponent with something else behind it is ignored", "2Ex1", 2},
         {"exponent without a number", "E5", 0},
         {"point alone", ".", 0},
         {"minus alone", "-", 0},

@@ -147,24 +147,34 @@ TEST(CommitChangesTest, RecordsBehindAFailedOverwriteAreSettledToo) {
 }
 
 TEST(CommitChangesTest, AFileThatAnotherProgramSavesWhileItsTextWaitsIsWrittenAnewWithARevisionOfItsOwn) {
-    for (const char* const moment : {"Settle ", "CopyFile /apps/plant.kdt"}) {
+    struct Case {
+        const char* moment;
+        const char* file;
+        int archives;  // what an archive holds has changed where no view of it has had its turn
+    };
+    for (const Case& c : {Case{"Settle ", "/apps/plant.V1", 1}, Case{"Settle ", "/apps/plant.kdt", 2},
+                          Case{"CopyFile /apps/plant.kdt", "/apps/plant.V1", 1}}) {
+        SCOPED_TRACE(Text(c.moment) + c.file);
         CommitDesk t;
         t.EditRows({1, 2, 3});
         bool hasSaved = false;
         t.files.onStep = [&](const Text& step) {
-            if (step == moment && !std::exchange(hasSaved, true)) {
-                Text saved = t.files.Get("/apps/plant.V1");
+            if (step == c.moment && !std::exchange(hasSaved, true)) {
+                Text saved = t.files.Get(c.file);
                 const auto at = saved.find("= 7.\r\n");
                 ASSERT_NE(at, Text::npos);
-                t.files.Put("/apps/plant.V1", saved.replace(at, 6, "= 7.001\r\n"));
+                t.files.Put(c.file, saved.replace(at, 6, "= 7.001\r\n"));
             }
         };
         t.ExpectCommitted(3);
         CommitChanges(t.desk);
         EXPECT_TRUE(hasSaved);
-        EXPECT_NE(t.files.Get("/apps/plant.V1").find("VERSION      = 7.002\r\n"), Text::npos) << moment;
-        EXPECT_TRUE(t.IsSaved(0));
-        EXPECT_TRUE(t.IsSaved(2));
+        EXPECT_NE(t.files.Get(c.file).find("VERSION      = 7.002\r\n"), Text::npos);
+        for (const std::int32_t view : {0, 1, 2}) {
+            EXPECT_TRUE(t.application.FilePath(view) == c.file || t.IsSaved(view)) << view;
+        }
+        const std::vector<Text> calls = t.SuiteLog();
+        EXPECT_EQ(std::count(calls.begin(), calls.end(), "ArchiveApplication /apps/plant.kdt"), c.archives);
         EXPECT_EQ(t.suite.records.size(), 3U);
         EXPECT_EQ(t.files.OpenFiles(), 0);
         for (const Text& path : t.files.Paths()) {
@@ -174,9 +184,11 @@ TEST(CommitChangesTest, AFileThatAnotherProgramSavesWhileItsTextWaitsIsWrittenAn
     }
 }
 
-TEST(CommitChangesTest, ApplicationsThatShareAFolderOfArchivesAreArchivedOneAfterTheOther) {
-    for (const bool share : {false, true}) {
+TEST(CommitChangesTest, ApplicationsWithOneFolderOfArchivesOrNoFlushInCommonGoOneAfterTheOther) {
+    for (const auto& [share, together] : {std::pair{false, true}, {true, true}, {false, false}}) {
+        SCOPED_TRACE(share);
         LoadedDesk t;
+        t.files.settlesTogether = together;
         t.Put(anApplication("/apps/plant.kdt").Field(aField().Usl(10)));
         t.Put(anApplication(share ? "/apps/plant.kdt6" : "/apps/mill.kdt6").Field(aField().Usl(10)));
         t.Load();
@@ -186,7 +198,8 @@ TEST(CommitChangesTest, ApplicationsThatShareAFolderOfArchivesAreArchivedOneAfte
         t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
         t.toolkit.ExpectBox("2 File(s) have been modified.", BoxIcon::Information);
         CommitChanges(t.desk);
-        EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), "Settle "), share ? 5 : 3);
+        EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), "Settle "),
+                  share || !together ? 5 : 3);
     }
 }
 
@@ -375,6 +388,42 @@ TEST(CommitChangesTest, WhatFailsBesideOthersIsTriedAgainByItself) {
     EXPECT_TRUE(hasFailed);
     EXPECT_TRUE(t.IsSaved(1));
     EXPECT_FALSE(t.files.Has("/apps/plant.temp"));
+}
+
+TEST(CommitChangesTest, AnArchiveThatFailsBesideOthersIsTriedAgainByItselfAndThenTold) {
+    LoadedDesk t;
+    for (const char* const name : {"mill", "plant"}) {
+        t.Put(anApplication(Text("/apps/") + name + ".kdt").Field(aField().Usl(10)));
+    }
+    t.Load();
+    t.Edit(1, cnUSL, "5");
+    t.Edit(2, cnUSL, "5");
+    t.suite.archiveErrors["/apps/plant.kdt"] = "the disk is full";
+    t.toolkit.AnswerAll([](Form& form) { dynamic_cast<frmCommit&>(form).cmdOk.UserClick(); });
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.toolkit.boxes,
+              (std::vector<ScriptedToolkit::Box>{
+                  {"The following error occured while creating an archive of '/apps/plant.kdt'\r\n"
+                   "the disk is full",
+                   BoxIcon::Exclamation, "KD6 LimitDesk"},
+                  {"2 File(s) have been modified.", BoxIcon::Information, "KDLimitDesk"}}));
+    EXPECT_EQ(std::count(t.suite.log.begin(), t.suite.log.end(), "ArchiveApplication /apps/plant.kdt"), 2);
+    for (const char* const name : {"/apps/mill.kdt", "/apps/plant.kdt"}) {
+        EXPECT_NE(t.files.Get(name).find("VERSION      = 7.001\r\n"), Text::npos) << name;
+    }
+}
+
+TEST(CommitChangesTest, ASuiteThatHasNoArchiverEndsTheCommitWithNothingDone) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.suite.hasArchiver = false;
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("An error occurred while saving changes:\r\n57 (KDArchiver) - Device I/O error",
+                        BoxIcon::Critical);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.IsOld(0));
+    EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
+    t.ExpectAtRest();
 }
 
 TEST(CommitChangesTest, WhatACommitThatWasCutShortLeftWaitingForASavedFileIsTakenAway) {

@@ -39,6 +39,7 @@ public:
     std::vector<Text> rules{"Point beyond limit", "Run of nine"};
     std::map<Text, Application> applications;  // by template path; any other path fails to open
     std::map<Text, Text> archiveErrors;        // by template path
+    bool hasArchiver = true;
     Text clipboard;
     std::map<Text, int> helpTopics;  // name to number of times opened
     bool helpIndexMissing = false;
@@ -59,7 +60,12 @@ public:
     std::unique_ptr<KDApplicationFile> NewApplicationFile() override {
         return std::make_unique<AppFile>(*this);
     }
-    std::unique_ptr<KDArchiver> NewArchiver() override { return std::make_unique<Archiver>(*this); }
+    std::unique_ptr<KDArchiver> NewArchiver() override {
+        if (!hasArchiver) {
+            throw cError(errDevice, "KDArchiver");
+        }
+        return std::make_unique<Archiver>(*this);
+    }
     std::unique_ptr<KDArchiveContext> NewArchiveContext() override {
         return std::make_unique<ArchiveContext>(*this);
     }

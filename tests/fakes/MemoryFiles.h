@@ -71,6 +71,7 @@ public:
     }
     /// What a TrySettle that fails tells besides.
     std::vector<cError> alsoUnsettled;
+    bool settlesTogether = true;
     /// Called with "Operation path" before each operation; what it throws is the operation's failure.
     std::function<void(const Text&)> onStep;
     void FailNoMore() {
@@ -225,6 +226,7 @@ public:
                                    const FileState& seen) override {
         return StateOf(target) == seen && Files::MoveSettled(source, target, seen);
     }
+    bool SettlesTogether() const noexcept override { return settlesTogether; }
     void DeleteAbandoned(std::string_view path) noexcept override {
         const auto found = m_files.find(Text(path));
         if (found != m_files.end() && !found->second.special && !found->second.readOnly &&

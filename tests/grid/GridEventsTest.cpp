@@ -6,6 +6,7 @@
 #include "fakes/Builders.h"
 #include "grid/ColumnCatalogue.h"
 #include "model/Columns.h"
+#include "platform/GridKeyCodes.h"
 
 namespace kd {
 namespace {
@@ -48,6 +49,20 @@ struct EventsDesk : LoadedDesk {
         grid.SetEditText(text);
     }
 };
+
+TEST(GridEventsTest, WithoutAFormThatListensAHeaderShowsNoFilterAndTellsNothing) {
+    EventsDesk desk;
+    desk.events.ShowColumnFilter = nullptr;
+    desk.events.GetFilterCaption = nullptr;
+    desk.desk.mnuCopy.Click = nullptr;
+    desk.grid.SetToolTipText("as before");
+    EXPECT_FALSE(desk.Press(MouseButton::Left, 0, ColUsl));
+    EXPECT_EQ(desk.grid.Col(), ColUsl);
+    desk.grid.MouseMove(MouseButton::Left, 0, 0, 0);
+    EXPECT_EQ(desk.grid.ToolTipText(), "");
+    desk.grid.KeyDown(kcC, sbCtrl);
+    EXPECT_EQ(desk.suite.clipboard, "");
+}
 
 TEST(GridEventsTest, AHeaderPressOfAnyButtonShowsTheFilterAndNoMenu) {
     for (const MouseButton button : {MouseButton::Left, MouseButton::Right, MouseButton::Middle}) {

@@ -586,6 +586,9 @@ TEST(frmKDLimitDeskTest, CloseInTheFileMenuUnloadsTheWindow) {
     desk.form.Unload = [&] { ++unloaded; };
     desk.desk.mnuClose.UserClick();
     EXPECT_EQ(unloaded, 1);
+    desk.form.Unload = nullptr;
+    desk.desk.mnuClose.UserClick();  // before there is a window, or behind it
+    EXPECT_EQ(unloaded, 1);
 }
 
 TEST(frmKDLimitDeskTest, ProgressBarAndGridAreLaidOut) {

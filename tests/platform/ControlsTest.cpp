@@ -22,6 +22,23 @@ TEST(ControlTest, NewControlIsEnabledAndVisible) {
     EXPECT_TRUE(label.Visible());
 }
 
+TEST(ControlTest, WhatTheUserDoesArrivesWhereTheFormDoesNotListen) {
+    OptionButton option("optFixed");
+    option.UserClick();
+    EXPECT_FALSE(option.Value()) << "the form decides";
+    ListBox list("lstNames");
+    list.SetEntries({{"a", false}, {"b", false}});
+    list.UserSelect(0, true);
+    list.UserSelect(std::vector<std::int32_t>{1}, true);
+    EXPECT_EQ(list.SelectedCount(), 2);
+    ComboBox combo("cboFilter");
+    combo.SetEntries({"", "water"});
+    combo.UserDropDown();
+    combo.UserChoose(1);
+    EXPECT_EQ(combo.Value(), "water");
+    EXPECT_FALSE(combo.UserEnter()) << "the key is left to the window";
+}
+
 TEST(ControlTest, ScreenIsToldOfEachDifferenceAlone) {
     Label label("lblFind");
     int changes = 0;

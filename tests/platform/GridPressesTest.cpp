@@ -47,6 +47,34 @@ TEST_F(GridPressesTest, APressTellsBeforeAndAfterTheCellIsPicked) {
     EXPECT_EQ(history, (History{"before 2 50,60 at 3", "down in row 3", "up"}));
 }
 
+TEST_F(GridPressesTest, AGridThatNobodyHearsIsPressedAndMovedOverAllTheSame) {
+    grid.BeforeMouseDown = nullptr;
+    grid.MouseDown = nullptr;
+    grid.MouseUp = nullptr;
+    grid.MouseMove = nullptr;
+    EXPECT_TRUE(presses.Press(MouseButton::Left, {{3, 1}, 0, 0, 0}));
+    presses.Move({{4, 2}, 0, 0, 0});
+    EXPECT_EQ(grid.MouseRow(), 4);
+    presses.Release(MouseButton::Left, {{4, 2}, 0, 0, 0});
+    EXPECT_FALSE(presses.Dragging());
+    EXPECT_EQ(grid.Row(), 3);
+    EXPECT_EQ(history, History{});
+}
+
+TEST_F(GridPressesTest, ACellThatTheFinishedEditTakesAwayIsNotPicked) {
+    for (const bool rows : {true, false}) {
+        grid.SetRows(6);
+        grid.SetCols(3);
+        grid.Select(1, 1);
+        ASSERT_TRUE(grid.StartEdit());
+        grid.AfterEdit = [&](std::int32_t, std::int32_t) { rows ? grid.SetRows(3) : grid.SetCols(2); };
+        EXPECT_TRUE(presses.Press(MouseButton::Left, {{4, 2}, 0, 0, 0}));
+        EXPECT_FALSE(presses.Dragging());
+        EXPECT_EQ(grid.Row(), 1);
+        EXPECT_EQ(grid.Col(), 1);
+    }
+}
+
 TEST_F(GridPressesTest, ACancelledPressPicksNothingAndHasNoRelease) {
     cancelPress = true;
     EXPECT_FALSE(presses.Press(MouseButton::Left, {{3, 1}, 0, 0, 0}));

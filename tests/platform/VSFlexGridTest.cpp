@@ -213,6 +213,19 @@ TEST_F(VSFlexGridTest, AnotherNumberOfColumnsEmptiesAllCells) {
     EXPECT_EQ(grid.TextMatrix(2, 1), "x");
 }
 
+TEST_F(VSFlexGridTest, AGridHas256ColoursAndRefusesOneMore) {
+    Fill(1, 300);
+    constexpr std::int32_t Colours = 256;  // the ground is one of them
+    for (std::int32_t col = 1; col < Colours; ++col) {
+        grid.SetBackColor(1, col, static_cast<BackColour>(col));
+    }
+    EXPECT_EQ(ErrorOf([&] { grid.SetBackColor(1, 0, Colours); }), errOverflow);
+    EXPECT_EQ(grid.BackColor(1, 0), 0U);
+    for (std::int32_t col = 1; col < Colours; ++col) {
+        EXPECT_EQ(grid.BackColor(1, col), static_cast<BackColour>(col));
+    }
+}
+
 TEST_F(VSFlexGridTest, RemoveItemTakesOneRowWithAllThatIsItsOwn) {
     for (std::int32_t gone = 0; gone <= 3; ++gone) {
         Fill(3, 2);

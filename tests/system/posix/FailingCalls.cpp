@@ -201,6 +201,22 @@ int fremovexattr(int fd, const char* name) noexcept {
 }
 #endif
 
+// Not counted: nothing that these tests open has no place in it.
+off_t lseek(int fd, off_t offset, int whence) noexcept {
+    static const auto real = Real<off_t(int, off_t, int)>("lseek");
+    return FailsByName("lseek") ? -1 : real(fd, offset, whence);
+}
+
+// Not counted: a second descriptor is to be had until the program has too many.
+int fcntl(int fd, int command, ...) {
+    static const auto real = Real<int(int, int, long)>("fcntl");
+    va_list rest;
+    va_start(rest, command);
+    const long argument = va_arg(rest, long);
+    va_end(rest);
+    return FailsByName("fcntl") ? -1 : real(fd, command, argument);
+}
+
 int ftruncate(int fd, off_t size) noexcept {
     static const auto real = Real<int(int, off_t)>("ftruncate");
     return Fails("ftruncate") ? -1 : real(fd, size);

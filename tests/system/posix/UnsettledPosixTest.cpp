@@ -97,6 +97,22 @@ TEST(UnsettledTest, ADriveThatDoesNotAnswerOnceLeavesNoNameWithoutAFlush) {
     }
 }
 
+TEST(UnsettledTest, AFileThatCannotBeHeldOpenIsFlushedAtOnceAndItsFailureIsTold) {
+    const Descriptor file(::open(OfTheKernel, O_RDONLY | O_CLOEXEC));
+    ASSERT_TRUE(file.IsOpen());
+    Unsettled unsettled;
+    FailingCalls calls;
+    calls.FailEach("fcntl", EMFILE);
+    try {
+        (void)unsettled.Add(file.Get(), "first");
+        ADD_FAILURE() << "nothing of the kernel's own can be flushed";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Number(), errDevice);
+        EXPECT_EQ(error.Path(), "first");
+    }
+    EXPECT_TRUE(unsettled.TrySettle([] {}).empty()) << "nothing is left";
+}
+
 TEST(UnsettledTest, EachFailedFlushIsToldWithItsPathAndTheCallerLivesBetweenThem) {
     const Descriptor file(::open(OfTheKernel, O_RDONLY | O_CLOEXEC));
     ASSERT_TRUE(file.IsOpen());

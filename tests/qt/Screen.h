@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QFileDialog>
+#include <QGroupBox>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSizeGrip>
 #include <QTest>
 #include <QTimer>
 #include <functional>
@@ -33,6 +36,23 @@ struct ScreenDesk {
     Globals g{platform};
 };
 
+/// Whether the controls of a dialog, and those of each of its frames, stand beside each other.
+inline bool IsLaidOut(const QWidget& of) {
+    QRegion taken;
+    for (const QWidget* const each : of.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (!each->isVisible() || each->isWindow() || qobject_cast<const QSizeGrip*>(each) != nullptr) {
+            continue;
+        }
+        if (taken.intersects(each->geometry()) || !of.rect().contains(each->geometry()) ||
+            (qobject_cast<const QGroupBox*>(each) != nullptr && !IsLaidOut(*each))) {
+            ADD_FAILURE() << each->objectName().toStdString() << " stands on another or off the dialog";
+            return false;
+        }
+        taken += each->geometry();
+    }
+    return true;
+}
+
 /// Foresees that a further modal window comes up and has the keyboard, and does then what the user does with
 /// it. Fails the test when none has come by the end of the scope.
 class NextModal {
@@ -44,6 +64,10 @@ public:
             if (modal != nullptr && modal != m_before && modal->isActiveWindow()) {
                 m_timer.stop();
                 m_came = true;
+                if (qobject_cast<QMessageBox*>(modal) == nullptr &&
+                    qobject_cast<QFileDialog*>(modal) == nullptr) {
+                    EXPECT_TRUE(IsLaidOut(*modal));
+                }
                 m_user(*modal);
                 if (modal->isVisible()) {
                     ADD_FAILURE() << modal->objectName().toStdString() << " was left open";

@@ -56,6 +56,14 @@ TEST_F(BindersTest, EnabledAndVisibleFollowTheControlBothWays) {
     EXPECT_TRUE(widget.isVisible());
 }
 
+TEST_F(BindersTest, AWidgetThatHasNoWindowYetDoesNotOpenByItself) {
+    auto& control = New<Button>("cmdOk");
+    QPushButton widget;
+    new ButtonBinder(control, widget, boundary);
+    control.SetCaption("Ok");
+    EXPECT_FALSE(widget.isVisible());
+}
+
 TEST_F(BindersTest, ControlThatIsHiddenBeforehandStaysHiddenWhenTheWindowComes) {
     auto& control = New<Button>("cmdOk");
     control.SetVisible(false);

@@ -36,6 +36,13 @@ TEST_F(ListBinderTest, EntriesAndSelectionAreShown) {
     EXPECT_EQ(changes, 0);
 }
 
+TEST_F(ListBinderTest, NoPlaceInTheListHasNoText) {
+    new ListBinder(control, view, toolkit.Boundary());
+    EXPECT_EQ(view.model()->data(QModelIndex(), Qt::DisplayRole), QVariant());
+    EXPECT_EQ(view.model()->data(QModelIndex(), Qt::CheckStateRole), QVariant());
+    EXPECT_EQ(view.model()->rowCount(view.model()->index(0, 0)), 0);
+}
+
 TEST_F(ListBinderTest, ClickTurnsOneEntryOverAndLeavesTheOthers) {
     new ListBinder(control, view, toolkit.Boundary());
     ShowActive(view);

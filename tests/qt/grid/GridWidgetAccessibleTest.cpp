@@ -122,6 +122,16 @@ TEST_F(GridWidgetAccessibleTest, ACellOfARowThatWentIsInvalid) {
     EXPECT_TRUE(cell->state().invalid);
 }
 
+TEST_F(GridWidgetAccessibleTest, OnlyCellsBelowTheHeaderCanBeSelectedAndSeveralOfThem) {
+    Make(5, 3);
+    const QAccessible::State header = Interface()->child(1)->state();
+    const QAccessible::State cell = Table()->cellAt(2, 1)->state();
+    EXPECT_FALSE(header.selectable || header.focusable || header.multiSelectable);
+    EXPECT_TRUE(cell.selectable);
+    EXPECT_TRUE(cell.focusable);
+    EXPECT_TRUE(cell.multiSelectable);
+}
+
 TEST_F(GridWidgetAccessibleTest, RowsAndColumnsCanBeSelected) {
     Make(5, 3);
     EXPECT_TRUE(Table()->selectRow(2));

@@ -49,6 +49,15 @@ TEST_F(GridWidgetEditorTest, TypingF2AndDoubleClickOpenTheEditor) {
     EXPECT_EQ(history, (History{"BeforeEdit", "BeforeEdit", "BeforeEdit"}));
 }
 
+TEST_F(GridWidgetEditorTest, TheTextIsAsFarFromBothEdgesOfTheEditor) {
+    Make(5, 3);
+    grid.Select(2, 1);
+    Press(Qt::Key_F2);
+    ASSERT_NE(Editor(), nullptr);
+    EXPECT_GT(Editor()->textMargins().left(), 0);
+    EXPECT_EQ(Editor()->textMargins().left(), Editor()->textMargins().right());
+}
+
 TEST_F(GridWidgetEditorTest, AReadOnlyCellStaysClosed) {
     Make(8, 4);
     ListenToEdits();

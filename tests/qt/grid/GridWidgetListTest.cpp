@@ -28,6 +28,17 @@ TEST_F(GridWidgetListTest, AClickSelectsAndUnselectsOneRow) {
     EXPECT_EQ(Selected(), (Cell{5, 7}));
 }
 
+TEST_F(GridWidgetListTest, TheLastColumnReachesToTheRightEdgeAndNoFurther) {
+    for (const std::int32_t cols : {1, 2}) {
+        Make(3, cols, std::make_unique<ListManner>(grid));
+        const QRect last = widget->Layout().CellRect(1, cols - 1);
+        EXPECT_EQ(last.left(), (cols - 1) * ColumnWidth);
+        EXPECT_EQ(last.right() + 1, Port()->width());
+        EXPECT_EQ(widget->Layout().TotalWidth(), Port()->width());
+        EXPECT_EQ(widget->horizontalScrollBar()->maximum(), 0);
+    }
+}
+
 TEST_F(GridWidgetListTest, AFastSecondClickUnselectsAgain) {
     MakeList();
     Click(2, 0);

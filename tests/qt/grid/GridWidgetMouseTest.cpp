@@ -1,3 +1,4 @@
+#include <QAbstractEventDispatcher>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QToolTip>
@@ -9,6 +10,19 @@ namespace kd {
 namespace {
 
 class GridWidgetMouseTest : public GridFixture {};
+
+/// Sees which grid's mouse has had a timer's event, for the length of a scope.
+class TimerWatch : public QObject {
+public:
+    TimerWatch() { QCoreApplication::instance()->installEventFilter(this); }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Timer && dynamic_cast<GridMouse*>(watched) != nullptr) {
+            seen = watched;
+        }
+        return false;
+    }
+    QObject* seen = nullptr;
+};
 
 TEST_F(GridWidgetMouseTest, PressGoesBeforeMouseDownThenSelectionThenMouseDownThenMouseUp) {
     Make(5, 3);
@@ -130,6 +144,20 @@ TEST_F(GridWidgetMouseTest, ADragCrossesTheBorderOfTheFrozenColumns) {
     Move(Middle(4, 1), Qt::LeftButton);
     EXPECT_EQ(Selection(), (Cell{2, 1, 4, 6}));
     EXPECT_EQ(Current(), (Cell{2, 6}));
+}
+
+TEST_F(GridWidgetMouseTest, NothingTicksOnWhenADragBeyondAnEdgeHasEndedUnheard) {
+    Make(100, 12);
+    TimerWatch watch;
+    const QPoint below(Middle(2, 2).x(), Port()->height() + 20);
+    QTest::mousePress(Port(), Qt::LeftButton, Qt::NoModifier, Middle(2, 2));
+    Move(below, Qt::LeftButton);
+    QTest::mouseRelease(other, Qt::LeftButton);
+    const int scrolled = widget->verticalScrollBar()->value();
+    ASSERT_TRUE(QTest::qWaitFor([&watch] { return watch.seen != nullptr; }));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&watch] { return QAbstractEventDispatcher::instance()->registeredTimers(watch.seen).isEmpty(); }));
+    EXPECT_EQ(widget->verticalScrollBar()->value(), scrolled);
 }
 
 TEST_F(GridWidgetMouseTest, ADragBeyondAnEdgeScrolls) {

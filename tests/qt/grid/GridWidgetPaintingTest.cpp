@@ -49,6 +49,22 @@ TEST_F(GridWidgetPaintingTest, MarkIsLightYellowInBothThemes) {
     }
 }
 
+TEST_F(GridWidgetPaintingTest, WhereNoRowIsShownThereAreNoLinesBelowTheHeader) {
+    Make(3, 2);
+    UsePalette(false);
+    for (std::int32_t row = 1; row <= 3; ++row) {
+        grid.SetRowHidden(row, true);
+    }
+    QApplication::processEvents();
+    const QImage picture = Picture();
+    const GridLayout::Sizes& sizes = widget->Layout().GetSizes();
+    for (int y = sizes.headerHeight; y < sizes.headerHeight + 2 * sizes.rowHeight; ++y) {
+        for (int x = 0; x < 2 * ColumnWidth; ++x) {
+            ASSERT_EQ(picture.pixelColor(x, y), QColor(Qt::white)) << x << "," << y;
+        }
+    }
+}
+
 TEST_F(GridWidgetPaintingTest, TextOnAMarkIsBlackInTheDarkThemeToo) {
     Make(5, 3);
     UsePalette(true);

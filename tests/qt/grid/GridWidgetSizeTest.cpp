@@ -120,6 +120,22 @@ TEST_F(GridWidgetSizeTest, LettersAreNotJoined) {
     }
 }
 
+TEST_F(GridWidgetSizeTest, OfCharactersThatShapeTheirNeighboursThereIsNoSum) {
+    Make(1, 1);
+    TextWidths widths;
+    widths.SetFont(widget->font(), widget->viewport());
+    for (const char16_t character : {0x0300, 0x036F, 0x0590, 0x10FF, 0x200B, 0x200F, 0x202A, 0x202E}) {
+        const std::string text = "a" + QString(QChar(character)).toStdString() + "b";
+        EXPECT_TRUE(std::isinf(widths.AtMost(text))) << std::hex << static_cast<int>(character);
+    }
+    EXPECT_TRUE(std::isinf(widths.AtMost("\xF0\x9F\x98\x80"))) << "beyond the basic plane";
+    for (const char16_t character :
+         {0x00C4, 0x02FF, 0x0370, 0x058F, 0x1100, 0x200A, 0x2010, 0x2029, 0x202F, 0xD7FF}) {
+        const std::string text = "a" + QString(QChar(character)).toStdString() + "b";
+        EXPECT_FALSE(std::isinf(widths.AtMost(text))) << std::hex << static_cast<int>(character);
+    }
+}
+
 TEST_F(GridWidgetSizeTest, TheSumOfCharactersIsNeverBelowTheExactWidth) {
     Make(1, 1);
     TextWidths widths;

@@ -1,6 +1,7 @@
 #include "qt/services/BoxText.h"
 
 #include <QClipboard>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QScrollBar>
@@ -49,10 +50,24 @@ TEST_F(BoxTextTest, NoLengthOfATextPutsABoxOrItsButtonsOffTheScreen) {
             const auto* const text = box.findChild<QPlainTextEdit*>("MessageText");
             ASSERT_NE(text, nullptr) << c.label;
             EXPECT_EQ(text->horizontalScrollBar()->maximum(), 0) << c.label;
+            EXPECT_GE(text->height(), 4 * text->fontMetrics().height()) << c.label;
             EXPECT_TRUE(text->isReadOnly()) << c.label;
             PressOk(box);
         });
     }
+}
+
+TEST_F(BoxTextTest, ALongTextStandsBesideTheBoxsPictureAndAboveItsButton) {
+    Box(Text(4000, 'W'), [](QMessageBox& box) {
+        const auto* const text = box.findChild<QPlainTextEdit*>("MessageText");
+        const auto* const icon = box.findChild<QLabel*>("qt_msgboxex_icon_label");
+        const QWidget& ok = *box.button(QMessageBox::Ok);
+        ASSERT_NE(text, nullptr);
+        ASSERT_NE(icon, nullptr);
+        EXPECT_GE(text->geometry().left(), icon->geometry().right());
+        EXPECT_LT(text->geometry().bottom(), ok.mapTo(&box, QPoint()).y());
+        PressOk(box);
+    });
 }
 
 TEST_F(BoxTextTest, ALongTextIsReadToItsEndByKeyboardAndEnterStillPressesTheButton) {

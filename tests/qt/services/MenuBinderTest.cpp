@@ -33,6 +33,9 @@ TEST_F(MenuBinderTest, EntriesStandInOrderWithTheirNames) {
     EXPECT_EQ(menu->actions()[0]->text(), "Show &Paths");
     EXPECT_TRUE(menu->actions()[1]->isSeparator());
     EXPECT_EQ(menu->actions()[2]->text(), "Clear All Filters");
+    for (const QAction* const action : {menu->actions()[0], menu->actions()[2]}) {
+        EXPECT_EQ(action->menuRole(), QAction::NoRole) << "no desktop moves it to a menu of its own";
+    }
 }
 
 TEST_F(MenuBinderTest, CheckMarkIsTheControlsAlone) {

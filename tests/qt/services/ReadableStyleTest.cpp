@@ -6,10 +6,14 @@
 #include <QDialogButtonBox>
 #include <QImage>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStyleFactory>
+#include <QStyleOption>
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace kd {
 namespace {
@@ -76,6 +80,29 @@ TEST_F(ReadableStyleTest, AButtonIsWiderThanItsText) {
     QPushButton button(QStringLiteral("Remove Applications(s)"));
     button.setStyle(&style);
     EXPECT_GE(button.sizeHint().width(), button.fontMetrics().horizontalAdvance(button.text()) + 24);
+}
+
+TEST_F(ReadableStyleTest, AButtonShowsThatItHasTheKeyboardAndNoOtherDoes) {
+    constexpr auto Focused = QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
+    for (const QStyle::State state : {QStyle::State(Focused), QStyle::State(QStyle::State_HasFocus),
+                                      QStyle::State(QStyle::State_KeyboardFocusChange), QStyle::State()}) {
+        const auto drawn = [&](const QStyle& with, QStyle::PrimitiveElement element) {
+            QStyleOptionButton option;
+            option.rect = QRect(0, 0, 80, 24);
+            option.palette = QPalette(Qt::lightGray);
+            option.state = QStyle::State_Enabled | state;
+            QImage image(80, 24, QImage::Format_RGB32);
+            image.fill(Qt::lightGray);
+            QPainter painter(&image);
+            with.drawPrimitive(element, &option, &painter, nullptr);
+            return image;
+        };
+        const std::unique_ptr<QStyle> plain(QStyleFactory::create(QStringLiteral("Fusion")));
+        EXPECT_EQ(drawn(style, QStyle::PE_PanelButtonCommand) != drawn(*plain, QStyle::PE_PanelButtonCommand),
+                  state == QStyle::State(Focused))
+            << static_cast<int>(state);
+        EXPECT_EQ(drawn(style, QStyle::PE_FrameMenu), drawn(*plain, QStyle::PE_FrameMenu));
+    }
 }
 
 TEST_F(ReadableStyleTest, TheButtonsOfABoxBearNoPictures) {

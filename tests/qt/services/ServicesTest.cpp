@@ -1,11 +1,14 @@
 #include <QAbstractItemView>
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QTemporaryDir>
+#include <QTextBrowser>
+#include <QTreeView>
 
 #include "SourceFolder.h"
 #include "fakes/AtSizes.h"
@@ -290,6 +293,15 @@ TEST(QtShellTest, AddressesAreUnderstood) {
               QDir::tempPath() + "/a#b.html");
 }
 
+TEST(QtShellTest, AnAddressIsHandedToTheDesktop) {
+    QTextBrowser desktop;
+    const QString scheme = QStringLiteral("kdlimitdesk");
+    QDesktopServices::setUrlHandler(scheme, &desktop, "setSource");
+    QtShell().Open("kdlimitdesk:guide");
+    QDesktopServices::unsetUrlHandler(scheme);
+    EXPECT_EQ(desktop.source(), QUrl("kdlimitdesk:guide"));
+}
+
 // --- file dialog ------------------------------------------------------------------------------------------
 
 OpenFileRequest AddRequest(const QString& folder) {
@@ -334,6 +346,15 @@ protected:
         QTest::keyClick(&edit, Qt::Key_Return);
     }
 };
+
+TEST_F(FileDialogTest, IsWideEnoughForNamesSizesAndDates) {
+    Ask([](QFileDialog& dialog) {
+        const auto& details = Find<QTreeView>(dialog, "treeView");
+        EXPECT_GE(dialog.width(), details.fontMetrics().averageCharWidth() * 120);
+        dialog.reject();
+    });
+    EXPECT_FALSE(result);
+}
 
 TEST_F(FileDialogTest, OneFileIsOneFullPath) {
     Ask([](QFileDialog& dialog) {

@@ -91,7 +91,6 @@ bool GridWidget::event(QEvent* event) {
         if (static_cast<QContextMenuEvent*>(event)->reason() != QContextMenuEvent::Mouse) {
             m_keyboard.MenuKey();
         }
-        event->accept();
         return true;
     }
     const bool done = QAbstractScrollArea::event(event);

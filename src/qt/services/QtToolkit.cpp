@@ -89,11 +89,9 @@ BoxAnswer QtToolkit::MessageBox(std::string_view text, BoxIcon icon, BoxButtons 
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
         // Enter pressed without reading must not give up anybody's work.
         box.setDefaultButton(QMessageBox::No);
-        box.setEscapeButton(QMessageBox::No);
     } else {
         box.setStandardButtons(QMessageBox::Ok);
         box.setDefaultButton(QMessageBox::Ok);
-        box.setEscapeButton(QMessageBox::Ok);
     }
     SettleBoxText(box, ScreenSize());
     const int answer = box.exec();

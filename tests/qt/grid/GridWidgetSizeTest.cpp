@@ -124,13 +124,14 @@ TEST_F(GridWidgetSizeTest, OfCharactersThatShapeTheirNeighboursThereIsNoSum) {
     Make(1, 1);
     TextWidths widths;
     widths.SetFont(widget->font(), widget->viewport());
-    for (const char16_t character : {0x0300, 0x036F, 0x0590, 0x10FF, 0x200B, 0x200F, 0x202A, 0x202E}) {
+    for (const char16_t character :
+         {u'\u0300', u'\u036F', u'\u0590', u'\u10FF', u'\u200B', u'\u200F', u'\u202A', u'\u202E'}) {
         const std::string text = "a" + QString(QChar(character)).toStdString() + "b";
         EXPECT_TRUE(std::isinf(widths.AtMost(text))) << std::hex << static_cast<int>(character);
     }
     EXPECT_TRUE(std::isinf(widths.AtMost("\xF0\x9F\x98\x80"))) << "beyond the basic plane";
-    for (const char16_t character :
-         {0x00C4, 0x02FF, 0x0370, 0x058F, 0x1100, 0x200A, 0x2010, 0x2029, 0x202F, 0xD7FF}) {
+    for (const char16_t character : {u'\u00C4', u'\u02FF', u'\u0370', u'\u058F', u'\u1100', u'\u200A',
+                                     u'\u2010', u'\u2029', u'\u202F', u'\uD7FF'}) {
         const std::string text = "a" + QString(QChar(character)).toStdString() + "b";
         EXPECT_FALSE(std::isinf(widths.AtMost(text))) << std::hex << static_cast<int>(character);
     }

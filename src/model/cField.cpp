@@ -144,7 +144,7 @@ const Text& cField::Relation() const noexcept {
 }
 
 void cField::SetRelation(Text value) {
-    Edit().relation = std::make_shared<const Text>(std::move(value));
+    Edit().relation = std::make_shared<const Text>(std::move(value));  // who reads it has compared
 }
 
 void cField::CopyFrom(const cField& source) {

@@ -87,7 +87,8 @@ private:
     void SelectAll();
 };
 
-/// A list box: whole rows are selected one by one, or a range with Shift, and nothing is edited.
+/// A list box: whole rows are selected one by one, or with Shift a range, which begins at the current row,
+/// and nothing is edited.
 class ListManner : public GridManner {
 public:
     using GridManner::GridManner;

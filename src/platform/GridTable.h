@@ -43,6 +43,7 @@ public:
     BackColour BackColor(std::int32_t row, std::int32_t screenCol) const {
         return m_texts.Colour(row, screenCol);
     }
+    /// Raises errOverflow for the 257th colour; the ground is one.
     void SetBackColor(std::int32_t row, std::int32_t screenCol, BackColour colour);
     /// The header cell's picture, at its right bottom corner.
     HeaderPicture CellPicture(std::int32_t screenCol) const {

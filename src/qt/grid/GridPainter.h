@@ -24,8 +24,6 @@ public:
     CellLook LookOf(GridCell cell, const QPalette& palette) const;
     /// Draws what of the viewport is exposed; the palette's base fills it already.
     void Paint(QPainter& painter, const QRect& exposed, const QPalette& palette, bool focused) const;
-    /// After a change of the font.
-    void ForgetTexts() { m_shaped.clear(); }
 
 private:
     struct Canvas {

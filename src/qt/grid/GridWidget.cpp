@@ -102,7 +102,7 @@ bool GridWidget::event(QEvent* event) {
         case QEvent::FontChange:
         case QEvent::StyleChange:
         case QEvent::ScreenChangeInternal:  // another screen may round the widths of characters otherwise
-            FontChanged();
+            m_scroll.MeasureAnew();
             break;
         case QEvent::PaletteChange:
             m_editing.Colour();
@@ -112,11 +112,6 @@ bool GridWidget::event(QEvent* event) {
             break;
     }
     return done;
-}
-
-void GridWidget::FontChanged() {
-    m_painter.ForgetTexts();
-    m_scroll.MeasureAnew();
 }
 
 void GridWidget::FocusChanged(bool gained) {

@@ -57,7 +57,6 @@ protected:
 
 private:
     void FocusChanged(bool gained);
-    void FontChanged();
 
     VSFlexGrid& m_grid;
     std::unique_ptr<GridManner> m_manner;

@@ -4,8 +4,9 @@
 Goes by what the tests of the preset `coverage` have left behind; `make coverage` builds and runs them. A branch is one
 outcome of a condition that stands in the sources: of each operand of && and ||, each loop, each case. So the branches
 that a compiler makes for exceptions, destructors, first calls and defaulted comparisons are none, and what it runs
-itself while it compiles is left out. With names of files behind it, tells the lines and outcomes in them that no test
-runs.
+itself while it compiles is left out; a constexpr function that no test runs counts as the compiler's. A condition that
+is a macro alone is not counted. What a call throws past counts as run to the end of its block, and a condition that
+throws as one that did not hold. The lines of main(), which no test links, are not counted. With names of files behind it, tells the lines and outcomes in them that no test runs.
 """
 import collections
 import json
@@ -18,9 +19,12 @@ BUILD = ROOT / "build" / "coverage"
 PROFILES = BUILD / "profiles"
 
 
-def run(*command, quiet=False):
-    return subprocess.run(command, check=True, stdout=subprocess.PIPE, stdin=subprocess.DEVNULL,
-                          stderr=subprocess.DEVNULL if quiet else None, text=True).stdout
+def run(*command):
+    """What the command prints; what it complains of is shown where it fails."""
+    done = subprocess.run(command, capture_output=True, stdin=subprocess.DEVNULL, text=True)
+    if done.returncode != 0:
+        sys.exit(f"{done.stderr}coverage: {command[0]} failed")
+    return done.stdout
 
 
 def programs():
@@ -30,9 +34,7 @@ def programs():
 
 
 def export(form):
-    # Its warnings are about copies of inline functions that one of the programs does not call.
-    return run("llvm-cov-14", "export", f"-format={form}", f"-instr-profile={BUILD / 'tests.profdata'}", *programs(),
-               quiet=True)
+    return run("llvm-cov-14", "export", f"-format={form}", f"-instr-profile={BUILD / 'tests.profdata'}", *programs())
 
 
 def source_of(name):
@@ -60,7 +62,8 @@ def read():
             text = text_of(name)
             for line, column, last_line, last_column, held, failed, *_ in each["branches"]:
                 if is_own(text, line, column, last_line, last_column):
-                    sums = branches.setdefault(name, {}).setdefault((line, column), [0, 0])
+                    place = (line, column, last_line, last_column)
+                    sums = branches.setdefault(name, {}).setdefault(place, [0, 0])
                     sums[0] += held
                     sums[1] += failed
     leave_out_what_the_compiler_runs(report["functions"], lines, branches)
@@ -76,7 +79,7 @@ def is_own(text, line, column, last_line, last_column):
     before = text[line - 1][:column - 1]
     is_constant = line == last_line and text[line - 1][column - 1:last_column - 1] == "true"
     # A switch branches at its cases.
-    return not (is_constant or before.endswith("switch (") or "if constexpr" in before or "= default" in text[line - 1])
+    return not (is_constant or before.endswith("switch (") or "if constexpr" in before or "= default;" in text[line - 1])
 
 
 def leave_out_what_the_compiler_runs(functions, lines, branches):
@@ -85,14 +88,15 @@ def leave_out_what_the_compiler_runs(functions, lines, branches):
     for each in functions:
         name = source_of(each["filenames"][0])
         if name:
-            first, _, last, *_ = each["regions"][0]
-            ran[name, first] += each["count"]
-            places[name].add((first, last))
+            first, column, last, *_ = each["regions"][0]
+            ran[name, first, column] += each["count"]
+            places[name].add((first, column, last))
     for name, spans in places.items():
         text = text_of(name)
-        for first, last in spans:
-            head = " ".join(text[max(first - 4, 0):first]).replace("}", ";").rsplit(";", 1)[-1]
-            if not ran[name, first] and "constexpr" in head:
+        for first, column, last in spans:
+            before = text[max(first - 4, 0):first - 1] + [text[first - 1][:column - 1]]
+            head = " ".join(before).replace("}", ";").rsplit(";", 1)[-1]
+            if not ran[name, first, column] and "constexpr" in head:
                 for line in range(first, last + 1):
                     lines.get(name, {}).pop(line, None)
                 for place in [place for place in branches.get(name, {}) if first <= place[0] <= last]:
@@ -126,7 +130,7 @@ def share(done, whole):
 def show_missed(lines, branches, names):
     for name in sorted(each for each in lines if any(part in each for part in names)):
         missed = [(line, 0, "never run") for line, count in lines[name].items() if not count]
-        for (line, column), (held, failed) in branches.get(name, {}).items():
+        for (line, column, *_), (held, failed) in branches.get(name, {}).items():
             if lines[name].get(line) and not (held and failed):
                 missed.append((line, column, "never reached" if not held and not failed else
                                "never false" if held else "never true"))
@@ -135,7 +139,8 @@ def show_missed(lines, branches, names):
 
 
 def main():
-    run("llvm-profdata-14", "merge", "-sparse", "-o", str(BUILD / "tests.profdata"),
+    # Functions that never ran are kept: a program that does not call an inline one has but a stand-in of it.
+    run("llvm-profdata-14", "merge", "-o", str(BUILD / "tests.profdata"),
         *(str(each) for each in sorted(PROFILES.glob("*.profraw"))))
     lines, branches = read()
     if len(sys.argv) > 1:

@@ -186,7 +186,7 @@ TEST(CommitChangesTest, AFileThatAnotherProgramSavesWhileItsTextWaitsIsWrittenAn
 
 TEST(CommitChangesTest, ApplicationsWithOneFolderOfArchivesOrNoFlushInCommonGoOneAfterTheOther) {
     for (const auto& [share, together] : {std::pair{false, true}, {true, true}, {false, false}}) {
-        SCOPED_TRACE(share);
+        SCOPED_TRACE(Text(share ? "one folder" : "two folders") + (together ? ", flushed together" : ""));
         LoadedDesk t;
         t.files.settlesTogether = together;
         t.Put(anApplication("/apps/plant.kdt").Field(aField().Usl(10)));

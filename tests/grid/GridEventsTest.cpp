@@ -54,14 +54,20 @@ TEST(GridEventsTest, WithoutAFormThatListensAHeaderShowsNoFilterAndTellsNothing)
     EventsDesk desk;
     desk.events.ShowColumnFilter = nullptr;
     desk.events.GetFilterCaption = nullptr;
-    desk.desk.mnuCopy.Click = nullptr;
     desk.grid.SetToolTipText("as before");
     EXPECT_FALSE(desk.Press(MouseButton::Left, 0, ColUsl));
     EXPECT_EQ(desk.grid.Col(), ColUsl);
     desk.grid.MouseMove(MouseButton::Left, 0, 0, 0);
     EXPECT_EQ(desk.grid.ToolTipText(), "");
+}
+
+TEST(GridEventsTest, CtrlAndCWithoutACommandBehindItDoesNothing) {
+    EventsDesk desk;
+    desk.suite.clipboard = "as before";
+    desk.grid.Select(1, ColUsl);
+    ASSERT_FALSE(desk.desk.mnuCopy.Click);
     desk.grid.KeyDown(kcC, sbCtrl);
-    EXPECT_EQ(desk.suite.clipboard, "");
+    EXPECT_EQ(desk.suite.clipboard, "as before");
 }
 
 TEST(GridEventsTest, AHeaderPressOfAnyButtonShowsTheFilterAndNoMenu) {

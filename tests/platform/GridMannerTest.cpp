@@ -44,17 +44,17 @@ TEST_F(GridMannerTest, EachKeyMovesTheCurrentCellItsOwnWay) {
     struct Case {
         const char* label;
         int key;
-        int shift;
         GridCell to;
     };
-    const Case cases[] = {{"up", kcUp, 0, {5, 1}},          {"down", kcDown, 0, {7, 1}},
-                          {"page up", kcPageUp, 0, {1, 1}}, {"page down", kcPageDown, 0, {10, 1}},
-                          {"left", kcLeft, 0, {6, 1}},      {"right", kcRight, 0, {6, 2}},
-                          {"start", kcHome, 0, {6, 1}},     {"end", kcEnd, 0, {6, 2}}};
+    grid.SetColHidden(0, false);
+    const Case cases[] = {{"up", kcUp, {5, 1}},          {"down", kcDown, {7, 1}},
+                          {"page up", kcPageUp, {3, 1}}, {"page down", kcPageDown, {8, 1}},
+                          {"left", kcLeft, {6, 0}},      {"right", kcRight, {6, 2}},
+                          {"start", kcHome, {6, 0}},     {"end", kcEnd, {6, 2}}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.label);
         grid.Select(6, 1);
-        EXPECT_TRUE(cells.KeyPress(c.key, c.shift, Page));
+        EXPECT_TRUE(cells.KeyPress(c.key, 0, 2));
         EXPECT_EQ(Current(), c.to);
         EXPECT_EQ(shown, c.to);
     }
@@ -67,22 +67,32 @@ TEST_F(GridMannerTest, EachKeyMovesTheCurrentRowOfAListItsOwnWay) {
         std::int32_t to;
     };
     for (const Case& c :
-         {Case{"up", kcUp, 5}, Case{"down", kcDown, 7}, Case{"page up", kcPageUp, 1},
-          Case{"page down", kcPageDown, 10}, Case{"start", kcHome, 1}, Case{"end", kcEnd, 10}}) {
+         {Case{"up", kcUp, 5}, Case{"down", kcDown, 7}, Case{"page up", kcPageUp, 3},
+          Case{"page down", kcPageDown, 8}, Case{"start", kcHome, 1}, Case{"end", kcEnd, 10}}) {
         SCOPED_TRACE(c.label);
         grid.Select(6, 0);
-        EXPECT_TRUE(list.KeyPress(c.key, 0, Page));
+        EXPECT_TRUE(list.KeyPress(c.key, 0, 2));
         EXPECT_EQ(grid.Row(), c.to);
         EXPECT_EQ(shown.row, c.to);
         EXPECT_EQ(Selected(), Rows{});
     }
 }
 
-TEST_F(GridMannerTest, AFirstRangeOfAListBeginsAtTheCurrentRow) {
-    grid.Select(6, 0);
+TEST_F(GridMannerTest, AFirstRangeOfAListBeginsAtTheCurrentRowOrWhereThereIsNoneAtTheOneThatIsReached) {
     EXPECT_TRUE(list.KeyPress(kcDown, sbShift, Page));
+    EXPECT_EQ(Selected(), Rows{1});
+    ListManner another(grid);
+    grid.SetIsSelected(1, false);
+    grid.Select(6, 0);
+    EXPECT_TRUE(another.KeyPress(kcDown, sbShift, Page));
     EXPECT_EQ(Selected(), (Rows{6, 7}));
-    EXPECT_TRUE(list.IsCurrent({7, 2})) << "all of its cells";
+}
+
+TEST_F(GridMannerTest, InAListARowIsCurrentAndSelectedWithAllOfItsCells) {
+    grid.Select(7, 0);
+    grid.SetIsSelected(6, true);
+    grid.SetIsSelected(7, true);
+    EXPECT_TRUE(list.IsCurrent({7, 2}));
     EXPECT_FALSE(list.IsCurrent({6, 1}));
     EXPECT_FALSE(list.IsCurrent({0, 1}));
     EXPECT_TRUE(list.LooksSelected({7, 1}));
@@ -91,7 +101,7 @@ TEST_F(GridMannerTest, AFirstRangeOfAListBeginsAtTheCurrentRow) {
     EXPECT_TRUE(list.IsRowSelected(6));
     EXPECT_FALSE(list.IsRowSelected(8));
     EXPECT_FALSE(list.IsRowSelected(0));
-    EXPECT_FALSE(list.SelectCol(1));
+    EXPECT_FALSE(list.SelectCol(1)) << "a list has rows alone";
     EXPECT_FALSE(list.IsColSelected(1));
 }
 
@@ -134,6 +144,9 @@ TEST_F(GridMannerTest, AGridWithNothingInSightSelectsNothing) {
             grid.SetRowHidden(row, false);
         }
     }
+}
+
+TEST_F(GridMannerTest, AColumnBesideTheGridAndARowWithoutCellsCannotBeSelected) {
     EXPECT_FALSE(cells.SelectCol(-1));
     EXPECT_FALSE(cells.SelectCol(3));
     grid.SetCols(0);

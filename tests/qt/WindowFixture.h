@@ -33,7 +33,8 @@
 namespace kd {
 
 /// The modal windows that come up while a test does what a user does, in order, each with what the user does
-/// in it. A window that nobody foresaw is closed and fails the test, and so does one that never came.
+/// in it. A window that nobody foresaw is closed and fails the test, and so does one that never came, or a
+/// dialog that is not laid out.
 class Modals {
 public:
     Modals() {
@@ -96,6 +97,7 @@ private:
                 m_begins = false;
                 if (window != nullptr) {
                     m_inUse.push_back(window);
+                    LookAtLayout(*window);
                     step.user(*window);
                     m_inUse.pop_back();
                 }

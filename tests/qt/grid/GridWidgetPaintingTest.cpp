@@ -221,6 +221,10 @@ TEST_F(GridWidgetPaintingTest, AChangedCellIsTheOnlyOnePaintedAnew) {
     EXPECT_TRUE(watch.painted.isEmpty()) << "painted at once";
     QApplication::processEvents();
     EXPECT_EQ(watch.painted.boundingRect(), widget->Layout().CellRect(2, 1));
+    watch.painted = {};
+    grid.SetCellPicture(1, HeaderPicture::FilterOn);
+    QApplication::processEvents();
+    EXPECT_EQ(watch.painted.boundingRect(), widget->Layout().CellRect(0, 1));
 }
 
 TEST_F(GridWidgetPaintingTest, NothingIsPaintedForCellsOutOfSight) {

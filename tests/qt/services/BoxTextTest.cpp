@@ -50,7 +50,7 @@ TEST_F(BoxTextTest, NoLengthOfATextPutsABoxOrItsButtonsOffTheScreen) {
             const auto* const text = box.findChild<QPlainTextEdit*>("MessageText");
             ASSERT_NE(text, nullptr) << c.label;
             EXPECT_EQ(text->horizontalScrollBar()->maximum(), 0) << c.label;
-            EXPECT_GE(text->height(), 4 * text->fontMetrics().height()) << c.label;
+            EXPECT_GE(text->height(), 2 * text->fontMetrics().height()) << c.label;
             EXPECT_TRUE(text->isReadOnly()) << c.label;
             PressOk(box);
         });

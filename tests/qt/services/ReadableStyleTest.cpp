@@ -95,6 +95,7 @@ TEST_F(ReadableStyleTest, AButtonShowsThatItHasTheKeyboardAndNoOtherDoes) {
             image.fill(Qt::lightGray);
             QPainter painter(&image);
             with.drawPrimitive(element, &option, &painter, nullptr);
+            painter.end();
             return image;
         };
         const std::unique_ptr<QStyle> plain(QStyleFactory::create(QStringLiteral("Fusion")));

@@ -201,7 +201,7 @@ int fremovexattr(int fd, const char* name) noexcept {
 }
 #endif
 
-// Not counted: nothing that these tests open has no place in it.
+// Not counted: whatever these tests open can be read from any place.
 off_t lseek(int fd, off_t offset, int whence) noexcept {
     static const auto real = Real<off_t(int, off_t, int)>("lseek");
     return FailsByName("lseek") ? -1 : real(fd, offset, whence);

@@ -6,7 +6,8 @@ outcome of a condition that stands in the sources: of each operand of && and ||,
 that a compiler makes for exceptions, destructors, first calls and defaulted comparisons are none, and what it runs
 itself while it compiles is left out; a constexpr function that no test runs counts as the compiler's. A condition that
 is a macro alone is not counted. What a call throws past counts as run to the end of its block, and a condition that
-throws as one that did not hold. The lines of main(), which no test links, are not counted. With names of files behind it, tells the lines and outcomes in them that no test runs.
+throws as one that did not hold. The lines of main(), which no test links, are not counted. With names of files behind it,
+tells the lines and outcomes in them that no test runs.
 """
 import collections
 import json
@@ -79,7 +80,8 @@ def is_own(text, line, column, last_line, last_column):
     before = text[line - 1][:column - 1]
     is_constant = line == last_line and text[line - 1][column - 1:last_column - 1] == "true"
     # A switch branches at its cases.
-    return not (is_constant or before.endswith("switch (") or "if constexpr" in before or "= default;" in text[line - 1])
+    return not (is_constant or before.endswith("switch (") or "if constexpr" in before or
+                "= default;" in text[line - 1])
 
 
 def leave_out_what_the_compiler_runs(functions, lines, branches):

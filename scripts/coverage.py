@@ -6,8 +6,8 @@ outcome of a condition that stands in the sources: of each operand of && and ||,
 that a compiler makes for exceptions, destructors, first calls and defaulted comparisons are none, and what it runs
 itself while it compiles is left out; a constexpr function that no test runs counts as the compiler's. A condition that
 is a macro alone is not counted. What a call throws past counts as run to the end of its block, and a condition that
-throws as one that did not hold. The lines of main(), which no test links, are not counted. With names of files behind it,
-tells the lines and outcomes in them that no test runs.
+throws as one that did not hold. The lines of main(), which no test links, are not counted. With names of files behind
+it, tells the lines and outcomes in them that no test runs.
 """
 import collections
 import json

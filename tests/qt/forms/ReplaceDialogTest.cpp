@@ -177,6 +177,27 @@ TEST_F(ReplaceDialogTest, EmptyTextToFindIsToldAndGetsTheKeyboard) {
     EXPECT_EQ(Cell(1, cnVariableName), "x in milk");
 }
 
+TEST_F(ReplaceDialogTest, ADialogThatComesBackStandsWhereItWasAndAsLarge) {
+    LoadNames();
+    ClickCell(1, cnVariableName);
+    QRect before;
+    Modals modals;
+    modals
+        .Then("frmReplace",
+              [&](QWidget& dialog) {
+                  dialog.move(30, 40);
+                  dialog.resize(dialog.size() + QSize(60, 20));
+                  before = QRect(dialog.pos(), dialog.size());
+                  Enter(dialog, "", "x");
+              })
+        .ThenBox("Find Text must be specified!")
+        .Then("frmReplace", [&](QWidget& dialog) {
+            EXPECT_EQ(QRect(dialog.pos(), dialog.size()), before);
+            Cancel(dialog);
+        });
+    ChooseReplace();
+}
+
 TEST_F(ReplaceDialogTest, RefusedTextIsToldAndMayBeCorrected) {
     LoadNames();
     SelectCells(1, cnUSL, 3, cnUSL);

@@ -305,7 +305,8 @@ int rename(const char* from, const char* to) noexcept {
 #ifdef __linux__
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept {
     static const auto real = Real<int(int, const char*, int, const char*, unsigned)>("renameat2");
-    return Fails("rename") ? -1 : real(fromFolder, from, toFolder, to, flags);
+    // By its own name too: not every file system has it.
+    return FailsByName("renameat2") || Fails("rename") ? -1 : real(fromFolder, from, toFolder, to, flags);
 }
 #endif
 

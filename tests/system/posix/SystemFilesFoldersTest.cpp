@@ -5,6 +5,7 @@
 #include <cerrno>
 
 #include "base/ApplicationNames.h"
+#include "base/Scope.h"
 #include "system/posix/FailingCalls.h"
 #include "system/posix/SystemFilesFixture.h"
 
@@ -288,6 +289,55 @@ TEST_F(SystemFilesTest, RemoveFolderNeverFollowsALink) {
     files.RemoveFolder(At("link"));
     EXPECT_EQ(Names(), std::set<Text>{"other"});
     EXPECT_EQ(Get(At("other/file")), "text");
+}
+
+#ifdef __linux__
+TEST_F(SystemFilesTest, RenameTakesNoTakenNameWhereTheSystemCannotSeeToItEither) {
+    for (const int code : {EINVAL, ENOSYS}) {
+        SCOPED_TRACE(code);
+        MakeFolderAt("from");
+        MakeFolderAt("empty");
+        MakeFolderAt("full");
+        Put("from/a", "text");
+        Put("full/b", "kept");
+        Put("file", "kept");
+        FailingCalls calls;
+        calls.FailEach("renameat2", code);
+        for (const char* const taken : {"file", "full"}) {
+            EXPECT_EQ(ErrorOf([&] { files.Rename(At("from"), At(taken)); }), errPermissionDenied) << taken;
+        }
+        EXPECT_EQ(Get(At("file")), "kept");
+        EXPECT_EQ(Get(At("full/b")), "kept");
+        files.Rename(At("from"), At("empty"));
+        EXPECT_EQ(Get(At("empty/a")), "text");
+        files.Rename(At("empty"), At("new"));
+        EXPECT_EQ(Names(), (std::set<Text>{"file", "full", "new"}));
+        std::filesystem::remove_all(At("new"));
+    }
+}
+#endif
+
+TEST_F(SystemFilesTest, APathWithoutAFolderIsOneOfTheFolderWhereTheProgramStands) {
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(folder);
+    const Scope back([&before] { std::filesystem::current_path(before); });
+    files.ReplaceFile("a.kdt", "new");
+    EXPECT_EQ(files.Read("A.KDT"), "new") << "in any case";
+    files.ReplaceFile("A.kdt", "newer");
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+    const auto output = files.OpenForOutput("a.temp");
+    output->Write("newest");
+    output->CloseForSettling();
+    files.Settle();
+    EXPECT_TRUE(files.MoveSettled("a.temp", "a.kdt", posix::StateOf(Status(At("a.kdt")))));
+    files.MakeKeptFolder("unfinished");
+    files.CopyAllForArchive({"a.kdt"}, "unfinished");
+    files.Rename("unfinished", "done");
+    files.Settle();
+    EXPECT_EQ(Get(At("done/a.kdt")), "newest");
+    files.DeleteFile("A.KDT");
+    files.RemoveFolder("done");
+    EXPECT_EQ(Names(), std::set<Text>{});
 }
 
 TEST_F(SystemFilesTest, RenameTakesTheNameOfAnEmptyFolderButOfNoLinkToOne) {

@@ -28,6 +28,24 @@ TEST_F(SystemFilesTest, CopyPutsAWholeNewFileInPlaceOfTheOldOne) {
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), "old and longer");
 }
 
+// Another program may take it for one that was left behind, before it is kept.
+TEST_F(SystemFilesTest, ANewTextThatIsTakenAwayBeforeItIsKeptIsWrittenAnew) {
+    const Text path = Put("a.kdt", "old");
+    FailingCalls calls;
+    bool wasTaken = false;
+    calls.Before("flock", [&] {
+        for (const Text& name : Names()) {
+            if (name.starts_with(".kdsave-")) {
+                wasTaken = ::unlink(At(name).c_str()) == 0;
+            }
+        }
+    });
+    files.ReplaceFile(path, "new");
+    EXPECT_TRUE(wasTaken);
+    EXPECT_EQ(Get(path), "new");
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
 TEST_F(SystemFilesTest, ReplaceKeepsEveryMode) {
     for (const mode_t mode : {0600U, 0640U, 0644U, 0664U, 0666U, 0755U, 0200U, 0020U}) {
         const Text path = Put("a.kdt", "old", mode);

@@ -50,7 +50,8 @@ TEST_F(BoxTextTest, NoLengthOfATextPutsABoxOrItsButtonsOffTheScreen) {
             const auto* const text = box.findChild<QPlainTextEdit*>("MessageText");
             ASSERT_NE(text, nullptr) << c.label;
             EXPECT_EQ(text->horizontalScrollBar()->maximum(), 0) << c.label;
-            EXPECT_GE(text->height(), 2 * text->fontMetrics().height()) << c.label;
+            EXPECT_TRUE(text->verticalScrollBar()->maximum() == 0 || text->height() >= room.height() / 3)
+                << c.label << ": it scrolls only where there is no room";
             EXPECT_TRUE(text->isReadOnly()) << c.label;
             PressOk(box);
         });

@@ -49,7 +49,6 @@ FormDialog::FormDialog(Form& form, EventBoundary& boundary, QWidget* parent)
     : QDialog(parent), m_form(form), m_boundary(boundary) {
     setObjectName(ToQt(form.Name()));
     setWindowTitle(ToQt(form.Caption()));
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setSizeGripEnabled(true);
     m_form.OnChanged = [this] { setWindowTitle(ToQt(m_form.Caption())); };
     m_form.OnHide = [this] { done(QDialog::Accepted); };

@@ -165,6 +165,20 @@ TEST_F(AdminDialogTest, DownInTheClosedFilterOpensTheListAndLeavesTheTypedText) 
     });
 }
 
+TEST_F(AdminDialogTest, AllRecentCriteriaAreInSightAtOnce) {
+    for (int i = 0; i < 20; ++i) {
+        desk.g.gRecents->Add("criteria " + std::to_string(i));
+    }
+    Show([this](QWidget& window) {
+        auto& filter = Find<QComboBox>(window, "cboFilter");
+        filter.showPopup();
+        EXPECT_EQ(filter.count(), desk.g.gRecents->Count() + 1) << "and the blank one";
+        EXPECT_GE(filter.maxVisibleItems(), filter.count());
+        filter.hidePopup();
+        window.close();
+    });
+}
+
 TEST_F(AdminDialogTest, RecentCriteriaAreOfferedAndChosen) {
     desk.g.gRecents->Add("cheese");
     Show([&](QWidget& window) {

@@ -90,6 +90,7 @@ TEST_F(FormDialogTest, WindowBearsNameAndCaptionAndEndsWhenTheFormHides) {
     Show([&](QWidget& window) {
         EXPECT_EQ(window.objectName(), "frmPlain");
         EXPECT_EQ(window.windowTitle(), "Plain");
+        EXPECT_FALSE(window.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
         form.SetCaption("Other");
         EXPECT_EQ(window.windowTitle(), "Other");
         EXPECT_TRUE(form.Shown());

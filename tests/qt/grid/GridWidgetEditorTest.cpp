@@ -1,5 +1,6 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QInputMethodEvent>
 
 #include "base/CodePage.h"
 #include "base/cError.h"
@@ -47,6 +48,38 @@ TEST_F(GridWidgetEditorTest, TypingF2AndDoubleClickOpenTheEditor) {
     EXPECT_EQ(Current(), (Cell{4, 3}));
     EXPECT_EQ(Editor()->text(), QString("r4c3"));
     EXPECT_EQ(history, (History{"BeforeEdit", "BeforeEdit", "BeforeEdit"}));
+}
+
+TEST_F(GridWidgetEditorTest, WhatAnInputMethodTypesOpensTheEditorWithIt) {
+    Make(8, 4);
+    ListenToEdits();
+    grid.Select(2, 1);
+    QInputMethodEvent begins("\u3042", {});
+    QApplication::sendEvent(widget, &begins);
+    EXPECT_TRUE(begins.isAccepted());
+    EXPECT_TRUE(IsOpen()) << "what is being composed is seen in its cell";
+    Press(Qt::Key_Escape);
+    QInputMethodEvent typed;
+    typed.setCommitString(QString(QChar(0x00E9)));
+    QApplication::sendEvent(widget, &typed);
+    EXPECT_TRUE(IsOpen());
+    EXPECT_EQ(Editor()->text(), QString(QChar(0x00E9)));
+}
+
+TEST_F(GridWidgetEditorTest, WhatAnInputMethodHasNotTypedIsLeft) {
+    Make(8, 4);
+    ListenToEdits();
+    grid.Select(2, 1);
+    QInputMethodEvent nothing;
+    QApplication::sendEvent(widget, &nothing);
+    EXPECT_FALSE(nothing.isAccepted());
+    EXPECT_FALSE(grid.EditWindow());
+    readOnly = true;
+    QInputMethodEvent typed;
+    typed.setCommitString("x");
+    QApplication::sendEvent(widget, &typed);
+    EXPECT_FALSE(typed.isAccepted());
+    EXPECT_FALSE(grid.EditWindow());
 }
 
 TEST_F(GridWidgetEditorTest, TheTextIsAsFarFromBothEdgesOfTheEditor) {

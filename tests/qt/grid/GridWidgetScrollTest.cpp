@@ -22,6 +22,18 @@ TEST_F(GridWidgetScrollTest, NoScrollBarsWhereEverythingFits) {
     EXPECT_EQ(widget->horizontalScrollBar()->maximum(), 0);
 }
 
+TEST_F(GridWidgetScrollTest, AColumnThatTheOtherScrollBarCoversCanBeScrolledIntoSight) {
+    Make(100, 2);
+    const int whole = widget->maximumViewportSize().width();
+    grid.SetColWidth(0, ColumnWidth);
+    grid.SetColWidth(1, whole - ColumnWidth);
+    QApplication::processEvents();
+    ASSERT_LT(Port()->width(), whole) << "rows need a scroll bar";
+    EXPECT_EQ(widget->horizontalScrollBar()->maximum(), whole - Port()->width());
+    grid.ShowCell(1, 1);
+    EXPECT_EQ(widget->Layout().CellRect(1, 1).right() + 1, Port()->width());
+}
+
 TEST_F(GridWidgetScrollTest, FrozenColumnsStayHiddenOnesTakeNoPart) {
     Make(10, 12);
     grid.SetColHidden(0, true);

@@ -495,6 +495,16 @@ TEST_F(BindersTest, FailureInAHandlerEndsInOneBox) {
     EXPECT_EQ(toolkit.MousePointer(), Pointer::Default);
 }
 
+TEST_F(BindersTest, StatusPanelHasAFrame) {
+    auto& widget = Add<StatusPanel>();
+    window.resize(300, 40);
+    window.show();
+    const QImage picture = widget.grab().toImage();
+    const QColor inside = picture.pixelColor(picture.width() / 2, picture.height() / 2);
+    EXPECT_NE(picture.pixelColor(picture.width() / 2, 0), inside);
+    EXPECT_NE(picture.pixelColor(0, picture.height() / 2), inside);
+}
+
 TEST_F(BindersTest, StatusPanelCutsInTheMiddleAndTellsAllInItsToolTip) {
     auto& control = New<Label>("Panel1");
     auto& widget = Add<StatusPanel>();

@@ -349,6 +349,8 @@ protected:
 
 TEST_F(FileDialogTest, IsWideEnoughForNamesSizesAndDates) {
     Ask([](QFileDialog& dialog) {
+        EXPECT_TRUE(dialog.testOption(QFileDialog::DontUseNativeDialog))
+            << "no desktop is behind this screen";
         const auto& details = Find<QTreeView>(dialog, "treeView");
         EXPECT_GE(dialog.width(), details.fontMetrics().averageCharWidth() * 120);
         dialog.reject();

@@ -144,7 +144,8 @@ const Text& cField::Relation() const noexcept {
 }
 
 void cField::SetRelation(Text value) {
-    Edit().relation = std::make_shared<const Text>(std::move(value));  // who reads it has compared
+    // To store the same text would part records that share their data: the one caller compares first.
+    Edit().relation = std::make_shared<const Text>(std::move(value));
 }
 
 void cField::CopyFrom(const cField& source) {

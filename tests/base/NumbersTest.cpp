@@ -62,6 +62,7 @@ TEST(NumbersTest, NumberAtTheFrontOfAText) {
         {"exponent beyond any integer", "1E99999999999", Infinity},
         {"negative exponent beyond any integer", "1E-99999999999", 0},
         {"zero with a huge exponent", "0E999", 0},
+        {"zero with an exponent beyond any integer", "0.000E99999999999", 0},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(NumberAtFront(c.text), c.value) << c.label;

@@ -412,8 +412,8 @@ class Run:
                 self.equivalent += 1
             return 1
         begin = time.monotonic()
-        # A default of a member is in whoever makes the object.
-        is_spread = name.endswith(".h") and mutation.used is None and not WITH_QT
+        # A default of a member is in whoever makes the object, and a template in whoever uses it.
+        is_spread = name.endswith(".h") and mutation.used is None
         paths = worker.make(name, mutation, source)
         noticed = worker.try_out(name, paths) if paths else None
         if noticed is None and is_spread:

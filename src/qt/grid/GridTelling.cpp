@@ -6,9 +6,6 @@
 namespace kd {
 
 void GridTelling::CurrentCell() {
-    if (!QAccessible::isActive()) {
-        return;
-    }
     QAccessibleEvent selection(&m_widget, QAccessible::Selection);
     QAccessible::updateAccessibility(&selection);
     if (m_widget.hasFocus() && m_grid.Row() > 0) {
@@ -24,10 +21,8 @@ void GridTelling::Table() {
     }
     m_rows = m_grid.Rows();
     m_cols = m_grid.Cols();
-    if (QAccessible::isActive()) {
-        QAccessibleTableModelChangeEvent reset(&m_widget, QAccessibleTableModelChangeEvent::ModelReset);
-        QAccessible::updateAccessibility(&reset);
-    }
+    QAccessibleTableModelChangeEvent reset(&m_widget, QAccessibleTableModelChangeEvent::ModelReset);
+    QAccessible::updateAccessibility(&reset);
 }
 
 }  // namespace kd

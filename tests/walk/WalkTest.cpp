@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <array>
 #include <cstdlib>
@@ -99,6 +100,15 @@ TEST(WalkTest, WhateverTheUserDoesGridRecordsMarksAndFilesStayInOrder) {
     EXPECT_THAT(NeverReached(walker), testing::IsEmpty());
     EXPECT_GT(walker.Watch().Looks(), events / 5);
     EXPECT_GT(walker.Watch().Marks(), events / 10);
+}
+
+TEST(WalkTest, ScreenReadersFindTheProgramsGridAsATable) {
+    const WalkFolder folder;
+    Application program(folder.Folders());
+    const QAccessibleInterface* const told =
+        QAccessible::queryAccessibleInterface(program.Window().findChild<QWidget*>("Grid"));
+    ASSERT_NE(told, nullptr);
+    EXPECT_EQ(told->role(), QAccessible::Table);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QHash>
-#include <QPointer>
 #include <QWindow>
 #include <algorithm>
 #include <utility>
@@ -19,21 +18,18 @@ namespace {
 /// nobody listens to a million cells.
 constexpr int MostToldCells = 1000;
 
-/// One cell, made when a screen reader asks for it. Row 0 is the header.
+/// One cell, made when a screen reader asks for it. Row 0 is the header. The table forgets it before the
+/// widget goes.
 class GridCellAccessible : public QAccessibleInterface, public QAccessibleTableCellInterface {
 public:
-    GridCellAccessible(GridWidget* widget, std::int32_t row, std::int32_t screenCol)
+    GridCellAccessible(GridWidget& widget, std::int32_t row, std::int32_t screenCol)
         : m_widget(widget), m_row(row), m_screenCol(screenCol) {}
 
     // QAccessibleInterface
-    bool isValid() const override {
-        return !m_widget.isNull() && m_row < Grid().Rows() && m_screenCol < Grid().Cols();
-    }
+    bool isValid() const override { return m_row < Grid().Rows() && m_screenCol < Grid().Cols(); }
     QObject* object() const override { return nullptr; }
-    QWindow* window() const override { return isValid() ? m_widget->window()->windowHandle() : nullptr; }
-    QAccessibleInterface* parent() const override {
-        return m_widget.isNull() ? nullptr : QAccessible::queryAccessibleInterface(m_widget);
-    }
+    QWindow* window() const override { return m_widget.window()->windowHandle(); }
+    QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(&m_widget); }
     QAccessibleInterface* child(int /*index*/) const override { return nullptr; }
     int childCount() const override { return 0; }
     int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
@@ -61,9 +57,9 @@ public:
     QAccessibleInterface* table() const override { return parent(); }
 
 private:
-    const VSFlexGrid& Grid() const { return m_widget->Grid(); }
+    const VSFlexGrid& Grid() const { return m_widget.Grid(); }
 
-    QPointer<GridWidget> m_widget;
+    GridWidget& m_widget;
     std::int32_t m_row;
     std::int32_t m_screenCol;
 };
@@ -89,9 +85,8 @@ QRect GridCellAccessible::rect() const {
     if (!isValid()) {
         return {};
     }
-    const QRect place = m_widget->Layout().CellRect(m_row, m_screenCol);
-    return place.isEmpty() ? QRect()
-                           : QRect(m_widget->viewport()->mapToGlobal(place.topLeft()), place.size());
+    const QRect place = m_widget.Layout().CellRect(m_row, m_screenCol);
+    return place.isEmpty() ? QRect() : QRect(m_widget.viewport()->mapToGlobal(place.topLeft()), place.size());
 }
 
 QAccessible::State GridCellAccessible::state() const {
@@ -100,29 +95,28 @@ QAccessible::State GridCellAccessible::state() const {
         state.invalid = true;
         return state;
     }
-    const QRect place = m_widget->Layout().CellRect(m_row, m_screenCol);
+    const QRect place = m_widget.Layout().CellRect(m_row, m_screenCol);
     state.invisible = place.isEmpty();
-    state.offscreen = !place.isEmpty() && m_widget->Layout().ShownRect(m_row, m_screenCol).isEmpty();
+    state.offscreen = !place.isEmpty() && m_widget.Layout().ShownRect(m_row, m_screenCol).isEmpty();
     if (m_row > 0) {
         const bool current = m_row == Grid().Row() && m_screenCol == Grid().Col();
         state.selectable = true;
         state.focusable = true;
         state.selected = isSelected();
         state.active = current;
-        state.focused = current && m_widget->hasFocus();
+        state.focused = current && m_widget.hasFocus();
         state.multiSelectable = true;
     }
     return state;
 }
 
 bool GridCellAccessible::isSelected() const {
-    return isValid() && m_row > 0 && m_widget->Manner().IsSelected({m_row, m_screenCol});
+    return isValid() && m_row > 0 && m_widget.Manner().IsSelected({m_row, m_screenCol});
 }
 
 QList<QAccessibleInterface*> GridCellAccessible::columnHeaderCells() const {
-    QAccessibleInterface* owner = parent();
-    return owner == nullptr || m_row == 0 ? QList<QAccessibleInterface*>()
-                                          : QList<QAccessibleInterface*>{owner->child(m_screenCol)};
+    return m_row == 0 ? QList<QAccessibleInterface*>()
+                      : QList<QAccessibleInterface*>{parent()->child(m_screenCol)};
 }
 
 /// The grid as a table: data rows counted from 0, hidden rows and columns counted, the header told as the
@@ -150,13 +144,13 @@ public:
     QAccessibleInterface* caption() const override { return nullptr; }
     QAccessibleInterface* summary() const override { return nullptr; }
     QAccessibleInterface* cellAt(int row, int column) const override {
-        return row < 0 || column < 0 || column >= Grid().Cols() ? nullptr : CellOf(row + 1, column);
+        return row < 0 ? nullptr : CellOf(row + 1, column);
     }
     int selectedCellCount() const override { return Manner().SelectedCount(); }
     QList<QAccessibleInterface*> selectedCells() const override;
     QString columnDescription(int column) const override {
-        return column >= 0 && column < Grid().Cols() && Grid().Rows() > 0 ? ToQt(Grid().TextMatrix(0, column))
-                                                                          : QString();
+        const QAccessibleInterface* const header = CellOf(0, column);
+        return header == nullptr ? QString() : header->text(QAccessible::Name);
     }
     QString rowDescription(int /*row*/) const override { return {}; }
     int selectedColumnCount() const override { return static_cast<int>(selectedColumns().size()); }
@@ -176,6 +170,7 @@ public:
 private:
     VSFlexGrid& Grid() const { return m_widget.Grid(); }
     const GridManner& Manner() const { return m_widget.Manner(); }
+    /// Null outside the grid.
     QAccessibleInterface* CellOf(std::int32_t row, std::int32_t screenCol) const;
     void Forget();
 
@@ -192,8 +187,7 @@ QAccessibleInterface* GridAccessible::CellOf(std::int32_t row, std::int32_t scre
     if (known != m_cells.constEnd()) {
         return QAccessible::accessibleInterface(*known);
     }
-    auto* cell =
-        new GridCellAccessible(&m_widget, row, screenCol);  // NOLINT(cppcoreguidelines-owning-memory)
+    auto* cell = new GridCellAccessible(m_widget, row, screenCol);  // NOLINT(cppcoreguidelines-owning-memory)
     m_cells.insert(key, QAccessible::registerAccessibleInterface(cell));  // which owns it from here on
     return cell;
 }
@@ -207,7 +201,7 @@ void GridAccessible::Forget() {
 
 QAccessibleInterface* GridAccessible::child(int index) const {
     const std::int32_t cols = Grid().Cols();
-    return index < 0 || cols == 0 ? nullptr : CellOf(index / cols, index % cols);
+    return cols == 0 ? nullptr : CellOf(index / cols, index % cols);
 }
 
 int GridAccessible::indexOfChild(const QAccessibleInterface* child) const {
@@ -271,11 +265,7 @@ QAccessibleInterface* MakeGridAccessible(const QString& /*className*/, QObject* 
 }  // namespace
 
 void InstallGridAccessibility() {
-    static const bool installed = [] {
-        QAccessible::installFactory(MakeGridAccessible);
-        return true;
-    }();
-    (void)installed;  // only its making counts
+    QAccessible::installFactory(MakeGridAccessible);  // which the toolkit keeps once
 }
 
 }  // namespace kd

@@ -29,7 +29,7 @@ Text PageAddress(std::string_view folder, std::string_view page) {
     const QString root = QDir::cleanPath(QDir::fromNativeSeparators(ToQt(folder)));
     const QString name = QDir::fromNativeSeparators(ToQt(page.substr(0, mark)));
     const QString path = QDir::cleanPath(root + QLatin1Char('/') + name);
-    if (!path.startsWith(root.endsWith(QLatin1Char('/')) ? root : root + QLatin1Char('/'))) {
+    if (!path.startsWith(root + QLatin1Char('/'))) {
         return {};
     }
     QUrl url = QUrl::fromLocalFile(path);

@@ -12,8 +12,11 @@
 namespace kd {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::IsSupersetOf;
+using testing::Not;
 
 struct Told {
     QAccessible::Event type;
@@ -48,7 +51,9 @@ protected:
     }
 
 private:
-    static void Switch(bool on) { QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(on); }
+    static void Switch(bool on) {
+        QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(on);
+    }
 
     static inline std::vector<Told> s_heard;
 };
@@ -82,13 +87,28 @@ TEST_F(GridTellingTest, ATableOfAnotherSizeIsToldOnce) {
     (void)Heard();
     grid.SetRows(7);
     QApplication::processEvents();
-    EXPECT_THAT(Heard(), testing::Contains(anew).Times(1));
+    EXPECT_THAT(Heard(), Contains(anew).Times(1));
     grid.SetCols(4);
     QApplication::processEvents();
-    EXPECT_THAT(Heard(), testing::Contains(anew).Times(1));
+    EXPECT_THAT(Heard(), Contains(anew).Times(1));
     widget->LayoutChanged();
     QApplication::processEvents();
     EXPECT_THAT(Heard(), IsEmpty());
+}
+
+TEST_F(GridTellingTest, TheCurrentCellIsToldWhenTheKeyboardComesToItAndNotWhenItGoes) {
+    const Told selection{QAccessible::Selection, -1};
+    Make(5, 3);
+    grid.Select(2, 1);
+    (void)Heard();
+    other->setFocus();
+    EXPECT_THAT(Heard(), Not(Contains(selection)));
+    widget->setFocus();
+    EXPECT_THAT(Heard(), IsSupersetOf(CurrentCell(2, 1, 3)));
+    QTest::keyClick(widget, Qt::Key_F2);
+    (void)Heard();
+    widget->setFocus();
+    EXPECT_THAT(Heard(), Not(Contains(selection))) << "its editor has it";
 }
 
 }  // namespace

@@ -47,10 +47,9 @@ AboutDialog::AboutDialog(frmAbout& form, EventBoundary& boundary, QWidget* paren
     row->addSpacing(fontMetrics().height());
     row->addLayout(texts, 1);
     auto* const column = new QVBoxLayout(this);
-    column->addLayout(row, 1);
+    column->addLayout(row);
     column->addLayout(Row({}, {ok}));
 
-    TabThrough({website, email, ok});
     SetButtons(ok, ok);
     ok->setFocus();
     setSizeGripEnabled(false);

@@ -32,7 +32,6 @@ AdminDialog::AdminDialog(frmApplicationAdmin& form, EventBoundary& boundary, QWi
     auto* const filter = new ComboBoxWidget(this);
     new ComboBoxBinder(form.cboFilter, *filter, boundary);
     filter->setFont(FilterFont(font()));
-    filter->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     filter->setMinimumContentsLength(20);
     filter->SetSpokenName(tr("Filter criteria"));
     QPushButton* const apply = WidgetFor(form.cmdFilter, QLatin1Char('p'));
@@ -50,12 +49,10 @@ AdminDialog::AdminDialog(frmApplicationAdmin& form, EventBoundary& boundary, QWi
     auto* const column = new QVBoxLayout(this);
     column->addWidget(label);
     column->addLayout(top);
-    column->addWidget(grid, 1);
+    column->addWidget(grid);
     column->addLayout(Row({add, remove, help}, {ok, cancel}));
 
-    TabThrough({filter, apply, grid, add, remove, help, ok, cancel});
     SetButtons(ok, cancel);
-    filter->setFocus();
     const int letter = fontMetrics().averageCharWidth();
     resize(letter * 130, fontMetrics().height() * 32);
 }

@@ -21,10 +21,9 @@ AutoFilterDialog::AutoFilterDialog(frmAutoFilter& form, EventBoundary& boundary,
 
     auto* const column = new QVBoxLayout(this);
     column->addWidget(all);
-    column->addWidget(list, 1);
+    column->addWidget(list);
     column->addLayout(Row({}, {ok, cancel}));
 
-    TabThrough({all, list, ok, cancel});
     SetButtons(ok, cancel);
     list->setFocus();
     resize(fontMetrics().averageCharWidth() * 42, fontMetrics().height() * 24);

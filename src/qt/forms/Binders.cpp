@@ -14,14 +14,17 @@
 
 namespace kd {
 
-bool IsUserFocus(const QFocusEvent& event) {
-    switch (event.reason()) {
+bool IsUserFocus(const QEvent& event) {
+    if (event.type() != QEvent::FocusIn) {
+        return false;
+    }
+    switch (static_cast<const QFocusEvent&>(event).reason()) {
         case Qt::ActiveWindowFocusReason:
         case Qt::PopupFocusReason:
         case Qt::MenuBarFocusReason:
             return false;
         default:
-            return event.gotFocus();
+            return true;
     }
 }
 
@@ -50,8 +53,7 @@ void ControlBinder::Show() {
 }
 
 bool ControlBinder::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == &m_anyWidget && event->type() == QEvent::FocusIn &&
-        IsUserFocus(*static_cast<QFocusEvent*>(event))) {
+    if (watched == &m_anyWidget && IsUserFocus(*event)) {
         m_boundary.Run([this] { m_control.UserFocus(); });
     }
     return QObject::eventFilter(watched, event);
@@ -62,10 +64,6 @@ bool ControlBinder::eventFilter(QObject* watched, QEvent* event) {
 LabelBinder::LabelBinder(Label& control, QLabel& widget, EventBoundary& boundary, bool clickable)
     : ControlBinder(control, widget, boundary), m_label(control), m_widget(widget), m_clickable(clickable) {
     m_widget.setTextFormat(Qt::PlainText);
-    if (clickable) {
-        m_widget.setFocusPolicy(Qt::StrongFocus);
-        m_widget.setCursor(Qt::PointingHandCursor);
-    }
     Show();
 }
 
@@ -80,7 +78,7 @@ void LabelBinder::Show() {
 }
 
 bool LabelBinder::eventFilter(QObject* watched, QEvent* event) {
-    if (m_clickable && watched == &m_widget) {
+    if (m_clickable) {
         bool click = false;
         if (event->type() == QEvent::MouseButtonRelease) {
             const auto* mouse = static_cast<QMouseEvent*>(event);
@@ -114,10 +112,8 @@ void ButtonBinder::Show() {
 
 CheckBoxBinder::CheckBoxBinder(CheckBox& control, QCheckBox& widget, EventBoundary& boundary, QChar mnemonic)
     : ControlBinder(control, widget, boundary), m_check(control), m_widget(widget), m_mnemonic(mnemonic) {
-    connect(&m_widget, &QCheckBox::clicked, this, [this] {
-        Boundary().Run([this] { m_check.UserClick(); });
-        Show();
-    });
+    connect(&m_widget, &QCheckBox::clicked, this,
+            [this] { Boundary().Run([this] { m_check.UserClick(); }); });
     Show();
 }
 
@@ -132,10 +128,8 @@ void CheckBoxBinder::Show() {
 OptionButtonBinder::OptionButtonBinder(OptionButton& control, QRadioButton& widget, EventBoundary& boundary,
                                        QChar mnemonic)
     : ControlBinder(control, widget, boundary), m_option(control), m_widget(widget), m_mnemonic(mnemonic) {
-    connect(&m_widget, &QRadioButton::clicked, this, [this] {
-        Boundary().Run([this] { m_option.UserClick(); });
-        Show();
-    });
+    connect(&m_widget, &QRadioButton::clicked, this,
+            [this] { Boundary().Run([this] { m_option.UserClick(); }); });
     Show();
 }
 
@@ -159,7 +153,6 @@ OptionGroupBinder::OptionGroupBinder(OptionGroup& control, QWidget& box, std::ve
             if (m_group.Selected() != member || !button->hasFocus()) {
                 Boundary().Run([this, member] { m_group.UserSelect(member); });
             }
-            Show();
         });
     }
     Show();
@@ -178,7 +171,7 @@ void OptionGroupBinder::Show() {
 }
 
 bool OptionGroupBinder::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::FocusIn && IsUserFocus(*static_cast<QFocusEvent*>(event))) {
+    if (IsUserFocus(*event)) {
         const auto found = std::find(m_buttons.begin(), m_buttons.end(), watched);
         if (found != m_buttons.end()) {
             const auto member = static_cast<std::int32_t>(found - m_buttons.begin());
@@ -212,10 +205,11 @@ void TextBoxBinder::Show() {
     ControlBinder::Show();
     const QString text = ToQt(m_text.Value());
     if (m_widget.text() != text) {
-        const int cursor = m_widget.text().size() == text.size() ? m_widget.cursorPosition() : -1;
+        const bool pasted = m_widget.text().size() == text.size();
+        const int cursor = m_widget.cursorPosition();
         m_widget.setText(text);
-        if (cursor >= 0) {
-            m_widget.setCursorPosition(cursor);  // where the user pasted
+        if (pasted) {
+            m_widget.setCursorPosition(cursor);
         }
     }
 }
@@ -228,15 +222,12 @@ ComboBoxBinder::ComboBoxBinder(ComboBox& control, ComboBoxWidget& widget, EventB
         Show();  // what the control makes of the text need not be what was pasted
     });
     m_widget.EnterPressed = [this] {
-        bool usedUp = false;
+        bool usedUp = true;  // by a handler that fails too: its message is the answer to the key
         Boundary().Run([&] { usedUp = m_combo.UserEnter(); });
         return usedUp;
     };
-    connect(&m_widget, &QComboBox::activated, this, [this](int index) {
-        if (index >= 0 && index < static_cast<int>(m_combo.Entries().size())) {
-            Boundary().Run([&] { m_combo.UserChoose(index); });
-        }
-    });
+    connect(&m_widget, &QComboBox::activated, this,
+            [this](int index) { Boundary().Run([this, index] { m_combo.UserChoose(index); }); });
     Show();
 }
 
@@ -263,8 +254,6 @@ void ComboBoxBinder::Show() {
 
 ProgressBarBinder::ProgressBarBinder(ProgressBar& control, QProgressBar& widget, EventBoundary& boundary)
     : ControlBinder(control, widget, boundary), m_progress(control), m_widget(widget) {
-    m_widget.setRange(0, 100);
-    m_widget.setTextVisible(false);
     Show();
 }
 

@@ -38,9 +38,9 @@ private:
     EventBoundary& m_boundary;
 };
 
-/// Whether a focus event is the user's own move to the widget, and not the window's coming to the front or
-/// the end of a menu.
-bool IsUserFocus(const QFocusEvent& event);
+/// Whether an event is the user's own move to the widget, and not the window's coming to the front or the end
+/// of a menu.
+bool IsUserFocus(const QEvent& event);
 
 /// The caption is shown as it stands. With `clickable` a click of the mouse, Enter or Space is the label's
 /// click.

@@ -24,12 +24,10 @@ CommitDialog::CommitDialog(frmCommit& form, EventBoundary& boundary, QWidget* pa
 
     auto* const column = new QVBoxLayout(this);
     column->addWidget(label);
-    column->addWidget(list, 1);
+    column->addWidget(list);
     column->addLayout(Row({all}, {ok, cancel}));
 
-    TabThrough({list, all, ok, cancel});
     SetButtons(ok, cancel);
-    list->setFocus();
     const int letter = fontMetrics().averageCharWidth();
     resize(letter * 100, fontMetrics().height() * 24);
 }

@@ -15,7 +15,7 @@ namespace kd {
 
 namespace {
 
-/// A frame with the group's options in one column, as far from each other as the frame is high.
+/// A frame with the group's options in one column from its top on.
 QGroupBox* FrameOf(OptionGroup& group, const Label& frame, EventBoundary& boundary, QWidget* parent) {
     auto* const box = new QGroupBox(parent);
     box->setObjectName(ToQt(frame.Name()));
@@ -38,7 +38,6 @@ QGroupBox* FrameOf(OptionGroup& group, const Label& frame, EventBoundary& bounda
 
 FillDialog::FillDialog(frmFill& form, EventBoundary& boundary, QWidget* parent)
     : FormDialog(form, boundary, parent) {
-    // Made in the order in which Tab goes through them.
     QRadioButton* const constant = WidgetFor(form.optFillConstant, QLatin1Char('U'));
     QLineEdit* const text = WidgetFor(form.txtConstant, tr("Constant value"));
     QRadioButton* const calculation = WidgetFor(form.optFillLimit, QLatin1Char('c'));
@@ -59,7 +58,6 @@ FillDialog::FillDialog(frmFill& form, EventBoundary& boundary, QWidget* parent)
     grid->addWidget(limitFrame, 2, 1);
     grid->addWidget(operationFrame, 2, 2);
     grid->addWidget(value, 2, 3, Qt::AlignVCenter);
-    grid->setColumnStretch(3, 1);
     auto* const column = new QVBoxLayout(this);
     column->addLayout(grid);
     column->addStretch();

@@ -116,16 +116,6 @@ void FormDialog::SetButtons(QPushButton* defaultButton, QPushButton* cancelButto
     m_cancelButton = cancelButton;
 }
 
-void FormDialog::TabThrough(std::initializer_list<QWidget*> widgets) {
-    QWidget* before = nullptr;
-    for (QWidget* const widget : widgets) {
-        if (before != nullptr) {
-            setTabOrder(before, widget);
-        }
-        before = widget;
-    }
-}
-
 void FormDialog::reject() {
     if (m_cancelButton != nullptr) {
         m_cancelButton->click();
@@ -214,9 +204,7 @@ void FormDialog::moveEvent(QMoveEvent* event) {
 void FormDialog::changeEvent(QEvent* event) {
     QDialog::changeEvent(event);
     FollowFrame();
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
-        setAttribute(Qt::WA_KeyboardFocusChange);  // whoever has the keyboard shows it from the beginning
-    }
+    setAttribute(Qt::WA_KeyboardFocusChange);  // whoever has the keyboard shows it from the beginning
 }
 
 }  // namespace kd

@@ -36,7 +36,8 @@ public:
 protected:
     /// A widget of this window for a control of its form, joined with it by the binder of its kind.
     /// `mnemonic` is the letter that leads there with Alt; `spokenName` what a screen reader calls a field,
-    /// which has no text of its own.
+    /// which has no text of its own. Tab goes through the widgets in the order in which they are made, and
+    /// the first of them has the keyboard where the window gives it to none.
     QLabel* WidgetFor(Label& control);
     QPushButton* WidgetFor(Button& control, QChar mnemonic = {});
     QCheckBox* WidgetFor(CheckBox& control, QChar mnemonic);
@@ -48,8 +49,6 @@ protected:
     /// The button that Enter presses wherever no other button has the focus, and the one that Esc presses;
     /// either may be null. To be called when all widgets are there.
     void SetButtons(QPushButton* defaultButton, QPushButton* cancelButton);
-    /// The order in which Tab goes through the widgets.
-    static void TabThrough(std::initializer_list<QWidget*> widgets);
 
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;

@@ -45,10 +45,7 @@ private:
 
 void SetUp(QListView& view, ListModel& model) {
     view.setUniformItemSizes(true);
-    view.setLayoutMode(QListView::SinglePass);
-    view.setEditTriggers(QAbstractItemView::NoEditTriggers);
     view.setTextElideMode(Qt::ElideNone);
-    view.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     view.setModel(&model);
 }
 
@@ -68,17 +65,15 @@ public:
     TickDelegate(ListBox& control, QListView& view, EventBoundary& boundary)
         : EvenDelegate(control, view), m_control(control), m_boundary(boundary) {}
 
-    bool editorEvent(QEvent* event, QAbstractItemModel* /*model*/, const QStyleOptionViewItem& option,
+    bool editorEvent(QEvent* event, QAbstractItemModel* /*model*/, const QStyleOptionViewItem& /*option*/,
                      const QModelIndex& index) override {
         bool turn = false;
         if (event->type() == QEvent::MouseButtonRelease) {
-            const auto* mouse = static_cast<QMouseEvent*>(event);
-            turn = mouse->button() == Qt::LeftButton && option.rect.contains(mouse->position().toPoint());
+            turn = static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton;
         } else if (event->type() == QEvent::KeyPress) {
-            const int key = static_cast<QKeyEvent*>(event)->key();
-            turn = key == Qt::Key_Space || key == Qt::Key_Select;
+            turn = static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space;
         }
-        if (!turn || !index.isValid()) {
+        if (!turn) {
             return false;
         }
         const std::int32_t row = index.row();
@@ -117,7 +112,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 }
 
 Qt::ItemFlags ListModel::flags(const QModelIndex& index) const {
-    const Qt::ItemFlags flags = QAbstractListModel::flags(index) | Qt::ItemNeverHasChildren;
+    const Qt::ItemFlags flags = QAbstractListModel::flags(index);
     return m_checkable ? flags | Qt::ItemIsUserCheckable : flags;
 }
 
@@ -150,7 +145,7 @@ ListBinder::ListBinder(ListBox& control, QListView& widget, EventBoundary& bound
     connect(m_view.selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& current) {
                 if (!m_showing) {
-                    m_list.SetListIndex(current.isValid() ? current.row() : -1);
+                    m_list.SetListIndex(current.row());
                 }
             });
     Show();
@@ -200,8 +195,7 @@ void ListBinder::Show() {
 }
 
 void ListBinder::ShowCurrent() {
-    const std::int32_t index = m_list.ListIndex();
-    m_view.selectionModel()->setCurrentIndex(index < 0 ? QModelIndex() : m_model->index(index),
+    m_view.selectionModel()->setCurrentIndex(m_model->index(m_list.ListIndex()),
                                              QItemSelectionModel::NoUpdate);
 }
 
@@ -212,41 +206,25 @@ CheckListBinder::CheckListBinder(ListBox& control, QListView& widget, EventBound
       m_list(control),
       m_view(widget),
       m_model(new ListModel(control, true, this)) {
-    m_view.setSelectionMode(QAbstractItemView::SingleSelection);
     SetUp(m_view, *m_model);
     m_view.setItemDelegate(new TickDelegate(control, m_view, boundary));
     connect(m_view.selectionModel(), &QItemSelectionModel::currentChanged, this,
-            [this](const QModelIndex& current) {
-                if (!m_showing) {
-                    m_list.SetListIndex(current.isValid() ? current.row() : -1);
-                }
-            });
+            [this](const QModelIndex& current) { m_list.SetListIndex(current.row()); });
     Show();
 }
 
 void CheckListBinder::Show() {
-    if (m_showing) {
-        return;
-    }
-    m_showing = true;
-    const Scope shown([this] { m_showing = false; });
     ControlBinder::Show();
     m_model->Refresh();
-    const std::int32_t index = m_list.ListIndex();
-    const QModelIndex current = index < 0 ? QModelIndex() : m_model->index(index);
     // Told also where there is none: the view would else make its first entry the current one as soon as it
     // gets the keyboard, and the first Space would turn that over.
-    if (m_view.currentIndex() != current || !current.isValid()) {
-        m_view.setCurrentIndex(current);
-    }
+    m_view.setCurrentIndex(m_model->index(m_list.ListIndex()));
 }
 
 bool CheckListBinder::eventFilter(QObject* watched, QEvent* event) {
     // Without a current entry the view takes End for the way to the first one.
-    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_End &&
-        !m_view.currentIndex().isValid() && m_list.Count() > 0) {
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_End) {
         m_view.setCurrentIndex(m_model->index(m_list.Count() - 1));
-        return true;
     }
     return ControlBinder::eventFilter(watched, event);
 }

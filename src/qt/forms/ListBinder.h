@@ -60,7 +60,6 @@ private:
     ListBox& m_list;
     QListView& m_view;
     ListModel* m_model;
-    bool m_showing = false;
 };
 
 }  // namespace kd

@@ -29,15 +29,12 @@ ReplaceDialog::ReplaceDialog(frmReplace& form, EventBoundary& boundary, QWidget*
     grid->addWidget(replaceLabel, 2, 0);
     grid->addWidget(replace, 2, 1);
     grid->addWidget(matchCase, 3, 1);
-    grid->setColumnStretch(1, 1);
     auto* const column = new QVBoxLayout(this);
     column->addLayout(grid);
     column->addStretch();
     column->addLayout(Row({}, {doReplace, cancel}));
 
-    TabThrough({find, replace, matchCase, doReplace, cancel});
     SetButtons(doReplace, nullptr);
-    find->setFocus();
     resize(sizeHint().expandedTo(QSize(fontMetrics().averageCharWidth() * 56, 0)));
 }
 

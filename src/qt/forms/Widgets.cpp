@@ -40,19 +40,18 @@ void LinkWidget::paintEvent(QPaintEvent* event) {
 }
 
 StatusPanel::StatusPanel(QWidget* parent) : QLabel(parent) {
-    setTextFormat(Qt::PlainText);
     setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     setMargin(2);
 }
 
 QSize StatusPanel::minimumSizeHint() const {
-    return {0, sizeHint().height()};
+    return sizeHint();
 }
 
 QSize StatusPanel::sizeHint() const {
     const int around = 2 * (margin() + frameWidth());
-    return {fontMetrics().averageCharWidth() * 20 + around, fontMetrics().height() + around};
+    return {0, fontMetrics().height() + around};  // as wide as the window gives it
 }
 
 QString StatusPanel::ShownText() const {

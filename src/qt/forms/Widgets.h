@@ -19,7 +19,7 @@ namespace kd {
 /// A check box whose click changes nothing by itself.
 class CheckBoxWidget : public QCheckBox {
 public:
-    explicit CheckBoxWidget(QWidget* parent = nullptr) : QCheckBox(parent) { setTristate(true); }
+    using QCheckBox::QCheckBox;
 
 protected:
     void nextCheckState() override {}
@@ -47,7 +47,6 @@ public:
     explicit ComboBoxWidget(QWidget* parent = nullptr) : QComboBox(parent) {
         setEditable(true);
         setInsertPolicy(QComboBox::NoInsert);
-        setDuplicatesEnabled(true);  // else Enter replaces the text by an entry in another case
         setCompleter(nullptr);
         setMaxVisibleItems(21);
         // The toolkit takes a typed text that is the same as an entry for a choice once the focus goes.
@@ -73,26 +72,22 @@ protected:
     // The arrow keys in the closed field would choose from the list, and the typed text were lost.
     void keyPressEvent(QKeyEvent* event) override {
         switch (event->key()) {
-            case Qt::Key_Return:
-            case Qt::Key_Enter:
-                if (EnterPressed && EnterPressed()) {
-                    event->accept();
-                    return;
-                }
-                break;
-            case Qt::Key_Down:
-                showPopup();
-                event->accept();
-                return;
             case Qt::Key_Up:
             case Qt::Key_PageUp:
             case Qt::Key_PageDown:
-                event->accept();
                 return;
+            case Qt::Key_Down:
+                showPopup();
+                return;
+            case Qt::Key_Return:
+            case Qt::Key_Enter:
+                if (EnterPressed && EnterPressed()) {
+                    return;
+                }
+                [[fallthrough]];
             default:
-                break;
+                QComboBox::keyPressEvent(event);
         }
-        QComboBox::keyPressEvent(event);
     }
     // The wheel over the closed field would choose from the list by accident.
     void wheelEvent(QWheelEvent* event) override { event->ignore(); }

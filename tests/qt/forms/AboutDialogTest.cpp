@@ -11,7 +11,8 @@ class AboutDialogTest : public WindowFixture {
 protected:
     void SetUp() override {
         WindowFixture::SetUp();
-        ShowActive(window);
+        screen.toolkit.ShowModeless(form);
+        Activate();
     }
     void About(std::function<void(QWidget&)> user) {
         Modals modals;
@@ -40,6 +41,44 @@ TEST_F(AboutDialogTest, TellsTitleVersionAndMaker) {
         EXPECT_NEAR(dialog.frameGeometry().center().y(), middle.y(), 1);
         dialog.close();
     });
+}
+
+TEST_F(AboutDialogTest, TitleIsBoldAndLargerThanTheOtherTexts) {
+    About([](QWidget& dialog) {
+        const QFont title = Find(dialog, "lblAppTitle").font();
+        const QFont others = Find(dialog, "lblVersion").font();
+        EXPECT_NEAR(title.pointSizeF(), others.pointSizeF() * 1.4, 0.01);
+        EXPECT_TRUE(title.bold());
+        EXPECT_FALSE(others.bold());
+        dialog.close();
+    });
+}
+
+TEST_F(AboutDialogTest, PictureIsNotScaledAndStandsLeftOfTheTexts) {
+    const QIcon before = QApplication::windowIcon();
+    QIcon icon;
+    for (const int size : {48, 64, 128}) {
+        QPixmap drawn(size, size);
+        drawn.fill(size == 64 ? Qt::red : Qt::blue);
+        icon.addPixmap(drawn);
+    }
+    QApplication::setWindowIcon(icon);
+    About([](QWidget& dialog) {
+        const auto& image = Find<QLabel>(dialog, "Image1");
+        const QPixmap picture = image.pixmap();
+        EXPECT_EQ(picture.deviceIndependentSize(), QSizeF(64, 64));
+        EXPECT_EQ(picture.toImage().pixelColor(0, 0), QColor(Qt::red));
+        EXPECT_EQ(image.size(), QSize(64, 64));
+        EXPECT_EQ(image.y(), Find(dialog, "lblAppTitle").y());
+        for (const char* const text :
+             {"lblAppTitle", "lblVersion", "lblCompanyInfo", "lblWebsite", "lblEmail"}) {
+            EXPECT_GE(Find(dialog, text).x(), image.geometry().right() + dialog.fontMetrics().height())
+                << text << " has a line's height between";
+            EXPECT_EQ(Find(dialog, text).x(), Find(dialog, "lblAppTitle").x()) << text;
+        }
+        dialog.close();
+    });
+    QApplication::setWindowIcon(before);
 }
 
 TEST_F(AboutDialogTest, ShownAgainItHasTheKeyboardWhereItBegins) {

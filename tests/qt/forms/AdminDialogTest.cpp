@@ -68,6 +68,28 @@ TEST_F(AdminDialogTest, FilterIsTypedInLettersOfOneWidth) {
     });
 }
 
+TEST_F(AdminDialogTest, LettersOfTheFilterAreOfOneWidthWhateverFontsThereAre) {
+    Show([](QWidget& window) {
+        EXPECT_EQ(Find(window, "cboFilter").font().styleHint(), QFont::Monospace);
+        window.close();
+    });
+}
+
+TEST_F(AdminDialogTest, FilterKeepsRoomForTwentyLettersAndLongCriteriaDoNotWidenTheDialog) {
+    desk.g.gRecents->Add(Text(300, 'w'));
+    Show([](QWidget& window) {
+        auto& filter = Find<QComboBox>(window, "cboFilter");
+        filter.showPopup();
+        ASSERT_EQ(filter.count(), 2);
+        filter.hidePopup();
+        EXPECT_EQ(filter.minimumContentsLength(), 20);
+        window.resize(1, window.height());
+        QTest::qWait(0);
+        EXPECT_LT(window.width(), filter.fontMetrics().horizontalAdvance(QString(300, QLatin1Char('w'))));
+        window.close();
+    });
+}
+
 TEST_F(AdminDialogTest, NoTwoMnemonicsAreTheSame) {
     Show([](QWidget& window) {
         QStringList letters;

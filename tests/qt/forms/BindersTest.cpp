@@ -32,6 +32,18 @@ protected:
         layout.addWidget(widget);
         return *widget;
     }
+    template <typename B, typename C, typename W>
+    std::pair<Control*, QWidget*> Bound(const char* name) {
+        auto& control = New<C>(name);
+        auto& widget = Add<W>();
+        new B(control, widget, boundary);
+        return {&control, &widget};
+    }
+    /// Something gives the widget the keyboard, for that reason.
+    static void GiveFocus(QWidget& widget, Qt::FocusReason reason) {
+        QFocusEvent given(QEvent::FocusIn, reason);
+        QApplication::sendEvent(&widget, &given);
+    }
 };
 
 TEST_F(BindersTest, WidgetBearsTheControlsName) {
@@ -42,18 +54,27 @@ TEST_F(BindersTest, WidgetBearsTheControlsName) {
 }
 
 TEST_F(BindersTest, EnabledAndVisibleFollowTheControlBothWays) {
-    auto& control = New<Button>("cmdOk");
-    auto& widget = Add<QPushButton>();
-    new ButtonBinder(control, widget, boundary);
+    auto& group = New<OptionGroup>("optLimits", std::vector<Text>());
+    auto& box = Add<QWidget>();
+    new OptionGroupBinder(group, box, {}, boundary);
+    const std::pair<Control*, QWidget*> all[] = {
+        Bound<LabelBinder, Label, QLabel>("Label1"),
+        Bound<ButtonBinder, Button, QPushButton>("cmdOk"),
+        Bound<CheckBoxBinder, CheckBox, CheckBoxWidget>("chkMatchCase"),
+        Bound<OptionButtonBinder, OptionButton, OptionWidget>("optFillLimit"),
+        {&group, &box},
+        Bound<TextBoxBinder, TextBox, QLineEdit>("txtFind"),
+        Bound<ComboBoxBinder, ComboBox, ComboBoxWidget>("cboFilter"),
+        Bound<ProgressBarBinder, ProgressBar, QProgressBar>("ProgressBar1")};
     window.show();
-    control.SetEnabled(false);
-    EXPECT_FALSE(widget.isEnabled());
-    control.SetEnabled(true);
-    EXPECT_TRUE(widget.isEnabled());
-    control.SetVisible(false);
-    EXPECT_FALSE(widget.isVisible());
-    control.SetVisible(true);
-    EXPECT_TRUE(widget.isVisible());
+    for (const auto& each : all) {
+        for (const bool on : {false, true, false, true}) {
+            each.first->SetEnabled(on);
+            EXPECT_EQ(each.second->isEnabled(), on) << each.first->Name();
+            each.first->SetVisible(on);
+            EXPECT_EQ(each.second->isVisible(), on) << each.first->Name();
+        }
+    }
 }
 
 TEST_F(BindersTest, AWidgetThatHasNoWindowYetDoesNotOpenByItself) {
@@ -101,6 +122,21 @@ TEST_F(BindersTest, FormGivesTheFocusAndTheUsersFocusReachesTheForm) {
     EXPECT_EQ(QApplication::focusWidget(), &firstWidget);
 }
 
+TEST_F(BindersTest, AWindowThatComesBackAndAMenuThatGoesAreNoMoveOfTheUser) {
+    auto& control = New<TextBox>("txtFind");
+    int got = 0;
+    control.GotFocus = [&] { ++got; };
+    auto& widget = Add<QLineEdit>();
+    new TextBoxBinder(control, widget, boundary);
+    for (const Qt::FocusReason reason :
+         {Qt::ActiveWindowFocusReason, Qt::PopupFocusReason, Qt::MenuBarFocusReason}) {
+        GiveFocus(widget, reason);
+        EXPECT_EQ(got, 0) << reason;
+    }
+    GiveFocus(widget, Qt::TabFocusReason);
+    EXPECT_EQ(got, 1);
+}
+
 TEST(IsUserFocusTest, WindowsAndMenusComingAndGoingAreNotTheUsersMove) {
     struct Case {
         const char* label;
@@ -141,10 +177,29 @@ TEST_F(BindersTest, LabelThatActsAsLinkIsClickedByMouseAndKeyboard) {
     widget.setFocus();
     Press(Qt::Key_Return);
     Press(Qt::Key_Space);
-    EXPECT_EQ(clicks, 3);
+    Press(Qt::Key_Enter);
+    EXPECT_EQ(clicks, 4);
     Press(Qt::Key_A);
     QTest::mouseClick(&widget, Qt::RightButton);
-    EXPECT_EQ(clicks, 3);
+    QTest::mousePress(&widget, Qt::LeftButton);
+    QTest::mouseRelease(&widget, Qt::LeftButton, {}, QPoint(-2, widget.height() / 2));
+    EXPECT_EQ(clicks, 4);
+}
+
+TEST_F(BindersTest, AKeyThatClicksALinkIsNotTheWindowsToo) {
+    auto& control = New<Label>("lblWebsite");
+    auto& widget = Add<QLabel>();
+    new LabelBinder(control, widget, boundary, true);
+    struct Case {
+        Qt::Key key;
+        bool usedUp;
+    };
+    for (const Case& c : {Case{Qt::Key_Return, true}, Case{Qt::Key_Enter, true}, Case{Qt::Key_Space, true},
+                          Case{Qt::Key_Escape, false}}) {
+        QKeyEvent pressed(QEvent::KeyPress, c.key, Qt::NoModifier);
+        QApplication::sendEvent(&widget, &pressed);
+        EXPECT_EQ(pressed.isAccepted(), c.usedUp) << c.key;
+    }
 }
 
 TEST_F(BindersTest, PlainLabelIsNotClicked) {
@@ -212,6 +267,7 @@ TEST_F(BindersTest, OptionButtonIsSelectedByItsFormAlone) {
     control.SetCaption("Limit");
     auto& widget = Add<OptionWidget>();
     new OptionButtonBinder(control, widget, boundary);
+    EXPECT_EQ(widget.text(), "Limit");
     window.show();
     ClickMark(widget);
     EXPECT_FALSE(widget.isChecked());
@@ -220,7 +276,22 @@ TEST_F(BindersTest, OptionButtonIsSelectedByItsFormAlone) {
     EXPECT_TRUE(widget.isChecked());
     control.SetValue(false);
     EXPECT_FALSE(widget.isChecked());
-    EXPECT_EQ(widget.text(), "Limit");
+}
+
+TEST_F(BindersTest, AnOptionButtonLeavesTheOneBesideItToTheForm) {
+    auto& first = New<OptionButton>("optFillConstant");
+    auto& second = New<OptionButton>("optFillLimit");
+    auto& firstWidget = Add<OptionWidget>();
+    auto& secondWidget = Add<OptionWidget>();
+    new OptionButtonBinder(first, firstWidget, boundary);
+    new OptionButtonBinder(second, secondWidget, boundary);
+    first.SetValue(true);
+    second.SetValue(true);
+    EXPECT_TRUE(firstWidget.isChecked());
+    EXPECT_TRUE(secondWidget.isChecked());
+    first.SetValue(false);
+    EXPECT_FALSE(firstWidget.isChecked());
+    EXPECT_TRUE(secondWidget.isChecked());
 }
 
 class OptionGroupTest : public BindersTest {
@@ -243,8 +314,10 @@ protected:
 };
 
 TEST_F(OptionGroupTest, MembersShowCaptionsAndTheSelectedOne) {
-    EXPECT_EQ(buttons[1]->text(), "UCL");
-    EXPECT_EQ(buttons[1]->objectName(), "optLimits_1");
+    for (std::size_t index = 0; index < buttons.size(); ++index) {
+        EXPECT_EQ(buttons[index]->text().toStdString(), control.Captions()[index]);
+        EXPECT_EQ(buttons[index]->objectName(), QString("optLimits_%1").arg(index));
+    }
     EXPECT_TRUE(buttons[0]->isChecked());
     control.SetSelected(2);
     EXPECT_TRUE(buttons[2]->isChecked());
@@ -256,6 +329,32 @@ TEST_F(OptionGroupTest, ClickSelectsAMemberOnce) {
     EXPECT_EQ(control.Selected(), 1);
     EXPECT_TRUE(buttons[1]->isChecked());
     EXPECT_EQ(got, 1);
+}
+
+TEST_F(OptionGroupTest, AMemberThatIsPressedWithoutTheKeyboardIsChosen) {
+    ASSERT_FALSE(buttons[1]->hasFocus());
+    buttons[1]->click();
+    EXPECT_EQ(control.Selected(), 1);
+    EXPECT_TRUE(buttons[1]->isChecked());
+    EXPECT_EQ(got, 1);
+    buttons[1]->click();
+    EXPECT_EQ(control.Selected(), 1);
+    EXPECT_EQ(got, 2);
+}
+
+TEST_F(OptionGroupTest, AMemberThatHasTheKeyboardIsChosenAgainAfterTheFormChoseAnother) {
+    ClickMark(*buttons[1]);
+    control.SetSelected(0);
+    Press(Qt::Key_Space);
+    EXPECT_EQ(control.Selected(), 1);
+    EXPECT_TRUE(buttons[1]->isChecked());
+    EXPECT_EQ(got, 2);
+}
+
+TEST_F(OptionGroupTest, AWindowThatComesBackSelectsNoMember) {
+    GiveFocus(*buttons[2], Qt::ActiveWindowFocusReason);
+    EXPECT_EQ(control.Selected(), 0);
+    EXPECT_EQ(got, 0);
 }
 
 TEST_F(OptionGroupTest, ArrowKeySelectsTheNextMember) {
@@ -296,6 +395,8 @@ TEST_F(BindersTest, TextBoxShowsAndTakesText) {
     EXPECT_EQ(control.Value(), "10.50");
     control.SetValue("\xC3\xA4");
     EXPECT_EQ(widget.text(), QString::fromUtf8("\xC3\xA4"));
+    control.SetValue("cement");
+    EXPECT_EQ(widget.cursorPosition(), 6) << "behind a text of another length";
     control.SelectAll();
     EXPECT_EQ(widget.selectedText(), widget.text());
 }
@@ -316,10 +417,11 @@ TEST_F(BindersTest, TextThatWasToBeSelectedBeforeItsWidgetCameIsSelectedOnce) {
 
 TEST_F(BindersTest, ALongTextIsNeverCut) {
     auto& control = New<TextBox>("txtFind");
-    auto& widget = Add<QLineEdit>();
-    new TextBoxBinder(control, widget, boundary);
     const Text before(40000, 'a');
     control.SetValue(before);
+    auto& widget = Add<QLineEdit>();
+    new TextBoxBinder(control, widget, boundary);
+    EXPECT_EQ(widget.text().size(), 40000);
     ShowActive(window);
     widget.setFocus();
     Type("b");
@@ -419,6 +521,39 @@ TEST_F(ComboBoxTest, TypedTextThatIsAnEntryToTheLetterIsNoChoice) {
     EXPECT_EQ(control.Value(), "milk");
 }
 
+TEST_F(ComboBoxTest, APastedLineEndIsSeenAsABlankWhereItWasPasted) {
+    Type("ad");
+    widget.lineEdit()->setCursorPosition(1);
+    QApplication::clipboard()->setText("b\r\nc");
+    widget.lineEdit()->paste();
+    EXPECT_EQ(control.Value(), "ab  cd");
+    EXPECT_EQ(widget.currentText(), "ab  cd");
+    EXPECT_EQ(widget.lineEdit()->cursorPosition(), 5);
+}
+
+TEST_F(ComboBoxTest, EnterIsTheFormsWhereItUsesTheKeyUp) {
+    EXPECT_FALSE(widget.EnterPressed());
+    for (const bool usedUp : {true, false}) {
+        control.Enter = [usedUp] { return usedUp; };
+        EXPECT_EQ(widget.EnterPressed(), usedUp);
+    }
+}
+
+TEST_F(BindersTest, TextAndEntriesThatAComboBoxBeginsWithAreShown) {
+    auto& control = New<ComboBox>("cboFilter");
+    control.SetEntries({"Milk", "cement"});
+    control.SetValue("lime");
+    auto& widget = Add<ComboBoxWidget>();
+    new ComboBoxBinder(control, widget, boundary);
+    EXPECT_EQ(widget.count(), 2);
+    EXPECT_EQ(widget.currentText(), "lime");
+    EXPECT_EQ(widget.currentIndex(), -1);
+    control.SetEntries({"sand"});
+    EXPECT_EQ(widget.count(), 1) << "instead of those";
+    EXPECT_EQ(widget.itemText(0), "sand");
+    EXPECT_EQ(widget.currentText(), "lime");
+}
+
 TEST_F(ComboBoxTest, FormsTextIsShown) {
     control.SetValue("cement | lime");
     EXPECT_EQ(widget.currentText(), "cement | lime");
@@ -435,20 +570,24 @@ TEST_F(ComboBoxTest, ListIsBuiltAsItOpensAndTheTextStays) {
 }
 
 TEST_F(ComboBoxTest, ChoiceFromTheListReachesTheForm) {
-    widget.showPopup();
-    QTest::keyClick(static_cast<QWidget*>(widget.view()), Qt::Key_Down);
-    QTest::keyClick(static_cast<QWidget*>(widget.view()), Qt::Key_Down);
-    QTest::keyClick(static_cast<QWidget*>(widget.view()), Qt::Key_Return);
-    EXPECT_EQ(chosen, 1);
-    EXPECT_EQ(control.Value(), widget.currentText().toStdString());
-    EXPECT_FALSE(control.Value().empty());
+    int choices = 0;
+    for (const int row : {2, 0, 1}) {
+        widget.showPopup();
+        EXPECT_TRUE(widget.view()->isVisible());
+        widget.view()->setCurrentIndex(widget.model()->index(row, 0));
+        QTest::keyClick(static_cast<QWidget*>(widget.view()), Qt::Key_Return);
+        EXPECT_EQ(chosen, ++choices);
+        EXPECT_EQ(control.Value(), control.Entries()[static_cast<std::size_t>(row)]);
+        EXPECT_EQ(widget.currentText().toStdString(), control.Value());
+    }
 }
 
-TEST_F(ComboBoxTest, WheelDoesNotChoose) {
+TEST_F(ComboBoxTest, WheelDoesNotChooseAndGoesOnToWhatIsAround) {
     control.SetEntries({"", "Milk", "milk"});
     QWheelEvent wheel(QPointF(5, 5), widget.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120), Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(&widget, &wheel);
+    EXPECT_FALSE(wheel.isAccepted());
     EXPECT_EQ(chosen, 0);
     EXPECT_EQ(control.Value(), "");
 }

@@ -56,6 +56,17 @@ TEST_F(CommitDialogTest, IsWideEnoughForPathsAndHighEnoughForManyViews) {
     });
 }
 
+TEST_F(CommitDialogTest, WordsThatAreTooLongForALineGoOnInTheNext) {
+    const QString words = QStringLiteral("many applications have changed ").repeated(20);
+    form.Label1.SetCaption(words.toStdString());
+    Show([&words](QWidget& window) {
+        const auto& label = Find<QLabel>(window, "Label1");
+        EXPECT_LT(label.width(), label.fontMetrics().horizontalAdvance(words));
+        EXPECT_GE(label.height(), 2 * label.fontMetrics().height());
+        window.close();
+    });
+}
+
 TEST_F(CommitDialogTest, MousePicksAmongTheViews) {
     Show([&](QWidget& window) {
         ClickEntry(window, 1);

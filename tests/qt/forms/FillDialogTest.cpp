@@ -1,6 +1,7 @@
 #include "qt/forms/FillDialog.h"
 
 #include <QGroupBox>
+#include <QLayout>
 #include <QRadioButton>
 
 #include "qt/WindowFixture.h"
@@ -91,6 +92,65 @@ TEST_F(FillDialogTest, TabGoesFromTheConstantThroughTheCalculationToTheButtons) 
         EXPECT_EQ(TabOrder(dialog),
                   (std::vector<std::string>{"txtConstant", "optFillLimit", "optLimits_3", "optPlusMinus_0",
                                             "txtLimitValue", "cmdOk", "cmdCancel", "optFillConstant"}));
+        Cancel(dialog);
+    });
+}
+
+TEST_F(FillDialogTest, ConstantEndsWhereTheCalculationDoesAndBeginsWithItsFrames) {
+    LoadLimits();
+    ClickCell(1, cnUSL);
+    Fill([](QWidget& dialog) {
+        const auto at = [&dialog](const char* name) { return Find(dialog, name).geometry(); };
+        EXPECT_EQ(at("txtConstant").left(), at("fraLimits").left());
+        EXPECT_EQ(at("txtConstant").right(), at("txtLimitValue").right());
+        EXPECT_EQ(at("txtLimitValue").right(), at("cmdCancel").right());
+        EXPECT_EQ(at("optFillLimit").left(), at("optFillConstant").left());
+        EXPECT_EQ(at("optFillLimit").right(), at("txtConstant").right()) << "a click in the line chooses it";
+        EXPECT_EQ(at("lblLimit").right(), at("optFillConstant").right());
+        EXPECT_EQ(at("lblLimit").width(), Find(dialog, "lblLimit").sizeHint().width())
+            << "what is calculated stands before what it is calculated from";
+        EXPECT_EQ(at("fraPlusMinus").top(), at("fraLimits").top());
+        EXPECT_EQ(at("fraPlusMinus").bottom(), at("fraLimits").bottom());
+        Cancel(dialog);
+    });
+}
+
+TEST_F(FillDialogTest, OptionsStandBelowEachOtherFromTheTopOfTheirFrame) {
+    LoadLimits();
+    ClickCell(1, cnUSL);
+    Fill([](QWidget& dialog) {
+        std::vector<int> tops[2];
+        const std::pair<const char*, std::string> groups[] = {{"fraLimits", "optLimits_"},
+                                                              {"fraPlusMinus", "optPlusMinus_"}};
+        for (int group = 0; group < 2; ++group) {
+            auto& frame = Find<QGroupBox>(dialog, groups[group].first);
+            const auto options = frame.findChildren<QRadioButton*>();
+            EXPECT_EQ(options.size(), group == 0 ? 7 : 4);
+            int above = -1;
+            for (int index = 0; index < static_cast<int>(options.size()); ++index) {
+                const auto& option =
+                    Find<QRadioButton>(frame, (groups[group].second + std::to_string(index)).c_str());
+                const QRect at(option.mapTo(&frame, QPoint()), option.size());
+                EXPECT_EQ(at.left(), frame.layout()->contentsRect().left()) << groups[group].second << index;
+                EXPECT_GT(at.top(), above) << groups[group].second << index;
+                above = at.bottom();
+                tops[group].push_back(at.top());
+            }
+            EXPECT_EQ(tops[group].front(), frame.layout()->contentsRect().top()) << groups[group].first;
+        }
+        tops[0].resize(tops[1].size());
+        EXPECT_EQ(tops[1], tops[0]) << "the fewer options are no farther from each other";
+        Cancel(dialog);
+    });
+}
+
+TEST_F(FillDialogTest, ValueKeepsRoomForFourteenLettersInTheNarrowestDialog) {
+    LoadLimits();
+    ClickCell(1, cnUSL);
+    Fill([](QWidget& dialog) {
+        dialog.resize(1, dialog.height());
+        QTest::qWait(0);
+        EXPECT_EQ(Find(dialog, "txtLimitValue").width(), dialog.fontMetrics().averageCharWidth() * 14);
         Cancel(dialog);
     });
 }

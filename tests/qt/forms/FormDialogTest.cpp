@@ -1,9 +1,12 @@
 #include "qt/forms/FormDialog.h"
 
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMoveEvent>
+#include <QPaintEvent>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <optional>
 
 #include "qt/Screen.h"
@@ -17,9 +20,12 @@ struct PlainForm : Form {
     PlainForm() : Form("frmPlain") { SetCaption("Plain"); }
     void UserClose() override {
         ++closes;
-        Form::UserClose();
+        if (!refuses) {
+            Form::UserClose();
+        }
     }
     int closes = 0;
+    bool refuses = false;  // to be closed by its frame
     Button cmdOk{"cmdOk"};
     Button cmdCancel{"cmdCancel"};
     TextBox txtFind{"txtFind"};
@@ -27,6 +33,7 @@ struct PlainForm : Form {
     std::optional<QMargins> frame;  // that the desktop tells instead of its own
     std::optional<QRect> free;      // what windows may take of the screen
     std::optional<QRect> second;    // another screen of the desktop
+    bool anyScreen = true;
 };
 
 class PlainDialog : public FormDialog {
@@ -49,6 +56,9 @@ public:
 protected:
     QMargins Frame() const override { return m_plain.frame ? *m_plain.frame : FormDialog::Frame(); }
     std::vector<Room> Rooms() const override {
+        if (!m_plain.anyScreen) {
+            return {};
+        }
         std::vector<Room> rooms = FormDialog::Rooms();
         rooms.front().free = m_plain.free.value_or(rooms.front().free);
         if (m_plain.second) {
@@ -97,6 +107,7 @@ TEST_F(FormDialogTest, WindowBearsNameAndCaptionAndEndsWhenTheFormHides) {
         form.Hide();
     });
     EXPECT_FALSE(form.OnHide);
+    EXPECT_FALSE(form.OnChanged);
 }
 
 TEST_F(FormDialogTest, EnterPressesTheDefaultButtonAndEscTheCancelButton) {
@@ -119,10 +130,136 @@ TEST_F(FormDialogTest, EscDoesNothingWithoutACancelButton) {
 }
 
 TEST_F(FormDialogTest, FramesCloseIsTheFormsOwn) {
-    Show([&](QWidget& window) { window.close(); });
+    Show([&](QWidget& window) { EXPECT_TRUE(window.close()); });
     EXPECT_EQ(form.closes, 1);
     EXPECT_EQ(cancels, 0);
 }
+
+TEST_F(FormDialogTest, AFormThatRefusesToCloseStays) {
+    form.refuses = true;
+    Show([&](QWidget& window) {
+        EXPECT_FALSE(window.close());
+        EXPECT_TRUE(window.isVisible());
+        EXPECT_TRUE(form.Shown());
+        form.Hide();
+    });
+    EXPECT_EQ(form.closes, 1);
+}
+
+TEST_F(FormDialogTest, WhoeverHasTheKeyboardShowsItFromTheBeginning) {
+    Show([&](QWidget& window) {
+        EXPECT_TRUE(window.testAttribute(Qt::WA_KeyboardFocusChange));
+        form.Hide();
+    });
+}
+
+/// Notes whether the edge of a window, where no control stands, is drawn.
+class EdgeWatch : public QObject {
+public:
+    bool drawn = false;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        drawn = drawn || (event->type() == QEvent::Paint &&
+                          static_cast<QPaintEvent*>(event)->region().contains(QPoint(1, 1)));
+        return QObject::eventFilter(watched, event);
+    }
+};
+
+TEST_F(FormDialogTest, ADialogTakesOnOtherColoursWhileItIsOpen) {
+    Show([&](QWidget& window) {
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+        QApplication::processEvents();
+        EdgeWatch watch;
+        window.installEventFilter(&watch);
+        QPalette colours = window.palette();
+        colours.setColor(QPalette::Window, Qt::darkGreen);
+        window.setPalette(colours);
+        EXPECT_TRUE(QTest::qWaitFor([&watch] { return watch.drawn; }));
+        form.Hide();
+    });
+}
+
+// --- keyboard ---------------------------------------------------------------------------------------------
+
+struct RowForm : Form {
+    RowForm() : Form("frmRow") {}
+    TextBox txtFind{"txtFind"};
+    Button cmdFirst{"cmdFirst"};
+    Button cmdSecond{"cmdSecond"};
+    Button cmdLast{"cmdLast"};
+    bool withDefault = true;
+};
+
+class RowDialog : public FormDialog {
+public:
+    RowDialog(RowForm& form, EventBoundary& boundary, QWidget* parent) : FormDialog(form, boundary, parent) {
+        QLineEdit* const text = WidgetFor(form.txtFind, "Find what");
+        QPushButton* const last = WidgetFor(form.cmdLast);
+        QPushButton* const second = WidgetFor(form.cmdSecond);
+        QPushButton* const first = WidgetFor(form.cmdFirst);
+        auto* const column = new QVBoxLayout(this);
+        column->addWidget(text);
+        column->addLayout(Row({first}, {second, last}));
+        SetButtons(form.withDefault ? second : nullptr, nullptr);
+    }
+};
+
+class RowDialogTest : public testing::Test {
+protected:
+    QtToolkit toolkit;
+    RowForm form;
+    std::vector<Text> pressed;
+
+    void SetUp() override {
+        toolkit.Register<RowForm, RowDialog>();
+        for (Button* const button : {&form.cmdFirst, &form.cmdSecond, &form.cmdLast}) {
+            button->Click = [this, button] { pressed.push_back(button->Name()); };
+        }
+    }
+    void Show(const std::function<void(QWidget&)>& user) {
+        NextModal next([&](QWidget& window) {
+            user(window);
+            form.Hide();
+        });
+        toolkit.ShowModal(form);
+    }
+};
+
+TEST_F(RowDialogTest, EnterPressesTheButtonThatHasTheKeyboardAndElsewhereTheDefaultOne) {
+    Show([&](QWidget& window) {
+        for (const char* const name : {"txtFind", "cmdLast", "cmdFirst", "txtFind"}) {
+            Find(window, name).setFocus();
+            Press(Qt::Key_Return);
+        }
+    });
+    EXPECT_EQ(pressed, (std::vector<Text>{"cmdSecond", "cmdLast", "cmdFirst", "cmdSecond"}));
+}
+
+TEST_F(RowDialogTest, EnterPressesNothingWithoutADefaultButton) {
+    form.withDefault = false;
+    Show([&](QWidget& window) {
+        Find(window, "txtFind").setFocus();
+        Press(Qt::Key_Return);
+    });
+    EXPECT_EQ(pressed, std::vector<Text>());
+}
+
+TEST_F(RowDialogTest, TabGoesThroughTheWidgetsInTheOrderInWhichTheyAreMade) {
+    Show([&](QWidget& window) {
+        Find(window, "txtFind").setFocus();
+        for (const char* const next : {"cmdLast", "cmdSecond", "cmdFirst", "txtFind"}) {
+            Press(Qt::Key_Tab);
+            EXPECT_EQ(Focused()->objectName(), next);
+        }
+    });
+}
+
+TEST_F(RowDialogTest, AFieldBearsTheNameThatIsSpoken) {
+    Show([&](QWidget& window) { EXPECT_EQ(Find(window, "txtFind").accessibleName(), "Find what"); });
+}
+
+// --- place ------------------------------------------------------------------------------------------------
 
 TEST_F(FormDialogTest, StandsInTheMiddleOfTheScreenOrAtItsOwnPlace) {
     const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
@@ -283,6 +420,55 @@ TEST_F(FormDialogTest, AFrameThatIsToldLateLeavesAPlaceInsideTheScreenAndTheUser
         EXPECT_EQ(WayWhenFramed(window, form), QPoint(0, 0));
         form.Hide();
     });
+}
+
+TEST_F(FormDialogTest, OverAWindowItReckonsWithThatOnesFrameUntilItHasOneItself) {
+    QWidget below;
+    toolkit.SetMainWindow(&below, {}, {});
+    ShowActive(below);
+    const QMargins others = below.windowHandle()->frameMargins();
+    const QPoint end = QGuiApplication::primaryScreen()->availableGeometry().bottomRight() + QPoint(1, 1);
+    for (const QMargins& own : {QMargins(), QMargins(6, 48, 6, 6)}) {
+        form.frame = own;
+        form.SetOwnPlace({30000, 30000});
+        Show([&](QWidget& window) {
+            const QSize outer = window.size().grownBy(own.isNull() ? others : own);
+            EXPECT_EQ(window.pos() + QPoint(outer.width(), outer.height()), end);
+            form.Hide();
+        });
+    }
+}
+
+TEST_F(FormDialogTest, AFrameThatIsToldLateAndIsTheOneReckonedWithLeavesThePlaceToTheUser) {
+    QWidget below;
+    toolkit.SetMainWindow(&below, {}, {});
+    ShowActive(below);
+    form.frame = QMargins();
+    form.SetOwnPlace({30000, 30000});
+    Show([&](QWidget& window) {
+        window.move(60, 70);
+        EXPECT_EQ(WayWhenFramed(window, form, below.windowHandle()->frameMargins()), QPoint(0, 0));
+        EXPECT_EQ(window.pos(), QPoint(60, 70));
+        form.Hide();
+    });
+}
+
+TEST_F(FormDialogTest, ADialogOpensWhereNoScreenIsLeft) {
+    form.anyScreen = false;
+    Show([&](QWidget& window) {
+        EXPECT_TRUE(window.isVisible());
+        form.Hide();
+    });
+}
+
+TEST_F(FormDialogTest, AFormWhoseFocusIsUnknownBeginsWithItsFirstControl) {
+    for (const char* const name : {"", "cmdGone"}) {
+        form.SetFocusedControl(name);
+        Show([&](QWidget& window) {
+            EXPECT_EQ(window.focusWidget(), &Find(window, "txtFind")) << name;
+            form.Hide();
+        });
+    }
 }
 
 TEST_F(FormDialogTest, FormShownAgainHasTheFocusWhereItWas) {

@@ -238,6 +238,28 @@ TEST_F(ReplaceDialogTest, AllOfTheTextToFindIsSelectedAgainWhereTheFocusStayedOn
     ChooseReplace();
 }
 
+TEST_F(ReplaceDialogTest, EnterInATextReplacesAlsoWhereTheDialogCameBackWithTheFocusOnTheButton) {
+    LoadNames();
+    ClickCell(1, cnUSL);
+    Modals modals;
+    modals
+        .Then("frmReplace",
+              [](QWidget& dialog) {
+                  TypeInto(dialog, "txtFind", "1");
+                  TypeInto(dialog, "txtReplace", "x");
+                  Find(dialog, "cmdReplace").setFocus();
+                  Press(Qt::Key_Space);
+              })
+        .ThenBox("Fill contains invalid data - Could not Replace!\n\nFound: USL = 'x0.000'")
+        .Then("frmReplace", [](QWidget& dialog) {
+            EXPECT_EQ(Focused(), &Find(dialog, "cmdReplace"));
+            Enter(dialog, "1", "4");
+            EXPECT_FALSE(dialog.isVisible());
+        });
+    ChooseReplace();
+    EXPECT_EQ(Cell(1, cnUSL), "40.000");
+}
+
 TEST_F(ReplaceDialogTest, RefusedTextsAreOfferedByTheNextReplace) {
     LoadNames();
     ClickCell(1, cnUSL);

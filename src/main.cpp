@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
     kd::WindowSystem::PreferX11();
     const QApplication loop(argc, argv);
     kd::WindowSystem::ForgetChoice();
-    kd::ReadableStyle::Settle();
+    kd::ReadableStyle::Settle(QApplication::style()->name());
     QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
     QApplication::setDesktopFileName(QStringLiteral("com.example.kdlimitdesk"));
     // The first dialog is open before the main window is there; its end is not the program's.

@@ -70,7 +70,7 @@ int main(int argc, char** argv) {
     WindowSystem::PreferX11();
     const QApplication loop(argc, argv);
     WindowSystem::ForgetChoice();
-    ReadableStyle::Settle();
+    ReadableStyle::Settle(QApplication::style()->name());
     QApplication::setApplicationName(QStringLiteral("KDLimitDesk"));
     QApplication::setQuitOnLastWindowClosed(false);
     QCommandLineParser options;

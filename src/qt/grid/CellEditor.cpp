@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "qt/grid/GridMetrics.h"
+#include "qt/services/Frame.h"
 
 namespace kd {
 
@@ -25,11 +26,7 @@ void CellEditor::keyPressEvent(QKeyEvent* event) {
 void CellEditor::paintEvent(QPaintEvent* event) {
     QLineEdit::paintEvent(event);
     QPainter painter(this);
-    const QColor colour = palette().color(QPalette::Highlight);
-    painter.fillRect(0, 0, width(), 2, colour);
-    painter.fillRect(0, height() - 2, width(), 2, colour);
-    painter.fillRect(0, 0, 2, height(), colour);
-    painter.fillRect(width() - 2, 0, 2, height(), colour);
+    DrawFrame(painter, rect(), FrameWidth, palette().color(QPalette::Highlight));
 }
 
 }  // namespace kd

@@ -6,25 +6,32 @@
 
 namespace kd {
 
+namespace {
+
+struct Colours {
+    QRgb left;
+    QRgb right;
+    QRgb outline;
+};
+constexpr Colours Grey{0xF4F4F4, 0x9A9A9A, 0x606060};
+constexpr Colours Red{0xFF8A8A, 0xD41010, 0x800000};
+
+}  // namespace
+
 void DrawFunnel(QPainter& painter, const QRectF& place, bool filtered) {
     QPainterPath funnel;
-    funnel.moveTo(1.5, 2.5);
-    funnel.lineTo(14.5, 2.5);
-    funnel.lineTo(9.5, 8.5);
-    funnel.lineTo(9.5, 12.0);
-    funnel.lineTo(6.5, 14.5);
-    funnel.lineTo(6.5, 8.5);
+    funnel.addPolygon(QPolygonF({{1.5, 2.5}, {14.5, 2.5}, {9.5, 8.5}, {9.5, 12.0}, {6.5, 14.5}, {6.5, 8.5}}));
     funnel.closeSubpath();
 
+    const Colours& colours = filtered ? Red : Grey;
     QLinearGradient shade(1.5, 0, 14.5, 0);
-    shade.setColorAt(0, filtered ? QColor(0xFF, 0x8A, 0x8A) : QColor(0xF4, 0xF4, 0xF4));
-    shade.setColorAt(1, filtered ? QColor(0xD4, 0x10, 0x10) : QColor(0x9A, 0x9A, 0x9A));
+    shade.setStops({{0, QColor(colours.left)}, {1, QColor(colours.right)}});
 
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(place.topLeft());
     painter.scale(place.width() / FunnelSize, place.height() / FunnelSize);
-    painter.setPen(QPen(filtered ? QColor(0x80, 0, 0) : QColor(0x60, 0x60, 0x60), 1.0));
+    painter.setPen(QColor(colours.outline));
     painter.setBrush(shade);
     painter.drawPath(funnel);
     painter.restore();

@@ -6,6 +6,8 @@ namespace kd {
 
 /// Blank pixels between a cell's edge and its text, left and right.
 inline constexpr int CellMargin = 4;
+/// Of the frame of the current cell, and of its editor.
+inline constexpr int FrameWidth = 2;
 /// What a row is higher than its text, the grid line included.
 inline constexpr int RowMargin = 5;
 /// What the header is higher than a row, so that its picture stands below the text's middle.

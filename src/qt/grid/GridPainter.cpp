@@ -5,6 +5,7 @@
 
 #include "qt/grid/Funnel.h"
 #include "qt/grid/GridMetrics.h"
+#include "qt/services/Frame.h"
 
 namespace kd {
 
@@ -39,15 +40,9 @@ QColor LineColour(const QColor& ground, const QColor& text) {
     return Blend(Blend(ground, text, 2), ground, 2);
 }
 
-void DrawFrame(QPainter& painter, const QRect& place, const QColor& colour) {
-    const int left = place.left();
-    const int top = place.top();
-    const int width = place.width() - 1;
-    const int height = place.height() - 1;
-    painter.fillRect(left, top, width, 2, colour);
-    painter.fillRect(left, top + height - 2, width, 2, colour);
-    painter.fillRect(left, top, 2, height, colour);
-    painter.fillRect(left + width - 2, top, 2, height, colour);
+/// A cell without the lines at its right and below.
+QRect InsideLines(const QRect& cell) {
+    return {cell.topLeft(), cell.size() - QSize(1, 1)};
 }
 
 }  // namespace
@@ -79,7 +74,7 @@ void GridPainter::Paint(QPainter& painter, const QRect& exposed, const QPalette&
     painter.setFont(m_scroll.Widths().Font());
     PaintColumns(canvas, exposed, true);
     PaintColumns(canvas, exposed, false);
-    if (m_grid.Row() < 1 || m_grid.Row() >= m_grid.Rows()) {
+    if (m_grid.Row() < 1) {
         return;
     }
     if (!m_manner.WholeRows()) {
@@ -103,13 +98,14 @@ void GridPainter::PaintColumns(const Canvas& canvas, const QRect& exposed, bool 
     canvas.painter.setClipRect(area);
     for (const GridLayout::Column& column : layout.Columns()) {
         const int left = layout.LeftOf(column);
-        if (column.frozen != frozen || left > area.right() || left + column.width <= area.left()) {
+        const QRect strip(left, area.top(), column.width, area.height());
+        if (column.frozen != frozen || !strip.intersects(area)) {
             continue;
         }
         PaintHeaderCell(canvas, {left, 0, column.width, sizes.headerHeight}, column.screenCol);
-        QRect place(left, sizes.headerHeight, column.width - 1, sizes.rowHeight - 1);
+        QRect place = InsideLines({left, sizes.headerHeight, column.width, sizes.rowHeight});
         for (int index = begin; index < end; ++index, place.translate(0, sizes.rowHeight)) {
-            if (place.top() <= area.bottom() && place.bottom() + 1 >= area.top()) {
+            if (place.intersects(area)) {
                 PaintCell(canvas, place, {visible[static_cast<std::size_t>(index)], column.screenCol});
             }
         }
@@ -117,7 +113,6 @@ void GridPainter::PaintColumns(const Canvas& canvas, const QRect& exposed, bool 
     }
     PaintLines(canvas, QRect(area.left(), area.top(), right - area.left(), area.height()), frozen,
                std::max(end - begin, 0));
-    canvas.painter.setClipping(false);
 }
 
 void GridPainter::PaintLines(const Canvas& canvas, const QRect& area, bool frozen, int rows) const {
@@ -126,13 +121,14 @@ void GridPainter::PaintLines(const Canvas& canvas, const QRect& area, bool froze
     const QColor line =
         LineColour(canvas.palette.color(QPalette::Base), canvas.palette.color(QPalette::Text));
     const int bottom = sizes.headerHeight + rows * sizes.rowHeight;
-    for (int y = sizes.headerHeight + sizes.rowHeight - 1; y < bottom; y += sizes.rowHeight) {
+    for (int row = 1; row <= rows; ++row) {
+        const int y = sizes.headerHeight + row * sizes.rowHeight - 1;
         canvas.painter.fillRect(area.left(), y, area.width(), 1, line);
     }
     for (const GridLayout::Column& column : layout.Columns()) {
         if (column.frozen == frozen) {
             const int right = layout.LeftOf(column) + column.width;
-            const bool border = frozen && right == layout.FrozenWidth();
+            const bool border = right == layout.FrozenWidth();
             canvas.painter.fillRect(right - 1, sizes.headerHeight, 1, bottom - sizes.headerHeight,
                                     border ? canvas.palette.color(QPalette::Text) : line);
         }
@@ -143,7 +139,7 @@ void GridPainter::PaintHeaderCell(const Canvas& canvas, const QRect& place, std:
     const QColor ground = canvas.palette.color(QPalette::Button);
     const QColor text = canvas.palette.color(QPalette::ButtonText);
     canvas.painter.fillRect(place, ground);
-    QRect inside = place.adjusted(0, 0, -1, -1);
+    QRect inside = InsideLines(place);
     const HeaderPicture picture = m_grid.CellPicture(screenCol);
     if (picture != HeaderPicture::None) {
         const QRect corner(inside.right() - FunnelSize, inside.bottom() - FunnelSize, FunnelSize, FunnelSize);
@@ -172,17 +168,17 @@ void GridPainter::PaintCell(const Canvas& canvas, const QRect& place, GridCell c
 void GridPainter::PaintText(QPainter& painter, const QRect& place, std::string_view text,
                             CellAlignment alignment) const {
     const TextWidths& widths = m_scroll.Widths();
-    const QRectF inside = QRectF(place).adjusted(CellMargin, 0, -CellMargin, 0);
-    const QString shown = widths.Fitted(text, inside.width());
+    const double width = place.width() - 2 * CellMargin;
+    const QString shown = widths.Fitted(text, width);
     // The text is placed here: the toolkit's own placing lays out a paragraph for each cell.
-    double left = inside.left();
+    double left = place.left() + CellMargin;
     if (alignment != caLeftCenter) {
         const double sum = widths.AtMost(text);
-        const double room = inside.width() - (sum <= inside.width() ? sum : widths.ExactOf(shown));
+        const double room = width - (sum <= width ? sum : widths.ExactOf(shown));
         left += alignment == caRightCenter ? room : room / 2;
     }
     const QFontMetricsF& metrics = widths.Metrics();
-    const double top = inside.top() + (inside.height() - metrics.height()) / 2;
+    const double top = place.top() + (place.height() - metrics.height()) / 2;
     QStaticText* shaped = m_shaped.object(shown);
     if (shaped == nullptr) {
         shaped = new QStaticText(shown);  // NOLINT(cppcoreguidelines-owning-memory): the cache owns it
@@ -201,22 +197,23 @@ void GridPainter::FrameCurrentRow(const Canvas& canvas) const {
     QRect place = layout.CellRect(last.row, last.screenCol);
     place.setLeft(layout.LeftOf(layout.Columns().front()));
     canvas.painter.setClipRect(layout.ClipOf(last.row, false));
-    DrawFrame(canvas.painter, place, ReadableOn(LookOf(last, canvas.palette).ground));
+    DrawFrame(canvas.painter, InsideLines(place), FrameWidth,
+              ReadableOn(LookOf(last, canvas.palette).ground));
 }
 
 void GridPainter::FrameCurrentCell(const Canvas& canvas) const {
     const GridLayout& layout = m_scroll.Layout();
     const GridCell cell{m_grid.Row(), m_grid.Col()};
     const GridLayout::Column* column = layout.Find(cell.screenCol);
-    const QRect place = layout.CellRect(cell.row, cell.screenCol);
-    if (column == nullptr || place.isEmpty()) {
+    if (column == nullptr) {
         return;
     }
     const QColor ground = LookOf(cell, canvas.palette).ground;
     const QColor highlight = canvas.palette.color(QPalette::Highlight);
     const bool reads = std::abs(Brightness(ground) - Brightness(highlight)) > 0.25;
     canvas.painter.setClipRect(layout.ClipOf(cell.row, column->frozen));
-    DrawFrame(canvas.painter, place, reads ? highlight : ReadableOn(ground));
+    DrawFrame(canvas.painter, InsideLines(layout.CellRect(cell.row, cell.screenCol)), FrameWidth,
+              reads ? highlight : ReadableOn(ground));
 }
 
 }  // namespace kd

@@ -8,6 +8,8 @@
 #include <QStyleOption>
 #include <algorithm>
 
+#include "qt/services/Frame.h"
+
 namespace kd {
 
 namespace {
@@ -33,18 +35,23 @@ QColor EdgeColour(const QPalette& palette) {
 
 enum class Shape { Box, Round };
 
-void DrawEdge(const QStyleOption& option, QPainter& painter, Shape shape) {
+/// A line of one pixel along the inside of the place's edges.
+void DrawOutline(QPainter& painter, const QRect& place, const QColor& colour, Shape shape) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(EdgeColour(option.palette));
+    painter.setPen(colour);
     painter.setBrush(Qt::NoBrush);
-    const QRectF place = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QRectF middle = QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5);
     if (shape == Shape::Round) {
-        painter.drawEllipse(place);
+        painter.drawEllipse(middle);
     } else {
-        painter.drawRoundedRect(place, 2, 2);
+        painter.drawRoundedRect(middle, 2, 2);
     }
     painter.restore();
+}
+
+void DrawEdge(const QStyleOption& option, QPainter& painter, Shape shape) {
+    DrawOutline(painter, option.rect, EdgeColour(option.palette), shape);
 }
 
 }  // namespace
@@ -62,8 +69,7 @@ void ReadableStyle::AskForDarkColours() {
 #endif
 }
 
-void ReadableStyle::Settle() {
-    const QString desktopStyle = QApplication::style()->name();
+void ReadableStyle::Settle(const QString& desktopStyle) {
     QPalette colours = QApplication::palette();
     const QString name = NameFor(desktopStyle, colours);
     QApplication::setStyle(new ReadableStyle(name));  // the application owns it
@@ -89,22 +95,14 @@ void ReadableStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* 
     if (element == PE_PanelButtonCommand && option->state.testFlag(State_HasFocus) &&
         option->state.testFlag(State_KeyboardFocusChange)) {
         // A marked button looks the same with the keyboard and without.
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->setPen(option->palette.color(QPalette::Highlight));
-        painter->setBrush(Qt::NoBrush);
-        painter->drawRoundedRect(QRectF(option->rect).adjusted(3.5, 3.5, -3.5, -3.5), 2, 2);
-        painter->restore();
+        DrawOutline(*painter, option->rect.adjusted(3, 3, -3, -3), option->palette.color(QPalette::Highlight),
+                    Shape::Box);
     }
     if (element == PE_Frame && option->state.testFlag(State_HasFocus) &&
         qobject_cast<const QAbstractScrollArea*>(widget) != nullptr &&
         qobject_cast<const QDialog*>(widget->window()) != nullptr) {
         // A list without a current entry would not show that it has the keyboard.
-        painter->save();
-        painter->setPen(option->palette.color(QPalette::Highlight));
-        painter->setBrush(Qt::NoBrush);
-        painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
-        painter->restore();
+        DrawFrame(*painter, option->rect, 1, option->palette.color(QPalette::Highlight));
     }
     if (!OnDarkGround(*option)) {
         return;

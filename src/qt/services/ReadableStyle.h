@@ -16,8 +16,8 @@ public:
     /// Windows hands its dark colours only to programs that ask before their application object is made. A
     /// platform that the user names stays.
     static void AskForDarkColours();
-    /// Makes the desktop's style the application's own.
-    static void Settle();
+    /// Makes the desktop's style, given by its name, the application's own.
+    static void Settle(const QString& desktopStyle);
     /// Name of the style to draw with, given the desktop's own: one that knows light parts alone gives way on
     /// a dark ground.
     static QString NameFor(const QString& desktopStyle, const QPalette& colours);

@@ -1,12 +1,28 @@
 #include "qt/grid/GridFixture.h"
 
+#include <QLinearGradient>
+#include <QPainter>
+#include <QPainterPath>
+#include <QStaticText>
 #include <QStyle>
+#include <functional>
 
 #include "qt/grid/Funnel.h"
 #include "qt/grid/GridMetrics.h"
+#include "qt/grid/GridPainter.h"
 
 namespace kd {
 namespace {
+
+/// Two parts of the one colour, one of the other.
+QColor Mixed(const QColor& two, const QColor& one) {
+    const auto mix = [](int a, int b) { return (2 * a + b) / 3; };
+    return {mix(two.red(), one.red()), mix(two.green(), one.green()), mix(two.blue(), one.blue())};
+}
+
+BackColour BackColourOf(const QColor& colour) {
+    return static_cast<BackColour>(colour.red() | colour.green() << 8 | colour.blue() << 16);
+}
 
 class GridWidgetPaintingTest : public GridFixture {
 protected:
@@ -37,7 +53,370 @@ protected:
         }
         return false;
     }
+    /// A grid without texts, below whose last whole row half a row is left.
+    void MakeBlank(std::int32_t rows, std::int32_t cols, std::unique_ptr<GridManner> manner = nullptr) {
+        Make(rows, cols, std::move(manner));
+        for (std::int32_t row = 0; row <= rows; ++row) {
+            for (std::int32_t col = 0; col < cols; ++col) {
+                grid.SetTextMatrix(row, col, "");
+            }
+        }
+        QApplication::processEvents();
+        const GridLayout::Sizes& sizes = widget->Layout().GetSizes();
+        const int port = sizes.headerHeight + 8 * sizes.rowHeight + sizes.rowHeight / 2;
+        widget->resize(260, widget->height() - Port()->height() + port);
+        QApplication::processEvents();
+    }
+    /// Whether the frame of the current cell, or of a list's current row, is there: two pixels along the
+    /// inside of the lines, above everything else.
+    bool InFrame(GridCell cell, QPoint at) const {
+        const GridLayout& layout = widget->Layout();
+        QRect frame = layout.CellRect(cell.row, cell.screenCol);
+        if (widget->Manner().WholeRows()) {
+            frame.setLeft(layout.LeftOf(layout.Columns().front()));
+            frame.setRight(layout.CellRect(cell.row, layout.Columns().back().screenCol).right());
+        }
+        return widget->Manner().IsCurrent(cell) && (widget->hasFocus() || !widget->Manner().WholeRows()) &&
+               frame.adjusted(0, 0, -1, -1).contains(at) && !frame.adjusted(2, 2, -3, -3).contains(at);
+    }
+    /// The colour that a pixel of a grid without texts has, by where the layout says that cells stand.
+    QColor Planned(QPoint at) const {
+        const GridLayout& layout = widget->Layout();
+        const auto of = [&](QPalette::ColorRole role) { return widget->palette().color(role); };
+        const GridCell cell = layout.CellAt(at);
+        if (cell.row < 0 || cell.screenCol < 0) {
+            return of(QPalette::Base);
+        }
+        const QRect place = layout.CellRect(cell.row, cell.screenCol);
+        const bool onLine = at.x() == place.right() || at.y() == place.bottom();
+        if (cell.row == 0) {
+            return onLine ? Mixed(of(QPalette::Button), of(QPalette::ButtonText)) : of(QPalette::Button);
+        }
+        const bool selected = widget->Manner().LooksSelected(cell);
+        if (InFrame(cell, at)) {
+            return !widget->Manner().WholeRows() ? of(QPalette::Highlight)
+                   : selected                    ? QColor(Qt::white)
+                                                 : QColor(Qt::black);
+        }
+        if (at.x() == place.right() && at.x() + 1 == layout.FrozenWidth()) {
+            return of(QPalette::Text);
+        }
+        if (onLine) {
+            return Mixed(Mixed(of(QPalette::Base), of(QPalette::Text)), of(QPalette::Base));
+        }
+        return of(selected ? QPalette::Highlight : QPalette::Base);
+    }
+    void ExpectAsPlanned(const char* label) const {
+        const QImage picture = Picture();
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixelColor(x, y) != Planned({x, y})) {
+                    ADD_FAILURE() << label << ": " << x << "," << y << " is "
+                                  << picture.pixelColor(x, y).name().toStdString() << ", not "
+                                  << Planned({x, y}).name().toStdString();
+                    return;
+                }
+            }
+        }
+    }
+    /// A place of the grid, drawn on a ground of that colour.
+    QImage Drawn(QRect place, const QColor& ground, const std::function<void(QPainter&)>& draw) const {
+        QPixmap sheet(Port()->size());
+        sheet.fill(ground);
+        QPainter painter(&sheet);
+        draw(painter);
+        painter.end();
+        return sheet.toImage().copy(place).convertToFormat(QImage::Format_RGB32);
+    }
+    QImage Seen(QRect place) const { return Picture().copy(place).convertToFormat(QImage::Format_RGB32); }
+    /// A text in the middle of a place's height, its margins kept, with what room it leaves on the side or
+    /// the sides that the alignment says.
+    void PutText(QPainter& painter, QRect place, const char* text, CellAlignment alignment,
+                 const QColor& colour) const {
+        TextWidths widths;
+        widths.SetFont(widget->font(), Port());
+        const int room = place.width() - 2 * CellMargin;
+        const QString shown = widths.Fitted(text, room);
+        const double left = room - widths.ExactOf(shown);
+        QStaticText drawn(shown);
+        drawn.setTextFormat(Qt::PlainText);
+        painter.setFont(widths.Font());
+        painter.setPen(colour);
+        painter.drawStaticText(QPointF(place.left() + CellMargin +
+                                           (alignment == caLeftCenter     ? 0
+                                            : alignment == caCenterCenter ? left / 2
+                                                                          : left),
+                                       place.top() + (place.height() - widths.Metrics().height()) / 2),
+                               drawn);
+    }
 };
+
+TEST_F(GridWidgetPaintingTest, GroundsLinesAndFrameStandWhereTheCellsDo) {
+    struct Case {
+        const char* label;
+        bool dark;
+        std::int32_t rows;
+        std::int32_t cols;
+        std::int32_t frozen;
+        int across;  // how far it is scrolled, in pixels
+        int down;    // in rows
+        GridCell current;
+        GridCell end;
+        GridCell hidden;
+    };
+    for (const Case& each :
+         {Case{"all in sight", false, 5, 3, 0, 0, 0, {1, 0}, {1, 0}, {}},
+          Case{"frozen columns", true, 5, 3, 2, 0, 0, {2, 1}, {4, 2}, {}},
+          Case{"the last of few rows", false, 5, 3, 1, 0, 0, {5, 2}, {4, 1}, {}},
+          Case{"scrolled", false, 60, 9, 2, 33, 4, {6, 2}, {8, 4}, {}},
+          Case{"scrolled in the dark", true, 60, 9, 1, 50, 4, {6, 3}, {5, 1}, {}},
+          Case{"a current row just above those in sight", false, 60, 9, 1, 40, 9, {9, 3}, {12, 5}, {}},
+          Case{"scrolled to the end", false, 60, 9, 1, 9999, 9999, {60, 8}, {58, 8}, {}},
+          Case{"the header's row is current", false, 5, 3, 0, 0, 0, {0, 1}, {2, 1}, {}},
+          Case{"a hidden row is current", false, 5, 3, 1, 0, 0, {3, 1}, {4, 2}, {3, -1}},
+          Case{"a hidden column is current", false, 5, 3, 1, 0, 0, {3, 1}, {4, 2}, {-1, 1}},
+          Case{"a hidden frozen column", false, 5, 4, 2, 0, 0, {3, 2}, {3, 3}, {-1, 1}},
+          Case{"no rows", false, 0, 3, 1, 0, 0, {0, 0}, {0, 0}, {}}}) {
+        MakeBlank(each.rows, each.cols);
+        UsePalette(each.dark);
+        grid.SetFrozenCols(each.frozen);
+        grid.Select(each.current.row, each.current.screenCol);
+        grid.ExtendSelection(each.end.row, each.end.screenCol);
+        if (each.hidden.row > 0) {
+            grid.SetRowHidden(each.hidden.row, true);
+        }
+        if (each.hidden.screenCol >= 0) {
+            grid.SetColHidden(each.hidden.screenCol, true);
+        }
+        QApplication::processEvents();
+        widget->horizontalScrollBar()->setValue(each.across);
+        widget->verticalScrollBar()->setValue(each.down);
+        ExpectAsPlanned(each.label);
+        grid.SetFrozenCols(0);
+        grid.SetRows(0);
+        grid.SetCols(0);
+    }
+}
+
+TEST_F(GridWidgetPaintingTest, AGridWithoutEvenAHeaderIsBlank) {
+    MakeBlank(3, 3);
+    UsePalette(false);
+    grid.SetRows(0);
+    QApplication::processEvents();
+    ExpectAsPlanned("without a header");
+}
+
+TEST_F(GridWidgetPaintingTest, AListWithTheKeyboardFramesItsCurrentRowAsAWhole) {
+    MakeBlank(60, 2, std::make_unique<ListManner>(grid));
+    UsePalette(false);
+    QPalette colours = widget->palette();
+    colours.setColor(QPalette::Highlight, QColor(0, 0, 128));
+    widget->setPalette(colours);
+    grid.SetIsSelected(3, true);
+    grid.Select(2, 0);
+    QApplication::processEvents();
+    ExpectAsPlanned("current");
+    grid.Select(3, 1);
+    ExpectAsPlanned("current and selected");
+    other->setFocus();
+    ExpectAsPlanned("without the keyboard");
+    widget->setFocus();
+    grid.SetColWidth(0, 500);
+    QApplication::processEvents();
+    widget->horizontalScrollBar()->setValue(50);
+    ExpectAsPlanned("scrolled across");
+    widget->verticalScrollBar()->setValue(3);
+    ExpectAsPlanned("scrolled above the rows in sight");
+    grid.SetColHidden(0, true);
+    grid.SetColHidden(1, true);
+    QApplication::processEvents();
+    ExpectAsPlanned("without columns");
+}
+
+TEST_F(GridWidgetPaintingTest, APartThatIsPaintedAloneIsAsInTheWhole) {
+    Make(30, 6);
+    UsePalette(false);
+    grid.SetFrozenCols(1);
+    grid.Select(5, 3);
+    grid.ExtendSelection(24, 0);
+    QApplication::processEvents();
+    widget->horizontalScrollBar()->setValue(30);
+    widget->verticalScrollBar()->setValue(2);
+    const QImage whole = Picture();
+    for (int x = 0; x < whole.width(); ++x) {
+        const QRect part(x, 0, 1, whole.height());
+        ASSERT_TRUE(Port()->grab(part).toImage() == whole.copy(part)) << "column " << x;
+    }
+    for (int y = 0; y < whole.height(); ++y) {
+        const QRect part(0, y, whole.width(), 1);
+        ASSERT_TRUE(Port()->grab(part).toImage() == whole.copy(part)) << "line " << y;
+    }
+}
+
+TEST_F(GridWidgetPaintingTest, ATextStandsInTheMiddleOfItsCellAsItsColumnIsAligned) {
+    struct Case {
+        const char* label;
+        std::int32_t row;
+        std::int32_t col;
+        CellAlignment alignment;
+        const char* text;
+        QPalette::ColorRole ground;
+        QPalette::ColorRole ink;
+    };
+    Make(4, 3);
+    UsePalette(false);
+    QPalette colours = widget->palette();
+    colours.setColor(QPalette::Text, QColor(0, 0, 120));
+    colours.setColor(QPalette::ButtonText, QColor(120, 0, 0));
+    colours.setColor(QPalette::HighlightedText, QColor(255, 255, 160));
+    widget->setPalette(colours);
+    grid.SetFrozenCols(1);
+    grid.Select(3, 1);
+    grid.ExtendSelection(4, 2);
+    constexpr auto Base = QPalette::Base;
+    constexpr auto Button = QPalette::Button;
+    const char* const wide = "a text that is too wide";
+    for (const Case& each :
+         {Case{"left", 1, 1, caLeftCenter, "Hj", Base, QPalette::Text},
+          Case{"centre", 1, 1, caCenterCenter, "Hj", Base, QPalette::Text},
+          Case{"right", 1, 1, caRightCenter, "Hj", Base, QPalette::Text},
+          Case{"too wide, left", 1, 1, caLeftCenter, wide, Base, QPalette::Text},
+          Case{"too wide, centre", 1, 1, caCenterCenter, wide, Base, QPalette::Text},
+          Case{"too wide, right", 1, 1, caRightCenter, wide, Base, QPalette::Text},
+          Case{"tags", 1, 2, caLeftCenter, "<b>H</b>", Base, QPalette::Text},
+          Case{"frozen, of letters that might be pushed together", 1, 0, caLeftCenter, "AVAToVA", Base,
+               QPalette::Text},
+          Case{"selected", 4, 2, caLeftCenter, "Hj", QPalette::Highlight, QPalette::HighlightedText},
+          Case{"first header", 0, 0, caLeftCenter, "AVAToVA", Button, QPalette::ButtonText},
+          Case{"header, centre", 0, 1, caCenterCenter, "Hj", Button, QPalette::ButtonText},
+          Case{"header, right", 0, 2, caRightCenter, "Hj", Button, QPalette::ButtonText},
+          Case{"header, too wide", 0, 2, caRightCenter, wide, Button, QPalette::ButtonText}}) {
+        grid.SetColAlignment(each.col, each.alignment);
+        grid.SetTextMatrix(each.row, each.col, each.text);
+        QApplication::processEvents();
+        const QRect place = widget->Layout().CellRect(each.row, each.col).adjusted(0, 0, -1, -1);
+        EXPECT_TRUE(Seen(place) == Drawn(place, colours.color(each.ground),
+                                         [&](QPainter& painter) {
+                                             PutText(painter, place, each.text, each.alignment,
+                                                     colours.color(each.ink));
+                                         }))
+            << each.label;
+    }
+}
+
+TEST_F(GridWidgetPaintingTest, AHeadersTextAndItsLinesKeepOffItsFunnel) {
+    Make(1, 3);
+    UsePalette(false);
+    grid.SetColAlignment(1, caRightCenter);
+    const QColor button = widget->palette().color(QPalette::Button);
+    const QColor line = Mixed(button, widget->palette().color(QPalette::ButtonText));
+    for (const HeaderPicture picture :
+         {HeaderPicture::None, HeaderPicture::FilterOff, HeaderPicture::FilterOn}) {
+        for (const char* const text : {"Hj", "a text that is too wide"}) {
+            grid.SetCellPicture(1, picture);
+            grid.SetTextMatrix(0, 1, text);
+            QApplication::processEvents();
+            const QRect header = widget->Layout().CellRect(0, 1);
+            EXPECT_TRUE(
+                Seen(header) ==
+                Drawn(header, button,
+                      [&](QPainter& painter) {
+                          QRect inside = header.adjusted(0, 0, -1, -1);
+                          painter.fillRect(header.right(), 0, 1, header.height(), line);
+                          painter.fillRect(header.left(), header.bottom(), header.width(), 1, line);
+                          if (picture != HeaderPicture::None) {
+                              const QPoint corner = inside.bottomRight() - QPoint(FunnelSize, FunnelSize);
+                              DrawFunnel(painter, QRectF(corner, QSizeF(FunnelSize, FunnelSize)),
+                                         picture == HeaderPicture::FilterOn);
+                              inside.setRight(corner.x() - PictureGap + CellMargin);  // a margin goes off it
+                          }
+                          PutText(painter, inside, text, caRightCenter, Qt::black);
+                      }))
+                << text << " with picture " << static_cast<int>(picture);
+        }
+    }
+}
+
+TEST_F(GridWidgetPaintingTest, ColoursHaveBlueInFrontAndTheirTextIsBlackOrWhiteWhicheverReads) {
+    Make(1, 1);
+    const CellManner manner(grid);
+    const GridScroll scroll(*widget, grid, manner);
+    const GridPainter painter(grid, manner, scroll);
+    grid.SetBackColor(1, 0, 0x573513);
+    EXPECT_EQ(painter.LookOf({1, 0}, widget->palette()).ground, QColor(0x13, 0x35, 0x57));
+    struct Case {
+        QColor ground;
+        QColor text;
+    };
+    for (const Case& each :
+         {Case{{114, 114, 114}, Qt::white}, Case{{115, 115, 115}, Qt::black}, Case{{255, 0, 0}, Qt::white},
+          Case{{0, 255, 0}, Qt::black}, Case{{0, 0, 255}, Qt::white}, Case{{0, 80, 0}, Qt::white},
+          Case{{0, 160, 255}, Qt::black}}) {
+        grid.SetBackColor(1, 0, BackColourOf(each.ground));
+        EXPECT_EQ(painter.LookOf({1, 0}, widget->palette()).text, each.text)
+            << each.ground.name().toStdString();
+    }
+}
+
+TEST_F(GridWidgetPaintingTest, TheFrameIsBlackOrWhiteWhereItsColourWouldNotShowOnTheCell) {
+    Make(5, 3);
+    QPalette colours = widget->palette();
+    const QColor highlight(100, 100, 100);
+    colours.setColor(QPalette::Highlight, highlight);
+    widget->setPalette(colours);
+    grid.Select(2, 1);
+    QApplication::processEvents();
+    const QRect cell = widget->Layout().CellRect(2, 1);
+    const auto frameOn = [&](int grey) {
+        grid.SetBackColor(2, 1, BackColourOf({grey, grey, grey}));
+        return Picture().pixelColor(cell.left(), cell.center().y());
+    };
+    EXPECT_EQ(frameOn(164), highlight);
+    EXPECT_EQ(frameOn(163), QColor(Qt::black));
+    EXPECT_EQ(frameOn(37), QColor(Qt::white));
+    EXPECT_EQ(frameOn(36), highlight);
+}
+
+/// The funnel by its corners, from the left top one clockwise.
+QImage FunnelByItsCorners(const QRectF& place, bool filtered) {
+    QPainterPath outline;
+    outline.addPolygon(QPolygonF({{1.5, 2.5}, {14.5, 2.5}, {9.5, 8.5}, {9.5, 12}, {6.5, 14.5}, {6.5, 8.5}}));
+    outline.closeSubpath();
+    QLinearGradient shade(1.5, 0, 14.5, 0);
+    shade.setStops(
+        {{0, QColor(filtered ? 0xFF8A8A : 0xF4F4F4)}, {1, QColor(filtered ? 0xD41010 : 0x9A9A9A)}});
+    QImage image(80, 80, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setTransform({place.width() / 16, 0, 0, place.height() / 16, place.x(), place.y()});
+    painter.setPen(QColor(filtered ? 0x800000 : 0x606060));
+    painter.setBrush(shade);
+    painter.drawPath(outline);
+    painter.end();
+    return image;
+}
+
+TEST(FunnelTest, ItIsDrawnAtEverySizeAndLeavesThePainterAsItWas) {
+    for (const bool filtered : {false, true}) {
+        for (const QRectF& place :
+             {QRectF(0, 0, 16, 16), QRectF(5, 3, 16, 16), QRectF(5, 3, 32, 32), QRectF(2, 9, 64, 48)}) {
+            QImage image(80, 80, QImage::Format_RGB32);
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            painter.setPen(Qt::green);
+            painter.setBrush(Qt::blue);
+            DrawFunnel(painter, place, filtered);
+            EXPECT_TRUE(painter.pen() == QPen(Qt::green));
+            EXPECT_TRUE(painter.brush() == QBrush(Qt::blue));
+            EXPECT_FALSE(painter.testRenderHint(QPainter::Antialiasing));
+            EXPECT_TRUE(painter.worldTransform().isIdentity());
+            painter.end();
+            EXPECT_TRUE(image == FunnelByItsCorners(place, filtered))
+                << place.width() << " by " << place.height() << (filtered ? ", filtered" : "");
+        }
+    }
+}
 
 TEST_F(GridWidgetPaintingTest, MarkIsLightYellowInBothThemes) {
     Make(5, 3);

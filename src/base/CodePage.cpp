@@ -26,28 +26,6 @@ Text Utf8Of(char16_t character) {
     return text;
 }
 
-/// Reads one character of UTF-8 that is no ASCII, and moves `at` behind it. Bytes that are no UTF-8 count as
-/// a character that no page has, and so does a character in more bytes than it needs: it would come back in
-/// fewer.
-char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
-    constexpr char32_t Bad = 0xFFFD;
-    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char first = byteAt(at++);
-    const int more = first >= 0xF0U ? 3 : first >= 0xE0U ? 2 : first >= 0xC0U ? 1 : -1;
-    if (more < 0) {
-        return Bad;
-    }
-    char32_t code = first & (0x3FU >> static_cast<unsigned>(more));
-    for (int i = 0; i < more; ++i) {
-        if (at >= text.size() || (byteAt(at) & 0xC0U) != 0x80U) {
-            return Bad;
-        }
-        code = (code << 6U) | (byteAt(at++) & 0x3FU);
-    }
-    constexpr char32_t Least[] = {0x80, 0x800, 0x10000};
-    return code < Least[more - 1] ? Bad : code;
-}
-
 /// Calls ascii(run) for runs of ASCII and other(character, its UTF-8) for the rest, in order.
 template <typename Ascii, typename Other>
 void ForEachRun(std::string_view text, Ascii ascii, Other other) {

@@ -57,6 +57,25 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
     }
 }
 
+char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
+    constexpr char32_t Bad = 0xFFFD;
+    const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned char first = byteAt(at++);
+    const int more = first >= 0xF0U ? 3 : first >= 0xE0U ? 2 : first >= 0xC0U ? 1 : -1;
+    if (more < 0) {
+        return Bad;
+    }
+    char32_t code = first & (0x3FU >> static_cast<unsigned>(more));
+    for (int i = 0; i < more; ++i) {
+        if (at >= text.size() || (byteAt(at) & 0xC0U) != 0x80U) {
+            return Bad;
+        }
+        code = (code << 6U) | (byteAt(at++) & 0x3FU);
+    }
+    constexpr char32_t Least[] = {0x80, 0x800, 0x10000};
+    return code < Least[more - 1] ? Bad : code;
+}
+
 std::size_t CharacterCount(std::string_view text) noexcept {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), StartsCharacter));
 }

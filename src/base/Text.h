@@ -33,6 +33,10 @@ void BlankLineEnds(Text& text, std::size_t from = 0);
 /// The parts of `text` between the separators, empty ones too. An empty text has no part at all.
 std::vector<std::string_view> Split(std::string_view text, char separator);
 
+/// Reads one character of UTF-8 that is no ASCII, and moves `at` behind it. Bytes that are no UTF-8 are
+/// U+FFFD, which no page has, and so is a character in more bytes than it needs: it would come back in
+/// fewer.
+char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept;
 /// Number of characters (not bytes).
 std::size_t CharacterCount(std::string_view text) noexcept;
 /// Offset in bytes, from 0, of the character at `position`, from 1. The position behind the last character

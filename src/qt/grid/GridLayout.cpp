@@ -49,7 +49,7 @@ const GridLayout::Column* GridLayout::Find(std::int32_t screenCol) const noexcep
 
 QRect GridLayout::CellRect(std::int32_t row, std::int32_t screenCol) const {
     const Column* column = Find(screenCol);
-    if (column == nullptr || row < 0) {
+    if (column == nullptr) {
         return {};
     }
     if (row == 0) {
@@ -94,10 +94,9 @@ std::int32_t GridLayout::ColAt(int x) const noexcept {
     if (x < 0) {
         return -1;
     }
-    const bool inFrozen = x < m_frozenWidth;
+    // The frozen ones come first and cover what is scrolled below them, and nothing is left between two.
     for (const Column& column : m_columns) {
-        const int left = LeftOf(column);
-        if (column.frozen == inFrozen && x >= left && x < left + column.width) {
+        if (x < LeftOf(column) + column.width) {
             return column.screenCol;
         }
     }

@@ -6,7 +6,6 @@
 #include <limits>
 
 #include "qt/grid/ColumnWidths.h"
-#include "qt/grid/Funnel.h"
 #include "qt/grid/GridMetrics.h"
 
 namespace kd {
@@ -28,7 +27,7 @@ void GridScroll::MeasureFont() {
     const QFontMetricsF& metrics = m_widths.Metrics();
     GridLayout::Sizes sizes;
     sizes.rowHeight = static_cast<int>(std::ceil(metrics.height())) + RowMargin;
-    sizes.headerHeight = std::max(sizes.rowHeight + HeaderExtra, FunnelSize + 4);
+    sizes.headerHeight = sizes.rowHeight + HeaderExtra;
     sizes.defaultColWidth = static_cast<int>(std::ceil(metrics.averageCharWidth() * DefaultColChars));
     m_layout.SetSizes(sizes);
     m_layoutStale = true;
@@ -104,7 +103,6 @@ void GridScroll::BuildLayout() const {
     const std::int32_t last = m_grid.Cols() - 1;
     const int lastWidth = stretch && last >= 0 ? ColumnWidths(m_grid, m_widths, last, last).front() : 0;
     m_layout.Build(m_area.viewport()->size(), stretch, lastWidth);
-    m_layout.SetScroll(m_area.verticalScrollBar()->value(), m_area.horizontalScrollBar()->value());
     m_layoutStale = false;
 }
 
@@ -132,26 +130,16 @@ void GridScroll::Queue() {
 
 void GridScroll::Relayout() {
     m_queued = false;
-    if (m_relayouting) {
-        return;
-    }
     m_relayouting = true;
     BuildLayout();
-    // A scroll bar that comes or goes changes the viewport; the second pass then fits.
-    for (int pass = 0; pass < 3; ++pass) {
-        const QSize before = m_area.viewport()->size();
-        SetScrollBars(before);
-        BuildLayout();
-        if (m_area.viewport()->size() == before) {
-            break;
-        }
-    }
+    SetScrollBars();  // one that comes or goes changes the viewport's size afterwards
     m_relayouting = false;
     KeepTopRow();
     Moved(true);
 }
 
-void GridScroll::SetScrollBars(QSize size) {
+void GridScroll::SetScrollBars() {
+    QSize size = m_area.viewport()->size();
     const int rows = static_cast<int>(m_grid.VisibleRows().size());
     const GridLayout::Sizes& sizes = m_layout.GetSizes();
     const QSize whole = m_area.maximumViewportSize();
@@ -163,7 +151,6 @@ void GridScroll::SetScrollBars(QSize size) {
     QScrollBar& vertical = *m_area.verticalScrollBar();
     vertical.setRange(0, std::max(rows - fullRows, 0));
     vertical.setPageStep(fullRows);
-    vertical.setSingleStep(1);
     vertical.setValue(static_cast<int>(m_grid.VisibleIndexOf(m_topRow)));
     QScrollBar& horizontal = *m_area.horizontalScrollBar();
     horizontal.setRange(0, std::max(m_layout.TotalWidth() - size.width(), 0));
@@ -178,7 +165,6 @@ void GridScroll::KeepTopRow() {
 }
 
 void GridScroll::Resized() {
-    m_layoutStale = true;
     Relayout();
 }
 
@@ -191,13 +177,12 @@ void GridScroll::Scrolled() {
 }
 
 void GridScroll::ShowCell(std::int32_t row, std::int32_t screenCol) {
-    if (m_layoutStale || m_queued) {
+    if (m_queued) {
         Relayout();
     }
     const GridLayout& layout = Layout();
-    const int rows = static_cast<int>(m_grid.VisibleRows().size());
-    if (row > 0 && rows > 0) {
-        const int index = std::min(static_cast<int>(m_grid.VisibleIndexOf(row)), rows - 1);
+    if (row > 0) {
+        const int index = static_cast<int>(m_grid.VisibleIndexOf(row));
         QScrollBar& bar = *m_area.verticalScrollBar();
         bar.setValue(std::clamp(bar.value(), index - layout.FullRows() + 1, index));
     }
@@ -213,7 +198,6 @@ void GridScroll::ShowCell(std::int32_t row, std::int32_t screenCol) {
 void GridScroll::SetTopRow(std::int32_t row) {
     m_topRow = row;
     Relayout();
-    m_area.verticalScrollBar()->setValue(static_cast<int>(m_grid.VisibleIndexOf(row)));
 }
 
 }  // namespace kd

@@ -58,7 +58,7 @@ private:
     void BuildLayout() const;
     void Queue();
     void Relayout();
-    void SetScrollBars(QSize viewport);
+    void SetScrollBars();
     void KeepTopRow();
 
     QAbstractScrollArea& m_area;

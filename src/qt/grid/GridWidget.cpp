@@ -24,7 +24,6 @@ GridWidget::GridWidget(VSFlexGrid& grid, QWidget* parent, std::unique_ptr<GridMa
       m_keyboard({*this, grid, *m_manner, m_presses, m_scroll}, m_editing, m_dividers),
       m_telling(*this, grid) {
     setObjectName(ToQt(grid.Name()));
-    setFocusPolicy(Qt::StrongFocus);
     setLayoutDirection(Qt::LeftToRight);  // screen positions count from the left in every language
     setAttribute(Qt::WA_InputMethodEnabled, !m_manner->WholeRows());
     viewport()->setMouseTracking(true);
@@ -47,20 +46,10 @@ GridWidget::~GridWidget() {
 void GridWidget::CellChanged(std::int32_t row, std::int32_t screenCol) {
     if (m_manner->WholeRows()) {
         LayoutChanged();  // the only column is as wide as its widest text
-        return;
     }
-    if (m_scroll.Queued()) {
-        return;  // everything is painted anew
+    if (!m_scroll.Queued()) {  // or everything is painted anew
+        viewport()->update(Layout().ShownRect(row, screenCol));
     }
-    const GridLayout& layout = Layout();
-    const auto& visible = m_grid.VisibleRows();
-    const auto top = static_cast<std::size_t>(layout.TopIndex());
-    const auto behind = top + static_cast<std::size_t>(layout.ShownRows());
-    if (row > 0 && (top >= visible.size() || row < visible[top] ||
-                    (behind < visible.size() && row >= visible[behind]))) {
-        return;
-    }
-    viewport()->update(layout.ShownRect(row, screenCol));
     if (m_manner->IsCurrent({row, screenCol})) {
         m_editing.Colour();
     }
@@ -86,7 +75,7 @@ std::int32_t GridWidget::CellHeight() const {
 }
 
 bool GridWidget::event(QEvent* event) {
-    if (event->type() == QEvent::ContextMenu && isEnabled()) {
+    if (event->type() == QEvent::ContextMenu) {
         // A menu asked for by mouse comes with the mouse events; this is the menu key alone.
         if (static_cast<QContextMenuEvent*>(event)->reason() != QContextMenuEvent::Mouse) {
             m_keyboard.MenuKey();
@@ -106,7 +95,6 @@ bool GridWidget::event(QEvent* event) {
             break;
         case QEvent::PaletteChange:
             m_editing.Colour();
-            viewport()->update();
             break;
         default:
             break;
@@ -122,7 +110,7 @@ void GridWidget::FocusChanged(bool gained) {
 }
 
 bool GridWidget::viewportEvent(QEvent* event) {
-    return (isEnabled() && m_mouse.Take(*event)) || QAbstractScrollArea::viewportEvent(event);
+    return m_mouse.Take(*event) || QAbstractScrollArea::viewportEvent(event);
 }
 
 void GridWidget::paintEvent(QPaintEvent* event) {

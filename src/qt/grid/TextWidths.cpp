@@ -2,33 +2,19 @@
 
 #include <QChar>
 
+#include "base/Text.h"
 #include "qt/services/QtText.h"
 
 namespace kd {
 
 namespace {
 
-/// Characters that join, reorder or sit on their neighbours, and those beyond the basic plane: the width of
-/// such a text is no sum.
+/// Characters that join, reorder or sit on their neighbours, those beyond the basic plane, and what is no
+/// character: the width of such a text is no sum.
 bool ShapesNeighbours(char32_t character) noexcept {
     return (character >= 0x0300 && character <= 0x036F) || (character >= 0x0590 && character <= 0x10FF) ||
            (character >= 0x200B && character <= 0x200F) || (character >= 0x202A && character <= 0x202E) ||
            character >= 0xD800;
-}
-
-/// Reads one character behind a first byte of 0x80 or more; `at` is moved behind it.
-char32_t TakeCharacter(std::string_view text, std::size_t& at) noexcept {
-    const auto byte = [&](std::size_t index) {
-        return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;
-    };
-    const unsigned first = byte(at);
-    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-    char32_t character = first & (0xFFU >> (length + 1));
-    for (std::size_t index = 1; index < length; ++index) {
-        character = (character << 6U) | (byte(at + index) & 0x3FU);
-    }
-    at += length;
-    return character;
 }
 
 }  // namespace
@@ -51,10 +37,9 @@ void TextWidths::SetFont(const QFont& font, QPaintDevice* device) {
     m_font.setStyleStrategy(QFont::PreferNoShaping);
     m_metrics = QFontMetricsF(m_font, device);
     m_others.clear();
-    const double blank = m_metrics.horizontalAdvance(QChar(' '));
     for (std::size_t code = 0; code < m_ascii.size(); ++code) {
-        const QChar character(static_cast<char16_t>(code));
-        m_ascii[code] = code < ' ' ? blank : m_metrics.horizontalAdvance(QString(character));
+        const char character = static_cast<char>(code);
+        m_ascii[code] = Exact({&character, 1});
     }
 }
 
@@ -79,7 +64,7 @@ double TextWidths::AtMost(std::string_view text) const {
             sum += m_ascii[byte];
             ++at;
         } else {
-            sum += AdvanceOf(TakeCharacter(text, at));
+            sum += AdvanceOf(NextCharacter(text, at));
         }
     }
     return sum;

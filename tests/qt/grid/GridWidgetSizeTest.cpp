@@ -10,12 +10,28 @@ namespace {
 
 class GridWidgetSizeTest : public GridFixture {
 protected:
-    /// The widest text of a column, measured one by one.
-    int Measured(std::int32_t col) const {
+    /// Of the font that cells are drawn in.
+    QFontMetricsF Metrics() const {
         QFont font = widget->font();
         font.setKerning(false);
-        font.setStyleStrategy(QFont::PreferNoShaping);  // as cells are drawn
-        const QFontMetricsF metrics(font, widget->viewport());
+        font.setStyleStrategy(QFont::PreferNoShaping);
+        return {font, widget->viewport()};
+    }
+    void Enlarge(double times) const {
+        QFont font = widget->font();
+        font.setPointSizeF(font.pointSizeF() * times);
+        widget->setFont(font);
+    }
+    std::vector<std::int32_t> Widths() const {
+        std::vector<std::int32_t> widths;
+        for (std::int32_t col = 0; col < grid.Cols(); ++col) {
+            widths.push_back(grid.ColWidth(col));
+        }
+        return widths;
+    }
+    /// The widest text of a column, measured one by one.
+    int Measured(std::int32_t col) const {
+        const QFontMetricsF metrics = Metrics();
         double widest = 0;
         for (std::int32_t row = 0; row < grid.Rows(); ++row) {
             double width = metrics.horizontalAdvance(ToQt(grid.TextMatrix(row, col)));
@@ -84,9 +100,7 @@ TEST_F(GridWidgetSizeTest, AnotherFontSizesRowsAndColumnsAnew) {
     grid.AutoSize(0, 1);
     const int rowHeight = widget->Layout().GetSizes().rowHeight;
     const auto width = grid.ColWidth(0);
-    QFont font = widget->font();
-    font.setPointSizeF(font.pointSizeF() * 2);
-    widget->setFont(font);
+    Enlarge(2);
     QApplication::processEvents();
     EXPECT_GT(widget->Layout().GetSizes().rowHeight, rowHeight * 3 / 2);
     EXPECT_GT(grid.ColWidth(0), width * 3 / 2);
@@ -96,13 +110,65 @@ TEST_F(GridWidgetSizeTest, AnotherFontSizesRowsAndColumnsAnew) {
 TEST_F(GridWidgetSizeTest, AnotherFontSizesOnlyTheColumnsThatHaveBeenSized) {
     Make(5, 3);
     grid.AutoSize(1, 1);
-    QFont font = widget->font();
-    font.setPointSizeF(font.pointSizeF() * 2);
-    widget->setFont(font);
+    Enlarge(2);
     QApplication::processEvents();
     EXPECT_EQ(grid.ColWidth(0), ColumnWidth);
     EXPECT_EQ(grid.ColWidth(1), Measured(1));
     EXPECT_EQ(grid.ColWidth(2), ColumnWidth);
+}
+
+TEST_F(GridWidgetSizeTest, AnotherFontLeavesColumnsThatWereNeverFitted) {
+    Make(100, 3);
+    const int rowHeight = widget->Layout().GetSizes().rowHeight;
+    Enlarge(2);
+    QApplication::processEvents();
+    EXPECT_EQ(Widths(), (Cell{ColumnWidth, ColumnWidth, ColumnWidth}));
+    EXPECT_GT(widget->Layout().GetSizes().rowHeight, rowHeight);
+    EXPECT_EQ(widget->verticalScrollBar()->maximum(), 100 - widget->Layout().FullRows());
+}
+
+TEST_F(GridWidgetSizeTest, AnotherFontLeavesColumnsThatHaveGone) {
+    Make(5, 3);
+    grid.AutoSize(0, 2);
+    grid.SetCols(2);
+    EXPECT_NO_THROW(Enlarge(2));
+    EXPECT_EQ(Widths(), (Cell{0, 0}));
+}
+
+TEST_F(GridWidgetSizeTest, RowsAndColumnsTakeTheirSizesFromTheFontAtOnce) {
+    Make(5, 2);
+    grid.SetColWidth(0, 0);
+    for (const double times : {1.0, 1.1, 1.3, 1.7}) {
+        Enlarge(times);
+        const QFontMetricsF metrics = Metrics();
+        const int rowHeight = static_cast<int>(std::ceil(metrics.height())) + RowMargin;
+        const int tenCharacters = static_cast<int>(std::ceil(metrics.averageCharWidth() * DefaultColChars));
+        EXPECT_EQ(widget->Layout().CellRect(1, 0),
+                  QRect(0, rowHeight + HeaderExtra, tenCharacters, rowHeight));
+        EXPECT_EQ(widget->Layout().CellRect(0, 1),
+                  QRect(tenCharacters, 0, ColumnWidth, rowHeight + HeaderExtra));
+    }
+}
+
+TEST_F(GridWidgetSizeTest, OfColumnsThatAreNotThereNoneIsSized) {
+    Make(2, 3);
+    grid.AutoSize(7, 9);
+    grid.AutoSize(2, 0);
+    grid.AutoSize(-5, -1);
+    EXPECT_EQ(Widths(), (Cell{ColumnWidth, ColumnWidth, ColumnWidth}));
+    grid.AutoSize(-5, 9);
+    EXPECT_EQ(Widths(), (Cell{Measured(0), Measured(1), Measured(2)}));
+}
+
+TEST_F(GridWidgetSizeTest, FocusThatComesOrGoesSizesNothing) {
+    Make(5, 2);
+    grid.AutoSize(0, 1);
+    const std::vector<std::int32_t> before = Widths();
+    grid.SetTextMatrix(2, 0, "a text that is much wider than its column");
+    other->setFocus();
+    widget->setFocus();
+    QApplication::processEvents();
+    EXPECT_EQ(Widths(), before);
 }
 
 TEST_F(GridWidgetSizeTest, AGridWithItsHeaderAloneIsSizedByIt) {

@@ -7,17 +7,14 @@
 namespace kd {
 
 std::int32_t ColumnDividers::DividerAt(QPoint position) const {
-    if (m_parts.manner.WholeRows()) {
-        return -1;
-    }
     return m_parts.scroll.Layout().DividerAt(position, OnScreenOf(m_parts.area.logicalDpiX(), DividerGrip));
 }
 
 bool ColumnDividers::Take(const QMouseEvent& event) {
+    if (m_parts.manner.WholeRows()) {
+        return false;
+    }
     switch (event.type()) {
-        case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonDblClick:
-            return Press(event);
         case QEvent::MouseMove:
             return Move(event);
         case QEvent::MouseButtonRelease: {
@@ -28,7 +25,7 @@ bool ColumnDividers::Take(const QMouseEvent& event) {
             return ends;
         }
         default:
-            return false;
+            return Press(event);
     }
 }
 
@@ -70,10 +67,6 @@ void ColumnDividers::DragTo(int x) {
 }
 
 void ColumnDividers::ShowPointer(bool over) {
-    if (m_over == over) {
-        return;
-    }
-    m_over = over;
     if (over) {
         m_parts.area.viewport()->setCursor(Qt::SplitHCursor);
     } else {

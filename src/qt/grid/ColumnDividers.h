@@ -17,8 +17,8 @@ public:
     ColumnDividers(const ColumnDividers&) = delete;
     ColumnDividers& operator=(const ColumnDividers&) = delete;
 
-    /// A mouse event of the viewport. Returns whether it belongs to a divider and to nothing else. The
-    /// pointer of the viewport is that of a divider while it stands over one.
+    /// A press, a second press, a move or a release on the viewport. Returns whether it belongs to a divider
+    /// and to nothing else. The pointer of the viewport is that of a divider while it stands over one.
     bool Take(const QMouseEvent& event);
 
     /// Makes the current column wider by that many characters, or narrower with less than 0.
@@ -43,7 +43,6 @@ private:
 
     GridParts m_parts;
     std::optional<Drag> m_drag;
-    bool m_over = false;
 };
 
 }  // namespace kd

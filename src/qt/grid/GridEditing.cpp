@@ -16,9 +16,6 @@ namespace kd {
 
 namespace {
 
-/// Where the editor waits while its cell is scrolled out of sight: hiding it would take the focus from it.
-constexpr int OutOfSight = -100000;
-
 Qt::Alignment AcrossOf(CellAlignment alignment) {
     return alignment == caRightCenter    ? Qt::AlignRight
            : alignment == caCenterCenter ? Qt::AlignHCenter
@@ -41,10 +38,6 @@ GridEditing::GridEditing(const GridParts& parts, const GridPainter& painter)
         m_parts.grid.SetEditText(FromQt(text));
         Arrange();
     });
-}
-
-GridEditing::~GridEditing() {
-    m_editor->removeEventFilter(this);
 }
 
 void GridEditing::Changed() {
@@ -75,7 +68,6 @@ void GridEditing::Open() {
     m_editor->setAlignment(AcrossOf(m_parts.grid.ColAlignment(col)) | Qt::AlignVCenter);
     m_editor->setAccessibleName(ShownText(m_parts.grid.TextMatrix(0, col)));
     Colour();
-    Arrange();
     m_editor->show();
     m_editor->setFocus();
     m_editor->selectAll();
@@ -92,14 +84,11 @@ void GridEditing::Send(QEvent& event) {
 }
 
 void GridEditing::Close() {
-    if (m_editor->isHidden()) {
-        return;
-    }
     if (m_parts.area.window()->focusWidget() == m_editor) {
         m_parts.area.setFocus();
     }
     m_editor->hide();
-    m_editor->clear();
+    m_editor->setText({});  // which leaves nothing to undo, as clearing would
 }
 
 void GridEditing::Arrange() {
@@ -108,24 +97,17 @@ void GridEditing::Arrange() {
         return;
     }
     const GridLayout& layout = m_parts.scroll.Layout();
-    const GridLayout::Column* column = layout.Find(grid.Col());
-    const QRect cell = layout.CellRect(grid.Row(), grid.Col());
-    if (column == nullptr || cell.isEmpty()) {
-        m_editor->move(OutOfSight, OutOfSight);
-        return;
-    }
+    const QRect port = m_parts.area.viewport()->rect();
     // A text that is longer than its cell takes room to the right, as far as there is any.
-    const QRect clip = layout.ClipOf(grid.Row(), column->frozen);
-    const int right = column->frozen ? m_parts.area.viewport()->width() : clip.right() + 1;
+    QRect room = layout.ClipOf(grid.Row(), grid.Col() < grid.FrozenCols());
+    room.setRight(port.right());
     const double text = m_parts.scroll.Widths().Exact(grid.EditText());
     const int wanted = static_cast<int>(std::ceil(text)) + 4 * CellMargin;
-    QRect place = cell.adjusted(0, 0, -1, -1);
-    place.setWidth(std::max(place.width(), std::min(wanted, right - place.left())));
-    QRect room = clip;
-    room.setRight(right - 1);
+    QRect place = layout.CellRect(grid.Row(), grid.Col()).adjusted(0, 0, -1, -1);
+    place.setWidth(std::max(place.width(), wanted));
     place = place.intersected(room);
     if (place.isEmpty()) {
-        m_editor->move(OutOfSight, OutOfSight);
+        m_editor->move(port.width(), port.height());  // out of sight: hiding it would take the focus from it
     } else {
         m_editor->setGeometry(place);
     }
@@ -142,22 +124,21 @@ void GridEditing::Colour() {
     m_editor->setPalette(colours);
 }
 
-bool GridEditing::eventFilter(QObject* watched, QEvent* event) {
+bool GridEditing::eventFilter(QObject* /*watched*/, QEvent* event) {
     // The types of the events say which classes they are of.
+    if (event->type() == QEvent::FocusOut) {
+        FocusLost(static_cast<QFocusEvent*>(event)->reason());
+    }
     switch (event->type()) {
         case QEvent::KeyPress:
             return Key(*static_cast<QKeyEvent*>(event));
-        case QEvent::FocusOut:
-            FocusLost(static_cast<QFocusEvent*>(event)->reason());
-            break;
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
         case QEvent::MouseButtonRelease:
             return RightButton(*static_cast<QMouseEvent*>(event));
         default:
-            break;
+            return false;
     }
-    return QObject::eventFilter(watched, event);
 }
 
 bool GridEditing::RightButton(const QMouseEvent& event) {
@@ -180,22 +161,23 @@ bool GridEditing::Key(const QKeyEvent& event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
             (void)m_parts.grid.FinishEdit();  // a refused text keeps the editor, and its message was shown
-            return true;
-        case Qt::Key_Escape:
-            m_parts.grid.CancelEdit();
-            return true;
+            break;
         case Qt::Key_Up:
         case Qt::Key_Down:
             if (m_parts.grid.FinishEdit()) {
-                (void)m_parts.manner.KeyPress(KeyCodeOf(event.key()), 0, 1);  // an arrow always has a use
+                (void)m_parts.manner.KeyPress(KeyCodeOf(event.key()), 0,
+                                              m_parts.scroll.Layout().FullRows());  // always has a use
             }
-            return true;
+            break;
         case Qt::Key_Tab:
         case Qt::Key_Backtab:
             if (m_parts.grid.FinishEdit()) {
                 (void)m_parts.manner.Tab(event.key() == Qt::Key_Tab);  // at the last cell it stays there
             }
-            return true;
+            break;
+        case Qt::Key_Escape:
+            m_parts.grid.CancelEdit();
+            break;
         default:
             if (!event.text().isEmpty()) {
                 // Typing into a cell that was scrolled away.
@@ -203,10 +185,11 @@ bool GridEditing::Key(const QKeyEvent& event) {
             }
             return false;
     }
+    return true;
 }
 
 void GridEditing::FocusLost(Qt::FocusReason reason) {
-    if (m_parts.grid.EditWindow() && !ComesBack(reason)) {
+    if (!ComesBack(reason)) {
         // Not at once: a press on the grid still has to find the editor open.
         QMetaObject::invokeMethod(
             this, [this] { FinishAfterFocusLoss(); }, Qt::QueuedConnection);
@@ -214,8 +197,8 @@ void GridEditing::FocusLost(Qt::FocusReason reason) {
 }
 
 void GridEditing::FinishAfterFocusLoss() {
-    if (!m_parts.grid.EditWindow() || m_parts.area.window()->focusWidget() == m_editor) {
-        return;
+    if (m_parts.area.window()->focusWidget() == m_editor) {
+        return;  // it has come back
     }
     if (!m_parts.grid.FinishEdit() && m_parts.grid.EditWindow()) {
         m_editor->setFocus();
@@ -223,7 +206,7 @@ void GridEditing::FinishAfterFocusLoss() {
 }
 
 bool GridEditing::TakeFocus() {
-    if (!m_parts.grid.EditWindow() || m_editor->isHidden()) {
+    if (!m_parts.grid.EditWindow()) {
         return false;
     }
     m_editor->setFocus();

@@ -19,7 +19,6 @@ class GridEditing : public QObject {
     Q_OBJECT
 public:
     GridEditing(const GridParts& parts, const GridPainter& painter);
-    ~GridEditing() override;
 
     /// The grid has opened, changed or closed its editor.
     void Changed();

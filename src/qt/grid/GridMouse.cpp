@@ -37,41 +37,39 @@ std::optional<MouseButton> ButtonOf(const QMouseEvent& event) {
 }  // namespace
 
 bool GridMouse::Take(QEvent& event) {
+    if (event.type() == QEvent::Leave) {
+        m_parts.grid.SetMouseCell(-1, -1);
+    }
     // The types of the events say which classes they are of.
     switch (event.type()) {
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
         case QEvent::MouseButtonRelease:
         case QEvent::MouseMove:
-            if (TakeDivider(static_cast<QMouseEvent&>(event))) {
-                return true;
-            }
-            break;
-        default:
-            break;
-    }
-    switch (event.type()) {
-        case QEvent::MouseButtonPress:
-            Press(static_cast<QMouseEvent&>(event));
-            return true;
-        case QEvent::MouseButtonDblClick:
-            DoublePress(static_cast<QMouseEvent&>(event));
-            return true;
-        case QEvent::MouseButtonRelease:
-            Release(static_cast<QMouseEvent&>(event));
-            return true;
-        case QEvent::MouseMove:
-            Move(static_cast<QMouseEvent&>(event));
+            TakeMouse(static_cast<QMouseEvent&>(event));
             return true;
         case QEvent::Wheel:
             return ScrollSideways(static_cast<QWheelEvent&>(event));
         case QEvent::ToolTip:
             return ShowToolTip(event);
-        case QEvent::Leave:
-            m_parts.grid.SetMouseCell(-1, -1);
-            return false;
         default:
             return false;
+    }
+}
+
+void GridMouse::TakeMouse(const QMouseEvent& event) {
+    if (TakeDivider(event)) {
+        return;
+    }
+    switch (event.type()) {
+        case QEvent::MouseButtonPress:
+            return Press(event);
+        case QEvent::MouseButtonDblClick:
+            return DoublePress(event);
+        case QEvent::MouseButtonRelease:
+            return Release(event);
+        default:
+            return Move(event);
     }
 }
 
@@ -175,10 +173,8 @@ void GridMouse::DragTo(QPoint position) {
     m_parts.presses.DragTo(cell);
 }
 
-void GridMouse::timerEvent(QTimerEvent* event) {
-    if (event->timerId() != m_dragTimer.timerId()) {
-        QObject::timerEvent(event);
-    } else if (m_parts.presses.Dragging() && QApplication::mouseButtons().testFlag(Qt::LeftButton)) {
+void GridMouse::timerEvent(QTimerEvent* /*event*/) {
+    if (m_parts.presses.Dragging() && QApplication::mouseButtons().testFlag(Qt::LeftButton)) {
         DragTo(m_dragPosition);
     } else {
         m_dragTimer.stop();
@@ -204,7 +200,6 @@ bool GridMouse::ScrollSideways(QWheelEvent& event) {
 bool GridMouse::ShowToolTip(QEvent& event) {
     const QString markup = ToolTipMarkup(m_parts.grid.ToolTipText());
     if (markup.isEmpty()) {
-        QToolTip::hideText();
         event.ignore();
     } else {
         QToolTip::showText(static_cast<QHelpEvent&>(event).globalPos(), markup, m_parts.area.viewport());

@@ -30,6 +30,7 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    void TakeMouse(const QMouseEvent& event);
     GridPointer PointerAt(QPoint position, Qt::KeyboardModifiers modifiers) const;
     /// Returns whether the event was a divider's.
     bool TakeDivider(const QMouseEvent& event);

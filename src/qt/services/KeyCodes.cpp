@@ -1,8 +1,5 @@
 #include "qt/services/KeyCodes.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "platform/GridKeyCodes.h"
 #include "platform/VSFlexGrid.h"
 
@@ -27,11 +24,9 @@ constexpr KeyCode KeyCodes[] = {
 }  // namespace
 
 int ShiftOf(Qt::KeyboardModifiers modifiers) {
-    int shift = 0;
-    shift |= modifiers.testFlag(Qt::ShiftModifier) ? sbShift : 0;
-    shift |= modifiers.testFlag(Qt::ControlModifier) ? sbCtrl : 0;
-    shift |= modifiers.testFlag(Qt::AltModifier) ? sbAlt : 0;
-    return shift;
+    return (modifiers.testFlag(Qt::ShiftModifier) ? sbShift : 0) |
+           (modifiers.testFlag(Qt::ControlModifier) ? sbCtrl : 0) |
+           (modifiers.testFlag(Qt::AltModifier) ? sbAlt : 0);
 }
 
 int KeyCodeOf(int key) {
@@ -42,9 +37,12 @@ int KeyCodeOf(int key) {
     if (key >= Qt::Key_F1 && key <= Qt::Key_F12) {
         return key - Qt::Key_F1 + kcF1;
     }
-    const auto* const found = std::find_if(std::begin(KeyCodes), std::end(KeyCodes),
-                                           [&](const KeyCode& each) { return each.key == key; });
-    return found != std::end(KeyCodes) ? found->code : 0;
+    for (const KeyCode& each : KeyCodes) {
+        if (each.key == key) {
+            return each.code;
+        }
+    }
+    return 0;
 }
 
 }  // namespace kd

@@ -1,4 +1,5 @@
 #include "qt/grid/GridFixture.h"
+#include "qt/grid/GridMetrics.h"
 
 namespace kd {
 namespace {
@@ -50,6 +51,44 @@ TEST_F(ColumnDividersTest, TheWidthFollowsThePointer) {
     Move(from + QPoint(60, 0));  // the button was let go elsewhere
     Move(from + QPoint(70, 0), Qt::LeftButton);
     EXPECT_EQ(grid.ColWidth(1), ColumnWidth - 20);
+}
+
+TEST_F(ColumnDividersTest, ADragEndsWithItsButtonAlone) {
+    Make(5, 4);
+    ListenToMouse();
+    const QPoint from = Edge(1);
+    const QPoint cell = Middle(2, 1);
+    QTest::mousePress(Port(), Qt::RightButton, {}, cell);
+    QTest::mousePress(Port(), Qt::LeftButton, {}, from);
+    Move(from + QPoint(10, 0), Qt::LeftButton | Qt::RightButton);
+    QTest::mouseRelease(Port(), Qt::RightButton, {}, cell);
+    EXPECT_EQ(history, (History{"Before 2 0 at 2,1", "Down 2 0 at 2,1", "Up 2 0 at 2,1"}));
+    Move(from + QPoint(20, 0), Qt::LeftButton);
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth + 20) << "another button was let go";
+    QTest::mouseRelease(Port(), Qt::LeftButton, {}, from + QPoint(20, 0));
+    Move(from + QPoint(60, 0), Qt::LeftButton);
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth + 20) << "it has ended";
+}
+
+TEST_F(ColumnDividersTest, ADragWhoseEndWasNotHeardOfIsOverAtTheNextPress) {
+    Make(5, 4);
+    QTest::mousePress(Port(), Qt::LeftButton, {}, Edge(1));
+    QTest::mousePress(Port(), Qt::LeftButton, {}, Middle(0, 2));
+    Move(Middle(0, 2) + QPoint(30, 0), Qt::LeftButton);
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth);
+    QTest::mouseRelease(Port(), Qt::LeftButton, {}, Middle(0, 2));
+}
+
+TEST_F(ColumnDividersTest, ADragEndsWhenItsColumnGoes) {
+    Make(5, 4);
+    const QPoint from = Edge(1);
+    QTest::mousePress(Port(), Qt::LeftButton, {}, from);
+    for (const bool hidden : {true, false}) {
+        grid.SetColHidden(1, hidden);
+        Move(from + QPoint(30, 0), Qt::LeftButton);
+        EXPECT_EQ(grid.ColWidth(1), ColumnWidth) << hidden;
+    }
+    QTest::mouseRelease(Port(), Qt::LeftButton, {}, from);
 }
 
 TEST_F(ColumnDividersTest, APressThereIsNoPressOfTheHeader) {
@@ -210,10 +249,14 @@ TEST_F(ColumnDividersTest, NoColumnBecomesTooNarrowToBeTakenAgain) {
 
 TEST_F(ColumnDividersTest, ThePointerSplitsOverADivider) {
     Make(5, 4);
-    Move(Edge(1));
-    EXPECT_EQ(Port()->cursor().shape(), Qt::SplitHCursor);
-    Move(Middle(0, 1));
-    EXPECT_EQ(Port()->cursor().shape(), Qt::ArrowCursor);
+    for (std::int32_t col = 0; col < 4; ++col) {
+        Move(Edge(col));
+        EXPECT_EQ(Port()->cursor().shape(), Qt::SplitHCursor) << col;
+        Move(Middle(0, col));
+        EXPECT_EQ(Port()->cursor().shape(), Qt::ArrowCursor) << col;
+    }
+    Move(Edge(1), Qt::RightButton);
+    EXPECT_EQ(Port()->cursor().shape(), Qt::ArrowCursor) << "what was pressed elsewhere goes on";
     Move(Edge(1) + QPoint(0, widget->Layout().GetSizes().headerHeight));
     EXPECT_EQ(Port()->cursor().shape(), Qt::ArrowCursor);
 }
@@ -225,6 +268,10 @@ TEST_F(ColumnDividersTest, OverADividerThePointerIsOverNoCell) {
     Move(Middle(0, 1));
     Move(Edge(1));
     EXPECT_EQ(rows, (std::vector<std::int32_t>{0, -1}));
+    QTest::mousePress(Port(), Qt::LeftButton, {}, Edge(1));
+    Move(Edge(1) + QPoint(20, 0), Qt::LeftButton);
+    EXPECT_EQ(rows, (std::vector<std::int32_t>{0, -1, -1})) << "while it is dragged";
+    QTest::mouseRelease(Port(), Qt::LeftButton, {}, Edge(1));
 }
 
 TEST_F(ColumnDividersTest, ADragOfTheSelectionPassesOverDividers) {
@@ -241,6 +288,8 @@ TEST_F(ColumnDividersTest, ADragOfTheSelectionWhoseEndWasNotHeardOfIsOverAtTheNe
     QTest::mousePress(Port(), Qt::LeftButton, {}, widget->Layout().CellRect(3, 1).center());
     Drag(Edge(1), 25);
     EXPECT_EQ(grid.ColWidth(1), ColumnWidth + 25);
+    Move(Middle(4, 2), Qt::LeftButton);
+    EXPECT_EQ(Selection(), (Cell{3, 1, 3, 1}));
 }
 
 TEST_F(ColumnDividersTest, AnOpenEditorStaysAndFollowsItsColumn) {
@@ -278,10 +327,10 @@ TEST_F(ColumnDividersTest, AltAndArrowsSizeTheCurrentColumn) {
     grid.Select(2, 1);
     Press(Qt::Key_Right, Qt::AltModifier);
     Press(Qt::Key_Right, Qt::AltModifier);
-    const int wider = grid.ColWidth(1);
-    EXPECT_GT(wider, ColumnWidth);
+    const int character = widget->Layout().GetSizes().defaultColWidth / DefaultColChars;
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth + 2 * character);
     Press(Qt::Key_Left, Qt::AltModifier);
-    EXPECT_EQ(grid.ColWidth(1), (wider + ColumnWidth) / 2);
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth + character);
     Press(Qt::Key_Up, Qt::AltModifier);
     EXPECT_EQ(grid.ColWidth(1), fitting);
     EXPECT_EQ(grid.ColWidth(2), ColumnWidth);

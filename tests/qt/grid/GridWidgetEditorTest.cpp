@@ -248,6 +248,9 @@ TEST_F(GridWidgetEditorTest, FocusThatComesToTheGridGoesToItsEditor) {
     Open();
     widget->setFocus();
     EXPECT_TRUE(IsOpen());
+    QApplication::processEvents();
+    EXPECT_TRUE(IsOpen());
+    EXPECT_TRUE(history.empty()) << "it has not been lost";
 }
 
 TEST_F(GridWidgetEditorTest, ARightPressElsewhereFindsTheEditorOpen) {

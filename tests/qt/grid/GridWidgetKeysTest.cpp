@@ -146,12 +146,152 @@ TEST_F(GridWidgetKeysTest, KeyDownComesFirstWithCodeAndShift) {
     EXPECT_EQ(Current(), (Cell{3, 1}));
 }
 
-TEST_F(GridWidgetKeysTest, AltDownPressesTheCurrentColumnsHeader) {
+TEST_F(GridWidgetKeysTest, EveryKeyIsToldByItsCodeAndTheRestNotAtAll) {
+    Make(5, 3);
+    grid.Select(2, 1);
+    std::vector<int> codes;
+    grid.KeyDown = [&](int code, int) { codes.push_back(code); };
+    struct Case {
+        const char* label;
+        Qt::Key key;
+        std::vector<int> codes;
+    };
+    for (const Case& c : {
+             Case{"A", Qt::Key_A, {65}},
+             Case{"Z", Qt::Key_Z, {90}},
+             Case{"0", Qt::Key_0, {48}},
+             Case{"9", Qt::Key_9, {57}},
+             Case{"Space", Qt::Key_Space, {32}},
+             Case{"F1", Qt::Key_F1, {112}},
+             Case{"F12", Qt::Key_F12, {123}},
+             Case{"Backspace", Qt::Key_Backspace, {8}},
+             Case{"Tab", Qt::Key_Tab, {9}},
+             Case{"Backtab", Qt::Key_Backtab, {9}},
+             Case{"Return", Qt::Key_Return, {13}},
+             Case{"Enter", Qt::Key_Enter, {13}},
+             Case{"Escape", Qt::Key_Escape, {27}},
+             Case{"Page Up", Qt::Key_PageUp, {33}},
+             Case{"Page Down", Qt::Key_PageDown, {34}},
+             Case{"End", Qt::Key_End, {35}},
+             Case{"Home", Qt::Key_Home, {36}},
+             Case{"Left", Qt::Key_Left, {37}},
+             Case{"Up", Qt::Key_Up, {38}},
+             Case{"Right", Qt::Key_Right, {39}},
+             Case{"Down", Qt::Key_Down, {40}},
+             Case{"Insert", Qt::Key_Insert, {45}},
+             Case{"Delete", Qt::Key_Delete, {46}},
+             Case{"!", Qt::Key_Exclam, {}},
+             Case{"/", Qt::Key_Slash, {}},
+             Case{":", Qt::Key_Colon, {}},
+             Case{"@", Qt::Key_At, {}},
+             Case{"[", Qt::Key_BracketLeft, {}},
+             Case{"F13", Qt::Key_F13, {}},
+         }) {
+        codes.clear();
+        QKeyEvent press(QEvent::KeyPress, c.key, Qt::AltModifier);  // with which no key opens the editor
+        QApplication::sendEvent(widget, &press);
+        EXPECT_EQ(codes, c.codes) << c.label;
+    }
+}
+
+TEST_F(GridWidgetKeysTest, AltDownPressesTheMiddleOfTheCurrentColumnsHeader) {
+    Make(5, 12);
+    widget->setFrameShape(QFrame::Box);
+    widget->setFrameShadow(QFrame::Plain);
+    widget->setLineWidth(5);
+    widget->resize(410, 310);
+    ASSERT_NE(Port()->pos(), QPoint());
+    ListenToMouse();
+    QPoint pressed;
+    grid.MouseUp = [&](MouseButton, int, int x, int y) { pressed = {x, y}; };
+    grid.SetColHidden(3, true);
+    struct Case {
+        const char* label;
+        std::int32_t current;
+        std::int32_t pressed;
+    };
+    for (const Case& c : {Case{"in sight", 1, 1}, Case{"hidden, so the next one", 3, 4},
+                          Case{"scrolled out of sight", 10, 10}}) {
+        grid.Select(2, c.current);
+        history.clear();
+        Press(Qt::Key_Down, Qt::AltModifier);
+        const std::string tail = " 1 0 at 0," + std::to_string(c.pressed);
+        EXPECT_EQ(history, (History{"Before" + tail, "Down" + tail})) << c.label;
+        EXPECT_EQ(pressed, Middle(0, c.pressed) + Port()->pos()) << c.label;
+        EXPECT_EQ(widget->Layout().ShownRect(0, c.pressed).width(), ColumnWidth) << c.label;
+    }
+}
+
+TEST_F(GridWidgetKeysTest, AKeyWithoutAUseIsLeftToTheWindow) {
     Make(5, 3);
     ListenToMouse();
+    struct Case {
+        const char* label;
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        const char* text;
+        bool used;
+        History history;
+    };
+    const History menu{"Before 2 0 at 2,1", "Down 2 0 at 2,1", "Up 2 0 at 2,1"};
+    const History header{"Before 1 0 at 0,1", "Down 1 0 at 0,1", "Up 1 0 at 0,1"};
+    for (const Case& c : {
+             Case{"Alt and Down", Qt::Key_Down, Qt::AltModifier, "", true, header},
+             Case{"Alt and Right", Qt::Key_Right, Qt::AltModifier, "", true, {}},
+             Case{"Alt and Left", Qt::Key_Left, Qt::AltModifier, "", true, {}},
+             Case{"Alt and Up", Qt::Key_Up, Qt::AltModifier, "", true, {}},
+             Case{"Shift and F10", Qt::Key_F10, Qt::ShiftModifier, "", true, menu},
+             Case{"F10", Qt::Key_F10, Qt::NoModifier, "", false, {}},
+             Case{"Alt and a letter", Qt::Key_V, Qt::AltModifier, "v", false, {}},
+             Case{"Ctrl and a letter", Qt::Key_B, Qt::ControlModifier, "b", false, {}},
+             Case{"Delete", Qt::Key_Delete, Qt::NoModifier, "\x7f", false, {}},
+             Case{"Backspace", Qt::Key_Backspace, Qt::NoModifier, "\b", false, {}},
+             Case{"Enter", Qt::Key_Return, Qt::NoModifier, "\r", false, {}},
+             Case{"Esc", Qt::Key_Escape, Qt::NoModifier, "\x1b", false, {}},
+         }) {
+        grid.Select(2, 1);
+        history.clear();
+        QKeyEvent press(QEvent::KeyPress, c.key, c.modifiers, QString::fromLatin1(c.text));
+        QApplication::sendEvent(widget, &press);
+        EXPECT_EQ(press.isAccepted(), c.used) << c.label;
+        EXPECT_EQ(history, c.history) << c.label;
+        EXPECT_FALSE(grid.EditWindow()) << c.label;
+    }
+}
+
+TEST_F(GridWidgetKeysTest, APressOfTheHeaderLeavesItsColumnsWidth) {
+    Make(5, 3);
     grid.Select(2, 1);
     Press(Qt::Key_Down, Qt::AltModifier);
-    EXPECT_EQ(history.front(), "Before 1 0 at 0,1");
+    EXPECT_EQ(grid.ColWidth(1), ColumnWidth);
+}
+
+TEST_F(GridWidgetKeysTest, WhatIsTypedHasItsUseWhetherTheEditorOpensOrNot) {
+    Make(5, 3);
+    ListenToEdits();
+    for (const bool locked : {false, true}) {
+        for (const Qt::KeyboardModifiers modifiers :
+             {Qt::KeyboardModifiers(), Qt::KeyboardModifiers(Qt::ControlModifier | Qt::AltModifier)}) {
+            readOnly = locked;
+            grid.Select(2, 1);
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_Q, modifiers, "@");
+            QApplication::sendEvent(widget, &press);
+            EXPECT_TRUE(press.isAccepted());
+            EXPECT_EQ(grid.EditWindow(), !locked);
+            EXPECT_EQ(Editor()->text(), QString(locked ? "" : "@"));
+            grid.CancelEdit();
+        }
+    }
+}
+
+TEST_F(GridWidgetKeysTest, AGridThatIsHiddenWithItsEditorOpenStaysOnItsCell) {
+    Make(5, 3);
+    grid.Select(2, 1);
+    Type("new");
+    widget->hide();
+    QApplication::processEvents();
+    EXPECT_EQ(Current(), (Cell{2, 1}));
+    EXPECT_EQ(grid.TextMatrix(2, 1), "new");
 }
 
 TEST_F(GridWidgetKeysTest, EnterAndEscapeAreLeftToTheWindow) {

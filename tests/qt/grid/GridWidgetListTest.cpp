@@ -102,6 +102,23 @@ TEST_F(GridWidgetListTest, NeitherTypingNorF2OpensAnEditor) {
     EXPECT_FALSE(grid.EditWindow());
 }
 
+TEST_F(GridWidgetListTest, WhatIsTypedIsLeftToTheDialog) {
+    MakeList();
+    grid.Select(2, 0);
+    QKeyEvent typed(QEvent::KeyPress, Qt::Key_X, Qt::NoModifier, "x");
+    QApplication::sendEvent(widget, &typed);
+    EXPECT_FALSE(typed.isAccepted());
+}
+
+TEST_F(GridWidgetListTest, NoKeyPressesItsHeaderNorOpensAMenu) {
+    MakeList();
+    ListenToMouse();
+    grid.Select(2, 0);
+    Press(Qt::Key_Down, Qt::AltModifier);
+    Press(Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_TRUE(history.empty());
+}
+
 TEST_F(GridWidgetListTest, TabGoesOnToTheNextControl) {
     MakeList();
     Press(Qt::Key_Tab);

@@ -1,4 +1,3 @@
-#include <QAbstractEventDispatcher>
 #include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QToolTip>
@@ -10,19 +9,6 @@ namespace kd {
 namespace {
 
 class GridWidgetMouseTest : public GridFixture {};
-
-/// Sees which grid's mouse has had a timer's event, for the length of a scope.
-class TimerWatch : public QObject {
-public:
-    TimerWatch() { QCoreApplication::instance()->installEventFilter(this); }
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Timer && dynamic_cast<GridMouse*>(watched) != nullptr) {
-            seen = watched;
-        }
-        return false;
-    }
-    QObject* seen = nullptr;
-};
 
 TEST_F(GridWidgetMouseTest, PressGoesBeforeMouseDownThenSelectionThenMouseDownThenMouseUp) {
     Make(5, 3);
@@ -47,6 +33,35 @@ TEST_F(GridWidgetMouseTest, EveryButtonGoesThroughTheSameEvents) {
         Click(3, 1, Qt::NoModifier, c.button);
         const std::string tail = std::string(" ") + c.number + " 0 at 3,1";
         EXPECT_EQ(history, (History{"Before" + tail, "Down" + tail, "Up" + tail})) << c.label;
+    }
+}
+
+TEST_F(GridWidgetMouseTest, EachEventOfTheMouseIsToldOnceAndEndsInTheGrid) {
+    Make(5, 3);
+    ListenToMouse();
+    grid.MouseMove = [this](MouseButton, int, int, int) { history.emplace_back("Move"); };
+    struct Case {
+        const char* label;
+        QEvent::Type type;
+        Qt::MouseButton button;
+        Qt::MouseButtons buttons;
+        History history;
+    };
+    const History pressed{"Before 1 0 at 0,1", "Down 1 0 at 0,1"};
+    const History released{"Up 1 0 at 0,1"};
+    for (const Case& c : {
+             Case{"press", QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton, pressed},
+             Case{"move", QEvent::MouseMove, Qt::NoButton, Qt::LeftButton, {"Move"}},
+             Case{"release", QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton, released},
+             Case{"second press", QEvent::MouseButtonDblClick, Qt::LeftButton, Qt::LeftButton, pressed},
+             Case{"second release", QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton, released},
+         }) {
+        history.clear();
+        const QPoint at = Middle(0, 1);
+        QMouseEvent event(c.type, at, Port()->mapToGlobal(at), c.button, c.buttons, Qt::NoModifier);
+        QApplication::sendEvent(Port(), &event);
+        EXPECT_EQ(history, c.history) << c.label;
+        EXPECT_TRUE(event.isAccepted()) << c.label;
     }
 }
 
@@ -111,80 +126,6 @@ TEST_F(GridWidgetMouseTest, APressBesideTheCellsTellsMinusOneAndSelectsNothing) 
     EXPECT_EQ(Current(), (Cell{1, 1}));
 }
 
-TEST_F(GridWidgetMouseTest, DraggingSelectsARectangleWithTheCurrentCellWhereItBegan) {
-    Make(8, 4);
-    QTest::mousePress(Port(), Qt::LeftButton, Qt::NoModifier, Middle(5, 2));
-    Move(Middle(2, 1), Qt::LeftButton);
-    EXPECT_EQ(Selection(), (Cell{2, 1, 5, 2}));
-    EXPECT_EQ(Current(), (Cell{5, 2}));
-    Move(Middle(6, 3), Qt::LeftButton);
-    EXPECT_EQ(Selection(), (Cell{5, 2, 6, 3}));
-    QTest::mouseRelease(Port(), Qt::LeftButton, Qt::NoModifier, Middle(6, 3));
-    Move(Middle(1, 0));
-    EXPECT_EQ(Selection(), (Cell{5, 2, 6, 3}));
-}
-
-TEST_F(GridWidgetMouseTest, ARectangleCountsWhatIsHiddenInsideIt) {
-    Make(8, 4);
-    grid.SetRowHidden(3, true);
-    grid.SetColHidden(2, true);
-    QTest::mousePress(Port(), Qt::LeftButton, Qt::NoModifier, Middle(2, 1));
-    Move(Middle(4, 3), Qt::LeftButton);
-    EXPECT_EQ(Selection(), (Cell{2, 1, 4, 3}));
-}
-
-TEST_F(GridWidgetMouseTest, ADragCrossesTheBorderOfTheFrozenColumns) {
-    Make(8, 12);
-    grid.SetFrozenCols(2);
-    QApplication::processEvents();
-    widget->horizontalScrollBar()->setValue(3 * ColumnWidth);
-    // Columns 0 and 1 stand at the left, column 5 beside them.
-    EXPECT_EQ(widget->Layout().ColAt(2 * ColumnWidth + 5), 5);
-    QTest::mousePress(Port(), Qt::LeftButton, Qt::NoModifier, Middle(2, 6));
-    Move(Middle(4, 1), Qt::LeftButton);
-    EXPECT_EQ(Selection(), (Cell{2, 1, 4, 6}));
-    EXPECT_EQ(Current(), (Cell{2, 6}));
-}
-
-TEST_F(GridWidgetMouseTest, NothingTicksOnWhenADragBeyondAnEdgeHasEndedUnheard) {
-    Make(100, 12);
-    TimerWatch watch;
-    const QPoint below(Middle(2, 2).x(), Port()->height() + 20);
-    QTest::mousePress(Port(), Qt::LeftButton, Qt::NoModifier, Middle(2, 2));
-    Move(below, Qt::LeftButton);
-    QTest::mouseRelease(other, Qt::LeftButton);
-    const int scrolled = widget->verticalScrollBar()->value();
-    ASSERT_TRUE(QTest::qWaitFor([&watch] { return watch.seen != nullptr; }));
-    EXPECT_TRUE(QTest::qWaitFor(
-        [&watch] { return QAbstractEventDispatcher::instance()->registeredTimers(watch.seen).isEmpty(); }));
-    EXPECT_EQ(widget->verticalScrollBar()->value(), scrolled);
-}
-
-TEST_F(GridWidgetMouseTest, ADragBeyondAnEdgeScrolls) {
-    Make(100, 12);
-    grid.SetTopRow(20);
-    widget->horizontalScrollBar()->setValue(100);
-    const int before = widget->verticalScrollBar()->value();
-    QTest::mousePress(Port(), Qt::LeftButton, Qt::NoModifier, Middle(25, 2));
-    Move(QPoint(Middle(25, 2).x(), Port()->height() + 20), Qt::LeftButton);
-    EXPECT_EQ(widget->verticalScrollBar()->value(), before + 1);
-    EXPECT_GT(grid.EndRow(), 25);
-    Move(QPoint(Middle(25, 2).x(), 2), Qt::LeftButton);
-    EXPECT_EQ(widget->verticalScrollBar()->value(), before);
-    EXPECT_EQ(grid.EndRow(), 20);
-    Move(QPoint(Port()->width() + 5, Middle(25, 2).y()), Qt::LeftButton);
-    EXPECT_GT(widget->horizontalScrollBar()->value(), 100);
-    Move(QPoint(-5, Middle(25, 2).y()), Qt::LeftButton);
-    EXPECT_EQ(widget->horizontalScrollBar()->value(), 100);
-}
-
-TEST_F(GridWidgetMouseTest, ADragBelowTheLastRowTakesTheLastRow) {
-    Make(4, 2);
-    QTest::mousePress(Port(), Qt::LeftButton, Qt::NoModifier, Middle(2, 0));
-    Move(QPoint(390, 250), Qt::LeftButton);
-    EXPECT_EQ(Selection(), (Cell{2, 0, 4, 1}));
-}
-
 TEST_F(GridWidgetMouseTest, ShiftAndClickExtendsTheSelection) {
     Make(8, 4);
     Click(5, 2);
@@ -219,6 +160,11 @@ TEST_F(GridWidgetMouseTest, MovesTellTheCellBelowThePointer) {
 
 TEST_F(GridWidgetMouseTest, CoordinatesCountFromTheGridsCorner) {
     Make(5, 3);
+    widget->setFrameShape(QFrame::Box);
+    widget->setFrameShadow(QFrame::Plain);
+    widget->setLineWidth(5);
+    widget->resize(410, 310);
+    ASSERT_NE(Port()->pos(), QPoint());
     QPoint told;
     grid.MouseDown = [&](MouseButton, int, int x, int y) { told = {x, y}; };
     Click(2, 1);
@@ -231,6 +177,7 @@ TEST_F(GridWidgetMouseTest, TheWheelScrollsThreeRowsANotch) {
         QWheelEvent wheel(Middle(3, 1), Port()->mapToGlobal(Middle(3, 1)), QPoint(), angle, Qt::NoButton,
                           modifiers, Qt::NoScrollPhase, false);
         QApplication::sendEvent(Port(), &wheel);
+        return wheel.isAccepted();
     };
     turn({0, -120}, Qt::NoModifier);
     EXPECT_EQ(widget->verticalScrollBar()->value(), QApplication::wheelScrollLines());
@@ -238,8 +185,13 @@ TEST_F(GridWidgetMouseTest, TheWheelScrollsThreeRowsANotch) {
     turn({-120, 0}, Qt::NoModifier);
     const int sideways = widget->horizontalScrollBar()->value();
     EXPECT_GT(sideways, 0);
-    turn({0, -120}, Qt::ShiftModifier);
+    EXPECT_TRUE(turn({0, -120}, Qt::ShiftModifier));
     EXPECT_EQ(widget->horizontalScrollBar()->value(), 2 * sideways);
+    turn({-120, -30}, Qt::ShiftModifier);
+    EXPECT_GT(widget->horizontalScrollBar()->value(), 2 * sideways)
+        << "what goes sideways already does so still";
+    widget->horizontalScrollBar()->setValue(widget->horizontalScrollBar()->maximum());
+    EXPECT_FALSE(turn({0, -120}, Qt::ShiftModifier)) << "at the end";
     EXPECT_EQ(widget->verticalScrollBar()->value(), QApplication::wheelScrollLines());
 }
 
@@ -252,6 +204,24 @@ TEST_F(GridWidgetMouseTest, TheMenuKeyIsARightPressOnTheCurrentCell) {
     EXPECT_TRUE(menu.isAccepted()) << "no other menu opens for it";
     EXPECT_EQ(history, (History{"Before 2 0 at 40,1", "Down 2 0 at 40,1", "Up 2 0 at 40,1"}));
     EXPECT_FALSE(widget->Layout().ShownRect(40, 1).isEmpty());
+}
+
+TEST_F(GridWidgetMouseTest, TheMenuKeyPressesWhereACurrentCellIsInSight) {
+    Make(5, 3);
+    grid.SetRowHidden(3, true);
+    ListenToMouse();
+    struct Case {
+        const char* label;
+        std::int32_t row;
+        std::size_t told;
+    };
+    for (const Case& c : {Case{"none", 0, 0}, Case{"the first row's", 1, 3}, Case{"a hidden row's", 3, 0}}) {
+        grid.Select(c.row, 1);
+        history.clear();
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+        QApplication::sendEvent(widget, &menu);
+        EXPECT_EQ(history.size(), c.told) << c.label;
+    }
 }
 
 TEST_F(GridWidgetMouseTest, AMenuOfTheMenuKeyBelongsBelowTheCurrentCell) {
@@ -287,6 +257,7 @@ TEST_F(GridWidgetMouseTest, TheGridsToolTipIsShownAndGoesWithItsText) {
     grid.SetToolTipText(" Equals \"<i>\" ");
     EXPECT_EQ(QToolTip::text(), GridMouse::ToolTipMarkup(" Equals \"<i>\" "));
     grid.SetToolTipText("");
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QToolTip::isVisible(); }));
     EXPECT_EQ(rest(), QString("none"));
 }
 

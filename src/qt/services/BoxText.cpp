@@ -1,10 +1,9 @@
 #include "qt/services/BoxText.h"
 
 #include <QClipboard>
-#include <QGridLayout>
 #include <QGuiApplication>
-#include <QKeyEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QShortcut>
@@ -12,6 +11,7 @@
 #include <QTextDocumentFragment>
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace kd {
 
@@ -51,19 +51,14 @@ bool FitsInBox(const QLabel& label, const QSize& screen) {
     return size.width() <= room.width() && size.height() <= room.height();
 }
 
-/// Leaves the keys for Copy to the box, which knows what to copy when nothing is selected.
+/// Leaves all shortcuts to the box: it knows what to copy when nothing is selected.
 class MessageField : public QPlainTextEdit {
 public:
     using QPlainTextEdit::QPlainTextEdit;
 
 protected:
     bool event(QEvent* event) override {
-        if (event->type() == QEvent::ShortcutOverride &&
-            dynamic_cast<QKeyEvent&>(*event).matches(QKeySequence::Copy)) {
-            event->ignore();
-            return false;
-        }
-        return QPlainTextEdit::event(event);
+        return event->type() != QEvent::ShortcutOverride && QPlainTextEdit::event(event);
     }
 };
 
@@ -74,10 +69,7 @@ QPlainTextEdit* ScrollingText(const QLabel& label, const QSize& room, QWidget& p
     text->setObjectName(QStringLiteral("MessageText"));
     text->setAccessibleName(QMessageBox::tr("Message"));
     text->setReadOnly(true);
-    text->setTabChangesFocus(true);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    text->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    text->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     QPalette colours = text->palette();
     colours.setColor(QPalette::Base, colours.color(QPalette::Window));
     text->setPalette(colours);
@@ -91,18 +83,12 @@ QPlainTextEdit* ScrollingText(const QLabel& label, const QSize& room, QWidget& p
 /// A text that would push the buttons off the screen gives way to a field in which it scrolls.
 void KeepOnScreen(QMessageBox& box, const QSize& screen) {
     auto* const label = box.findChild<QLabel*>(QLatin1String(LabelName));
-    auto* const grid = qobject_cast<QGridLayout*>(box.layout());
-    if (label == nullptr || grid == nullptr || FitsInBox(*label, screen)) {
+    if (label == nullptr || FitsInBox(*label, screen)) {
         return;
     }
-    int row = 0;
-    int column = 0;
-    int rows = 0;
-    int columns = 0;
-    grid->getItemPosition(grid->indexOf(label), &row, &column, &rows, &columns);
-    grid->removeWidget(label);
+    const std::unique_ptr<QLayoutItem> replaced(
+        box.layout()->replaceWidget(label, ScrollingText(*label, RoomForText(screen), box)));
     label->hide();
-    grid->addWidget(ScrollingText(*label, RoomForText(screen), box), row, column, rows, columns);
 }
 
 /// What the user has selected of a box's text, else all of it.

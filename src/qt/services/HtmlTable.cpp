@@ -29,12 +29,11 @@ public:
             } else if (c == QLatin1Char('&')) {
                 ReadEntity();
             } else {
-                Put(c);
-                ++m_at;
+                Put(m_html[m_at++]);
             }
         }
         EndRow();
-        if (!m_seen || m_rows == 0 || m_places > MostPlaces) {
+        if (m_rows == 0 || m_places > MostPlaces) {
             return std::nullopt;
         }
         return FromQt(m_cells);
@@ -43,12 +42,12 @@ public:
 private:
     void ReadTag() {
         if (m_html.mid(m_at, 4) == QLatin1String("<!--")) {
-            const auto end = m_html.indexOf(QLatin1String("-->"), m_at + 4);
+            const auto end = m_html.indexOf(QLatin1String("-->"), m_at + 2);  // "<!-->" is one too
             m_at = end < 0 ? m_html.size() : end + 3;
             return;
         }
         const auto end = TagEnd();
-        const QString tag = m_html.mid(m_at + 1, end - m_at - 1);
+        const QString tag = m_html.mid(m_at + 1, end - m_at).toLower();  // with its ">"
         m_at = std::min(end + 1, m_html.size());
         const QString name = TagName(tag);
         if (name == QLatin1String("style") || name == QLatin1String("script")) {
@@ -62,7 +61,7 @@ private:
     /// Offset of the ">" that ends the tag; one inside quotation marks does not.
     qsizetype TagEnd() const {
         QChar quote;
-        for (auto at = m_at + 1; at < m_html.size(); ++at) {
+        for (auto at = m_at; at < m_html.size(); ++at) {
             const QChar c = m_html[at];
             if (!quote.isNull()) {
                 quote = c == quote ? QChar() : quote;
@@ -76,79 +75,70 @@ private:
     }
 
     static QString TagName(const QString& tag) {
-        qsizetype length = tag.startsWith(QLatin1Char('/')) ? 1 : 0;
+        qsizetype length = 1;  // the "/" or the first letter
         while (length < tag.size() && tag[length].isLetterOrNumber()) {
             ++length;
         }
-        return tag.left(length).toLower();
+        return tag.left(length);
     }
 
     void TakeTag(const QString& name, const QString& tag) {
         if (name == QLatin1String("table")) {
-            m_seen = true;
             ++m_depth;
         } else if (name == QLatin1String("/table") && m_depth > 0) {
             m_done = --m_depth == 0;
         } else if (m_depth > 1 || name == QLatin1String("br") || name == QLatin1String("p") ||
                    name == QLatin1String("div")) {
             Put(QLatin1Char(' '));
-        } else if (m_depth == 1 && name == QLatin1String("tr")) {
+        } else if (name == QLatin1String("tr") || name == QLatin1String("/tr")) {
             EndRow();
-            m_inRow = true;
+            m_inRow = name == QLatin1String("tr");
         } else if (m_depth == 1 && (name == QLatin1String("td") || name == QLatin1String("th"))) {
-            m_inRow = true;
             EndCell();
+            m_span = Span(tag, QStringLiteral("colspan="));
+            m_rowSpan = Span(tag, QStringLiteral("rowspan="));
             m_inCell = true;
-            m_span = Span(tag, QLatin1String("colspan="));
-            m_rowSpan = Span(tag, QLatin1String("rowspan="));
-        } else if (m_depth == 1 && (name == QLatin1String("/td") || name == QLatin1String("/th"))) {
+            m_inRow = true;
+        } else if (name == QLatin1String("/td") || name == QLatin1String("/th")) {
             EndCell();
-        } else if (m_depth == 1 && name == QLatin1String("/tr")) {
-            EndRow();
         }
     }
 
-    static int Span(const QString& tag, QLatin1String name) {
-        const auto at = tag.indexOf(name, 0, Qt::CaseInsensitive);
-        if (at < 0) {
-            return 1;
-        }
-        QString digits;
-        for (auto i = at + name.size(); i < tag.size() && digits.size() < 3; ++i) {
-            if (tag[i].isDigit()) {
-                digits += tag[i];
-            } else if (!digits.isEmpty() || (tag[i] != QLatin1Char('"') && tag[i] != QLatin1Char('\''))) {
+    static int Span(const QString& tag, const QString& name) {
+        int span = 0;
+        for (const QChar c : tag.section(name, 1)) {
+            if (c.isDigit()) {
+                span = std::min(span * 10 + c.digitValue(), MostPlaces + 1);
+            } else if (c != QLatin1Char('"') && c != QLatin1Char('\'')) {
                 break;
             }
         }
-        return std::max(1, digits.toInt());
+        return std::max(1, span);
     }
 
-    /// Offset of the ";" that ends the entity here, or -1 when no entity begins here: between "&" and ";"
-    /// stand letters and digits alone, or else a lone "&" would take the tags behind it with it.
-    qsizetype EntityEnd() const {
+    /// The entity that begins here, from its "&" to its ";", or nothing: between the two stand letters,
+    /// digits and "#" alone, or else a lone "&" would take the tags behind it with it.
+    QString Entity() const {
         // Looked for near by alone: a text of nothing but "&" would be gone through once for each of them.
         constexpr qsizetype Longest = 32;
-        const auto last = std::min(m_at + Longest, m_html.size() - 1);
-        for (auto at = m_at + 1; at <= last; ++at) {
-            const QChar c = m_html[at];
-            if (c == QLatin1Char(';')) {
-                return at > m_at + 1 ? at : -1;
+        const QString ahead = m_html.mid(m_at, Longest);
+        for (qsizetype at = 1; at < ahead.size(); ++at) {
+            if (ahead[at] == QLatin1Char(';')) {
+                return ahead.left(at + 1);
             }
-            if (c.unicode() > 0x7E || !(c.isLetterOrNumber() || (c == QLatin1Char('#') && at == m_at + 1))) {
-                return -1;
+            if (!ahead[at].isLetterOrNumber() && ahead[at] != QLatin1Char('#')) {
+                break;
             }
         }
-        return -1;
+        return {};
     }
 
     void ReadEntity() {
-        const auto end = EntityEnd();
-        if (end < 0) {
+        const QString name = Entity();
+        if (name.isEmpty()) {
             Put(m_html[m_at++]);
             return;
         }
-        const QString name = m_html.mid(m_at, end - m_at + 1);
         if (!m_entities.contains(name)) {
             m_entities.insert(name,
                               QTextDocumentFragment::fromHtml(QLatin1Char('x') + name).toPlainText().mid(1));
@@ -156,7 +146,7 @@ private:
         for (const QChar c : m_entities.value(name)) {
             Put(c);
         }
-        m_at = end + 1;
+        m_at += name.size();
     }
 
     void Put(QChar c) {
@@ -196,23 +186,20 @@ private:
 
     /// A cell in the next column, which takes that column up in `rowsBelow` further rows.
     void AddCell(const QString& text, int rowsBelow) {
-        if (++m_places > MostPlaces) {
-            m_done = true;
-            return;
-        }
+        ++m_places;
         if (m_column > 0) {
             m_row += QLatin1Char('\t');
         }
         m_row += text;
         if (m_column == m_rowsBelow.size()) {
-            m_rowsBelow.push_back(0);
+            m_rowsBelow.emplace_back();
         }
         m_rowsBelow[m_column++] = rowsBelow;
     }
 
     void EndRow() {
         EndCell();
-        if (m_column > 0 || m_inRow) {
+        if (m_inRow) {
             PassCellsFromAbove();
         }
         if (m_column > 0) {
@@ -229,7 +216,6 @@ private:
     const QString& m_html;
     qsizetype m_at = 0;
     int m_depth = 0;
-    bool m_seen = false;
     bool m_done = false;
     bool m_inRow = false;
     bool m_inCell = false;

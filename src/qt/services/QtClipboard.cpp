@@ -48,7 +48,7 @@ Text QtClipboard::GetText() {
     if (data == nullptr) {
         return {};
     }
-    if (data->hasHtml() && !data->hasFormat(QLatin1String(OwnFormat))) {
+    if (!data->hasFormat(QLatin1String(OwnFormat))) {
         if (const auto cells = CellsFromHtml(data->html())) {
             return *cells;
         }

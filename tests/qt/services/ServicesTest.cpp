@@ -8,10 +8,11 @@
 #include <QMimeData>
 #include <QTemporaryDir>
 #include <QTextBrowser>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
 #include <QTreeView>
 
 #include "SourceFolder.h"
-#include "fakes/AtSizes.h"
 #include "qt/Screen.h"
 #include "qt/services/HelpIndex.h"
 #include "qt/services/HtmlTable.h"
@@ -23,66 +24,43 @@
 namespace kd {
 namespace {
 
-// --- HTML tables ------------------------------------------------------------------------------------------
+// --- text -------------------------------------------------------------------------------------------------
 
-struct HtmlCase {
-    const char* label;
-    const char* html;
-    const char* cells;
-};
-
-class HtmlTableTest : public testing::TestWithParam<HtmlCase> {};
-
-TEST_P(HtmlTableTest, CellsAreReadWithTabAndCarriageReturn) {
-    const auto cells = CellsFromHtml(QString::fromUtf8(GetParam().html));
-    ASSERT_TRUE(cells.has_value());
-    EXPECT_EQ(*cells, GetParam().cells);
+TEST(QtTextTest, AToolTipHasTheCharactersOfItsTextWhateverTheyLookLike) {
+    for (const char* const text :
+         {"plain", "a & b", "&amp;", "<b>milk</b>.kdt", "/srv/two  blanks", "\xC3\xA4 \"'"}) {
+        const QString tip = ToPlainToolTip(QString::fromUtf8(text));
+        EXPECT_TRUE(Qt::mightBeRichText(tip)) << text;
+        EXPECT_EQ(QTextDocumentFragment::fromHtml(tip).toPlainText().toStdString(), text);
+    }
+    EXPECT_EQ(ToPlainToolTip(QString()), "") << "none without a text";
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Tables, HtmlTableTest,
-    testing::Values(
-        HtmlCase{"plain", "<table><tr><td>1</td><td>2</td></tr><tr><td>3</td><td>4</td></tr></table>",
-                 "1\t2\r3\t4"},
-        HtmlCase{"EndTagsLeftOut", "<TABLE><TR><TD>1<TD>2<TR><TD>3<TD>4</TABLE>", "1\t2\r3\t4"},
-        HtmlCase{"HeadCells",
-                 "<table><thead><tr><th>USL</th></tr></thead><tbody><tr><td>5</td></tr></tbody></table>",
-                 "USL\r5"},
-        HtmlCase{"AttributesWithBrackets",
-                 "<table title=\"a>b\"><tr><td class='x>y' align=right>1</td></tr></table>", "1"},
-        HtmlCase{"Entities", "<table><tr><td>&lt;b&gt; &amp; &#228; &micro; &x41;</td></tr></table>",
-                 "<b> & \xC3\xA4 \xC2\xB5 &x41;"},
-        HtmlCase{"LoneAmpersandsBeforeASemicolon",
-                 "<table><tr><td>A & B<td>c; d<td>R&D</td><td>e;<td>&;&#;&<b>;</b></table>",
-                 "A & B\tc; d\tR&D\te;\t&;&#;&;"},
-        HtmlCase{"EmptyCells", "<table><tr><td></td><td>&nbsp;</td><td><br></td><td>4</td></tr></table>",
-                 "\t\t\t4"},
-        HtmlCase{"BlanksAndBreaksInACell", "<table>\n<tr>\n<td>\n a <b>b</b>\n  c<br>d </td>\n</tr></table>",
-                 "a b c d"},
-        HtmlCase{"CellOverTwoColumns", "<table><tr><td colspan=\"2\">a</td><td>b</td></tr></table>",
-                 "a\t\tb"},
-        HtmlCase{"CellOverTwoRows", "<table><tr><td rowspan=2>a<td>b<tr><td>c<tr><td>d<td>e</table>",
-                 "a\tb\r\tc\rd\te"},
-        HtmlCase{"CellOverTwoRowsAtTheEnd", "<table><tr><td>a<td rowspan=\"2\">b<tr><td>c</table>",
-                 "a\tb\rc\t"},
-        HtmlCase{"CellOverTwoRowsAndColumns", "<table><tr><td rowspan=2 colspan=2>a<td>b<tr><td>c</table>",
-                 "a\t\tb\r\t\tc"},
-        HtmlCase{"StyleAndComment",
-                 "<style>td{color:red}</style><table><tr><td><!-- <td>no</td> -->1</td></tr></table>", "1"},
-        HtmlCase{"TableInACell",
-                 "<table><tr><td>a<table><tr><td>x</td></tr></table></td><td>b</td></tr></table>", "a x\tb"},
-        HtmlCase{"FirstTableOnly",
-                 "<p>t</p><table><tr><td>1</td></tr></table>u<table><tr><td>2</td></tr></table>", "1"},
-        HtmlCase{"Cut short", "<table><tr><td>1</td><td>2", "1\t2"}),
-    [](const auto& tested) {
-        std::string name;
-        for (const char c : std::string(tested.param.label)) {
-            if (c != ' ') {
-                name += c;
-            }
-        }
-        return name;
-    });
+TEST(QtTextTest, ALetterIsMarkedWhereItStandsFirstInEitherCase) {
+    struct Case {
+        const char* caption;
+        char letter;
+        const char* marked;
+    };
+    for (const Case& c : {Case{"Open", 'O', "&Open"}, Case{"open", 'O', "&open"}, Case{"Add", 'd', "A&dd"},
+                          Case{"Fill Down", 'D', "Fill &Down"}, Case{"Close &All", 'C', "Close &All"}}) {
+        EXPECT_EQ(CaptionWithMnemonic(c.caption, QLatin1Char(c.letter)), c.marked);
+    }
+}
+
+// --- clipboard --------------------------------------------------------------------------------------------
+
+/// Puts on the clipboard what another program would.
+void FromElsewhere(const QString& plain, const QString& html) {
+    auto data = std::make_unique<QMimeData>();
+    if (!plain.isNull()) {
+        data->setText(plain);
+    }
+    if (!html.isNull()) {
+        data->setHtml(html);
+    }
+    QGuiApplication::clipboard()->setMimeData(data.release());
+}
 
 /// What LibreOffice Calc put on the clipboard; tests/qt/services/data/README.md says how it was captured.
 QString Captured(const char* name) {
@@ -105,64 +83,6 @@ TEST(CellsFromHtmlTest, ASpreadsheetsMergedCellsLeaveTheFurtherPlacesEmpty) {
     EXPECT_EQ(CellsFromHtml(Captured("calc-merged.html")).value_or("none"), "tall\t1\t2\r\t3\t4\r5\twide\t");
 }
 
-/// As many rows as wanted of one cell each.
-QString Rows(int rows, const QString& cell) {
-    return QLatin1String("<table>") + (QLatin1String("<tr>") + cell).repeated(rows) +
-           QLatin1String("</table>");
-}
-
-TEST(SizeTest, ATableOfAMillionCellsArrivesWhole) {
-    AtSizes("cells of an HTML table", 1'000'000, 1'000'000, [](std::size_t count) {
-        const QString html = Rows(static_cast<int>(count / 10), QStringLiteral("<td>7</td>").repeated(10));
-        const Text cells = CellsFromHtml(html).value_or("none");
-        const auto wanted = static_cast<std::ptrdiff_t>(count);
-        EXPECT_EQ(std::count(cells.begin(), cells.end(), '7'), wanted);
-        EXPECT_EQ(std::count(cells.begin(), cells.end(), '\t'), wanted - wanted / 10);
-        EXPECT_EQ(std::count(cells.begin(), cells.end(), '\r'), wanted / 10 - 1);
-        return static_cast<std::size_t>(html.size());
-    });
-}
-
-TEST(CellsFromHtmlTest, ATableOfMorePlacesThanAnyGridHasCountsAsNone) {
-    const QString wide = QStringLiteral("<td colspan=999 rowspan=999>");
-    EXPECT_TRUE(CellsFromHtml(Rows(4198, wide.mid(0, 15) + QLatin1Char('>'))).has_value());
-    EXPECT_FALSE(CellsFromHtml(Rows(4199, wide.mid(0, 15) + QLatin1Char('>'))).has_value());
-    EXPECT_FALSE(CellsFromHtml(Rows(5000, wide)).has_value());  // without the bound, terabytes
-    EXPECT_FALSE(CellsFromHtml(Rows(1, wide.repeated(5000))).has_value());
-}
-
-TEST(CellsFromHtmlTest, TextWithoutATableHasNoCells) {
-    EXPECT_FALSE(CellsFromHtml("<p>1</p>").has_value());
-    EXPECT_FALSE(CellsFromHtml("").has_value());
-}
-
-TEST(CellsToHtmlTest, CellsComeBackWhateverEndsTheirRows) {
-    struct Case {
-        const char* label;
-        const char* text;
-        const char* back;
-    };
-    for (const Case& c :
-         {Case{"CR", "1\t2\r3\t4", "1\t2\r3\t4"}, Case{"CR LF", "1\r\n2", "1\r2"}, Case{"LF", "1\n2", "1\r2"},
-          Case{"one cell", "<b>&", "<b>&"}, Case{"empty cells", "\t1\r\t", "\t1\r\t"}}) {
-        EXPECT_EQ(CellsFromHtml(CellsToHtml(c.text)).value_or("none"), c.back) << c.label;
-    }
-}
-
-// --- clipboard --------------------------------------------------------------------------------------------
-
-/// Puts on the clipboard what another program would.
-void FromElsewhere(const QString& plain, const QString& html) {
-    auto data = std::make_unique<QMimeData>();
-    if (!plain.isNull()) {
-        data->setText(plain);
-    }
-    if (!html.isNull()) {
-        data->setHtml(html);
-    }
-    QGuiApplication::clipboard()->setMimeData(data.release());
-}
-
 TEST(QtClipboardTest, TextComesBackToTheLetter) {
     QtClipboard clipboard;
     for (const char* const text :
@@ -178,6 +98,15 @@ TEST(QtClipboardTest, CellsGoOutAsATableToo) {
     const QMimeData* const data = QGuiApplication::clipboard()->mimeData();
     ASSERT_TRUE(data->hasHtml());
     EXPECT_EQ(CellsFromHtml(data->html()).value_or("none"), "1\t<2>\r3\t4");
+}
+
+TEST(QtClipboardTest, CellsOfTheSameProgramStartedTwiceKeepTheirBlanks) {
+    auto data = std::make_unique<QMimeData>();
+    data->setText(" 1 \t2");
+    data->setHtml("<table><tr><td> 1 </td><td>2</td></tr></table>");
+    data->setData("application/x-kdlimitdesk-cells", "1");
+    QGuiApplication::clipboard()->setMimeData(data.release());
+    EXPECT_EQ(QtClipboard().GetText(), " 1 \t2");
 }
 
 TEST(QtClipboardTest, AnotherProgramsTableIsTakenCellByCell) {

@@ -28,6 +28,10 @@ TEST(WindowSystemTest, TheOrderIsToldToTheToolkitAndNotToProgramsThatAreStartedL
     WindowSystem::ForgetChoice();
     EXPECT_FALSE(qEnvironmentVariableIsSet("QT_QPA_PLATFORM"));
 
+    qunsetenv("DISPLAY");
+    WindowSystem::PreferX11();
+    EXPECT_FALSE(qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) << "no X server is at hand";
+
     qputenv("QT_QPA_PLATFORM", chosen);
     display.isNull() ? qunsetenv("DISPLAY") : qputenv("DISPLAY", display);
 }

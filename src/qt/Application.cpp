@@ -66,13 +66,14 @@ Text SettingsFolder(const Environment& environment, char delimiter) {
 #else
     const Text configured = environment.Variable("XDG_CONFIG_HOME");
     const std::string_view name = "kd6";
-    const bool isNamed = !configured.empty() && configured.front() == '/';
+    const bool isNamed = configured.starts_with('/');
     const Text folder = isNamed ? configured : FromQt(QDir::homePath() + QStringLiteral("/.config"));
 #endif
     return paths::InFolder(folder, name, delimiter);
 }
 
-Text ProgramDataFolder(Files& files, const Text& programFolder) {
+Text ProgramDataFolder(Files& files, std::string_view programPath) {
+    const Text programFolder(paths::Folder(programPath));
     const char delimiter = files.Delimiter();
     if (HoldsData(files, programFolder)) {
         return programFolder;
@@ -101,7 +102,7 @@ ApplicationFolders ApplicationFolders::OfUser() {
     if (!files.Exists(folders.suite.applicationsFolder)) {
         folders.suite.applicationsFolder = UserFolder(QStandardPaths::HomeLocation);
     }
-    folders.suite.programDataFolder = ProgramDataFolder(files, Text(paths::Folder(folders.programPath)));
+    folders.suite.programDataFolder = ProgramDataFolder(files, folders.programPath);
     folders.installedSamples = paths::InFolder(folders.suite.programDataFolder, "samples", delimiter);
     folders.ownSamples = paths::InFolder(
         paths::InFolder(UserFolder(QStandardPaths::GenericDataLocation), "kdlimitdesk", delimiter), "samples",

@@ -34,10 +34,10 @@ struct ApplicationFolders {
 /// absolute.
 Text SettingsFolder(const Environment& environment, char delimiter);
 
-/// The folder that holds the program's data (the help folder and the rule catalogue) for a program in
-/// `programFolder`: that folder itself, the share folder of an installation, else the first folder above that
-/// holds a help catalogue; `programFolder` where there is none. No delimiter at its end.
-Text ProgramDataFolder(Files& files, const Text& programFolder);
+/// The folder that holds the program's data (the help folder and the rule catalogue) for a program file: the
+/// file's own folder, the share folder of an installation, else the first folder above that holds a help
+/// catalogue; the file's own folder where there is none. No delimiter at its end.
+Text ProgramDataFolder(Files& files, std::string_view programPath);
 
 /// The whole program, put together: the machine's services, the suite, the main form and its window. Needs a
 /// QApplication.

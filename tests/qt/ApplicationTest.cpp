@@ -2,13 +2,16 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QMenu>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include "Screen.h"
 #include "SourceFolder.h"
 #include "WindowFixture.h"
 #include "base/Paths.h"
+#include "base/Scope.h"
 #include "qt/services/QtText.h"
 
 namespace kd {
@@ -120,7 +123,7 @@ TEST_F(ApplicationTest, WhatTakesLongInTheFilesLetsTheWindowLive) {
 
 TEST_F(ApplicationTest, IconIsThereInAllSizes) {
     const Application program(Folders());
-    for (const int size : {16, 32, 48, 256}) {
+    for (const int size : {16, 20, 24, 32, 40, 48, 64, 128, 256}) {
         EXPECT_TRUE(QApplication::windowIcon().availableSizes().contains(QSize(size, size))) << size;
     }
 }
@@ -151,11 +154,19 @@ constexpr const char* SettingsVariable = "APPDATA";
 constexpr const char* SettingsOf = "C:\\Users\\anna\\AppData\\Roaming";
 constexpr const char* SettingsName = "\\KD6";
 constexpr char PathDelimiter = '\\';
+
+QString DesktopsOwnFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+}
 #else
 constexpr const char* SettingsVariable = "XDG_CONFIG_HOME";
 constexpr const char* SettingsOf = "/home/anna/settings";
 constexpr const char* SettingsName = "/kd6";
 constexpr char PathDelimiter = '/';
+
+QString DesktopsOwnFolder() {
+    return QDir::homePath() + "/.config";
+}
 #endif
 
 TEST(SettingsFolderTest, IsInTheFolderThatTheEnvironmentNames) {
@@ -173,11 +184,7 @@ TEST(SettingsFolderTest, IsInTheDesktopsOwnFolderWhereTheEnvironmentNamesNone) {
             environment.variables[SettingsVariable] = named;
         }
         const Text folder = SettingsFolder(environment, PathDelimiter);
-        EXPECT_TRUE(folder.ends_with(SettingsName)) << folder;
-        const QString parent = QDir::fromNativeSeparators(ToQt(paths::Folder(folder)));
-        EXPECT_FALSE(parent.isEmpty());
-        EXPECT_FALSE(QDir(parent).isRoot()) << folder;
-        EXPECT_TRUE(parent.startsWith(QDir::homePath(), Qt::CaseInsensitive)) << folder;
+        EXPECT_EQ(folder, FromQt(QDir::toNativeSeparators(DesktopsOwnFolder())) + SettingsName);
     }
 }
 
@@ -192,21 +199,58 @@ protected:
 TEST_F(ProgramDataFolderTest, BesideTheProgramComesFirst) {
     PutData("/opt/kd");
     PutData("/opt/share/kdlimitdesk");
-    EXPECT_EQ(ProgramDataFolder(files, "/opt/kd"), "/opt/kd");
+    EXPECT_EQ(ProgramDataFolder(files, "/opt/kd/KDLimitDesk"), "/opt/kd");
 }
 
 TEST_F(ProgramDataFolderTest, ShareFolderOfAnInstallationComesNext) {
     PutData("/usr/share/kdlimitdesk");
-    EXPECT_EQ(ProgramDataFolder(files, "/usr/bin"), "/usr/share/kdlimitdesk");
+    EXPECT_EQ(ProgramDataFolder(files, "/usr/bin/KDLimitDesk"), "/usr/share/kdlimitdesk");
 }
 
 TEST_F(ProgramDataFolderTest, SourceTreeAboveABuildTreeIsFound) {
     PutData("/home/anna/kd");
-    EXPECT_EQ(ProgramDataFolder(files, "/home/anna/kd/build/dev/bin"), "/home/anna/kd");
+    EXPECT_EQ(ProgramDataFolder(files, "/home/anna/kd/build/dev/bin/KDLimitDesk"), "/home/anna/kd");
 }
 
 TEST_F(ProgramDataFolderTest, WithoutDataTheProgramsOwnFolderIsMeant) {
-    EXPECT_EQ(ProgramDataFolder(files, "/usr/bin"), "/usr/bin");
+    EXPECT_EQ(ProgramDataFolder(files, "/usr/bin/KDLimitDesk"), "/usr/bin");
+}
+
+// --- the folders of the user who runs the program ---------------------------------------------------------
+
+Text UsersFolder(QStandardPaths::StandardLocation location) {
+    return FromQt(QDir::toNativeSeparators(QStandardPaths::writableLocation(location)));
+}
+
+TEST(ApplicationFoldersTest, SettingsAndSamplesAreTheUsersAndAllElseLiesWithTheProgramsData) {
+    const SystemLocale locale;
+    const SystemEnvironment environment;
+    SystemFiles files(locale.CodePage());
+    const Text program = environment.ProgramPath();
+    const Text data = ProgramDataFolder(files, program);
+    ASSERT_FALSE(data.empty());
+    const ApplicationFolders folders = ApplicationFolders::OfUser();
+    EXPECT_EQ(folders.programPath, program);
+    EXPECT_EQ(folders.suite.settingsFolder, SettingsFolder(environment, PathDelimiter));
+    EXPECT_EQ(folders.suite.programDataFolder, data);
+    EXPECT_EQ(folders.suite.helpFolder, data + PathDelimiter + "help");
+    EXPECT_EQ(folders.installedSamples, data + PathDelimiter + "samples");
+    EXPECT_EQ(folders.ownSamples, UsersFolder(QStandardPaths::GenericDataLocation) + PathDelimiter +
+                                      "kdlimitdesk" + PathDelimiter + "samples");
+}
+
+TEST(ApplicationFoldersTest, ApplicationsAreLookedForInTheUsersDocumentsElseInTheHomeFolder) {
+    const QTemporaryDir home;
+    const QByteArray before = qgetenv("HOME");
+    const Scope putBack([&] { before.isNull() ? qunsetenv("HOME") : qputenv("HOME", before); });
+    qputenv("HOME", home.path().toLocal8Bit());  // Windows has its folders elsewhere
+    for (const char* const made : {".", "Documents"}) {
+        ASSERT_TRUE(QDir(home.path()).mkpath(made));
+        const Text documents = UsersFolder(QStandardPaths::DocumentsLocation);
+        EXPECT_EQ(ApplicationFolders::OfUser().suite.applicationsFolder,
+                  QFileInfo::exists(ToQt(documents)) ? documents : UsersFolder(QStandardPaths::HomeLocation))
+            << made;
+    }
 }
 
 }  // namespace

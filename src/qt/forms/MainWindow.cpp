@@ -54,7 +54,6 @@ MainWindow::MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit) : m_form(form),
                 this, [this] { AskWaitingClose(); }, Qt::QueuedConnection);
         }
     };
-    PlaceRestored(RoomOf(*screen()));
 }
 
 MainWindow::~MainWindow() {
@@ -100,7 +99,7 @@ void MainWindow::PlaceRestored(const Room& room) {
     const QPoint corner = whole.topLeft() + QPoint(at.left, at.top);
     resize(size);
     move(corner);
-    if (QWindow* const window = windowHandle(); window != nullptr && !window->isVisible()) {
+    if (QWindow* const window = windowHandle()) {
         // A window that the desktop has not framed yet takes the corner for its inside's.
         window->setFramePosition(corner);
     }
@@ -121,7 +120,7 @@ void MainWindow::ShowForm() {
 void MainWindow::LayOut() {
     const QRect inner = centralWidget()->rect();
     const int statusHeight = statusBar()->height();
-    const Area whole{0, 0, inner.width(), inner.height() + statusHeight};
+    const Area whole{inner.left(), inner.top(), inner.width(), inner.height() + statusHeight};
     const auto layout = frmKDLimitDesk::Form_Resize(whole, GridTop, statusHeight, m_progress->height());
     const auto rect = [](const Area& area) {
         return QRect(area.left, area.top, std::max(area.width, 0), std::max(area.height, 0));
@@ -130,13 +129,8 @@ void MainWindow::LayOut() {
     m_grid->setGeometry(rect(layout.grid));
 }
 
-void MainWindow::resizeEvent(QResizeEvent* event) {
-    QMainWindow::resizeEvent(event);
-    LayOut();
-}
-
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == centralWidget() && event->type() == QEvent::Resize) {
+    if (event->type() == QEvent::Resize) {  // of the inner area, which alone is watched
         LayOut();
     }
     return QMainWindow::eventFilter(watched, event);
@@ -155,7 +149,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::AskWaitingClose() {
     const bool asking =
         QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget() != nullptr;
-    if (m_closeWaits && !m_toolkit.InPass() && !asking) {
+    if (m_closeWaits && !asking) {
         m_closeWaits = false;
         close();
     }

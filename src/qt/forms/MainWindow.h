@@ -23,7 +23,6 @@ public:
 protected:
     /// Asks the form. A request that comes in the middle of a job is asked when the job is over.
     void closeEvent(QCloseEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     /// Of the screen where the window belongs.
     virtual Room OwnRoom() const;

@@ -15,16 +15,15 @@ namespace {
 
 /// A screen without a desktop behind it is not asked for a file dialog of its own.
 bool MayBeNative() {
-    const QString name = QGuiApplication::platformName();
-    return name != QLatin1String("offscreen") && name != QLatin1String("minimal");
+    return QGuiApplication::platformName() != QLatin1String("offscreen");
 }
 
-/// Windows and macOS look at names regardless of case by themselves.
-bool TellsCasesApart() {
+/// Windows and macOS look at names regardless of case by themselves, and so does the toolkit's own dialog.
+bool WantsBothCases([[maybe_unused]] bool isDesktops) {
 #if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
     return false;
 #else
-    return true;
+    return isDesktops;
 #endif
 }
 
@@ -66,25 +65,25 @@ std::vector<Text> QtFileDialog::Shape(const QStringList& paths) {
     return result;
 }
 
+void QtFileDialog::SetKind(QFileDialog& dialog, const OpenFileRequest& request, bool isDesktops) {
+    const bool spelledOut = WantsBothCases(isDesktops);
+    dialog.setOption(QFileDialog::HideNameFilterDetails, spelledOut);
+    dialog.setNameFilter(NameFilter(request, spelledOut));
+}
+
 std::optional<std::vector<Text>> QtFileDialog::OpenFiles(const OpenFileRequest& request) {
     QFileDialog dialog(QApplication::activeModalWidget() != nullptr ? QApplication::activeModalWidget()
                                                                     : QApplication::activeWindow(),
                        ToQt(request.title), ToQt(request.folder));
     dialog.setObjectName(QStringLiteral("FileDialog"));
     dialog.setOption(QFileDialog::DontUseNativeDialog, !MayBeNative());
-    dialog.setAcceptMode(QFileDialog::AcceptOpen);
     // The dialog of the toolkit asks for files that exist whenever it takes several.
     dialog.setFileMode(QFileDialog::ExistingFiles);
     auto* const details = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+    SetKind(dialog, request, details == nullptr);
     if (details != nullptr) {
-        // The toolkit's own dialog: it matches in any case by itself.
-        dialog.setNameFilter(NameFilter(request, false));
         details->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
         dialog.resize(dialog.sizeHint().expandedTo({details->fontMetrics().averageCharWidth() * 140, 0}));
-    } else {
-        const bool spelledOut = TellsCasesApart();
-        dialog.setOption(QFileDialog::HideNameFilterDetails, spelledOut);
-        dialog.setNameFilter(NameFilter(request, spelledOut));
     }
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;

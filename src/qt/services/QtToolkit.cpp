@@ -6,7 +6,7 @@
 #include <QMessageBox>
 #include <QScreen>
 #include <stdexcept>
-#include <vector>
+#include <unordered_map>
 
 #include "base/Scope.h"
 #include "qt/services/BoxText.h"
@@ -134,14 +134,12 @@ void QtToolkit::ShowPopupMenu(MenuItem& menu) {
         const PointerAside aside(*this);
         QMenu popup(Owner());
         popup.setObjectName(ToQt(menu.Name()));
-        std::vector<QAction*> actions;
+        std::unordered_map<const QAction*, MenuItem*> entryOf;
         for (MenuItem* const entry : menu.Entries()) {
-            actions.push_back(entry == nullptr ? popup.addSeparator() : AddAction(*entry, popup));
+            entryOf[entry == nullptr ? popup.addSeparator() : AddAction(*entry, popup)] = entry;
         }
-        const QAction* const action = popup.exec(m_menuPlace ? m_menuPlace() : QCursor::pos());
-        for (std::size_t at = 0; action != nullptr && at < actions.size(); ++at) {
-            chosen = actions[at] == action ? menu.Entries()[at] : chosen;
-        }
+        chosen =
+            entryOf[popup.exec(m_menuPlace ? m_menuPlace() : QCursor::pos())];  // null where none is chosen
     }
     // The menu is gone before its command begins, which may open a dialog.
     if (chosen != nullptr) {

@@ -1,10 +1,11 @@
 #include "qt/forms/MainWindow.h"
 
+#include <QAccessible>
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QStatusBar>
 
-#include "qt/Screen.h"
+#include "qt/WindowFixture.h"
 #include "qt/forms/AboutDialog.h"
 #include "qt/forms/Widgets.h"
 #include "qt/grid/GridWidget.h"
@@ -28,7 +29,8 @@ TEST_F(MainWindowTest, PartsBearTheirNames) {
                                    "mnuOptions", "mnuView", "mnuHelp"}) {
         EXPECT_NE(window.findChild<QWidget*>(name), nullptr) << name;
     }
-    EXPECT_FALSE(Find(window, "Grid").accessibleName().isEmpty());
+    EXPECT_EQ(Find(window, "Grid").accessibleName(), "Variables");
+    EXPECT_EQ(Find(window, "ProgressBar1").accessibleName(), "Progress");
     EXPECT_TRUE(Find(window, "Panel1").accessibleName().isEmpty());
 }
 
@@ -40,9 +42,29 @@ TEST_F(MainWindowTest, MenuBarHasTheMenusInOrder) {
     EXPECT_EQ(titles, QStringList({"&File", "&Edit", "&Options", "&View", "&Help"}));
 }
 
+TEST_F(MainWindowTest, ScreenReadersMeetTheMenusBeforeTheStatusBar) {
+    const auto told = [](QWidget* widget) { return QAccessible::queryAccessibleInterface(widget); };
+    const int menus = told(&window)->indexOfChild(told(window.menuBar()));
+    EXPECT_GE(menus, 0);
+    EXPECT_GT(told(&window)->indexOfChild(told(window.statusBar())), menus);
+}
+
 TEST_F(MainWindowTest, CaptionFollowsTheForm) {
     form.SetCaption("KD LimitDesk (v6.1.0)");
     EXPECT_EQ(window.windowTitle(), "KD LimitDesk (v6.1.0)");
+    const MainWindow later(form, desk.toolkit);
+    EXPECT_EQ(later.windowTitle(), "KD LimitDesk (v6.1.0)") << "whatever it was before the window";
+}
+
+TEST_F(MainWindowTest, AWindowThatGoesIsAskedAndShownNoMore) {
+    auto going = std::make_unique<MainWindow>(form, desk.toolkit);
+    going.reset();
+    EXPECT_FALSE(form.OnChanged);
+    EXPECT_FALSE(form.Unload);
+    EXPECT_FALSE(form.GridPlace);
+    EXPECT_FALSE(desk.toolkit.Paused);
+    desk.toolkit.ShowModeless(form);
+    EXPECT_TRUE(form.Shown()) << "though no window can be put on the screen";
 }
 
 TEST_F(MainWindowTest, ProgressBarStandsAboveTheStatusBarAndTheGridTakesTheRest) {
@@ -54,6 +76,7 @@ TEST_F(MainWindowTest, ProgressBarStandsAboveTheStatusBarAndTheGridTakesTheRest)
     EXPECT_EQ(bar.left(), 0);
     EXPECT_EQ(bar.width(), inner.width());
     EXPECT_EQ(bar.bottom(), inner.bottom());
+    EXPECT_EQ(bar.height(), window.fontMetrics().height());
     EXPECT_EQ(grid.left(), 4);
     EXPECT_EQ(grid.width(), inner.width() - 8);
     EXPECT_EQ(grid.bottom() + 1, bar.top());
@@ -71,6 +94,25 @@ TEST_F(MainWindowTest, InnerAreaTooSmallForItsPartsLeavesTheGridNoRoomAndNoLess)
     EXPECT_EQ(bar.bottom(), 2);
     EXPECT_EQ(grid.topLeft(), QPoint(4, 4));
     EXPECT_EQ(grid.size(), QSize(0, 0));
+}
+
+TEST_F(MainWindowTest, GridsPlaceIsCountedFromTheCornerOfTheWindowsFrame) {
+    window.move(70, 90);
+    window.show();
+    const QPoint corner = window.frameGeometry().topLeft();
+    const QPoint grid = Find(window, "Grid").pos();
+    ASSERT_FALSE(corner.isNull() || grid.isNull());
+    EXPECT_EQ(form.GridPlace(), (Place{corner.x() + grid.x(), corner.y() + grid.y()}));
+}
+
+TEST_F(MainWindowTest, PanelsShareTheStatusBarEvenly) {
+    window.resize(700, 500);
+    window.show();
+    const QRect first = Find(window, "Panel1").geometry();
+    const QRect second = Find(window, "Panel2").geometry();
+    EXPECT_LT(first.right(), second.left());
+    EXPECT_NEAR(first.width(), second.width(), 1);
+    EXPECT_GT(first.width() + second.width(), window.statusBar()->width() * 9 / 10);
 }
 
 TEST_F(MainWindowTest, LongPanelTextNeverWidensTheWindow) {
@@ -171,6 +213,72 @@ TEST_F(MainWindowTest, RequestToCloseDuringAJobIsAskedWhenTheJobIsOver) {
     EXPECT_TRUE(asked);
 }
 
+TEST_F(MainWindowTest, WindowThatNobodyClosesStaysWhenAPassIsOver) {
+    window.show();
+    desk.toolkit.ProcessEvents();
+    QApplication::processEvents();
+    EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(MainWindowTest, RequestToCloseDuringAJobIsAskedOnceAndWaitsForWhatTheJobShowsToo) {
+    MakeChange();
+    ShowActive(window);
+    QStringList order;
+    MenuItem entry("mnuEntry", "Entry");
+    MenuItem menu("mnuAny", "Any");
+    menu.SetEntries({&entry});
+    const auto answer = [&order](QMessageBox::StandardButton button) {
+        return [&order, button](QWidget& box) {
+            QApplication::processEvents();  // whatever waits comes now
+            order << dynamic_cast<QMessageBox&>(box).text().section(' ', 0, 2);
+            ClickBoxButton(box, button);
+        };
+    };
+    const auto showMenu = [&] {
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+            if (QWidget* const popup = QApplication::activePopupWidget()) {
+                timer.stop();
+                QApplication::processEvents();
+                order << "a menu";
+                QTest::keyClick(popup, Qt::Key_Escape);
+            }
+        });
+        timer.start(0);
+        desk.toolkit.ShowPopupMenu(menu);
+    };
+    struct Case {
+        const char* label;
+        std::function<void()> shows;
+        QStringList order;
+    };
+    for (const Case& c :
+         {Case{"nothing", [] {}, {"job over", "You have outstanding"}},
+          Case{"a box", [&] { desk.toolkit.Say("a box"); }, {"a box", "job over", "You have outstanding"}},
+          Case{"a menu", showMenu, {"a menu", "job over", "You have outstanding"}}}) {
+        SCOPED_TRACE(c.label);
+        order.clear();
+        Modals modals;
+        if (c.order.front() == "a box") {
+            modals.Then("MessageBox", answer(QMessageBox::Ok));
+        }
+        modals.Then("MessageBox", answer(QMessageBox::No));
+        desk.toolkit.Boundary().Run([&] {
+            QMetaObject::invokeMethod(
+                &window, [&] { EXPECT_FALSE(window.close()); }, Qt::QueuedConnection);
+            desk.toolkit.ProcessEvents();
+            c.shows();
+            desk.toolkit.ProcessEvents();
+            order << "job over";
+        });
+        EXPECT_TRUE(QTest::qWaitFor([&] { return order.size() == c.order.size(); }));
+        QApplication::processEvents();
+        QApplication::processEvents();
+        EXPECT_EQ(order, c.order);
+        EXPECT_TRUE(window.isVisible());
+    }
+}
+
 TEST_F(MainWindowTest, ACommandThatIsChosenWithoutKeyOrPressDoesNothingDuringAJobAndBehindADialog) {
     MenuItem& paths = form.Controls().mnuShowPaths;
     auto& action = Find<QAction>(window, "mnuShowPaths");
@@ -211,22 +319,40 @@ TEST_F(MainWindowTest, WindowIsShownMaximisedOnceTheStartHasAskedForIt) {
     EXPECT_TRUE(window.isMaximized());
 }
 
-/// On a screen of which the desktop keeps much for itself.
+TEST_F(MainWindowTest, WindowThatIsShownKeepsThePlaceThatTheUserGaveIt) {
+    desk.toolkit.ShowModeless(form);
+    window.resize(510, 340);
+    window.move(30, 40);
+    const QRect users = window.geometry();
+    desk.toolkit.ShowModeless(form);
+    EXPECT_EQ(window.geometry(), users);
+}
+
+/// On a screen beside another, of which the desktop keeps much for itself.
 class WindowBesidePanels : public MainWindow {
 public:
     using MainWindow::MainWindow;
-    static constexpr QRect Whole{0, 0, 700, 600};
-    static constexpr QRect Free{100, 200, 600, 400};
+    static constexpr QRect Whole{50, 30, 700, 600};
+    static constexpr QRect Free{150, 230, 600, 400};
 
 protected:
     Room OwnRoom() const override { return {Whole, Free}; }
 };
 
 TEST_F(MainWindowTest, RestoredWindowIsCentredOnTheScreenAndNoGreaterThanNineTenthsOfWhatIsFree) {
-    WindowBesidePanels beside(form, desk.toolkit);
-    desk.toolkit.ShowModeless(form);
-    EXPECT_EQ(beside.size(), QSize(540, 360));
-    EXPECT_EQ(beside.pos(), QPoint((700 - 540) / 2, (600 - 360) / 2));
+    for (const bool isMadeBefore : {false, true}) {
+        SCOPED_TRACE(isMadeBefore ? "the system has made it before it is shown" : "made when it is shown");
+        WindowBesidePanels beside(form, desk.toolkit);
+        if (isMadeBefore) {
+            ASSERT_NE(beside.winId(), 0U);
+        }
+        desk.toolkit.ShowModeless(form);
+        const QPoint corner(50 + (700 - 540) / 2, 30 + (600 - 360) / 2);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&beside));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return beside.pos() == corner; }))
+            << beside.pos().x() << ", " << beside.pos().y();
+        EXPECT_EQ(beside.size(), QSize(540, 360));
+    }
 }
 
 TEST_F(MainWindowTest, FirstPlaceCountsTheFrameThatADialogHasShown) {

@@ -70,6 +70,39 @@ TEST_F(MenuBinderTest, DisabledEntryDoesNothing) {
     menu->close();
 }
 
+TEST_F(MenuBinderTest, HiddenEntryIsNotSeenUntilItIsShown) {
+    const QAction* const action = menu->actions()[2];
+    ShowActive(window);
+    for (const bool visible : {true, false, true}) {
+        clear.SetVisible(visible);
+        menu->popup(QPoint(20, 20));
+        EXPECT_EQ(menu->actionGeometry(menu->actions()[2]).isValid(), visible);
+        EXPECT_EQ(action->isVisible(), visible);
+        menu->close();
+    }
+}
+
+TEST_F(MenuBinderTest, MenuWithinAMenuIsFilledTooAndOpensFirst) {
+    MenuItem entry{"mnuEntry", "Entry"};
+    MenuItem within{"mnuWithin", "&Within"};
+    MenuItem outer{"mnuOuter", "&Outer"};
+    within.SetEntries({&entry});
+    outer.SetEntries({&within});
+    std::vector<Text> chosen;
+    QMenu top;  // goes before its items
+    FillMenu(outer, top, [&](MenuItem& item) { chosen.push_back(item.Name()); });
+    auto& inner = Find<QMenu>(top, "mnuWithin");
+    EXPECT_EQ(inner.title(), "&Within");
+    EXPECT_EQ(top.actions(), QList<QAction*>{inner.menuAction()});
+    top.popup(QPoint(20, 20));
+    QTest::keyClick(&top, Qt::Key_Down);
+    QTest::keyClick(&top, Qt::Key_Right);
+    EXPECT_TRUE(inner.isVisible());
+    QTest::keyClick(&inner, Qt::Key_Return);
+    EXPECT_EQ(chosen, (std::vector<Text>{"mnuOuter", "mnuWithin", "mnuEntry"}));
+    top.close();
+}
+
 TEST_F(MenuBinderTest, MouseAndKeyboardChoose) {
     int clicks = 0;
     clear.Click = [&] { ++clicks; };

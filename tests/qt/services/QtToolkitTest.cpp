@@ -1,11 +1,24 @@
 #include "qt/services/QtToolkit.h"
 
+#include <QCursor>
 #include <QMenu>
+#include <QWindow>
 
 #include "qt/Screen.h"
+#include "qt/forms/FormDialog.h"
 
 namespace kd {
 namespace {
+
+struct BareForm : Form {
+    BareForm() : Form("frmBare") {}
+};
+
+class BareDialog : public FormDialog {
+public:
+    BareDialog(BareForm& form, EventBoundary& boundary, QWidget* parent)
+        : FormDialog(form, boundary, parent) {}
+};
 
 class QtToolkitTest : public testing::Test {
 protected:
@@ -114,6 +127,40 @@ TEST_F(QtToolkitTest, QuestionIsAnsweredByMouseKeyboardAndFrame) {
     }
 }
 
+TEST_F(QtToolkitTest, EnterAnswersABoxThatOnlyTells) {
+    const auto user = [](QMessageBox& box) {
+        EXPECT_EQ(box.standardButtons(), QMessageBox::Ok);
+        EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::Ok)) << "the user sees what Enter presses";
+        QTest::keyClick(&box, Qt::Key_Return);
+    };
+    EXPECT_EQ(Box("x", BoxIcon::None, BoxButtons::Ok, DefaultTitle, user).answer, BoxAnswer::Ok);
+}
+
+TEST_F(QtToolkitTest, BoxBelongsToTheDialogInFrontElseToTheMainWindowOnceThatIsShown) {
+    const auto ownerOfABox = [this] {
+        const QWidget* owner = nullptr;
+        (void)Box("x", BoxIcon::None, BoxButtons::Ok, DefaultTitle, [&](QMessageBox& box) {
+            owner = box.parentWidget();
+            PressOk(box);
+        });
+        return owner;
+    };
+    QWidget window;
+    toolkit.SetMainWindow(&window, nullptr, nullptr);
+    EXPECT_EQ(ownerOfABox(), nullptr) << "nothing is seen of the window yet";
+    ShowActive(window);
+    EXPECT_EQ(ownerOfABox(), &window);
+    toolkit.Register<BareForm, BareDialog>();
+    BareForm form;
+    NextModal next([&](QWidget& dialog) {
+        EXPECT_EQ(dialog.parentWidget(), &window);
+        EXPECT_EQ(ownerOfABox(), &dialog);
+        form.Hide();
+    });
+    toolkit.ShowModal(form);
+    toolkit.SetMainWindow(nullptr, nullptr, nullptr);
+}
+
 TEST_F(QtToolkitTest, HourglassIsNeverNestedAndLaidAsideForABox) {
     EXPECT_EQ(toolkit.MousePointer(), Pointer::Default);
     toolkit.SetMousePointer(Pointer::Hourglass);
@@ -127,6 +174,16 @@ TEST_F(QtToolkitTest, HourglassIsNeverNestedAndLaidAsideForABox) {
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
     toolkit.SetMousePointer(Pointer::Default);
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(QtToolkitTest, ToolkitThatGoesLeavesThePointerAsItWasBefore) {
+    for (const Pointer pointer : {Pointer::Default, Pointer::Hourglass}) {
+        {
+            QtToolkit going;
+            going.SetMousePointer(pointer);
+        }
+        EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr) << (pointer == Pointer::Hourglass);
+    }
 }
 
 TEST_F(QtToolkitTest, PassRepaintsAndKnowsThatItIsOne) {
@@ -199,11 +256,63 @@ TEST_F(QtToolkitTest, AJobIsKeptAliveByAPassUnlessTheLastOneWasAMomentAgo) {
     EXPECT_TRUE(again) << "the next comes when it is time";
 }
 
+TEST_F(QtToolkitTest, APassThatTakesLongIsNotFollowedByAnotherRightAway) {
+    bool leftOut = false;
+    // The machine may lose time between a pass and the next call; it does not do so each time.
+    for (int tries = 0; tries < 20 && !leftOut; ++tries) {
+        QMetaObject::invokeMethod(
+            qApp,
+            [] {
+                QtToolkit other;
+                PassListener listener;
+                other.ProcessEvents();
+                while (!listener.HearsOneIn([&] { other.KeepAlive(); })) {  // until a pass is due again
+                }
+            },
+            Qt::QueuedConnection);
+        toolkit.ProcessEvents();
+        PassListener listener;
+        leftOut = !listener.HearsOneIn([&] { toolkit.KeepAlive(); });
+    }
+    EXPECT_TRUE(leftOut);
+}
+
 TEST_F(QtToolkitTest, FormWithoutADialogIsAFailure) {
-    struct Unregistered : Form {
-        Unregistered() : Form("frmUnregistered") {}
-    } form;
-    EXPECT_THROW(toolkit.ShowModal(form), std::logic_error);
+    BareForm form;
+    try {
+        toolkit.ShowModal(form);
+        FAIL() << "no failure";
+    } catch (const std::logic_error& failure) {
+        EXPECT_STREQ(failure.what(), "No dialog for the form frmBare");
+    }
+}
+
+TEST_F(QtToolkitTest, ADialogThatIsTakenOffTheScreenHidesItsFormAndLeavesWhatTheDesktopPutAroundIt) {
+    toolkit.Register<BareForm, BareDialog>();
+    BareForm form;
+    EXPECT_TRUE(toolkit.KnownFrame().isNull());
+    QMargins frame;
+    NextModal next([&](QWidget& dialog) {
+        frame = dialog.windowHandle()->frameMargins();
+        EXPECT_TRUE(form.Shown());
+        dialog.hide();
+        EXPECT_TRUE(form.Shown()) << "it has not been asked";
+    });
+    toolkit.ShowModal(form);
+    EXPECT_FALSE(form.Shown());
+    EXPECT_FALSE(frame.isNull());
+    EXPECT_EQ(toolkit.KnownFrame(), frame);
+}
+
+TEST_F(QtToolkitTest, MainFormIsShownByItsWindowOrCountsAsShownWhereThereIsNone) {
+    BareForm form;
+    toolkit.ShowModeless(form);
+    EXPECT_TRUE(form.Shown());
+    int shows = 0;
+    toolkit.SetMainWindow(
+        nullptr, [&] { ++shows; }, nullptr);
+    toolkit.ShowModeless(form);
+    EXPECT_EQ(shows, 1);
 }
 
 // --- pop-up menu ------------------------------------------------------------------------------------------
@@ -217,6 +326,7 @@ protected:
 
     void SetUp() override { menu.SetEntries({&cut, nullptr, &paste}); }
     void WhenUp(const std::function<void(QMenu&)>& user) {
+        timer.disconnect();
         QObject::connect(&timer, &QTimer::timeout, &timer, [this, user] {
             if (auto* const popup = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
                 timer.stop();
@@ -239,6 +349,38 @@ TEST_F(PopupTest, ChosenEntryRunsWhenTheMenuIsGoneAndBeforeTheCallComesBack) {
     });
     toolkit.ShowPopupMenu(menu);
     EXPECT_TRUE(ran);
+}
+
+TEST_F(PopupTest, EachEntryRunsItsOwnCommand) {
+    QStringList ran;
+    cut.Click = [&] { ran << "cut"; };
+    paste.Click = [&] { ran << "paste"; };
+    for (const int at : {0, 2, 1}) {
+        WhenUp([at](QMenu& popup) {
+            QTest::mouseClick(&popup, Qt::LeftButton, {},
+                              popup.actionGeometry(popup.actions().value(at)).center());
+            popup.close();  // a click on the line between the two leaves it open
+        });
+        toolkit.ShowPopupMenu(menu);
+    }
+    EXPECT_EQ(ran, QStringList({"cut", "paste"}));
+}
+
+TEST_F(PopupTest, ComesUpWhereTheMainWindowWantsItElseAtThePointer) {
+    QPoint place;
+    const auto dismiss = [&](QMenu& popup) {
+        place = popup.pos();
+        QTest::keyClick(&popup, Qt::Key_Escape);
+    };
+    QCursor::setPos(40, 60);
+    toolkit.SetMainWindow(nullptr, nullptr, [] { return QPoint(120, 90); });
+    WhenUp(dismiss);
+    toolkit.ShowPopupMenu(menu);
+    EXPECT_EQ(place, QPoint(120, 90));
+    toolkit.SetMainWindow(nullptr, nullptr, nullptr);
+    WhenUp(dismiss);
+    toolkit.ShowPopupMenu(menu);
+    EXPECT_EQ(place, QCursor::pos());
 }
 
 TEST_F(PopupTest, DismissedMenuRunsNothingAndDisabledEntriesAreGrey) {

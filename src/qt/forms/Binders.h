@@ -43,7 +43,7 @@ private:
 bool IsUserFocus(const QEvent& event);
 
 /// The caption is shown as it stands. With `clickable` a click of the mouse, Enter or Space is the label's
-/// click.
+/// click; the widget must be able to have the keyboard then, as a LinkWidget is.
 class LabelBinder : public ControlBinder {
 public:
     LabelBinder(Label& control, QLabel& widget, EventBoundary& boundary, bool clickable = false);

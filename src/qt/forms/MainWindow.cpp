@@ -54,6 +54,8 @@ MainWindow::MainWindow(frmKDLimitDesk& form, QtToolkit& toolkit) : m_form(form),
                 this, [this] { AskWaitingClose(); }, Qt::QueuedConnection);
         }
     };
+    // The system makes the window before it is shown: without a place it would stand where the pointer is.
+    PlaceRestored(RoomOf(*screen()));
 }
 
 MainWindow::~MainWindow() {

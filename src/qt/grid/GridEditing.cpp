@@ -165,8 +165,8 @@ bool GridEditing::Key(const QKeyEvent& event) {
         case Qt::Key_Up:
         case Qt::Key_Down:
             if (m_parts.grid.FinishEdit()) {
-                (void)m_parts.manner.KeyPress(KeyCodeOf(event.key()), 0,
-                                              m_parts.scroll.Layout().FullRows());  // always has a use
+                // An arrow always has a use.
+                (void)m_parts.manner.KeyPress(KeyCodeOf(event.key()), 0, m_parts.scroll.Layout().FullRows());
             }
             break;
         case Qt::Key_Tab:

@@ -6,6 +6,9 @@
 namespace kd {
 
 void GridTelling::CurrentCell() {
+    if (!QAccessible::isActive()) {
+        return;  // the toolkit makes the cell's object before it asks whether anybody listens
+    }
     QAccessibleEvent selection(&m_widget, QAccessible::Selection);
     QAccessible::updateAccessibility(&selection);
     if (m_widget.hasFocus() && m_grid.Row() > 0) {

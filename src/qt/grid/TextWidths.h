@@ -30,7 +30,7 @@ public:
     const QFont& Font() const noexcept { return m_font; }
     const QFontMetricsF& Metrics() const noexcept { return m_metrics; }
 
-    /// Never below Exact. Infinity for a text whose characters shape each other.
+    /// Never below Exact. Infinity for a text whose characters shape each other, or that is no UTF-8.
     double AtMost(std::string_view text) const;
     /// The width that the text takes on the screen.
     double Exact(std::string_view text) const;

@@ -105,8 +105,12 @@ private:
     }
 
     static int Span(const QString& tag, const QString& name) {
+        const auto at = tag.indexOf(name);
+        if (at < 0) {
+            return 1;
+        }
         int span = 0;
-        for (const QChar c : tag.section(name, 1)) {
+        for (const QChar c : QStringView(tag).mid(at + name.size())) {
             if (c.isDigit()) {
                 span = std::min(span * 10 + c.digitValue(), MostPlaces + 1);
             } else if (c != QLatin1Char('"') && c != QLatin1Char('\'')) {

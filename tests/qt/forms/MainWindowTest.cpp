@@ -355,6 +355,12 @@ TEST_F(MainWindowTest, RestoredWindowIsCentredOnTheScreenAndNoGreaterThanNineTen
     }
 }
 
+TEST_F(MainWindowTest, WindowHasItsSizeBeforeItIsShown) {
+    const QSize before = window.size();
+    desk.toolkit.ShowModeless(form);
+    EXPECT_EQ(window.size(), before);
+}
+
 TEST_F(MainWindowTest, FirstPlaceCountsTheFrameThatADialogHasShown) {
     desk.toolkit.Register<frmAbout, AboutDialog>();
     {

@@ -50,11 +50,11 @@ protected:
         return {{QAccessible::Selection, -1}, {QAccessible::Focus, row * cols + col}};
     }
 
-private:
     static void Switch(bool on) {
         QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(on);
     }
 
+private:
     static inline std::vector<Told> s_heard;
 };
 
@@ -79,6 +79,21 @@ TEST_F(GridTellingTest, AGridWithoutACurrentCellTellsItsSelectionAlone) {
     (void)Heard();
     widget->SelectionChanged();
     EXPECT_THAT(Heard(), ElementsAre(Told{QAccessible::Selection, -1}));
+}
+
+TEST_F(GridTellingTest, WithoutAScreenReaderNoCellIsMadeForIt) {
+    static int asked = 0;
+    Switch(false);
+    const QAccessible::InterfaceFactory count = [](const QString& /*className*/, QObject* object) {
+        asked += qobject_cast<GridWidget*>(object) != nullptr ? 1 : 0;
+        return static_cast<QAccessibleInterface*>(nullptr);
+    };
+    QAccessible::installFactory(count);
+    Make(5, 3);
+    asked = 0;
+    grid.Select(4, 2);
+    QAccessible::removeFactory(count);
+    EXPECT_EQ(asked, 0);
 }
 
 TEST_F(GridTellingTest, ATableOfAnotherSizeIsToldOnce) {

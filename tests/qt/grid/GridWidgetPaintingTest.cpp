@@ -335,7 +335,7 @@ TEST_F(GridWidgetPaintingTest, AHeadersTextAndItsLinesKeepOffItsFunnel) {
     }
 }
 
-TEST_F(GridWidgetPaintingTest, ColoursHaveBlueInFrontAndTheirTextIsBlackOrWhiteWhicheverReads) {
+TEST_F(GridWidgetPaintingTest, ColoursHaveBlueInFrontAndTextIsBlackOnWhatIsBrighterThanNineTwentieths) {
     Make(1, 1);
     const CellManner manner(grid);
     const GridScroll scroll(*widget, grid, manner);

@@ -204,10 +204,17 @@ TEST_F(GridWidgetScrollTest, CellsAreTakenToMoveAnewOnceALayoutAndElseByScrollin
     }
     area.scroll.LayoutChanged();
     EXPECT_EQ(area.Moved(), History{"anew"}) << "though the rows have moved up";
+}
+
+TEST_F(GridWidgetScrollTest, AHiddenColumnIsSizedForWhenItIsShown) {
+    VSFlexGrid plain("Plain");
+    plain.SetCols(3);
+    plain.SetRows(101);
+    PlainArea area(plain);
     plain.SetColHidden(1, true);
     area.scroll.LayoutChanged();
     area.scroll.SizeColumn(1, 50);
-    EXPECT_EQ(plain.ColWidth(1), 50) << "a hidden column, for when it is shown";
+    EXPECT_EQ(plain.ColWidth(1), 50);
     plain.SetTextMatrix(70, 1, "a text that is wider than its column");
     area.scroll.FitColumn(1);
     EXPECT_EQ(plain.ColWidth(1), ColumnWidths(plain, area.scroll.Widths(), 1, 1).front());

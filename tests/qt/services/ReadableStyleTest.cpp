@@ -21,6 +21,8 @@
 #include <functional>
 #include <memory>
 
+#include "base/Scope.h"
+
 namespace kd {
 namespace {
 
@@ -323,16 +325,23 @@ TEST_F(ReadableStyleTest, AGroundIsDarkBelowHalfOfTheLight) {
 }
 
 TEST_F(ReadableStyleTest, ADesktopsStyleThatStaysIsTheApplicationsWithItsOwnColours) {
+    const Scope putBack([style = QApplication::style()->name()] { QApplication::setStyle(style); });
     QApplication::setStyle(QStringLiteral("Fusion"));
     const QColor link = QApplication::palette().color(QPalette::Link);
     ReadableStyle::Settle(QStringLiteral("Fusion"));
     EXPECT_NE(dynamic_cast<ReadableStyle*>(QApplication::style()), nullptr);
     EXPECT_EQ(QApplication::palette().color(QPalette::Link), link);
-    QApplication::setStyle(QStringLiteral("Fusion"));
 }
 
 TEST_F(ReadableStyleTest, WhereAStyleOfLightPartsGivesWayLinksReadAndMarksHaveTheApplicationsColours) {
-    const QPalette before = QApplication::palette();
+    const Scope putBack([style = QApplication::style()->name(), before = QApplication::palette(),
+                         box = QApplication::palette("QCheckBox"),
+                         option = QApplication::palette("QRadioButton")] {
+        QApplication::setStyle(style);
+        QApplication::setPalette(before);
+        QApplication::setPalette(box, "QCheckBox");
+        QApplication::setPalette(option, "QRadioButton");
+    });
     QApplication::setPalette(Dark());
     for (const char* const widget : {"QCheckBox", "QRadioButton"}) {
         QApplication::setPalette(QPalette(Qt::blue), widget);
@@ -344,8 +353,6 @@ TEST_F(ReadableStyleTest, WhereAStyleOfLightPartsGivesWayLinksReadAndMarksHaveTh
         EXPECT_EQ(QApplication::palette(widget).color(QPalette::Base), Dark().color(QPalette::Base))
             << widget;
     }
-    QApplication::setStyle(QStringLiteral("Fusion"));
-    QApplication::setPalette(before);
 }
 
 }  // namespace

@@ -59,13 +59,13 @@ std::int32_t ViewNumberOf(std::string_view fileName, std::string_view templateNa
     }
     const Text prefix = page.Upper(paths::ChangeExtension(templateName, ViewStem(templateName)));
     const Text name = page.Upper(fileName);
-    if (name.rfind(prefix, 0) != 0 || name[prefix.size()] == '0') {
+    if (!name.starts_with(prefix) || name[prefix.size()] == '0') {
         return 0;  // a number has no leading zero, or the file would not be the one that a save writes
     }
-    std::int32_t number = 0;
+    std::int32_t number = 0;  // and stays so where it is none, or too large
     const char* const end = name.data() + name.size();
-    const auto result = std::from_chars(name.data() + prefix.size(), end, number);
-    return result.ec == std::errc() && result.ptr == end && number >= 1 ? number : 0;
+    const char* const behind = std::from_chars(name.data() + prefix.size(), end, number).ptr;
+    return behind == end ? std::max(number, 0) : 0;
 }
 
 Text ArchivesOf(std::string_view templatePath, char delimiter) {

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/Expect.h"
+
 /// Questions that are asked of every byte of every file, and so eight bytes at a time.
 namespace kd {
 
@@ -15,7 +17,9 @@ inline constexpr std::uint64_t Each = 0x0101010101010101ULL;
 inline constexpr std::uint64_t EightBlanks = Each * 0x20U;
 inline constexpr std::uint64_t HighBits = 0x8080808080808080ULL;
 
+/// The eight bytes from `at` on, all of which the text must have.
 inline std::uint64_t EightAt(std::string_view text, std::size_t at) noexcept {
+    KD_EXPECT(text.size() >= 8 && at <= text.size() - 8);
     std::uint64_t eight = 0;
     std::memcpy(&eight, text.data() + at, sizeof eight);
     return eight;
@@ -85,7 +89,7 @@ inline std::size_t EndBeforeBlanks(std::string_view text) noexcept {
 /// most signs give.
 inline bool MayHaveCapitals(std::string_view text) noexcept {
     using namespace bytes;
-    const auto isHigh = [](char c) { return static_cast<unsigned char>(c) >= 0x60U; };
+    const auto isHigh = [](char c) { return static_cast<unsigned char>(c) >= 'a'; };
     if (text.size() < 8) {
         return std::any_of(text.begin(), text.end(), isHigh);
     }

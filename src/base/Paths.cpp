@@ -17,10 +17,10 @@ std::size_t NameOffset(std::string_view path) noexcept {
     return offset;
 }
 
-/// Offset of the extension's dot, or the path's size where there is none.
+/// Offset of the extension's dot; npos where there is none.
 std::size_t ExtensionOffset(std::string_view path) noexcept {
     const auto dot = path.find_last_of('.');
-    return dot == std::string_view::npos || dot < NameOffset(path) ? path.size() : dot;
+    return dot < NameOffset(path) ? std::string_view::npos : dot;
 }
 
 }  // namespace

@@ -61,11 +61,11 @@ char32_t NextCharacter(std::string_view text, std::size_t& at) noexcept {
     constexpr char32_t Bad = 0xFFFD;
     const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char first = byteAt(at++);
-    const int more = first >= 0xF0U ? 3 : first >= 0xE0U ? 2 : first >= 0xC0U ? 1 : -1;
-    if (more < 0) {
+    if (first < 0xC0U) {
         return Bad;
     }
-    char32_t code = first & (0x3FU >> static_cast<unsigned>(more));
+    const int more = first >= 0xF0U ? 3 : first >= 0xE0U ? 2 : 1;
+    char32_t code = first & (0x1FU >> static_cast<unsigned>(more - 1));
     for (int i = 0; i < more; ++i) {
         if (at >= text.size() || (byteAt(at) & 0xC0U) != 0x80U) {
             return Bad;

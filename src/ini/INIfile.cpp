@@ -1,7 +1,6 @@
 #include "ini/INIfile.h"
 
 #include <algorithm>
-#include <optional>
 #include <string>
 
 #include "ini/IniScanner.h"
@@ -9,15 +8,6 @@
 namespace kd {
 
 namespace {
-
-/// The bytes of a file; nothing where it cannot be read.
-std::optional<std::string> BytesOf(Files& files, std::string_view path) {
-    try {
-        return files.Read(path);
-    } catch (const cError&) {
-        return std::nullopt;  // by contract a missing or unreadable file is an empty one
-    }
-}
 
 std::string Encoded(const CodePage& page, const Text& text) {
     std::string bytes = page.Encode(text);
@@ -34,13 +24,18 @@ void AppendBlanks(Text& text, std::int64_t count) {
 
 bool INIfile::LoadFile(std::string_view path) {
     m_lines.Clear();
+    std::string bytes;
+    try {
+        bytes = m_files.Read(path);
+    } catch (const cError&) {
+        return false;  // by contract without a word
+    }
     const CodePage& page = m_locale.CodePage();
-    const std::optional<std::string> bytes = BytesOf(m_files, path);
-    IniScanner(page).Scan(page.DecodeMarked(bytes.value_or("")),
+    IniScanner(page).Scan(page.DecodeMarked(bytes),
                           [&](std::string_view group, std::string_view section, std::string_view value) {
                               m_lines.Add(Text(group), Text(section), Text(value));
                           });
-    return bytes.has_value();
+    return true;
 }
 
 bool INIfile::SaveFile(std::string_view path) {

@@ -91,5 +91,13 @@ TEST(BytesTest, AsciiRunEndsAtTheFirstOtherByte) {
     }
 }
 
+#ifdef KD_CHECKED
+TEST(BytesTest, EightBytesThatTheTextDoesNotHaveBreakThePrecondition) {
+    EXPECT_DEATH((void)bytes::EightAt("1234567", 0), "precondition broken");
+    EXPECT_DEATH((void)bytes::EightAt("12345678", 1), "precondition broken");
+    EXPECT_DEATH((void)bytes::EightAt("12345678", std::size_t{0} - 8), "precondition broken");
+}
+#endif
+
 }  // namespace
 }  // namespace kd

@@ -139,6 +139,7 @@ TEST(CodePageTest, ACharacterThatThePageLacksBecomesAQuestionMark) {
     EXPECT_EQ(page.Narrowed("5 Ω ± 3 µm"), "5 ? ± 3 µm");
     EXPECT_EQ(page.Encode("5 Ω"), "5 ?");
     EXPECT_FALSE(page.CanEncode("Ω"));
+    EXPECT_FALSE(page.CanEncode("Ω, µ and ±")) << "though the last ones are there";
     EXPECT_TRUE(page.CanEncode("µ ±"));
     EXPECT_TRUE(page.CanEncode(""));
 }
@@ -179,7 +180,9 @@ TEST(CodePageTest, UpperIsOneCharacterForOneWithinThePage) {
         const char* text;
         const char* upper;
     };
-    const Case cases[] = {{"plain", 1252, "abc XYZ 09[]_", "ABC XYZ 09[]_"},
+    const Case cases[] = {{"plain", 1252, "abcz XYZ 09[]_", "ABCZ XYZ 09[]_"},
+                          {"signs beside the letters", 1252, "@[`{|}~", "@[`{|}~"},
+                          {"capitals already", 1252, "ABC XYZ 09[]_", "ABC XYZ 09[]_"},
                           {"umlauts", 1252, "äöüé", "ÄÖÜÉ"},
                           {"capital elsewhere in the page", 1252, "ÿœšž", "ŸŒŠŽ"},
                           {"sharp s stays", 1252, "straße", "STRAßE"},

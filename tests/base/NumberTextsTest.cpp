@@ -225,6 +225,7 @@ TEST(NumberTextsTest, RoundHalfAwayGoesByTheDecimalDigits) {
         {"beyond the edge", 1.5e30, 0, 1.5e30},
         {"edge counts the decimals", 1.2345678901234567e27, 3, 1.2345678901234567e27},
         {"many decimals", 0.123456789012345, 400, 0.123456789012345},
+        {"as many decimals as digits", 0.123456789012345, 15, 0.123456789012345},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(RoundHalfAway(c.value, c.decimals), c.rounded) << c.label;
@@ -242,6 +243,8 @@ TEST(NumberTextsTest, FromTwoToThe96OnANumberStaysUnrounded) {
     EXPECT_EQ(RoundHalfAway(below, 0), 79228162514264300000000000000.0) << "cut to its 15 digits";
     const double scaled = 7.92281625142643385e26;  // times 100 it is at the edge
     EXPECT_EQ(RoundHalfAway(scaled, 3), scaled);
+    EXPECT_EQ(RoundHalfAway(8.1234567890123456e25, 3), 8.1234567890123456e25) << "its thousandfold is beyond";
+    EXPECT_EQ(RoundHalfAway(7.1234567890123456e25, 3), 7.12345678901235e25) << "its thousandfold is below";
 }
 
 TEST(NumberTextsTest, RoundHalfAwayIsWhatOneGetsByHand) {
@@ -265,11 +268,20 @@ TEST(NumberTextsTest, RevisionText) {
                           {0.0004, "."},     {0.0005, ".001"},
                           {-0.5, "-.5"},     {12.9996, "13."},
                           {100, "100."},     {1e15, "1000000000000000."},
-                          {2.1, "2.1"},      {0.1 + 0.2, ".3"}};
+                          {2.1, "2.1"},      {0.1 + 0.2, ".3"},
+                          {7.0004, "7."},    {100.2004, "100.2"}};
     for (const Case& c : cases) {
         EXPECT_EQ(RevisionText(c.value), c.text);
     }
 }
+
+#ifdef KD_CHECKED
+TEST(NumberTextsTest, ARevisionThatIsNotFiniteBreaksThePrecondition) {
+    for (const double value : {Infinity, -Infinity, std::numeric_limits<double>::quiet_NaN()}) {
+        EXPECT_DEATH((void)RevisionText(value), "precondition broken");
+    }
+}
+#endif
 
 // --- masks
 // ---------------------------------------------------------------------------------------------------
@@ -338,7 +350,7 @@ TEST(NumberTextsTest, LayIntoMaskIsWhatOneGetsByHandNearEveryTieAndEdge) {
     // Around each tie and around the largest numbers of the quick way; one step of the double at a time.
     for (const double base : {0.5, 1.5, 12.345, 999.9995, 99999.5, 1234567.5, 999999.9995, 1e6, 999999999.5,
                               1e9, 0.0005, 0.0000005, 0.9999995}) {
-        for (const int decimals : {-1, 0, 1, 2, 3, 4, 6}) {
+        for (const int decimals : {-1, 0, 1, 2, 3, 4, 5, 6}) {
             double up = base;
             double down = base;
             for (int step = 0; step < 40; ++step) {

@@ -32,6 +32,10 @@ TEST(NumbersTest, NumberAtTheFrontOfAText) {
         {"text behind is ignored", "3.5mm", 3.5},
         {"a second point ends it", "1.2.3", 1.2},
         {"a comma ends it", "1,5", 1},
+        {"a colon ends it", "12:30", 12},
+        {"a number sign ends it", "1#5", 1},
+        {"a currency alone is none", "$", 0},
+        {"a byte that is no text is none", "\xD1", 0},
         {"a second sign makes it none", "--1", 0},
         {"exponent", "1.5E2", 150},
         {"small e", "1e3", 1000},
@@ -78,6 +82,7 @@ TEST(NumbersTest, LengthOfTheDigitsDoesNotMistakeTheSize) {
     EXPECT_EQ(NumberAtFront("1" + zeros), Infinity);
     EXPECT_EQ(NumberAtFront("1" + zeros + "E5"), Infinity);
     EXPECT_EQ(NumberAtFront("1" + zeros + "E-400"), 1);
+    EXPECT_EQ(NumberAtFront("          -1" + zeros + " E-900"), -Infinity) << "the blank ends it";
 }
 
 TEST(NumbersTest, NumbersOfManyDigitsAreReadToTheLastOne) {
@@ -165,6 +170,7 @@ TEST(NumbersTest, WhichTextsAreNumbers) {
                     ADD_FAILURE() << c.label << " is converted";
                 } catch (const cError& error) {
                     EXPECT_EQ(error.Number(), errTypeMismatch) << c.label;
+                    EXPECT_EQ(error.Source(), "Numbers.ToDouble") << c.label;
                     EXPECT_EQ(error.Description(), "Type mismatch") << c.label;
                 }
             }
@@ -202,12 +208,19 @@ TEST(NumbersTest, WholeNumberOutsideTheWidthOverflows) {
             ADD_FAILURE() << value;
         } catch (const cError& error) {
             EXPECT_EQ(error.Number(), errOverflow) << value;
+            EXPECT_EQ(error.Source(), "Numbers.ToInt16") << value;
         }
     }
     EXPECT_EQ(ToInt32(2147483647.0), 2147483647);
     EXPECT_EQ(ToInt32(-2147483648.0), std::numeric_limits<std::int32_t>::min());
     for (const double value : {2147483647.5, 2147483648.0, -2147483649.0, Infinity}) {
-        EXPECT_THROW((void)ToInt32(value), cError) << value;
+        try {
+            (void)ToInt32(value);
+            ADD_FAILURE() << value;
+        } catch (const cError& error) {
+            EXPECT_EQ(error.Number(), errOverflow) << value;
+            EXPECT_EQ(error.Source(), "Numbers.ToInt32") << value;
+        }
     }
 }
 

@@ -78,6 +78,41 @@ TEST(TextTest, SplitOfNothingHasNoPart) {
     EXPECT_EQ(Split("", ','), Parts{});
 }
 
+TEST(TextTest, ACharacterIsReadFromItsBytesAndWhatIsNoneIsTheSignForIt) {
+    constexpr char32_t Bad = 0xFFFD;
+    struct Case {
+        const char* label;
+        std::string_view text;
+        char32_t character;
+        std::size_t behind;
+    };
+    const Case cases[] = {{"the first of two bytes", "\xC2\x80", 0x80, 2},
+                          {"the last of two bytes", "\xDF\xBF", 0x7FF, 2},
+                          {"the first of three bytes", "\xE0\xA0\x80", 0x800, 3},
+                          {"the last of three bytes", "\xEF\xBF\xBF", 0xFFFF, 3},
+                          {"the first of four bytes", "\xF0\x90\x80\x80", 0x10000, 4},
+                          {"the last of four bytes", "\xF4\x8F\xBF\xBF", 0x10FFFF, 4},
+                          {"a letter behind", "\xC3\xA4z", 0xE4, 2},
+                          {"another one behind", "\xC3\xA4\xC3\xA4", 0xE4, 2},
+                          {"the middle of one", "\x80\x80", Bad, 1},
+                          {"the end of one", "\xBF\xBF", Bad, 1},
+                          {"cut at the end", "\xC3", Bad, 1},
+                          {"cut by a letter", "\xE2\x82z", Bad, 2},
+                          {"cut by another one", "\xC3\xC3\xA4", Bad, 1},
+                          {"zero in two bytes", "\xC0\x80", Bad, 2},
+                          {"a sign in two bytes", "\xC1\xBF", Bad, 2},
+                          {"the last of two bytes in three", "\xE0\x9F\xBF", Bad, 3},
+                          {"the last of three bytes in four", "\xF0\x8F\xBF\xBF", Bad, 4}};
+    for (const Case& c : cases) {
+        std::size_t at = 0;
+        EXPECT_EQ(NextCharacter(c.text, at), c.character) << c.label;
+        EXPECT_EQ(at, c.behind) << c.label;
+        at = 2;
+        EXPECT_EQ(NextCharacter("ab" + Text(c.text), at), c.character) << c.label << ", further on";
+        EXPECT_EQ(at, 2 + c.behind) << c.label << ", further on";
+    }
+}
+
 TEST(TextTest, CharactersAreCountedNotBytes) {
     EXPECT_EQ(CharacterCount(""), 0U);
     EXPECT_EQ(CharacterCount("abc"), 3U);

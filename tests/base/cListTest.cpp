@@ -19,6 +19,17 @@ public:
     Record Add(int number) { return Append(std::make_shared<Entry>(Entry{number})); }
 };
 
+/// Where the error that the action raises arose.
+template <typename Action>
+Text SourceOf(Action action) {
+    try {
+        action();
+    } catch (const cError& error) {
+        return error.Source();
+    }
+    return {};
+}
+
 void Fill(Entries& list, int count) {
     list.Reserve(count);
     for (int i = 1; i <= count; ++i) {
@@ -55,11 +66,7 @@ TEST(cListTest, PositionOutsideIsAnInvalidArgument) {
         EXPECT_EQ(ErrorOf([&] { (void)list.Item(position); }), errInvalidArgument) << position;
         EXPECT_EQ(ErrorOf([&] { (void)list.Ref(position); }), errInvalidArgument) << position;
         EXPECT_EQ(ErrorOf([&] { list.Remove(position); }), errInvalidArgument) << position;
-        try {
-            (void)list.Item(position);
-        } catch (const cError& error) {
-            EXPECT_EQ(error.Source(), "cList.Item");
-        }
+        EXPECT_EQ(SourceOf([&] { (void)list.Item(position); }), "cList.Item") << position;
     }
     EXPECT_EQ(list.Count(), 3);
 }
@@ -71,6 +78,7 @@ TEST(cListTest, PositionAboveSixteenBitsOverflowsEvenIfTheRecordIsThere) {
     for (const std::int32_t position : {32768, 32769, 2147483647, -32769}) {
         EXPECT_EQ(ErrorOf([&] { (void)list.Item(position); }), errOverflow) << position;
         EXPECT_EQ(ErrorOf([&] { (void)list.Ref(position); }), errOverflow) << position;
+        EXPECT_EQ(SourceOf([&] { (void)list.Item(position); }), "cList.Item") << position;
     }
     EXPECT_EQ(ErrorOf([&] { (void)list.Item("32768"); }), errOverflow);
     EXPECT_EQ(ErrorOf([&] { (void)list.Item("1E9"); }), errOverflow);
@@ -96,6 +104,7 @@ TEST(cListTest, TextThatIsANumberIsAPosition) {
     EXPECT_EQ(list.Item("2.5")->number, 2) << "a tie goes to the even one";
     for (const char* const text : {"", "x", "3x", "0", "4", "-1"}) {
         EXPECT_EQ(ErrorOf([&] { (void)list.Item(text); }), errInvalidArgument) << text;
+        EXPECT_EQ(SourceOf([&] { (void)list.Item(text); }), "cList.Item") << text;
     }
 }
 
@@ -104,6 +113,7 @@ TEST(cListTest, RemoveTakesATextForAKeyThatNoRecordHas) {
     Fill(list, 3);
     for (const char* const text : {"3", "x", ""}) {
         EXPECT_EQ(ErrorOf([&] { list.Remove(std::string_view(text)); }), errInvalidArgument) << text;
+        EXPECT_EQ(SourceOf([&] { list.Remove(std::string_view(text)); }), "cList.Remove") << text;
     }
     EXPECT_EQ(list.Count(), 3);
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "base/NumberTexts.h"
 #include "fakes/TestMachine.h"
 
@@ -48,17 +50,18 @@ TEST(INIlinesTest, APositionIsTakenAsItStandsAlsoAboveThirtyTwoThousand) {
 TEST(INIlinesTest, APositionOutsideTheListAndAnyTextAreInvalidArguments) {
     INIlines lines;
     lines.Add({}, "K", "v");
-    const auto number = [](const auto& read) {
+    const auto expectRefused = [](const auto& read) {
         try {
             read();
+            ADD_FAILURE() << "there is such a record";
         } catch (const cError& error) {
-            return error.Number();
+            EXPECT_EQ(error.Number(), errInvalidArgument);
+            EXPECT_EQ(error.Source(), "INIlines.Item");
         }
-        return std::int32_t{0};
     };
-    EXPECT_EQ(number([&] { (void)lines.Item(0); }), errInvalidArgument);
-    EXPECT_EQ(number([&] { (void)lines.Item(2); }), errInvalidArgument);
-    EXPECT_EQ(number([&] { (void)lines.Item("1"); }), errInvalidArgument);
+    expectRefused([&] { (void)lines.Item(0); });
+    expectRefused([&] { (void)lines.Item(2); });
+    expectRefused([&] { (void)lines.Item("1"); });
 }
 
 TEST(INIlinesTest, ClearLeavesHandedOutRecordsValid) {
@@ -145,14 +148,15 @@ TEST(INIfileTest, LoadingReplacesTheRecords) {
 TEST(INIfileTest, AMissingOrUnreadableFileGivesNoRecordsAndNoError) {
     IniDesk t;
     t.Load("A=1\r\n");
-    t.ini.LoadFile("/none.ini");
+    EXPECT_FALSE(t.ini.LoadFile("/none.ini"));
     EXPECT_EQ(t.ini.INIlines().Count(), 0);
-    t.Load("A=1\r\n");
+    EXPECT_TRUE(t.ini.LoadFile("/a.ini"));
+    EXPECT_EQ(t.ini.INIlines().Count(), 1);
     t.files.SetUnreadable("/a.ini");
-    t.ini.LoadFile("/a.ini");
+    EXPECT_FALSE(t.ini.LoadFile("/a.ini"));
     EXPECT_EQ(t.ini.INIlines().Count(), 0);
     t.files.PutSpecial("/pipe.ini");
-    t.ini.LoadFile("/pipe.ini");
+    EXPECT_FALSE(t.ini.LoadFile("/pipe.ini"));
     EXPECT_EQ(t.ini.INIlines().Count(), 0);
 }
 
@@ -212,6 +216,17 @@ TEST(INIfileTest, LayoutSettingsMoveKeyAndEqualsSign) {
     EXPECT_EQ(t.Saved(), " FILE     = a.kdt\r\n");
 }
 
+TEST(INIfileTest, TheEqualsSignKeepsItsColumnWhateverStandsBeforeTheKey) {
+    for (const std::int32_t leading : {-2, 0, 1, 2}) {
+        IniDesk t;
+        t.ini.SetLeadingSpaces(leading);
+        t.ini.SetEqualPos(7);
+        t.ini.INIlines().Add("[A]", "Key", "v");
+        EXPECT_EQ(t.Saved().find('='), 6U) << leading;
+        EXPECT_EQ(t.Saved().find('K'), static_cast<std::size_t>(std::max(leading, 0))) << leading;
+    }
+}
+
 TEST(INIfileTest, ALoadedHeaderWouldBeWrittenAsAKey) {
     IniDesk t;
     t.Load("[A]\r\nK=1\r\n");
@@ -239,6 +254,7 @@ TEST(INIfileTest, ThirtyTwoThousandSevenHundredSixtySevenRecordsAreSavedAndOneMo
         ADD_FAILURE() << "saved";
     } catch (const cError& error) {
         EXPECT_EQ(error.Number(), errOverflow);
+        EXPECT_EQ(error.Source(), "INIfile.SaveFile");
         EXPECT_EQ(error.Path(), "/a.ini");
     }
     EXPECT_EQ(t.files.Get("/a.ini"), "old");

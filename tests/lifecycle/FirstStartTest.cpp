@@ -42,6 +42,22 @@ TEST_F(FirstStartTest, SamplesAreCopiedToTheUserAndListed) {
     EXPECT_EQ(desk.files.Get(installed + "/water.kdt6"), "template");
 }
 
+TEST_F(FirstStartTest, TheListHoldsTheSamplesAloneAndAllSwitchedOn) {
+    (void)desk.g.gMasterFiles->Add("/apps/other.kdt", true);  // the record is not needed
+    Provide();
+    EXPECT_EQ(desk.g.gMasterFiles->TotalFilesEnabled(), 2);
+    EXPECT_EQ(Listed(), (std::vector<Text>{own + "/diesel.kdt", own + "/water.kdt6"}));
+}
+
+TEST_F(FirstStartTest, WhatARunThatWasCutOffHadCopiedIsNoPartOfTheSamples) {
+    desk.files.Put(own + ".new/stale.kdt", "half");
+    desk.files.Put(own + ".new/water.kdt6", "half");
+    Provide();
+    EXPECT_EQ(Listed(), (std::vector<Text>{own + "/diesel.kdt", own + "/water.kdt6"}));
+    EXPECT_EQ(desk.files.Get(own + "/water.kdt6"), "template");
+    EXPECT_FALSE(desk.files.Exists(own + ".new"));
+}
+
 TEST_F(FirstStartTest, SettingsOfTheUserStayAsTheyAre) {
     desk.files.Put(SettingsPath(desk.g), "[FILES]\r\n");
     Provide();
@@ -63,10 +79,20 @@ TEST_F(FirstStartTest, WhatWasTriedOutOnTheCopiesStays) {
     EXPECT_EQ(Listed(), std::vector<Text>{own + "/water.kdt6"});
 }
 
-TEST_F(FirstStartTest, WithoutInstalledSamplesNothingIsMade) {
-    ProvideSampleApplications(desk.g, "/nowhere", own);
-    EXPECT_FALSE(desk.files.Exists(own));
+TEST_F(FirstStartTest, AFolderOfTheUserWithoutAnApplicationGivesNoList) {
+    desk.files.Put(own + "/notes.txt", "mine");
+    Provide();
     EXPECT_FALSE(desk.files.Exists(SettingsPath(desk.g)));
+    EXPECT_EQ(desk.files.Get(own + "/notes.txt"), "mine");
+}
+
+TEST_F(FirstStartTest, WithoutInstalledSamplesNothingIsMade) {
+    desk.files.Put("/stray.kdt", "template");
+    for (const char* const installedFolder : {"/nowhere", ""}) {
+        ProvideSampleApplications(desk.g, installedFolder, own);
+        EXPECT_FALSE(desk.files.Exists(own)) << installedFolder;
+        EXPECT_FALSE(desk.files.Exists(SettingsPath(desk.g))) << installedFolder;
+    }
 }
 
 TEST_F(FirstStartTest, AnInstalledFolderWithoutAnApplicationIsNotCopied) {
@@ -76,10 +102,18 @@ TEST_F(FirstStartTest, AnInstalledFolderWithoutAnApplicationIsNotCopied) {
     EXPECT_FALSE(desk.files.Exists(SettingsPath(desk.g)));
 }
 
+TEST_F(FirstStartTest, WithoutAnInstalledApplicationThoseOfTheUserAreNotListed) {
+    desk.files.Put("/opt/empty/Rules.ini", "[RULES]\r\n");
+    desk.files.Put(own + "/mine.kdt", "mine");
+    ProvideSampleApplications(desk.g, "/opt/empty", own);
+    EXPECT_FALSE(desk.files.Exists(SettingsPath(desk.g)));
+}
+
 TEST_F(FirstStartTest, SettingsThatCannotBeWrittenTakeTheNewCopiesAwayButNoEarlierOnes) {
     desk.files.FailOn("ReplaceFile", ".IKD", errDiskFull);
     Provide();
     EXPECT_FALSE(desk.files.Exists(own));
+    EXPECT_FALSE(desk.files.Exists(own + ".new"));
     desk.files.Put(own + "/water.kdt6", "changed");
     Provide();
     EXPECT_EQ(desk.files.Get(own + "/water.kdt6"), "changed");

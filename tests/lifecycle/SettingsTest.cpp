@@ -256,6 +256,14 @@ TEST_F(SettingsTest, ALineEndInTheNameOfAFileListsNoOtherApplication) {
     EXPECT_EQ(Files(), (Texts{"/a  [FILES]  File = /planted.kdt"}));
 }
 
+TEST_F(SettingsTest, ALineEndInACriterionListsNoApplication) {
+    AddRecent("x\r\n[FILES]\r\nFile = /planted.kdt");
+    (void)Written();
+    ReadSettings(desk.g, Path);
+    EXPECT_EQ(Files(), Texts{});
+    EXPECT_EQ(Recents(), (Texts{"x  [FILES]  File = /planted.kdt"}));
+}
+
 TEST_F(SettingsTest, ReadingTellsWhetherThereWasAFileToRead) {
     EXPECT_FALSE(ReadSettings(desk.g, Path));
     desk.files.Put(Path, "");

@@ -83,6 +83,20 @@ TEST_F(frmKDLimitDeskStartTest, WhatStandsAtEachStep) {
     EXPECT_FALSE(globals.gStartingUp);
 }
 
+TEST_F(frmKDLimitDeskStartTest, WhileTheSettingsAreReadTheFirstDialogIsNotYetAtHand) {
+    disk.Put(Settings, SettingsText({"/a.kdt"}));
+    int reads = 0;
+    disk.onStep = [&](const Text& step) {
+        if (step == Text("Read ") + Settings) {
+            ++reads;
+            EXPECT_FALSE(globals.gStartingUp);
+        }
+    };
+    ExpectAdmin(CancelIt);
+    EXPECT_FALSE(Start());
+    EXPECT_EQ(reads, 1);
+}
+
 // --- settings
 // ------------------------------------------------------------------------------------------------
 

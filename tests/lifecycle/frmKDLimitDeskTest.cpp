@@ -275,6 +275,27 @@ TEST(frmKDLimitDeskTest, WhereTheConfirmedListCannotBeWrittenTheUnreadOneKeepsIt
     EXPECT_FALSE(desk.files.Has(Text(SettingsFile) + ".old"));
 }
 
+TEST(frmKDLimitDeskTest, WhereMemoryEndsWhileTheConfirmedListIsWrittenTheUnreadOneKeepsItsName) {
+    StartDesk desk;
+    desk.HideSettings({"/apps/plant.kdt"});
+    desk.files.FailOn("Read", ".IKD", errDevice);
+    frmKDLimitDesk form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [&](frmApplicationAdmin& dialog) {
+        desk.files.FailNoMore();
+        desk.files.Put(SettingsFile, "unread");
+        desk.files.onStep = [](const Text& step) {
+            if (step.starts_with("ReplaceFile")) {
+                throw std::bad_alloc();
+            }
+        };
+        dialog.cmdOk.UserClick();
+    });
+    desk.toolkit.ExpectBox(UnhandledErrorText(cError(errOutOfMemory, "x")), BoxIcon::Critical);
+    (void)form.Form_Load(1);  // whether the program goes on is told elsewhere
+    EXPECT_EQ(desk.files.Get(SettingsFile), "unread");
+    EXPECT_FALSE(desk.files.Has(Text(SettingsFile) + ".old"));
+}
+
 TEST(frmKDLimitDeskTest, SettingsThatWereReadAreNotSetAsideBecauseAListCouldNotBeWritten) {
     RunningDesk desk;
     desk.files.FailOn("ReplaceFile", ".IKD", errDiskFull);
@@ -388,6 +409,39 @@ TEST(frmKDLimitDeskTest, AFailureOfTheSuiteAtTheStartIsToldAndEndsTheProgram) {
     desk.toolkit.ExpectBox(UnhandledErrorText(cError(errFileNotFound, "x", {}, "/opt/suite")),
                            BoxIcon::Critical);
     EXPECT_FALSE(form.Form_Load(1));
+}
+
+TEST(frmKDLimitDeskTest, AStartThatIsStoppedHasTakenTheStepsBeforeThatOneAndNoneBehindIt) {
+    class Broken : public FakeSuite {
+    public:
+        explicit Broken(bool atTheContext) : m_atTheContext(atTheContext) {}
+        std::unique_ptr<KDSuiteContext> NewSuiteContext() override {
+            if (m_atTheContext) {
+                throw cError(errFileNotFound, "Broken");
+            }
+            return FakeSuite::NewSuiteContext();
+        }
+        std::unique_ptr<KDApplicationFile> NewApplicationFile() override {
+            throw cError(errFileNotFound, "Broken");
+        }
+
+    private:
+        bool m_atTheContext;
+    };
+    for (const bool atTheContext : {true, false}) {
+        StartDesk desk;
+        Broken broken(atTheContext);
+        Platform platform{desk.files,       desk.toolkit, desk.locale,     desk.clock,
+                          desk.environment, desk.shell,   desk.fileDialog, broken};
+        Globals g(platform);
+        frmKDLimitDesk form(g);
+        desk.toolkit.ExpectBox(UnhandledErrorText(cError(errFileNotFound, "x")), BoxIcon::Critical);
+        EXPECT_FALSE(form.Form_Load(1));
+        EXPECT_TRUE(form.Caption().starts_with("KD LimitDesk (v")) << atTheContext;
+        EXPECT_EQ(g.gSettingsPath, atTheContext ? "" : SettingsFile);
+        EXPECT_EQ(form.Maximised(), !atTheContext);
+        EXPECT_FALSE(g.gStartingUp) << atTheContext;
+    }
 }
 
 TEST(frmKDLimitDeskTest, CommitIsOfferedOnlyWhileAnyViewHasChanges) {
@@ -682,6 +736,15 @@ TEST(frmKDLimitDeskTest, AFailureInACommandPutsPointerRedrawAndProgressBack) {
     EXPECT_EQ(desk.toolkit.MousePointer(), Pointer::Default);
     EXPECT_TRUE(desk.grid.Redraw());
     EXPECT_EQ(desk.desk.ProgressBar1.Value(), 0);
+}
+
+TEST(frmKDLimitDeskTest, AFailureBehindTheEndOfTheFormPutsNothingOfItBack) {
+    StartDesk desk;
+    {
+        const frmKDLimitDesk form(desk.g);
+        EXPECT_TRUE(static_cast<bool>(desk.toolkit.Boundary().PutBack));
+    }
+    EXPECT_FALSE(static_cast<bool>(desk.toolkit.Boundary().PutBack));
 }
 
 TEST(frmKDLimitDeskTest, AFailureInTheCellEditorIsToldAndTheProgramGoesOn) {

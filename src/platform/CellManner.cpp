@@ -64,7 +64,7 @@ void CellManner::SelectAll() {
     if (!visible.empty() && firstCol >= 0) {
         const std::int32_t lastRow = visible.back();
         m_grid.Select(visible.front(), firstCol);
-        m_grid.ExtendSelection(lastRow, m_grid.VisibleColFrom(m_grid.Cols() - 1, -1));
+        m_grid.ExtendSelection(lastRow, m_grid.VisibleColFrom(m_grid.Cols(), -1));
     }
 }
 
@@ -98,8 +98,9 @@ bool CellManner::IsRowSelected(std::int32_t row) const {
 
 bool CellManner::IsColSelected(std::int32_t screenCol) const {
     const GridSelection cells = m_grid.GetSelection();
-    return HasSelection() && cells.firstRow == 1 && cells.lastRow == m_grid.Rows() - 1 &&
-           screenCol >= cells.firstCol && screenCol <= cells.lastCol;
+    // Where nothing is selected the header's row is the first one.
+    return cells.firstRow == 1 && cells.lastRow == m_grid.Rows() - 1 && screenCol >= cells.firstCol &&
+           screenCol <= cells.lastCol;
 }
 
 std::vector<std::int32_t> CellManner::SelectedRows() const {

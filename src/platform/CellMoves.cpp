@@ -7,22 +7,22 @@ namespace kd {
 namespace {
 
 GridCell RowMove(const VSFlexGrid& grid, GridCell from, int direction, Stride stride, int page) {
-    const std::int32_t shownCol = grid.VisibleColFrom(from.screenCol, 1);
+    // The later of the two: the column before counts where none is from here on.
     return {RowFrom(grid, from.row, direction, stride, page),
-            shownCol >= 0 ? shownCol : grid.VisibleColFrom(from.screenCol, -1)};
+            std::max(grid.VisibleColFrom(from.screenCol, 1), grid.VisibleColFrom(from.screenCol, -1))};
 }
 
-GridCell ColMove(const VSFlexGrid& grid, GridCell from, int direction, Stride stride) {
+GridCell ColMove(const VSFlexGrid& grid, GridCell from, int direction, Stride stride, int page) {
     if (from.row < 1) {
-        return RowMove(grid, from, 1, Stride::One, 1);
+        return RowMove(grid, from, direction, stride, page);
     }
     return {NearestRow(grid, from.row), ColFrom(grid, from.screenCol, direction, stride)};
 }
 
-GridCell HomeOrEnd(const VSFlexGrid& grid, GridCell from, int direction, bool wholeGrid) {
-    const std::int32_t row = wholeGrid ? RowFrom(grid, std::max(from.row, 1), direction, Stride::End, 1)
-                                       : NearestRow(grid, from.row);
-    return {row, ColFrom(grid, from.screenCol, direction, Stride::End)};
+GridCell HomeOrEnd(const VSFlexGrid& grid, GridCell from, int direction, bool wholeGrid, int page) {
+    const std::int32_t row = NearestRow(grid, from.row);
+    return {wholeGrid ? RowFrom(grid, row, direction, Stride::End, page) : row,
+            ColFrom(grid, from.screenCol, direction, Stride::End)};
 }
 
 }  // namespace
@@ -37,31 +37,30 @@ std::int32_t RowFrom(const VSFlexGrid& grid, std::int32_t row, int direction, St
     }
     const int last = static_cast<int>(visible.size()) - 1;
     const int index = static_cast<int>(grid.VisibleIndexOf(row));
-    const bool shown = index <= last && visible[static_cast<std::size_t>(index)] == row;
     int target = index;
     switch (stride) {
         case Stride::One:
             // From a hidden row the index leads to the next visible one already.
-            target = direction < 0 ? index - 1 : index + (shown ? 1 : 0);
+            target = direction == 1 && grid.RowHidden(row) ? index : index + direction;
             break;
         case Stride::Page:
             target = index + direction * page;
             break;
         case Stride::End:
-            target = direction < 0 ? 0 : last;
+            target = direction == -1 ? 0 : last;
             break;
     }
     return visible[static_cast<std::size_t>(std::clamp(target, 0, last))];
 }
 
 std::int32_t NearestRow(const VSFlexGrid& grid, std::int32_t row) {
-    const std::int32_t next = grid.VisibleRowFrom(row, 1);
-    return next > 0 ? next : grid.VisibleRowFrom(row, -1);
+    // The later of the two: the row before counts where none is from here on.
+    return std::max(grid.VisibleRowFrom(row, 1), grid.VisibleRowFrom(row, -1));
 }
 
 std::int32_t ColFrom(const VSFlexGrid& grid, std::int32_t screenCol, int direction, Stride stride) {
     if (stride == Stride::End) {
-        return direction < 0 ? grid.VisibleColFrom(0, 1) : grid.VisibleColFrom(grid.Cols() - 1, -1);
+        return direction == -1 ? grid.VisibleColFrom(0, 1) : grid.VisibleColFrom(grid.Cols(), -1);
     }
     const std::int32_t next = grid.VisibleColFrom(screenCol + direction, direction);
     return next >= 0 ? next : grid.VisibleColFrom(screenCol, -direction);
@@ -82,13 +81,13 @@ GridCell CellFromKey(const VSFlexGrid& grid, int keyCode, int shift, int page) {
         case kcPageDown:
             return RowMove(grid, from, 1, Stride::Page, page);
         case kcLeft:
-            return ColMove(grid, from, -1, stride);
+            return ColMove(grid, from, -1, stride, page);
         case kcRight:
-            return ColMove(grid, from, 1, stride);
+            return ColMove(grid, from, 1, stride, page);
         case kcHome:
-            return HomeOrEnd(grid, from, -1, far);
+            return HomeOrEnd(grid, from, -1, far, page);
         case kcEnd:
-            return HomeOrEnd(grid, from, 1, far);
+            return HomeOrEnd(grid, from, 1, far, page);
         default:
             return {};
     }
@@ -96,18 +95,16 @@ GridCell CellFromKey(const VSFlexGrid& grid, int keyCode, int shift, int page) {
 
 GridCell NextCell(const VSFlexGrid& grid, bool forward) {
     const int direction = forward ? 1 : -1;
-    std::int32_t row = grid.Row();
+    const std::int32_t row = grid.Row();
+    const std::int32_t col = grid.Col();
     if (row < 1) {
-        return {forward ? RowFrom(grid, 0, 1, Stride::One, 1) : 0, ColFrom(grid, 0, -1, Stride::End)};
+        return {forward ? NearestRow(grid, row) : 0, ColFrom(grid, col, -1, Stride::End)};
     }
-    std::int32_t col = grid.VisibleColFrom(grid.Col() + direction, direction);
-    if (col < 0) {
-        col = ColFrom(grid, 0, -direction, Stride::End);
-        row = grid.VisibleRowFrom(row + direction, direction);
-    } else if (grid.RowHidden(row)) {
-        row = grid.VisibleRowFrom(row, direction);
+    const std::int32_t next = grid.VisibleColFrom(col + direction, direction);
+    if (next < 0) {
+        return {grid.VisibleRowFrom(row + direction, direction), ColFrom(grid, col, -direction, Stride::End)};
     }
-    return {row, col};
+    return {grid.VisibleRowFrom(row, direction), next};
 }
 
 }  // namespace kd

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <utility>
@@ -279,7 +280,7 @@ class ProgressBar : public Control {
 public:
     using Control::Control;
     double Value() const noexcept { return m_value; }
-    void SetValue(double value) { Set(m_value, value < 0 ? 0.0 : value > 100 ? 100.0 : value); }
+    void SetValue(double value) { Set(m_value, std::clamp(value, 0.0, 100.0)); }
 
 private:
     double m_value = 0;

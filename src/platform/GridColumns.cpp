@@ -46,7 +46,7 @@ void GridColumns::SetColWidth(std::int32_t screenCol, std::int32_t pixels) {
 }
 
 std::int32_t GridColumns::VisibleColFrom(std::int32_t screenCol, std::int32_t step) const {
-    screenCol = step > 0 ? std::max(screenCol, 0) : std::min(screenCol, Cols() - 1);
+    screenCol = step == 1 ? std::max(screenCol, 0) : std::min(screenCol, Cols() - 1);
     while (screenCol >= 0 && screenCol < Cols()) {
         if (!m_columns[static_cast<std::size_t>(screenCol)].hidden) {
             return screenCol;

@@ -107,7 +107,7 @@ std::size_t GridTable::VisibleIndexOf(std::int32_t row) const {
 }
 
 std::int32_t GridTable::VisibleRowFrom(std::int32_t row, std::int32_t step) const {
-    row = step > 0 ? std::max(row, 1) : std::min(row, Rows() - 1);
+    row = step == 1 ? std::max(row, 1) : std::min(row, Rows() - 1);
     while (row >= 1 && row < Rows()) {
         if (!m_rows[static_cast<std::size_t>(row)].hidden) {
             return row;

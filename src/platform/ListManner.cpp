@@ -70,7 +70,7 @@ void ListManner::MoveTo(std::int32_t row, bool extend) {
     if (row < 1) {
         return;  // nothing is in sight
     }
-    if (extend && m_anchor < 1) {
+    if (m_anchor < 1) {  // without Shift both begin anew below
         m_anchor = m_grid.Row() > 0 ? m_grid.Row() : row;
         m_end = m_anchor;
     }

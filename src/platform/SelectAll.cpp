@@ -32,7 +32,7 @@ void SelectAll::Box_Click() {
     if (GetCheckState() == csGrayed) {
         m_box.SetValue(csChecked);
     }
-    m_list.SetSelectedRange(0, m_list.Count() - 1, m_box.Value() == csChecked);
+    m_list.SetSelectedRange(0, m_list.Count(), m_box.Value() == csChecked);  // cut to the entries
     Show();
 }
 

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 #include "admin/ManageApplications.h"
 #include "admin/modBrowseForFile.h"
 #include "base/NumberTexts.h"
@@ -66,6 +69,7 @@ TEST(frmApplicationAdminTest, ShowsTheDesignedCaptions) {
     EXPECT_EQ(form.cmdHelp.Caption(), "Help");
     EXPECT_EQ(form.cmdOk.Caption(), "Ok");
     EXPECT_EQ(form.cmdCancel.Caption(), "Cancel");
+    EXPECT_EQ(form.Grid.Cols(), 1);
     EXPECT_TRUE(form.Cancel());
     EXPECT_FALSE(form.Changed());
 }
@@ -107,6 +111,7 @@ TEST(frmApplicationAdminTest, ABlankMeansAndABarMeansOrOverTheWholePathInAnyCase
         desk.Show([&](frmApplicationAdmin& form) {
             AdminDesk::Filter(form, each.criteria);
             EXPECT_EQ(AdminDesk::Hidden(form), each.hidden) << "'" << each.criteria << "'";
+            EXPECT_FALSE(form.Grid.RowHidden(0)) << "the header stays";
         });
         EXPECT_EQ(desk.toolkit.MousePointer(), Pointer::Default);
     }
@@ -226,11 +231,26 @@ TEST(frmApplicationAdminTest, ANewRowIsInSightWhateverTheFilterThatStands) {
 TEST(frmApplicationAdminTest, OneFileIsListedByThePathThatWasChosen) {
     AdminDesk desk;
     desk.Show([&](frmApplicationAdmin& form) {
-        for (const char* const path : {"/new/a\\b.kdt", "C:\\new\\c.kdt", "d.kdt"}) {
+        // The last one is the header's text, which is no path of the list.
+        for (const char* const path :
+             {"/new/a\\b.kdt", "C:\\new\\c.kdt", "d.kdt", "List of Active Applications"}) {
             desk.fileDialog.answer = {{path}};
             form.cmdAddApplication.UserClick();
             EXPECT_EQ(AdminDesk::Rows(form).back(), path);
         }
+    });
+}
+
+TEST(frmApplicationAdminTest, AFolderGoesInFrontOfASingleNameTooAndAnAnswerWithoutAFileAddsNothing) {
+    AdminDesk desk;
+    desk.Show([&](frmApplicationAdmin& form) {
+        desk.fileDialog.answer = std::vector<Text>();
+        form.cmdAddApplication.UserClick();
+        EXPECT_EQ(form.Grid.Rows(), 4);
+        desk.fileDialog.answer = {{"/new", "a.kdt"}};
+        form.cmdAddApplication.UserClick();
+        EXPECT_EQ(form.Grid.Rows(), 5);
+        EXPECT_EQ(AdminDesk::Rows(form).back(), "/new/a.kdt");
     });
 }
 
@@ -275,23 +295,28 @@ TEST(frmApplicationAdminTest, AnyNumberOfFilesIsAddedAtOnce) {
     });
 }
 
-/// Writes down which rows are scrolled into sight.
+/// Writes down which cells are scrolled into sight, and the path that stands there by then.
 class ShowingScreen : public GridScreen {
 public:
-    std::vector<std::int32_t> rows;
-    void ShowCell(std::int32_t row, std::int32_t /*screenCol*/) override { rows.push_back(row); }
+    const VSFlexGrid* grid = nullptr;
+    std::vector<std::pair<std::int32_t, Text>> shown;
+    void ShowCell(std::int32_t row, std::int32_t screenCol) override {
+        shown.emplace_back(row, grid->TextMatrix(row, screenCol));
+    }
 };
 
 TEST(frmApplicationAdminTest, EachAddedRowIsScrolledIntoSight) {
     AdminDesk desk;
     ShowingScreen screen;
     desk.Show([&](frmApplicationAdmin& form) {
+        screen.grid = &form.Grid;
         form.Grid.SetScreen(&screen);
         desk.fileDialog.answer = {{"/new", "a.kdt", "b.kdt"}};
         form.cmdAddApplication.UserClick();
         form.Grid.SetScreen(nullptr);
     });
-    EXPECT_EQ(screen.rows, (std::vector<std::int32_t>{4, 5}));
+    EXPECT_EQ(screen.shown,
+              (std::vector<std::pair<std::int32_t, Text>>{{4, "/new/a.kdt"}, {5, "/new/b.kdt"}}));
 }
 
 TEST(frmApplicationAdminTest, ASelectionOfDuplicatesAloneChangesNothing) {
@@ -323,6 +348,18 @@ TEST(frmApplicationAdminTest, RemoveTakesSelectedRowsInSightOnlyAndAsksNothing) 
     });
 }
 
+TEST(frmApplicationAdminTest, TheHeaderIsNotRemovedWhateverIsSelected) {
+    AdminDesk desk;
+    desk.Show([](frmApplicationAdmin& form) {
+        for (std::int32_t row = 0; row < 4; ++row) {
+            form.Grid.SetIsSelected(row, true);
+        }
+        form.cmdRemoveApplication.UserClick();
+        ASSERT_EQ(form.Grid.Rows(), 1);
+        EXPECT_EQ(form.Grid.TextMatrix(0, 0), "List of Active Applications");
+    });
+}
+
 TEST(frmApplicationAdminTest, ASelectedRowThatAFilterHidesIsNotRemoved) {
     AdminDesk desk;
     desk.Show([](frmApplicationAdmin& form) {
@@ -345,6 +382,18 @@ TEST(frmApplicationAdminTest, OkWithoutAnyRowIsRefused) {
         form.cmdOk.UserClick();
         EXPECT_TRUE(form.Shown());
         EXPECT_TRUE(form.Cancel());
+    });
+}
+
+TEST(frmApplicationAdminTest, OneApplicationIsEnough) {
+    AdminDesk desk;
+    desk.Show([](frmApplicationAdmin& form) {
+        form.Grid.SetIsSelected(1, true);
+        form.Grid.SetIsSelected(2, true);
+        form.cmdRemoveApplication.UserClick();
+        form.cmdOk.UserClick();
+        EXPECT_FALSE(form.Shown());
+        EXPECT_FALSE(form.Cancel());
     });
 }
 
@@ -422,6 +471,39 @@ TEST(frmApplicationAdminTest, TheTwentyFirstCriterionDropsTheOldest) {
     EXPECT_EQ(recents.front(), "newest");
     EXPECT_EQ(recents[1], "c1");
     EXPECT_EQ(recents.back(), "c19");
+}
+
+TEST(frmApplicationAdminTest, TheTwentiethCriterionHasRoomBesideTheOthers) {
+    AdminDesk desk;
+    for (int i = 1; i <= 19; ++i) {
+        desk.g.gRecents->Add("c" + Digits(i));
+    }
+    desk.Show([](frmApplicationAdmin& form) {
+        form.cboFilter.UserType("newest");
+        form.cmdOk.UserClick();
+    });
+    const auto recents = desk.Recents();
+    ASSERT_EQ(recents.size(), 20U);
+    EXPECT_EQ(recents.back(), "c19");
+}
+
+TEST(frmApplicationAdminTest, ADialogThatIsShownAgainIsUnchangedAndCanBeCancelled) {
+    AdminDesk desk;
+    frmApplicationAdmin form(desk.g);
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [](frmApplicationAdmin& shown) {
+        shown.Grid.SetIsSelected(1, true);
+        shown.cmdRemoveApplication.UserClick();
+        shown.cmdOk.UserClick();
+    });
+    form.Display();
+    EXPECT_TRUE(form.Changed());
+    EXPECT_FALSE(form.Cancel());
+    desk.toolkit.ExpectForm<frmApplicationAdmin>("frmApplicationAdmin", [](frmApplicationAdmin& shown) {
+        EXPECT_FALSE(shown.Changed());
+        shown.cmdCancel.UserClick();
+    });
+    form.Display();
+    EXPECT_TRUE(form.Cancel());
 }
 
 TEST(frmApplicationAdminTest, CancelAndTheFrameLeaveTheRecentsAlone) {

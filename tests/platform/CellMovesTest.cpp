@@ -40,6 +40,25 @@ TEST_F(CellMovesTest, HomeAndEndLeadToTheFirstAndTheLastColumnWhereTheyAreShown)
     EXPECT_EQ(From({4, 1}, kcEnd), (GridCell{4, 5}));
 }
 
+TEST_F(CellMovesTest, TheFirstRowAndTheFirstColumnCountWhereTheyAreShown) {
+    grid.SetRowHidden(1, false);
+    grid.SetColHidden(0, false);
+    EXPECT_EQ(From({1, 1}, kcRight), (GridCell{1, 2}));
+    EXPECT_EQ(From({1, 1}, kcLeft), (GridCell{1, 0}));
+    EXPECT_EQ(From({1, 1}, kcDown), (GridCell{2, 1}));
+    EXPECT_EQ(From({0, 2}, kcHome), (GridCell{1, 0}));
+    EXPECT_EQ(NearestRow(grid, 0), 1);
+}
+
+TEST_F(CellMovesTest, AHiddenLastColumnIsPassedOver) {
+    grid.SetColHidden(5, true);
+    EXPECT_EQ(From({4, 5}, kcDown), (GridCell{5, 4}));
+    EXPECT_EQ(From({4, 5}, kcRight), (GridCell{4, 4}));
+    EXPECT_EQ(From({4, 1}, kcEnd), (GridCell{4, 4}));
+    grid.Select(4, 1);
+    EXPECT_EQ(NextCell(grid, false), (GridCell{2, 4}));
+}
+
 TEST_F(CellMovesTest, DataCellsAreThoseBelowTheHeader) {
     for (const GridCell cell : {GridCell{1, 0}, GridCell{1, 5}, GridCell{60, 0}}) {
         EXPECT_TRUE(IsDataCell(cell)) << cell.row << "," << cell.screenCol;
@@ -81,6 +100,7 @@ TEST_F(CellMovesTest, KeysSkipWhatIsHidden) {
              Case{"right from a hidden last row", {60, 1}, kcRight, 0, {59, 2}},
              Case{"left over a hidden column", {4, 4}, kcLeft, 0, {4, 2}},
              Case{"left at the first column", {4, 1}, kcLeft, 0, {4, 1}},
+             Case{"left in a hidden first column", {4, 0}, kcLeft, 0, {4, 1}},
              Case{"ctrl right", {4, 1}, kcRight, sbCtrl, {4, 5}},
              Case{"ctrl left", {4, 5}, kcLeft, sbCtrl, {4, 1}},
              Case{"home", {4, 4}, kcHome, 0, {4, 1}},
@@ -143,6 +163,7 @@ TEST_F(CellMovesTest, TabGoesCellByCellAndRowByRow) {
              Case{"on over a hidden row", {2, 5}, true, {4, 1}},
              Case{"on in a hidden row", {3, 1}, true, {4, 2}},
              Case{"back", {4, 4}, false, {4, 2}},
+             Case{"back to the column beside", {4, 2}, false, {4, 1}},
              Case{"back at the row's beginning", {4, 1}, false, {2, 5}},
              Case{"back in a hidden row", {3, 4}, false, {2, 2}},
              Case{"on from the header", {0, 4}, true, {2, 1}},
@@ -150,6 +171,18 @@ TEST_F(CellMovesTest, TabGoesCellByCellAndRowByRow) {
         grid.Select(c.from.row, c.from.screenCol);
         EXPECT_EQ(NextCell(grid, c.forward), c.to) << c.label;
     }
+}
+
+TEST_F(CellMovesTest, TabReachesTheFirstRowAndTheFirstColumnWhereTheyAreShown) {
+    grid.SetRowHidden(1, false);
+    grid.SetColHidden(0, false);
+    grid.Select(1, 1);
+    EXPECT_EQ(NextCell(grid, true), (GridCell{1, 2}));
+    EXPECT_EQ(NextCell(grid, false), (GridCell{1, 0}));
+    grid.Select(2, 0);
+    EXPECT_EQ(NextCell(grid, false), (GridCell{1, 5}));
+    grid.Select(0, 4);
+    EXPECT_EQ(NextCell(grid, true), (GridCell{1, 0}));
 }
 
 TEST_F(CellMovesTest, TabEndsBehindTheLastAndBeforeTheFirstCell) {

@@ -56,6 +56,19 @@ TEST(ControlTest, ScreenIsToldOfEachDifferenceAlone) {
     EXPECT_FALSE(label.Visible());
 }
 
+TEST(ControlTest, WhenTheScreenHearsOfAChangeTheControlHasIt) {
+    Label label("lblFind");
+    std::vector<Text> heard;
+    label.OnChanged = [&] {
+        heard.push_back(label.Caption() + (label.Enabled() ? " on" : " off") +
+                        (label.Visible() ? " shown" : " hidden"));
+    };
+    label.SetCaption("Find:");
+    label.SetEnabled(false);
+    label.SetVisible(false);
+    EXPECT_EQ(heard, (std::vector<Text>{"Find: on shown", "Find: off shown", "Find: off hidden"}));
+}
+
 TEST(ControlTest, FocusIsAskedOfTheScreenAndToldToTheForm) {
     TextBox box("txtFind");
     box.SetFocus();
@@ -244,6 +257,31 @@ TEST_F(ListBoxTest, WhoHearsOfAChangeFindsTheListAsItIsAfterwards) {
     EXPECT_EQ(counts, (std::vector<std::int32_t>{0, 1, 2, 0}));
 }
 
+TEST_F(ListBoxTest, AnotherCurrentEntryIsOneChangeForTheScreen) {
+    list.SetListIndex(1);
+    list.SetListIndex(1);
+    EXPECT_EQ(list.ListIndex(), 1);
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(ListBoxTest, NoEntryIsCurrentWhenTheScreenHearsOfOtherEntries) {
+    std::vector<std::int32_t> heard;
+    list.SetListIndex(1);
+    list.OnChanged = [&] { heard.push_back(list.ListIndex()); };
+    list.SetEntries({{"x", true, 1}, {"y", true, 2}});
+    list.SetListIndex(1);
+    list.Clear();
+    EXPECT_EQ(heard, (std::vector<std::int32_t>{-1, 1, -1}));
+}
+
+TEST_F(ListBoxTest, AnEntryIsNeitherSelectedNorNumberedUnlessToldSo) {
+    ListBox::Entry entry;
+    entry.text = "x";
+    list.SetEntries({entry});
+    EXPECT_FALSE(list.Selected(0));
+    EXPECT_EQ(list.Entries().front().data, 0);
+}
+
 TEST_F(ListBoxTest, AllEntriesAtOnce) {
     list.SetListIndex(1);
     changes = 0;
@@ -283,19 +321,22 @@ TEST(ProgressBarTest, ValueStaysBetweenItsEnds) {
     EXPECT_EQ(bar.Value(), 0);
     bar.SetValue(33.25);
     EXPECT_EQ(bar.Value(), 33.25);
+    bar.SetValue(99.5);
+    EXPECT_EQ(bar.Value(), 99.5);
     bar.SetValue(100.5);
     EXPECT_EQ(bar.Value(), 100);
     bar.SetValue(0.5);
     EXPECT_EQ(bar.Value(), 0.5);
     bar.SetValue(-1);
     EXPECT_EQ(bar.Value(), 0);
-    EXPECT_EQ(changes, 4);
+    EXPECT_EQ(changes, 5);
 }
 
 TEST(MenuItemTest, CheckMarkMakesItCheckable) {
     MenuItem item("mnuPaths", "Show Paths");
     EXPECT_EQ(item.Caption(), "Show Paths");
     EXPECT_FALSE(item.Checkable());
+    EXPECT_FALSE(item.Checked());
     item.SetChecked(false);
     EXPECT_TRUE(item.Checkable());
     EXPECT_FALSE(item.Checked());
@@ -305,6 +346,14 @@ TEST(MenuItemTest, CheckMarkMakesItCheckable) {
     item.SetChecked(true);
     EXPECT_TRUE(item.Checked());
     EXPECT_EQ(changes, 1);
+}
+
+TEST(MenuItemTest, WhenTheScreenHearsOfTheFirstCheckMarkTheEntryIsCheckable) {
+    MenuItem item("mnuPaths", "Show Paths");
+    bool heard = false;
+    item.OnChanged = [&] { heard = item.Checkable() && item.Checked(); };
+    item.SetChecked(true);
+    EXPECT_TRUE(heard);
 }
 
 TEST(MenuItemTest, DisabledEntryDoesNothing) {

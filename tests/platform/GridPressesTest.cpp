@@ -67,7 +67,7 @@ TEST_F(GridPressesTest, ACellThatTheFinishedEditTakesAwayIsNotPicked) {
         grid.SetCols(3);
         grid.Select(1, 1);
         ASSERT_TRUE(grid.StartEdit());
-        grid.AfterEdit = [&](std::int32_t, std::int32_t) { rows ? grid.SetRows(3) : grid.SetCols(2); };
+        grid.AfterEdit = [&](std::int32_t, std::int32_t) { rows ? grid.SetRows(4) : grid.SetCols(2); };
         EXPECT_TRUE(presses.Press(MouseButton::Left, {{4, 2}, 0, 0, 0}));
         EXPECT_FALSE(presses.Dragging());
         EXPECT_EQ(grid.Row(), 1);
@@ -81,6 +81,26 @@ TEST_F(GridPressesTest, ACancelledPressPicksNothingAndHasNoRelease) {
     presses.Release(MouseButton::Left, {{3, 1}, 0, 0, 0});
     EXPECT_EQ(history, (History{"before 0 0,0 at 3"}));
     EXPECT_EQ(grid.Row(), 0);
+}
+
+TEST_F(GridPressesTest, APressEndsTheOneBeforeWhoseReleaseWasNotHeardOf) {
+    ASSERT_TRUE(presses.Press(MouseButton::Left, {{3, 1}, 0, 0, 0}));
+    cancelPress = true;
+    EXPECT_FALSE(presses.Press(MouseButton::Left, {{4, 1}, 0, 0, 0}));
+    EXPECT_FALSE(presses.Dragging());
+    presses.Release(MouseButton::Left, {{4, 1}, 0, 0, 0});
+    EXPECT_EQ(history.back(), "before 0 0,0 at 4");
+}
+
+TEST_F(GridPressesTest, AReleaseIsToldOnceOverTheCellWhereItCame) {
+    History cells;
+    grid.MouseUp = [&](MouseButton, int, int, int) {
+        cells.push_back(std::to_string(grid.MouseRow()) + "," + std::to_string(grid.MouseCol()));
+    };
+    ASSERT_TRUE(presses.Press(MouseButton::Left, {{3, 1}, 0, 0, 0}));
+    presses.Release(MouseButton::Left, {{5, 2}, 0, 0, 0});
+    presses.Release(MouseButton::Left, {{5, 2}, 0, 0, 0});
+    EXPECT_EQ(cells, History{"5,2"});
 }
 
 TEST_F(GridPressesTest, ARefusedTextStopsThePress) {
@@ -138,6 +158,9 @@ TEST_F(GridPressesTest, AMoveTellsTheButtonThatIsDown) {
     EXPECT_EQ(history.back(), "move 2");
     EXPECT_EQ(grid.MouseRow(), 4);
     EXPECT_EQ(grid.MouseCol(), 2);
+    presses.Release(MouseButton::Right, {{4, 2}, 0, 0, 0});
+    presses.Move({{4, 2}, 0, 0, 0});
+    EXPECT_EQ(history.back(), "move 1") << "none is down any more";
 }
 
 TEST_F(GridPressesTest, ADragMovesTheOppositeCorner) {

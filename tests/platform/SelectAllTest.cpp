@@ -36,6 +36,16 @@ TEST_F(SelectAllTest, AClickSelectsAllOrNoneAndAllWhereSomeWere) {
     EXPECT_EQ(list.SelectedCount(), 2);
 }
 
+TEST_F(SelectAllTest, NeitherControlReactsBeforeTheListIsShown) {
+    list.UserSelect(1, true);
+    EXPECT_EQ(box.Value(), csUnchecked);
+    list.UserSelect(0, false);
+    box.UserClick();
+    EXPECT_EQ(list.SelectedCount(), 1);
+    box.UserClick();
+    EXPECT_EQ(list.SelectedCount(), 1);
+}
+
 TEST_F(SelectAllTest, AnEmptyListStaysChecked) {
     list.Clear();
     selectAll.Show();

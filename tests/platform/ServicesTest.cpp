@@ -19,6 +19,10 @@ TEST(ServicesTest, AMomentThatNobodyHasSetIsOneThatCanBeWritten) {
     EXPECT_EQ(DateText(DateTime()) + " " + TimeText(DateTime()), "1970-01-01 00:00:00");
 }
 
+TEST(ServicesTest, ARequestForFilesTakesOneThatIsNotThereUnlessItSaysOtherwise) {
+    EXPECT_FALSE(OpenFileRequest().mustExist);
+}
+
 TEST(ServicesTest, MomentComesBackFromItsTexts) {
     for (const DateTime& moment : {DateTime{2026, 3, 4, 5, 6, 7}, DateTime{1999, 12, 31, 23, 59, 59},
                                    DateTime{2024, 2, 29, 0, 0, 0}, DateTime{1, 1, 1, 0, 0, 0}}) {
@@ -31,13 +35,14 @@ TEST(ServicesTest, AnyOtherTextIsRefused) {
          {"", "2026-03-04", "05:06:07", "2026-03-04  05:06:07", "2026-03-04T05:06:07", "2026/03/04 05:06:07",
           "2026-3-4 5:6:7", " 2026-03-04 05:06:07", "2026-03-04 05:06:07 ", "2026-00-04 05:06:07",
           "2026-13-04 05:06:07", "2026-03-00 05:06:07", "2026-03-32 05:06:07", "2026-03-04 24:06:07",
-          "2026-03-04 05:60:07", "2026-03-04 05:06:60", "2026-03-04 05:06:0x", "-026-03-04 05:06:07",
+          "2026-03-04 05:60:07", "2026-03-04 05:06:60", "2026-03-04 05:06:0:", "-026-03-04 05:06:07",
           "2026-03-04 05-06-07"}) {
         try {
             (void)ParseDateTime(text);
             ADD_FAILURE() << "'" << text << "' is taken";
         } catch (const cError& error) {
             EXPECT_EQ(error.Number(), errTypeMismatch) << text;
+            EXPECT_EQ(error.Source(), "Services.ParseDateTime") << text;
         }
     }
 }

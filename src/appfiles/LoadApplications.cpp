@@ -157,8 +157,8 @@ void LoadApplications(Desk& desk) {
     g.gFields->Reserve(MostRecords);
     g.gSavedFields->Reserve(MostRecords);
     desk.Grid.ReserveRows(MostRecords + 1);
-    desk.Grid.SetRedraw(false);
     {
+        desk.Grid.SetRedraw(false);
         const Scope redraw([&desk] { desk.Grid.SetRedraw(true); });
         loader.Load();
         SetGridALignments(desk);

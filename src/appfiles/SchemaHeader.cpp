@@ -114,8 +114,7 @@ Text ReplaceRulesBlock(std::string_view header, std::string_view rulesBlock) {
     if (begin == std::string_view::npos) {
         return Text(header);
     }
-    // From behind the bracket, so that a section without a rule is found as well.
-    const auto end = header.find(EmptyLine, begin + 1);
+    const auto end = header.find(EmptyLine, begin);
     // A section that stands in between would be lost with the rules.
     if (end == std::string_view::npos || HoldsSection(header.substr(begin, end - begin))) {
         return Text(header);

@@ -86,6 +86,8 @@ const Property* FindSchemaKey(std::string_view key) noexcept {
 
 void StoreFileText(cField& field, const Property& property, std::string_view value) {
     switch (property.kind) {
+        case vkView:
+            return;
         case vkText:
         case vkCapitals:
             // Most texts are the ones that a new record holds already.
@@ -114,9 +116,6 @@ void StoreFileText(cField& field, const Property& property, std::string_view val
             if (field.Relation() != value) {
                 field.SetRelation(Text(value));
             }
-            return;
-        case vkView:
-            return;
     }
 }
 

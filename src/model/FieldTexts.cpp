@@ -156,12 +156,21 @@ void AppendProperty(const cField& field, const Property& property, std::int32_t 
             return;
         case vkRelation:
             text += *data.relation;
-            return;
     }
 }
 
 void StoreCellText(cField& field, const Property& property, std::string_view text, const Locale& locale) {
     switch (property.kind) {
+        case vkView:
+        case vkLong:
+        case vkRelation:
+            return;
+        case vkLimitMethod:
+            StoreMethod(field, property.slot, LimitMethodWords, text, locale);
+            return;
+        case vkTargetMethod:
+            StoreMethod(field, property.slot, TargetMethodWords, text, locale);
+            return;
         case vkText:
             field.SetTextAt(property.slot, Text(text));
             return;
@@ -178,19 +187,8 @@ void StoreCellText(cField& field, const Property& property, std::string_view tex
         case vkLimit:
             StoreLimit(field, property.slot, text, locale);
             return;
-        case vkLimitMethod:
-            StoreMethod(field, property.slot, LimitMethodWords, text, locale);
-            return;
-        case vkTargetMethod:
-            StoreMethod(field, property.slot, TargetMethodWords, text, locale);
-            return;
         case vkRules:
             field.SetRules(Text(text));
-            return;
-        case vkView:
-        case vkLong:
-        case vkRelation:
-            return;
     }
 }
 

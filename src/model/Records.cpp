@@ -11,7 +11,6 @@ cFiles::Record cFiles::Add(Text filename, Text title, Text viewName, std::int16_
     file->SetTitle(std::move(title));
     file->SetViewName(std::move(viewName));
     file->SetViewNo(viewNo);
-    file->SetSelected(false);
     return Append(std::move(file));
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/cError.h"
+#include "fakes/ErrorOf.h"
 
 namespace kd {
 namespace {
@@ -31,18 +32,40 @@ TEST(MaxForMaskTest, AMaskWithoutPlaceForThePointOrBeyondADoubleFails) {
         std::int32_t length;
         std::int32_t decimals;
         std::int32_t error;
+        const char* source;
     };
-    for (const Case& c : {Case{2, 2, errInvalidArgument}, Case{0, 1, errInvalidArgument},
-                          Case{-1, 0, errInvalidArgument}, Case{400, 0, errOverflow}}) {
+    const Case cases[] = {
+        {2, 2, errInvalidArgument, "DerivedBounds.Nines"},
+        {0, 1, errInvalidArgument, "DerivedBounds.Nines"},
+        {-1, 0, errInvalidArgument, "DerivedBounds.Nines"},
+        {400, 0, errOverflow, "FileNumber"},
+    };
+    for (const Case& c : cases) {
         for (const auto bound : {&MaxForMask, &MinForMask}) {
             std::int32_t error = 0;
+            Text source;
             try {
                 (void)bound(c.length, c.decimals);
             } catch (const cError& failure) {
                 error = failure.Number();
+                source = failure.Source();
             }
             EXPECT_EQ(error, c.error) << c.length << "." << c.decimals;
+            EXPECT_EQ(source, c.source) << c.length << "." << c.decimals;
         }
+    }
+}
+
+TEST(DeriveBoundsTest, AMaximumBeyondADoubleLeavesBothTwinsAsTheyWere) {
+    cField saved;
+    saved.SetFieldType("N");
+    saved.SetLength(309);  // the smallest number, of one digit fewer, is a double still
+    cField field;
+    field.CopyFrom(saved);
+    EXPECT_EQ(ErrorOf([&] { DeriveBounds(saved, field); }), errOverflow);
+    for (const cField* twin : {&saved, &field}) {
+        EXPECT_EQ(twin->Maximum(), 0);
+        EXPECT_EQ(twin->Minimum(), 0);
     }
 }
 

@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
+#include <optional>
+#include <utility>
 
 #include "appfiles/SchemaWriter.h"
 #include "base/NumberTexts.h"
@@ -270,6 +273,69 @@ TEST(LoadApplicationsTest, EachSchemaFileIsReadInOneOperation) {
     t.Put(anApplication().Field(aField()).View("Inlet", 1).Field(aField()));
     t.Load();
     EXPECT_EQ(t.files.Log(), (std::vector<Text>{"Read /apps/plant.kdt", "Read /apps/plant.V1"}));
+}
+
+/// The suite with a reader that has read some of an application's files itself.
+class HandingSuite : public FakeSuite {
+public:
+    std::map<Text, std::string, std::less<>> bytes;  // by path
+    std::unique_ptr<KDApplicationFile> NewApplicationFile() override {
+        return std::make_unique<Reader>(*this, FakeSuite::NewApplicationFile());
+    }
+
+private:
+    class Reader : public KDApplicationFile {
+    public:
+        Reader(HandingSuite& suite, std::unique_ptr<KDApplicationFile> other)
+            : m_suite(suite), m_other(std::move(other)) {}
+        const KDList<KDViewEntry>& Views() override { return m_other->Views(); }
+        const KDList<KDRuleEntry>& RuleList() override { return m_other->RuleList(); }
+        Text ApplicationTitle() override { return m_other->ApplicationTitle(); }
+        void OpenFile(std::string_view path) override { m_other->OpenFile(path); }
+        void LoadViews() override { m_other->LoadViews(); }
+        void CloseFile() override { m_other->CloseFile(); }
+        std::optional<std::string> TakeBytes(std::string_view path) override {
+            const auto read = m_suite.bytes.find(path);
+            return read == m_suite.bytes.end() ? std::nullopt : std::optional(read->second);
+        }
+
+    private:
+        HandingSuite& m_suite;
+        std::unique_ptr<KDApplicationFile> m_other;
+    };
+};
+
+TEST(LoadApplicationsTest, BytesThatTheReaderHandsOverAreNotReadAgain) {
+    TestMachine t;
+    HandingSuite suite;
+    Platform platform{t.files, t.toolkit, t.locale, t.clock, t.environment, t.shell, t.fileDialog, suite};
+    Globals g(platform);
+    Desk desk(g);
+    struct {
+        MemoryFiles& files;
+        FakeSuite& suite;
+        Globals& g;
+    } machine{t.files, suite, g};
+    anApplication().View("Inlet", 1).View("Outlet", 2).Field(aField().Name("on the disk")).PutInto(machine);
+    suite.bytes = {{"/apps/plant.kdt", aField().Name("handed").Block()},
+                   {"/apps/plant.V1", aField().Name("handed too").Block()}};
+    modKDLimitDesk::BuildColumnCatalogue(g);
+    SetupGridColumns(desk);
+    LoadApplications(desk);
+    ASSERT_EQ(Views(g), "0||1..1;1|Inlet|2..2;2|Outlet|3..3;");
+    EXPECT_EQ(g.gFields->Ref(1).Name(), "handed");
+    EXPECT_EQ(g.gFields->Ref(2).Name(), "handed too");
+    EXPECT_EQ(g.gFields->Ref(3).Name(), "on the disk");
+    EXPECT_EQ(t.files.Log(), std::vector<Text>{"Read /apps/plant.V2"});
+}
+
+TEST(LoadApplicationsTest, TheTemplatesOwnVariablesAreReadBeforeItsViewsAreAskedFor) {
+    LoadedDesk t;
+    t.Put(anApplication("/a.kdt").Field(aField()).View("V", 1));
+    t.toolkit.onKeepAlive = [&] { t.suite.log.push_back("a view is read"); };
+    t.Load();
+    EXPECT_EQ(t.suite.log, (std::vector<Text>{"NewApplicationFile", "OpenFile /a.kdt", "a view is read",
+                                              "LoadViews", "a view is read", "CloseFile"}));
 }
 
 TEST(LoadApplicationsTest, BoundsAreDerivedOnlyForNumericVariablesOfWhichBothAreZero) {

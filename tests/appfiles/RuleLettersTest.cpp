@@ -45,6 +45,15 @@ TEST(TranslateRulesTest, LettersOfTheFileBecomeThoseOfTheCatalogueInItsOrder) {
     }
 }
 
+TEST(RuleLetterTest, LettersRunFromAToTheLastCharacterOfTheCodePage) {
+    const CodePage& page = CodePage::Of(1252);
+    EXPECT_EQ(RuleLetter(0, page), "A");
+    EXPECT_EQ(RuleLetter(25, page), "Z");
+    EXPECT_EQ(RuleLetter(26, page), "[");
+    EXPECT_EQ(RuleLetter(0xFF - 'A', page), page.Decode("\xFF"));
+    EXPECT_EQ(RuleLetter(0xFF - 'A' + 1, page), "");
+}
+
 TEST(TranslateRulesTest, NoLettersStayNone) {
     TestMachine t;
     t.g.gRuleNames = "X";

@@ -81,6 +81,8 @@ TEST(HeaderVersionTest, IsTheNumberBehindTheFirstEqualsSignAfterTheLetters) {
         {"any case in free text", "the version of = 3\r\nVERSION=9\r\n", "3.",
          "the version of = 3.001\r\nVERSION=9\r\n"},
         {"equals sign lines below", "Version\r\n\r\na = 4\r\n", "4.", "Version\r\n\r\na = 4.001\r\n"},
+        {"an equals sign in front of the letters", "x=VERSION=3\r\n", "3.", "x=VERSION= 3.001\r\n"},
+        {"a number in the line below", "VERSION=\r\n5\r\n", ".", "VERSION= .001\r\n5\r\n"},
         {"blanks", "VERSION  =   6.5   \r\n", "6.5", "VERSION  = 6.501\r\n"},
         {"what follows the number goes", "VERSION=6.5beta\r\n", "6.5", "VERSION= 6.501\r\n"},
         {"no number", "VERSION=\r\n", ".", "VERSION= .001\r\n"},
@@ -106,7 +108,13 @@ TEST(HeaderVersionTest, LettersOfWhichTheCapitalHasAnotherSizeDoNotMoveThePlace)
 TEST(HeaderVersionTest, LettersWithoutEqualsSignOrLineEndBehindAreAnInvalidArgument) {
     for (const char* header : {"a = 1\r\nVERSION\r\n", "VERSION 7\r\n", "VERSION=7", "VERSION=7\n"}) {
         EXPECT_EQ(ErrorOf([&] { (void)BumpHeaderVersion(header, Western()); }), errInvalidArgument) << header;
-        EXPECT_EQ(ErrorOf([&] { (void)HeaderVersion(header, Western()); }), errInvalidArgument) << header;
+        try {
+            (void)HeaderVersion(header, Western());
+            ADD_FAILURE() << header;
+        } catch (const cError& error) {
+            EXPECT_EQ(error.Number(), errInvalidArgument) << header;
+            EXPECT_EQ(error.Source(), "SchemaHeader.FindVersion") << header;
+        }
     }
 }
 
@@ -134,6 +142,10 @@ TEST(ReplaceRulesBlockTest, SwapsTheSectionUpToItsEmptyLine) {
          "[RULES]\r\n \t[VIEWS]\r\n\r\n"},
         {"a section behind the empty line", "[RULES]\r\nRULE=x\r\n\r\n[VIEWS]\r\n", "<new>[VIEWS]\r\n"},
         {"a bracket inside a rule", "[RULES]\r\nRULE=[x]\r\n\r\n", "<new>"},
+        {"a bracket behind another sign", "[RULES]\r\n#[x]\r\n\r\n", "<new>"},
+        {"a line of blanks before the empty line", "[RULES]\r\n \r\nRULE=x\r\n\r\nb\r\n", "<new>b\r\n"},
+        {"text in front and a section right behind", "ab\r\n[RULES]\r\n\r\n[VIEWS]\r\n",
+         "ab\r\n<new>[VIEWS]\r\n"},
         {"only the first one", "[RULES]\r\n\r\n[RULES]\r\n\r\n", "<new>[RULES]\r\n\r\n"},
         {"a bare LF between two line ends", "[RULES]\r\n\n\r\nb\r\n", "[RULES]\r\n\n\r\nb\r\n"},
         {"a bare LF before the empty line", "[RULES]\r\nRULE=x\n\r\n\r\nb\r\n", "<new>b\r\n"},

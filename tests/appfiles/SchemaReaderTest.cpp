@@ -8,6 +8,7 @@
 
 #include "base/NumberTexts.h"
 #include "fakes/Builders.h"
+#include "model/FieldProperties.h"
 #include "model/PropertyTable.h"
 
 namespace kd {
@@ -64,7 +65,7 @@ TEST(SchemaReaderTest, ABlockWithOnlyItsFirstLineIsATextVariableWithTheDefaults)
     EXPECT_EQ(Dump(t.Saved(2), t.locale), Dump(t.Field(2), t.locale));
 }
 
-TEST(SchemaReaderTest, EachKeyGoesToItsProperty) {
+TEST(SchemaReaderTest, EachKeyGoesToItsPropertyAlone) {
     struct Case {
         const char* line;
         std::function<Text(const cField&)> read;
@@ -114,11 +115,20 @@ TEST(SchemaReaderTest, EachKeyGoesToItsProperty) {
         {"NAME=first\r\nNAME=later", [](const cField& f) { return f.Name(); }, "later"},
         {"VERSION = 5\r\nWHATEVER = 1\r\nname", [](const cField& f) { return f.Name(); }, "V1"},
     };
+    ReadDesk bare;
+    bare.Read("[FIELD]\r\n");
+    const std::vector<std::string> defaults = AllOf(bare.Field());
     for (const Case& c : cases) {
         ReadDesk t;
         t.Read(Text("[FIELD]\r\n   ") + c.line + "\r\n");
         EXPECT_EQ(c.read(t.Field()), c.value) << c.line;
         EXPECT_EQ(c.read(t.Saved()), c.value) << c.line;
+        const std::vector<std::string> all = AllOf(t.Field());
+        int changed = 0;
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            changed += all[i] != defaults[i] ? 1 : 0;
+        }
+        EXPECT_LE(changed, 1) << c.line;
     }
     for (const Property& property : PropertyTable) {
         const auto reads = [&property](const Case& c) {
@@ -139,6 +149,7 @@ TEST(SchemaReaderTest, EachLimitGoesToItsPair) {
             EXPECT_EQ(t.Field().LimitFlag(other), other == limit ? "F" : "C") << keys[limit];
             EXPECT_EQ(t.Field().Limit(other), other == limit ? 12.5 : 0) << keys[limit];
         }
+        EXPECT_EQ(t.Field().Rules(), "") << keys[limit];
         EXPECT_EQ(Dump(t.Saved(), t.locale), Dump(t.Field(), t.locale));
     }
 }
@@ -279,6 +290,27 @@ TEST(SchemaReaderTest, WhatAReaderKeptOfOneFileDoesNotReachTheNext) {
     EXPECT_EQ(t.g.gFiles->Ref(1).Rules(), "");
 }
 
+TEST(SchemaReaderTest, BytesAtHandAreReadAndTheirPathIsForTheErrorsAlone) {
+    ReadDesk t;
+    t.files.Put("/a.kdt", "[FIELD]\r\nNAME=on the disk\r\n");
+    SchemaReader reader(t.g);
+    reader.Read("/a.kdt", "[FIELD]\r\nNAME=a\r\n[RULES]\r\nRULE=x\r\n", 1);
+    EXPECT_EQ(t.g.gFiles->Ref(1).Rules(), "x");
+    reader.Read("/a.kdt", "[FIELD]\r\nNAME=b \xB5\r\n", 1);
+    EXPECT_EQ(t.g.gFiles->Ref(1).Rules(), "");
+    ASSERT_EQ(t.g.gFields->Count(), 2);
+    EXPECT_EQ(t.Field(1).Name(), "a");
+    EXPECT_EQ(t.Field(2).Name(), "b \xC2\xB5");
+    EXPECT_EQ(t.Saved(2).Name(), "b \xC2\xB5");
+    try {
+        reader.Read("/a.kdt", "[FIELD]\r\nLENGTH=40000\r\n", 1);
+        ADD_FAILURE() << "read";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Path(), "/a.kdt");
+    }
+    EXPECT_EQ(t.files.Log(), std::vector<Text>());
+}
+
 TEST(SchemaReaderTest, AFileIsReadInOneOperation) {
     ReadDesk t;
     t.Read("[FIELD]\r\n");
@@ -366,6 +398,7 @@ TEST(SchemaReaderTest, Variable32767IsReadAndOneMoreOverflows) {
     EXPECT_EQ(t.g.gFields->Count(), 32767);
     const cError error = t.Fail("[FIELD]\r\n");
     EXPECT_EQ(error.Number(), errOverflow);
+    EXPECT_EQ(error.Source(), "SchemaReader.BeginVariable");
     EXPECT_EQ(error.Path(), "/a.kdt");
     EXPECT_EQ(t.g.gFields->Count(), 32767);
     EXPECT_EQ(t.g.gSavedFields->Count(), 32767);

@@ -9,6 +9,7 @@
 #include "appfiles/SchemaHeader.h"
 #include "appfiles/SchemaReader.h"
 #include "fakes/Builders.h"
+#include "fakes/ErrorOf.h"
 #include "fakes/FailingFiles.h"
 #include "model/PropertyTable.h"
 
@@ -424,42 +425,122 @@ TEST(SchemaWriterTest, ANameIsWrittenWithTheBlanksThatItHolds) {
     EXPECT_TRUE(t.Blocks().starts_with("[FIELD]\r\n   NAME         =  a name \r\n"));
 }
 
-TEST(SchemaWriterTest, TheTemporaryFileIsKeptFromOtherProgramsUntilItStandsInTheTargetsPlace) {
-    /// Tells whether a file that was opened for output still keeps others from it.
-    struct KeepingFiles : FailingFiles {
-        struct Kept : OutputFile {
-            Kept(std::unique_ptr<OutputFile> opened, bool& isKept) : file(std::move(opened)), kept(isKept) {
-                kept = true;
-            }
-            ~Kept() override { kept = false; }
-            void Write(std::string_view bytes) override { file->Write(bytes); }
-            void Flush() override { file->Flush(); }
-            void Close() override { file->Close(); }
-            void CloseForSettling() override { file->CloseForSettling(); }
-            void Unlock() noexcept override { kept = false; }
-            std::unique_ptr<OutputFile> file;
-            bool& kept;
-        };
-        using FailingFiles::FailingFiles;
-        std::unique_ptr<OutputFile> OpenForOutput(std::string_view path, Patience patience) override {
-            return std::make_unique<Kept>(FailingFiles::OpenForOutput(path, patience), isKept);
+/// Tells whether a file that was opened for output still keeps others from it, and is still held at all.
+struct KeepingFiles : FailingFiles {
+    struct Kept : OutputFile {
+        Kept(std::unique_ptr<OutputFile> opened, KeepingFiles& keeping)
+            : file(std::move(opened)), files(keeping) {
+            files.isKept = files.isHeld = true;
         }
-        bool isKept = false;
+        ~Kept() override { files.isKept = files.isHeld = false; }
+        void Write(std::string_view bytes) override { file->Write(bytes); }
+        void Flush() override { file->Flush(); }
+        void Close() override { file->Close(); }
+        void CloseForSettling() override { file->CloseForSettling(); }
+        void Unlock() noexcept override {
+            file->Unlock();
+            files.isKept = false;
+        }
+        std::unique_ptr<OutputFile> file;
+        KeepingFiles& files;
     };
-    WriteDesk t;
-    KeepingFiles files(t.files);
+    using FailingFiles::FailingFiles;
+    std::unique_ptr<OutputFile> OpenForOutput(std::string_view path, Patience patience) override {
+        patiences.push_back(patience);
+        return std::make_unique<Kept>(FailingFiles::OpenForOutput(path, patience), *this);
+    }
+    void DeleteAbandoned(std::string_view path) noexcept override {
+        heldAtDeletions.push_back(isHeld);
+        FailingFiles::DeleteAbandoned(path);
+    }
+    bool isKept = false;
+    bool isHeld = false;
+    std::vector<Patience> patiences;    // of each opening
+    std::vector<bool> heldAtDeletions;  // for each DeleteAbandoned
+};
+
+/// One view whose saves go through KeepingFiles.
+struct KeepingDesk : WriteDesk {
+    KeepingDesk() { keepingG.gFiles = g.gFiles; }
+    KeepingFiles keeping{files};
+    Platform keepingPlatform{keeping, toolkit, locale, clock, environment, shell, fileDialog, suite};
+    Globals keepingG{keepingPlatform};
+};
+
+TEST(SchemaWriterTest, TheTemporaryFileIsKeptFromOtherProgramsUntilItStandsInTheTargetsPlace) {
+    KeepingDesk t;
+    KeepingFiles& files = t.keeping;
     std::vector<Text> kept;
     files.OnDone = [&](const FailingFiles::Step& step) {
         if (files.isKept && step.operation != "Exists" && step.operation != "Read") {  // of the old header
             kept.push_back(step.operation);
         }
     };
-    Platform platform{files, t.toolkit, t.locale, t.clock, t.environment, t.shell, t.fileDialog, t.suite};
-    Globals g{platform};
-    g.gFiles = t.g.gFiles;
-    EXPECT_TRUE(SaveSchema(g, 1));
+    EXPECT_TRUE(SaveSchema(t.keepingG, 1));
     EXPECT_EQ(kept, (std::vector<Text>{"Write", "Close", "CopyFile", "DeleteFile"}));
     EXPECT_FALSE(files.isKept);
+}
+
+TEST(SchemaWriterTest, AFailedSaveHoldsItsTemporaryFileAndKeepsOtherProgramsFromItNoMore) {
+    KeepingDesk t;
+    t.files.FailOn("Write", ".temp", errDiskFull);
+    t.ExpectBox("Error 61: Disk full occurred in SaveSchema.");
+    EXPECT_FALSE(SaveSchema(t.keepingG, 1));
+    EXPECT_TRUE(t.keeping.isHeld);
+    EXPECT_FALSE(t.keeping.isKept);
+    EXPECT_EQ(t.keeping.heldAtDeletions, std::vector<bool>());
+}
+
+TEST(SchemaWriterTest, AWritingThatMayBeTriedAgainLetsItsTemporaryFileGoBeforeItIsDeleted) {
+    KeepingDesk t;
+    t.files.FailOn("Write", ".temp", errDiskFull);
+    EXPECT_EQ(ErrorOf([&] { (void)WriteSchema(t.keepingG, 1, AfterFailure::MayBeTriedAgain); }), errDiskFull);
+    EXPECT_EQ(t.keeping.heldAtDeletions, std::vector<bool>{false});
+    EXPECT_FALSE(t.files.Has("/apps/plant.temp"));
+    EXPECT_EQ(t.keepingG.openTemporaries, std::vector<Text>());
+}
+
+TEST(SchemaWriterTest, OnlyAWritingThatMayBeTriedAgainWaitsForNobody) {
+    KeepingDesk t;
+    (void)WriteSchema(t.keepingG, 1, AfterFailure::MayBeTriedAgain);  // how it opens its file is asked
+    (void)WriteSchema(t.keepingG, 1, AfterFailure::Blocked);          // the same
+    EXPECT_TRUE(SaveSchema(t.keepingG, 1));
+    EXPECT_EQ(t.keeping.patiences,
+              (std::vector<Patience>{Patience::None, Patience::ForASave, Patience::ForASave}));
+}
+
+TEST(SchemaWriterTest, AWritingIsLeftToSettlingAndASaveIsNot) {
+    WriteDesk t;
+    const WrittenSchema written = WriteSchema(t.g, 1, AfterFailure::Blocked);
+    EXPECT_EQ(t.files.Unsettled(), std::set<Text>{"/apps/plant.temp"});
+    EXPECT_EQ(t.files.OpenFiles(), 0);
+    WriteDesk saved;
+    EXPECT_TRUE(saved.Save());
+    EXPECT_EQ(saved.files.Unsettled(), std::set<Text>());
+}
+
+TEST(SchemaWriterTest, WhatAnotherProgramSavesOnceTheHeaderIsReadIsSeen) {
+    WriteDesk t;
+    t.files.onStep = [&](const Text& step) {
+        if (step == "Write /apps/plant.temp") {
+            t.files.Put(t.target, "another program's");
+        }
+    };
+    const WrittenSchema written = WriteSchema(t.g, 1, AfterFailure::Blocked);
+    EXPECT_FALSE(t.files.MoveSettled(written.temporary, written.target, written.seen));
+    EXPECT_EQ(t.files.Get(t.target), "another program's");
+}
+
+TEST(SchemaWriterTest, WantOfMemoryInAWritingTellsWhereItWasMet) {
+    WriteDesk t;
+    t.files.onStep = [](const Text&) { throw std::bad_alloc(); };
+    try {
+        (void)WriteSchema(t.g, 1, AfterFailure::Blocked);
+        ADD_FAILURE() << "written";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Number(), errOutOfMemory);
+        EXPECT_EQ(error.Source(), "SaveSchema");
+    }
 }
 
 TEST(SchemaWriterTest, WhatStoodInTheTemporaryFileIsReplaced) {

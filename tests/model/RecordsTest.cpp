@@ -75,6 +75,7 @@ TEST(cFiltersTest, AddTakesNameAndMark) {
     filters.Item(2)->SetSelected(true);
     EXPECT_EQ(filters.Item(2)->Name(), "x");
     EXPECT_TRUE(filters.Item(2)->Selected());
+    EXPECT_FALSE(cFilter().Selected());
 }
 
 TEST(cRecentsTest, AddTakesTheCriterionAndAllowsDuplicates) {
@@ -104,6 +105,8 @@ TEST(cLabelsTest, AddGivesEachLabelFiltersOfItsOwn) {
     (void)first->Filters()->Add("1", true);  // counted below
     EXPECT_EQ(first->Filters()->Count(), 1);
     EXPECT_EQ(second->Filters()->Count(), 0);
+    EXPECT_FALSE(cLabel().Editable());
+    EXPECT_FALSE(cLabel().Visible());
 }
 
 TEST(cLabelTest, FiltersAreNeverNull) {

@@ -147,6 +147,17 @@ TEST_F(cFieldTest, ChangingTheSourceNeverChangesACopy) {
     }
 }
 
+TEST_F(cFieldTest, ARecordThatSharesItsValuesNoMoreIsChangedInPlace) {
+    cField copy;
+    copy.CopyFrom(field);
+    copy.SetName("a");
+    EXPECT_NE(&copy.Data(), &field.Data());
+    const FieldData* const own = &copy.Data();
+    copy.SetName("b");
+    EXPECT_EQ(&copy.Data(), own);
+    EXPECT_EQ(copy.Name(), "b");
+}
+
 TEST_F(cFieldTest, EveryWriteToACellLeavesTheTwinAlone) {
     for (std::int32_t column = FirstVariableColumn; column <= ColumnCount; ++column) {
         cField source;
@@ -192,9 +203,10 @@ TEST_F(cFieldTest, FieldWithoutTypeCountsAsNumeric) {
         const char* type;
         bool numeric;
     };
-    const Case cases[] = {{"N", true},    {"A", true},   {"R", true},   {"C", true},  {"T", false},
-                          {"P", false},   {"L", false},  {"n", false},  {"", true},   {"AR", true},
-                          {"NARC", true}, {"NR", false}, {"RA", false}, {"X", false}, {" ", false}};
+    const Case cases[] = {{"N", true},   {"A", true},  {"R", true},    {"C", true},
+                          {"T", false},  {"P", false}, {"L", false},   {"n", false},
+                          {"", true},    {"AR", true}, {"NARC", true}, {"NR", false},
+                          {"RA", false}, {"X", false}, {" ", false},   {"#", false}};
     for (const Case& c : cases) {
         EXPECT_EQ(IsNumericType(c.type), c.numeric) << "'" << c.type << "'";
         field.SetFieldType(c.type);
@@ -495,6 +507,20 @@ TEST_F(cFieldTest, FixedLimitShowsOneDecimalMoreThanItsVariable) {
     }
 }
 
+TEST_F(cFieldTest, AMaskWithoutPlaceForThePointTellsWhichTextItWasFor) {
+    field.SetLength(2);
+    field.SetTGTflag("F");
+    for (const std::int32_t column : {cnTGT, cnMax, cnMin}) {
+        try {
+            (void)Read(column);
+            ADD_FAILURE() << column;
+        } catch (const cError& error) {
+            EXPECT_EQ(error.Number(), errInvalidArgument) << column;
+            EXPECT_EQ(error.Source(), column == cnTGT ? "cField.FormatLimit" : "cField.FormatBound");
+        }
+    }
+}
+
 TEST_F(cFieldTest, LettersNeedNoMask) {
     field.SetLength(2);
     field.SetDecimals(5);
@@ -717,6 +743,7 @@ TEST_F(cFieldTest, LimitColumns) {
                     EXPECT_EQ(field.LimitFlag(i), i == index ? c.flag : "C") << c.label;
                     EXPECT_EQ(field.Limit(i), i == index ? c.number : 77) << c.label;
                 }
+                EXPECT_EQ(field.Rules(), "") << c.label;
             }
         }
     }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <new>
 #include <set>
@@ -80,10 +81,11 @@ struct CommitDesk : LoadedDesk {
     ApplicationBuilder application;
 };
 
-/// Remembers what the grid asked of the screen.
+/// Remembers what the grid asked of the screen, in a list that others may add to.
 class RecordingScreen : public GridScreen {
 public:
-    std::vector<Text> shown;
+    explicit RecordingScreen(std::vector<Text>& list) : shown(list) { shown.clear(); }
+    std::vector<Text>& shown;
     void ShowCell(std::int32_t row, std::int32_t screenCol) override {
         shown.push_back("show " + Digits(row) + "," + Digits(screenCol));
     }
@@ -97,7 +99,7 @@ TEST(CommitChangesTest, ALimitOutOfOrderIsShownAndNoDialogComesUp) {
     t.Edit(2, cnUCL, "21");
     t.desk.Grid.SetRedraw(false);
     t.desk.Grid.SetRowHidden(1, true);
-    RecordingScreen screen;
+    RecordingScreen screen(t.toolkit.log);
     t.desk.Grid.SetScreen(&screen);
     t.toolkit.ExpectBox("Invalid Limit Entered!", BoxIcon::Exclamation);
     CommitChanges(t.desk);
@@ -107,7 +109,8 @@ TEST(CommitChangesTest, ALimitOutOfOrderIsShownAndNoDialogComesUp) {
     ASSERT_GE(screen.shown.size(), 3U);
     EXPECT_EQ(screen.shown.front(), "layout") << "what was changed while redraw was off";
     EXPECT_EQ(screen.shown[2], "show 1,10");
-    EXPECT_EQ(screen.shown.back(), "show 2,10");
+    EXPECT_EQ(*(screen.shown.end() - 2), "show 2,10");
+    EXPECT_EQ(screen.shown.back(), "box Invalid Limit Entered!");
     EXPECT_TRUE(t.IsOld(0));
     EXPECT_TRUE(t.g.gFiles->Ref(1).ChangesMade());
 }
@@ -146,6 +149,16 @@ TEST(CommitChangesTest, RecordsBehindAFailedOverwriteAreSettledToo) {
         << "with the records that were there by then";
 }
 
+/// The last steps of a commit of three views are those of views that go to the disk one by one; each step has
+/// the number of records behind it that there were by then.
+void ExpectOneByOne(const std::vector<Text>& steps) {
+    const std::vector<Text> last{"CopyFile /apps/plant.kdt0", "Settle 1",
+                                 "CopyFile /apps/plant.V11",  "Settle 2",
+                                 "CopyFile /apps/plant.V22",  "Settle 3"};
+    ASSERT_GE(steps.size(), last.size());
+    EXPECT_EQ(std::vector<Text>(steps.end() - std::ssize(last), steps.end()), last);
+}
+
 TEST(CommitChangesTest, AFileThatAnotherProgramSavesWhileItsTextWaitsIsWrittenAnewWithARevisionOfItsOwn) {
     struct Case {
         const char* moment;
@@ -157,8 +170,17 @@ TEST(CommitChangesTest, AFileThatAnotherProgramSavesWhileItsTextWaitsIsWrittenAn
         SCOPED_TRACE(Text(c.moment) + c.file);
         CommitDesk t;
         t.EditRows({1, 2, 3});
+        std::vector<Text> steps;
+        std::vector<long> progress;
+        t.desk.Panel2.OnChanged = [&] { t.suite.log.push_back(t.desk.Panel2.Caption()); };
         bool hasSaved = false;
         t.files.onStep = [&](const Text& step) {
+            if (step.starts_with("CopyFile ")) {
+                progress.push_back(std::lround(t.desk.ProgressBar1.Value()));
+            }
+            if (step.starts_with("CopyFile ") || step.starts_with("Settle ")) {
+                steps.push_back(step + Digits(static_cast<int>(t.suite.records.size())));
+            }
             if (step == c.moment && !std::exchange(hasSaved, true)) {
                 Text saved = t.files.Get(c.file);
                 const auto at = saved.find("= 7.\r\n");
@@ -175,6 +197,9 @@ TEST(CommitChangesTest, AFileThatAnotherProgramSavesWhileItsTextWaitsIsWrittenAn
         }
         const std::vector<Text> calls = t.SuiteLog();
         EXPECT_EQ(std::count(calls.begin(), calls.end(), "ArchiveApplication /apps/plant.kdt"), c.archives);
+        EXPECT_EQ(std::count(calls.begin(), calls.end(), "Archiving: /apps/plant.kdt"), c.archives);
+        EXPECT_EQ(progress, (std::vector<long>{33, 67, 100}));
+        ExpectOneByOne(steps);
         EXPECT_EQ(t.suite.records.size(), 3U);
         EXPECT_EQ(t.files.OpenFiles(), 0);
         for (const Text& path : t.files.Paths()) {
@@ -200,6 +225,82 @@ TEST(CommitChangesTest, ApplicationsWithOneFolderOfArchivesOrNoFlushInCommonGoOn
         CommitChanges(t.desk);
         EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), "Settle "),
                   share || !together ? 5 : 3);
+    }
+}
+
+TEST(CommitChangesTest, TheViewsOfAnApplicationGoTogetherWhereverTheyAreFlushed) {
+    CommitDesk t;
+    t.files.settlesTogether = false;
+    t.EditRows({1, 2, 3});
+    t.files.ClearLog();
+    t.ExpectCommitted(3);
+    CommitChanges(t.desk);
+    EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), "Settle "), 3);
+    EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), "Rename /apps/plant.temp"), 2);
+    EXPECT_EQ(std::count_if(t.files.Log().begin(), t.files.Log().end(),
+                            [](const Text& step) { return step.starts_with("Rename "); }),
+              2)
+        << "a text is set aside once";
+}
+
+TEST(CommitChangesTest, AViewWhoseFileIsMissingIsWrittenByItself) {
+    for (const char* const missing : {"/apps/mill.kdt", "/apps/plant.kdt"}) {
+        SCOPED_TRACE(missing);
+        LoadedDesk t;
+        t.Put(anApplication("/apps/mill.kdt").Field(aField().Usl(10)));
+        t.Put(anApplication("/apps/plant.kdt").Field(aField().Usl(10)));
+        t.Load();
+        t.Edit(1, cnUSL, "5");
+        t.Edit(2, cnUSL, "5");
+        t.files.Erase(missing);
+        t.files.ClearLog();
+        t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
+        t.toolkit.ExpectBox("2 File(s) have been modified.", BoxIcon::Information);
+        CommitChanges(t.desk);
+        EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), "Settle "), 5);
+        EXPECT_EQ(t.files.Paths(), (std::vector<Text>{"/apps/mill.kdt", "/apps/plant.kdt"}));
+        EXPECT_EQ(t.suite.records.size(), 2U);
+    }
+}
+
+TEST(CommitChangesTest, ATextThatCannotBeSetAsideTakesItsPlaceBeforeTheNextOneIsWritten) {
+    CommitDesk t;
+    t.EditRows({1, 2, 3});
+    t.files.FailOn("Rename", "/plant.temp", errPermissionDenied);
+    t.files.ClearLog();
+    t.ExpectCommitted(3);
+    CommitChanges(t.desk);
+    for (const std::int32_t view : {0, 1, 2}) {
+        EXPECT_TRUE(t.IsSaved(view)) << view;
+    }
+    EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), "Settle "), 5);
+}
+
+TEST(CommitChangesTest, ViewsBehindAGroupThatCouldNotBeSettledAreSavedOnce) {
+    LoadedDesk t;
+    ApplicationBuilder application = anApplication("/apps/plant.kdt").Field(aField().Name("a").Usl(10));
+    constexpr int Views = static_cast<int>(GroupCommit::MostInAGroup) + 1;
+    for (int view = 1; view < Views; ++view) {
+        application.View("view", view).Field(aField().Name("b").Usl(10));
+    }
+    t.Put(application);
+    t.Load();
+    for (int row = 1; row <= Views; ++row) {
+        t.Edit(row, cnUSL, "5");
+    }
+    bool hasFailed = false;
+    t.files.onStep = [&](const Text& step) {
+        if (step == "Settle " && !std::exchange(hasFailed, true)) {
+            throw cError(errDevice, "MemoryFiles.Settle");
+        }
+    };
+    t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
+    t.toolkit.ExpectBox(Digits(Views) + " File(s) have been modified.", BoxIcon::Information);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(hasFailed);
+    for (int view = 0; view < Views; ++view) {
+        EXPECT_NE(t.files.Get(application.FilePath(view)).find("VERSION      = 7.001\r\n"), Text::npos)
+            << view;
     }
 }
 
@@ -232,9 +333,10 @@ TEST(CommitChangesTest, SixteenViewsAreCommittedTogetherAndOneMoreByItself) {
 
 /// A commit of two applications whose last settling fails.
 struct UnsettledCommit : LoadedDesk {
-    /// `path` is what the settling names, nothing for a whole disk; `failing` fails as well, and so does the
-    /// flush of `other`, if there is one, in the same settling.
-    UnsettledCommit(const Text& path, const Text& failing, const Text& other = {}) {
+    /// `path` is what the settling names, nothing for a whole disk; `failing` fails as well, with `number`,
+    /// and so does the flush of `other`, if there is one, in the same settling.
+    UnsettledCommit(const Text& path, const Text& failing, const Text& other = {},
+                    std::int32_t number = errDiskFull) {
         if (!other.empty()) {
             files.alsoUnsettled.emplace_back(errDiskFull, "MemoryFiles.Settle", Text(), other);
         }
@@ -245,12 +347,12 @@ struct UnsettledCommit : LoadedDesk {
         Edit(1, cnUSL, "5");
         Edit(2, cnUSL, "5");
         int settled = 0;
-        files.onStep = [settled, path, failing](const Text& step) mutable {
+        files.onStep = [settled, path, failing, number](const Text& step) mutable {
             if (step == "Settle " && ++settled == 3) {
                 throw cError(errDevice, "MemoryFiles.Settle", {}, path);
             }
             if (step == failing) {
-                throw cError(errDiskFull, "MemoryFiles.Flush", {}, step.substr(step.find(' ') + 1));
+                throw cError(number, "MemoryFiles.Flush", {}, step.substr(step.find(' ') + 1));
             }
         };
         toolkit.onKeepAlive = [this] {
@@ -276,7 +378,11 @@ TEST(CommitChangesTest, AFlushOfAWholeDiskThatFailsMayBeAnotherProgramsAndIsAske
         for (const char* const asked :
              {"Flush /apps/mill.KDL", "Flush /apps/mill.KDM", "Flush /apps/plant.KDL",
               "Flush /apps/plant.KDM", "FlushFolder /apps"}) {
-            EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), asked) == 0, false) << asked;
+            const auto flush = std::find(t.files.Log().begin(), t.files.Log().end(), asked);
+            ASSERT_NE(flush, t.files.Log().end()) << asked;
+            if (const Text step = asked; step.starts_with("Flush ")) {
+                EXPECT_EQ(*(flush + 1), "Close " + step.substr(6));
+            }
         }
         EXPECT_EQ(t.passesBehindAFolder, 3) << "one for each application, and one when all is through";
     }
@@ -289,18 +395,29 @@ TEST(CommitChangesTest, AViewWhoseRecordsAreNotOnTheDiskAtTheEndIsToldAndIsOneWi
         const char* words;
         std::vector<bool> changed;
         const char* other = "";
+        std::int32_t number = errDiskFull;
     };
     const Case cases[] = {
         {"", "Flush /apps/plant.KDL", "61 (MemoryFiles.Flush) - Disk full", {false, true}},
         {"", "Flush /apps/mill.KDM", "61 (MemoryFiles.Flush) - Disk full", {true, false}},
         {"", "FlushFolder /apps", "61 (MemoryFiles.Flush) - Disk full", {true, true}},
+        {"",
+         "Flush /apps/plant.KDL",
+         "70 (MemoryFiles.Flush) - Permission denied",
+         {false, true},
+         "",
+         errPermissionDenied},
         {"/apps/plant.KDL", "", "57 (MemoryFiles.Settle) - Device I/O error", {false, true}},
+        {"/apps/plant.KDL",
+         "Flush /apps/mill.KDL",
+         "57 (MemoryFiles.Settle) - Device I/O error",
+         {false, true}},
         {"/apps/mill.kdt", "", "57 (MemoryFiles.Settle) - Device I/O error", {true, false}},
         {"/apps", "", "57 (MemoryFiles.Settle) - Device I/O error", {true, true}},
         {"/apps/mill.temp", "", "61 (MemoryFiles.Settle) - Disk full", {false, true}, "/apps/plant.KDM"}};
     for (const Case& c : cases) {
         SCOPED_TRACE(Text(c.path) + c.failing);
-        const UnsettledCommit t(c.path, c.failing, c.other);
+        const UnsettledCommit t(c.path, c.failing, c.other, c.number);
         EXPECT_EQ(
             t.toolkit.boxes,
             (std::vector<ScriptedToolkit::Box>{{Text("An error occurred while saving changes:\r\n") + c.words,
@@ -309,12 +426,108 @@ TEST(CommitChangesTest, AViewWhoseRecordsAreNotOnTheDiskAtTheEndIsToldAndIsOneWi
     }
 }
 
+TEST(CommitChangesTest, AFolderThatMayNotBeOpenedForItsFlushIsNoFailure) {
+    const UnsettledCommit t("", "FlushFolder /apps", "", errPermissionDenied);
+    EXPECT_EQ(t.toolkit.boxes, (std::vector<ScriptedToolkit::Box>{
+                                   {"2 File(s) have been modified.", BoxIcon::Information, "KDLimitDesk"}}));
+    EXPECT_EQ(t.Changed(), (std::vector<bool>{false, false}));
+}
+
+TEST(CommitChangesTest, AFlushThatFailsBeforeTheFirstRecordIsAskedOfTheFolderAloneAndMakesNoChangeFile) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.files.SetReadOnly("/apps/plant.kdt");
+    int settled = 0;
+    t.files.onStep = [&](const Text& step) {
+        if (step == "Settle " && ++settled == 3) {
+            throw cError(errDevice, "MemoryFiles.Settle");
+        }
+    };
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("Error 70: Permission denied", BoxIcon::Exclamation, "KDLimitDesk - OverwriteFile");
+    t.ExpectModified(1);
+    CommitChanges(t.desk);
+    EXPECT_EQ(settled, 4);
+    EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), "FlushFolder /apps"), 1);
+    EXPECT_FALSE(t.files.Has("/apps/plant.KDL"));
+    EXPECT_FALSE(t.files.Has("/apps/plant.KDM"));
+}
+
+TEST(CommitChangesTest, RecordsThatAreNotOnTheDiskBehindAFailedOverwriteEndTheCommitWhenThatIsTold) {
+    CommitDesk t;
+    t.EditRows({1, 2, 3});
+    t.files.SetReadOnly("/apps/plant.V1");
+    int settled = 0;
+    t.files.onStep = [&](const Text& step) {
+        if (step == "Settle " && ++settled == 3) {
+            throw cError(errDevice, "MemoryFiles.Settle", {}, "/apps/plant.KDL");
+        }
+    };
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("Error 70: Permission denied", BoxIcon::Exclamation, "KDLimitDesk - OverwriteFile");
+    t.toolkit.ExpectBox(
+        "An error occurred while saving changes:\r\n57 (MemoryFiles.Settle) - Device I/O error",
+        BoxIcon::Critical);
+    CommitChanges(t.desk);
+    for (const std::int32_t view : {1, 2, 3}) {
+        EXPECT_TRUE(t.g.gFiles->Ref(view).ChangesMade()) << view;
+    }
+    EXPECT_EQ(t.suite.records.size(), 1U);
+    EXPECT_TRUE(t.IsOld(2));
+}
+
+TEST(CommitChangesTest, RecordsThatAreNotOnTheDiskBeforeAViewIsMadeAnewEndTheCommitWithoutItsText) {
+    CommitDesk t;
+    t.EditRows({1, 2, 3});
+    int settled = 0;
+    t.files.onStep = [&](const Text& step) {
+        if (step == "CopyFile /apps/plant.kdt") {
+            t.files.Put("/apps/plant.V1", "another program's");
+        }
+        if (step == "Settle " && ++settled == 3) {
+            throw cError(errDevice, "MemoryFiles.Settle", {}, "/apps/plant.KDL");
+        }
+    };
+    t.ExpectDialog();
+    t.toolkit.ExpectBox(
+        "An error occurred while saving changes:\r\n57 (MemoryFiles.Settle) - Device I/O error",
+        BoxIcon::Critical);
+    CommitChanges(t.desk);
+    EXPECT_EQ(t.files.Paths(), (std::vector<Text>{"/apps/plant.V1", "/apps/plant.V2", "/apps/plant.kdt"}));
+    EXPECT_EQ(t.files.Get("/apps/plant.V1"), "another program's");
+    EXPECT_TRUE(t.IsOld(2));
+}
+
+TEST(CommitChangesTest, AnErrorInTheReportOfAViewThatIsSavedAloneLeavesWhatIsSavedSettled) {
+    CommitDesk t;
+    t.EditRows({1});
+    t.suite.failLogWith = errDiskFull;
+    t.suite.failLogAtRecord = 1;
+    bool hasFailed = false;
+    t.files.onStep = [&](const Text& step) {
+        if (step == "Settle " && !std::exchange(hasFailed, true)) {
+            throw cError(errDevice, "MemoryFiles.Settle");
+        }
+    };
+    t.ExpectDialog();
+    t.toolkit.ExpectBox("An error occurred while saving changes:\r\n61 (KDChangeLog.WriteRecord) - Disk full",
+                        BoxIcon::Critical);
+    CommitChanges(t.desk);
+    EXPECT_TRUE(t.IsSaved(0));
+    EXPECT_EQ(t.files.Log().back(), "Settle ");
+}
+
 TEST(CommitChangesTest, AGroupThatCannotBeSettledIsDoneViewByView) {
     for (const int failing : {1, 2}) {
+        SCOPED_TRACE(failing);
         CommitDesk t;
         t.EditRows({1, 2, 3});
         int settled = 0;
+        std::vector<Text> steps;
         t.files.onStep = [&](const Text& step) {
+            if (step.starts_with("CopyFile ") || step.starts_with("Settle ")) {
+                steps.push_back(step + Digits(static_cast<int>(t.suite.records.size())));
+            }
             if (step == "Settle " && ++settled == failing) {
                 throw cError(errDevice, "MemoryFiles.Settle");
             }
@@ -322,8 +535,11 @@ TEST(CommitChangesTest, AGroupThatCannotBeSettledIsDoneViewByView) {
         t.ExpectCommitted(3);
         CommitChanges(t.desk);
         for (const std::int32_t view : {0, 1, 2}) {
-            EXPECT_TRUE(t.IsSaved(view)) << failing;
+            EXPECT_TRUE(t.IsSaved(view)) << view;
         }
+        ExpectOneByOne(steps);
+        EXPECT_EQ(std::count(t.suite.log.begin(), t.suite.log.end(), "ArchiveApplication /apps/plant.kdt"), 2)
+            << "what was begun is made anew";
         EXPECT_EQ(t.suite.records.size(), 3U);
     }
 }
@@ -359,7 +575,9 @@ TEST(CommitChangesTest, RecordsWhoseFlushFailedAmongOthersAreFlushedByThemselves
         }
         CommitChanges(t.desk);
         EXPECT_TRUE(hasFlushed);
-        EXPECT_EQ(t.g.gFiles->Ref(Views).ChangesMade(), fails);
+        for (int view = 1; view <= Views; ++view) {
+            EXPECT_EQ(t.g.gFiles->Ref(view).ChangesMade(), fails) << view;
+        }
         EXPECT_FALSE(t.files.Has("/apps/plant.temp"));
     }
 }
@@ -372,6 +590,8 @@ TEST(CommitChangesTest, TheSameFileTwiceInACommitIsSavedTwiceOneAfterTheOther) {
     t.ExpectCommitted(2);
     CommitChanges(t.desk);
     EXPECT_NE(t.files.Get("/apps/plant.kdt").find("VERSION      = 7.002\r\n"), Text::npos);
+    EXPECT_EQ(std::count(t.files.Log().begin(), t.files.Log().end(), "Rename /apps/plant.temp"), 0)
+        << "no text waits";
 }
 
 TEST(CommitChangesTest, WhatFailsBesideOthersIsTriedAgainByItself) {
@@ -388,6 +608,8 @@ TEST(CommitChangesTest, WhatFailsBesideOthersIsTriedAgainByItself) {
     EXPECT_TRUE(hasFailed);
     EXPECT_TRUE(t.IsSaved(1));
     EXPECT_FALSE(t.files.Has("/apps/plant.temp"));
+    EXPECT_EQ(std::count(t.suite.log.begin(), t.suite.log.end(), "ArchiveApplication /apps/plant.kdt"), 1)
+        << "the archive of the views before it stays";
 }
 
 TEST(CommitChangesTest, AnArchiveThatFailsBesideOthersIsTriedAgainByItselfAndThenTold) {
@@ -459,15 +681,17 @@ TEST(CommitChangesTest, AnErrorThatEndsTheCommitLeavesNoTextOfTheViewsBehindIt) 
     }
 }
 
-TEST(CommitChangesTest, WhatWasLeftBesideAViewThatIsSavedAloneGoesToo) {
-    for (const bool isOverwritten : {true, false}) {
+TEST(CommitChangesTest, WhatWasLeftBesideAViewGoesWhenTheViewHasTakenItsPlaceAloneOrAmongOthers) {
+    for (const auto& [isAlone, isOverwritten] :
+         {std::pair{true, true}, {true, false}, {false, true}, {false, false}}) {
+        SCOPED_TRACE(isAlone);
         CommitDesk t;
         const Text left = "/apps/" + names::WaitingName("plant.V1");
         t.files.Put(left, "a text of a commit that was cut short");
         t.EditRows({2});
         int settled = 0;
-        t.files.onStep = [&](const Text& step) {
-            if (step == "Settle " && ++settled == 1) {
+        t.files.onStep = [&, fails = isAlone](const Text& step) {
+            if (fails && step == "Settle " && ++settled == 1) {
                 throw cError(errDevice, "MemoryFiles.Settle");
             }
         };
@@ -497,6 +721,7 @@ TEST(CommitChangesTest, TheWindowIsKeptAliveOnceTheDialogHasGoneAndBehindEachVie
     t.EditRows({1, 2, 3});
     std::vector<int> through;
     t.toolkit.onKeepAlive = [&] {
+        EXPECT_TRUE(!through.empty() || t.desk.Panel2.Caption().empty()) << "the first step is still to come";
         int views = 0;
         for (std::int32_t view = 1; view <= 3; ++view) {
             const bool changed = t.g.gFiles->Ref(view).ChangesMade();
@@ -625,11 +850,12 @@ TEST(CommitChangesTest, AHiddenRowWithAFaultBlocksAndTheGridIsAskedToShowIt) {
     t.EditRows({1});
     t.Edit(2, cnUCL, "21");
     t.desk.Grid.SetRowHidden(2, true);
-    RecordingScreen screen;
+    std::vector<Text> shown;
+    RecordingScreen screen(shown);
     t.desk.Grid.SetScreen(&screen);
     t.toolkit.ExpectBox("Invalid Limit Entered!", BoxIcon::Exclamation);
     CommitChanges(t.desk);
-    EXPECT_EQ(screen.shown.back(), "show 2,10");
+    EXPECT_EQ(shown.back(), "show 2,10");
 }
 
 TEST(CommitChangesTest, CancellingChangesNothingButTheSelectedFlags) {
@@ -821,8 +1047,16 @@ TEST(CommitChangesTest, StatusAndProgressTellTheStep) {
                                                        "box 2 File(s) have been modified."}));
 }
 
-TEST(CommitChangesTest, StatusTellsTheStepsOfOneViewAfterTheOtherThoughTheyGoToTheDiskTogether) {
-    LoadedDesk t;
+/// Two applications of two views, committed together, or one by one where their flush in common fails; what
+/// the status panel told, and what of it could be seen.
+struct TellingCommit : LoadedDesk {
+    explicit TellingCommit(bool together);
+    std::vector<Text> told;
+    std::set<Text> seen;
+};
+
+TellingCommit::TellingCommit(bool together) {
+    LoadedDesk& t = *this;
     for (const char* const name : {"mill", "plant"}) {
         t.Put(anApplication(Text("/apps/") + name + ".kdt")
                   .Field(aField().Usl(10))
@@ -833,17 +1067,37 @@ TEST(CommitChangesTest, StatusTellsTheStepsOfOneViewAfterTheOtherThoughTheyGoToT
     for (const std::int32_t row : {1, 2, 3, 4}) {
         t.Edit(row, cnUSL, "5");
     }
-    std::vector<Text> seen;
-    t.desk.Panel2.OnChanged = [&] {
-        if (const Text caption = t.desk.Panel2.Caption(); caption.find("ing: ") != Text::npos) {
-            seen.push_back(caption);
+    t.desk.Panel2.OnChanged = [this] {
+        if (const Text caption = desk.Panel2.Caption(); caption.find("ing: ") != Text::npos) {
+            told.push_back(caption);
+        }
+    };
+    t.toolkit.onKeepAlive = [this] { seen.insert(desk.Panel2.Caption()); };
+    t.files.onStep = [fails = !together](const Text& step) mutable {
+        if (step == "Settle " && std::exchange(fails, false)) {
+            throw cError(errDevice, "MemoryFiles.Settle");
         }
     };
     t.toolkit.ExpectForm<frmCommit>("frmCommit", [](frmCommit& form) { form.cmdOk.UserClick(); });
     t.toolkit.ExpectBox("4 File(s) have been modified.", BoxIcon::Information);
     CommitChanges(t.desk);
-    EXPECT_EQ(seen, (std::vector<Text>{"Archiving: /apps/mill.kdt", "Saving: /apps/mill.kdt",
-                                       "Archiving: /apps/plant.kdt", "Saving: /apps/plant.kdt"}));
+}
+
+TEST(CommitChangesTest, StatusTellsTheStepsOfOneViewAfterTheOtherThoughTheyGoToTheDiskTogether) {
+    for (const bool together : {true, false}) {
+        EXPECT_EQ(TellingCommit(together).told,
+                  (std::vector<Text>{"Archiving: /apps/mill.kdt", "Saving: /apps/mill.kdt",
+                                     "Archiving: /apps/plant.kdt", "Saving: /apps/plant.kdt"}))
+            << together;
+    }
+}
+
+TEST(CommitChangesTest, TheArchivingOfAnApplicationThatGoesToTheDiskByItselfCanBeSeen) {
+    const TellingCommit t(false);
+    for (const char* const caption : {"Archiving: /apps/mill.kdt", "Saving: /apps/mill.kdt",
+                                      "Archiving: /apps/plant.kdt", "Saving: /apps/plant.kdt"}) {
+        EXPECT_EQ(t.seen.count(caption), 1U) << caption;
+    }
 }
 
 TEST(CommitChangesTest, TheBoxOfAFailedArchiveComesUpWhileTheStatusTellsOfIt) {
@@ -908,6 +1162,17 @@ TEST(CommitChangesTest, AMarkedCellInAHiddenColumnIsReported) {
     t.ExpectCommitted(1);
     CommitChanges(t.desk);
     EXPECT_EQ(t.suite.records.at(0).property, "Units");
+}
+
+TEST(CommitChangesTest, AMarkedCellInTheFirstColumnIsReported) {
+    CommitDesk t;
+    t.desk.Grid.SetBackColor(1, cnID - 1, ChangedColour);
+    t.g.gFiles->Ref(1).SetChangesMade(true);
+    t.ExpectCommitted(1);
+    CommitChanges(t.desk);
+    ASSERT_EQ(t.suite.records.size(), 1U);
+    EXPECT_EQ(t.suite.records[0].property, t.g.gLabels->Ref(cnID).Name());
+    EXPECT_EQ(t.Mark(1, cnID), 0U);
 }
 
 TEST(CommitChangesTest, AMarkedCellInTheLastColumnIsReported) {
@@ -1004,6 +1269,8 @@ TEST(CommitChangesTest, AFailedArchiveIsShownAndTheSaveGoesOn) {
     CommitChanges(t.desk);
     EXPECT_TRUE(t.IsSaved(0));
     EXPECT_TRUE(t.IsSaved(1));
+    const auto log = t.SuiteLog();
+    EXPECT_EQ(std::count(log.begin(), log.end(), "ArchiveApplication /apps/plant.kdt"), 1);
 }
 
 TEST(CommitChangesTest, AViewThatCannotBeSavedKeepsItsStateAndTheNextOneGoesOn) {

@@ -109,9 +109,34 @@ TEST(frmCommitTest, ClosingTheWindowAfterAnEarlierOkCountsAsCancel) {
     DialogDesk t;
     t.Show([](frmCommit& form) { form.cmdOk.UserClick(); });
     EXPECT_FALSE(t.form.Cancel());
-    t.Show([](frmCommit& form) { form.UserClose(); });
+    t.Show([](frmCommit& form) {
+        EXPECT_TRUE(form.Cancel()) << "until Ok succeeds";
+        form.UserClose();
+    });
     EXPECT_TRUE(t.form.Cancel());
     EXPECT_EQ(t.SelectedViews(), "00000");
+}
+
+TEST(frmCommitTest, TheCancelButtonCountsBehindAnOkToo) {
+    DialogDesk t;
+    t.Show([](frmCommit& form) {
+        form.cmdOk.UserClick();
+        form.cmdCancel.UserClick();
+    });
+    EXPECT_TRUE(t.form.Cancel());
+}
+
+TEST(frmCommitTest, ShownAgainAllIsSelectedAndTheBoxChecked) {
+    DialogDesk t;
+    t.Show([](frmCommit& form) {
+        form.lstFiles.UserSelect(1, false);
+        form.cmdCancel.UserClick();
+    });
+    t.Show([](frmCommit& form) {
+        EXPECT_EQ(form.lstFiles.SelectedCount(), 3);
+        EXPECT_EQ(form.chkSelectAll.Value(), csChecked);
+        form.cmdCancel.UserClick();
+    });
 }
 
 TEST(frmCommitTest, SelectedFlagsOfAnEarlierRunDoNotLeak) {
@@ -191,8 +216,10 @@ TEST(frmCommitTest, WithoutChangedViewsTheListIsEmptyAndTheBoxChecked) {
 TEST(frmCommitTest, DestroyUnloadsTheDialog) {
     DialogDesk t;
     t.Show([](frmCommit& form) { form.cmdOk.UserClick(); });
+    t.form.SetFocusedControl("lstFiles");
     t.form.Destroy();
     EXPECT_FALSE(t.form.Shown());
+    EXPECT_EQ(t.form.FocusedControl(), "") << "it would begin as for the first time";
     EXPECT_EQ(t.form.lstFiles.Count(), 0);
     EXPECT_EQ(t.SelectedViews(), "10101");
 }

@@ -51,6 +51,7 @@ TEST_F(RuleCatalogueTest, ItIsNeverEmpty) {
                           {"no rules", "[RULES]\r\n"},
                           {"rules without a name", "[RULES]\r\nRULE =\r\n"},
                           {"another section", "[OTHER]\r\nRULE = X\r\n"},
+                          {"another key", "[RULES]\r\nNAME = X\r\n"},
                           {"lone line feeds", "[RULES]\nRULE = X\n"}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.label);

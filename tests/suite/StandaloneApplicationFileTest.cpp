@@ -43,7 +43,7 @@ protected:
 TEST_F(StandaloneApplicationFileTest, TheTitleIsThatOfTheApplicationSection) {
     files.Put("/a/plant.kdt",
               "[OTHER]\r\nTITLE = Other\r\n[application]\r\n   Title        =   Plant, line 3   \r\n"
-              "[FIELD]\r\n[APPLICATION]\r\nTITLE = Behind\r\n");
+              "VERSION = 7.\r\n[FIELD]\r\n[APPLICATION]\r\nTITLE = Behind\r\n");
     EXPECT_EQ(TitleOf("/a/plant.kdt"), "Plant, line 3");
 }
 
@@ -231,6 +231,31 @@ TEST_F(StandaloneApplicationFileTest, AFileWithANumberThatNoViewCanHaveIsNoView)
     files.Put("/a/plant.V32768", "");
     files.Put("/a/plant.V99999999999", "");
     EXPECT_EQ(ViewsOf("/a/plant.kdt"), (Views{{32767, "View 32767"}}));
+}
+
+TEST_F(StandaloneApplicationFileTest, TheBytesOfEachFileThatItHasReadAreHandedOverOnce) {
+    using Bytes = std::optional<std::string>;
+    files.Put("/a/plant.kdt", "[APPLICATION]\r\n");
+    files.Put("/a/plant.V1", "[FIELD]\r\n");
+    files.Put("/a/plant.V2", "unreadable");
+    files.SetUnreadable("/a/plant.V2");
+    reader.OpenFile("/a/plant.kdt");
+    EXPECT_EQ(reader.TakeBytes("/a/other.kdt"), std::nullopt);
+    EXPECT_EQ(reader.TakeBytes("/a/plant.V2"), std::nullopt);
+    EXPECT_EQ(reader.TakeBytes("/a/plant.kdt"), Bytes("[APPLICATION]\r\n"));
+    EXPECT_EQ(reader.TakeBytes("/a/plant.kdt"), std::nullopt);
+    EXPECT_EQ(reader.TakeBytes("/a/plant.V1"), Bytes("[FIELD]\r\n"));
+    EXPECT_EQ(reader.TakeBytes("/a/plant.V1"), std::nullopt);
+}
+
+TEST_F(StandaloneApplicationFileTest, NoBytesAreLeftOfAnApplicationThatIsClosed) {
+    files.Put("/a/plant.kdt", "[VIEWS]\r\n");
+    reader.OpenFile("/a/plant.kdt");
+    reader.CloseFile();
+    EXPECT_EQ(reader.TakeBytes("/a/plant.kdt"), std::nullopt);
+    reader.OpenFile("/a/plant.kdt");
+    EXPECT_NE(ErrorOfOpen("/a/missing.kdt"), 0);
+    EXPECT_EQ(reader.TakeBytes("/a/plant.kdt"), std::nullopt);
 }
 
 TEST_F(StandaloneApplicationFileTest, AnApplicationWhoseFolderCannotBeListedCannotBeOpened) {

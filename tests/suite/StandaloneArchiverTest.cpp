@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "base/ApplicationNames.h"
+#include "base/Paths.h"
 #include "fakes/FailingFiles.h"
 #include "fakes/FakeServices.h"
 #include "fakes/MemoryFiles.h"
@@ -43,8 +44,9 @@ protected:
 };
 
 TEST_F(StandaloneArchiverTest, CopiesAllFilesOfTheApplicationIntoADatedFolder) {
-    for (const char* other : {"/a/plant.temp", "/a/plant2.kdt", "/a/plant.V", "/a/plant.kdt6",
-                              "/a/plant.KDL6", "/a/plant.KDV6.V1", "/a/other.V1", "/a/plant.V01"}) {
+    for (const char* other :
+         {"/a/plant.temp", "/a/plant2.kdt", "/a/plant.V", "/a/plant.kdt6", "/a/plant.KDL6",
+          "/a/plant.KDV6.V1", "/a/other.V1", "/a/plant.V01", "/a/Zone.kdt"}) {
         files.Put(other, "other");
     }
     EXPECT_EQ(Archive("/a/plant.kdt"), "");
@@ -127,6 +129,7 @@ TEST_F(StandaloneArchiverTest, AFailureAnywhereLeavesNoArchiveAndIsTold) {
         files.FailNoMore();
         EXPECT_EQ(Archived().size(), result.empty() ? 5U : 0U);
         EXPECT_EQ(result.empty(), done);
+        EXPECT_EQ(files.Exists("/a/Archive"), done);
         EXPECT_EQ(files.Get("/a/plant.kdt"), "template");
         EXPECT_EQ(files.Get("/a/plant.V1"), "one");
         if (!done) {
@@ -186,6 +189,54 @@ TEST_F(StandaloneArchiverTest, AFileThatTheDiskDeniesForAMomentIsNotLeftOut) {
     EXPECT_EQ(Archived().size(), 0U);
 }
 
+TEST_F(StandaloneArchiverTest, WhatCannotBeReadIsLeftOutOnlyWhereTheDiskSaysThatItIsNoFile) {
+    struct Case {
+        std::int32_t number;  // of the error that its reading raises
+        const char* told;
+    };
+    for (const Case& c : {Case{errPermissionDenied, ""}, Case{errFileNotFound, ""},
+                          Case{errPathNotFound, "Error 76: Path not found\r\n/a/plant.KDM"},
+                          Case{errDevice, "Error 57: Device I/O error\r\n/a/plant.KDM"}}) {
+        SCOPED_TRACE(c.number);
+        files.RemoveFolder("/a/Archive");
+        files.PutSpecial("/a/plant.KDM");
+        files.FailNoMore();
+        files.FailOn("Read", "/plant.KDM", c.number);
+        EXPECT_EQ(Archive("/a/plant.kdt"), c.told);
+        EXPECT_EQ(Archived().size(), *c.told == '\0' ? 4U : 0U);
+    }
+}
+
+TEST_F(StandaloneArchiverTest, AFailureThatNamesNoneOfTheFilesIsToldAsItIs) {
+    struct : MemoryFiles {
+        void CopyAllForArchive(const std::vector<Text>& /*sources*/, std::string_view folder) override {
+            throw cError(errDiskFull, "CopyAllForArchive", {}, Text(paths::Folder(folder)));
+        }
+    } full;
+    full.Put("/a/plant.kdt", "template");
+    EXPECT_EQ(StandaloneArchiver(full, clock, locale).ArchiveApplication("/a/plant.kdt"),
+              "Error 61: Disk full\r\n/a/Archive/plant");
+    EXPECT_FALSE(full.Exists("/a/Archive"));
+}
+
+TEST_F(StandaloneArchiverTest, AFailureThatIsToldThoughTheWorkIsDoneIsTheOneToTell) {
+    struct Case {
+        int failAt;
+        const char* operation;
+        std::size_t left;  // files: a whole archive that has its name may stay
+    };
+    for (const Case& c : {Case{2, "MakeFolder", 0}, Case{10, "Rename", 5}}) {
+        SCOPED_TRACE(c.operation);
+        FailingFiles failing(files);
+        failing.FailAt(c.failAt, FailingFiles::Kind::DoneAndDevice, false);
+        const Text told = StandaloneArchiver(failing, clock, locale).ArchiveApplication("/a/plant.kdt");
+        ASSERT_EQ(failing.Steps().at(static_cast<std::size_t>(c.failAt) - 1).operation, c.operation);
+        EXPECT_TRUE(told.starts_with("Error 57: Device I/O error\r\n/a/Archive/plant/.unfinished-")) << told;
+        EXPECT_EQ(Archived().size(), c.left);
+        EXPECT_EQ(files.Exists("/a/Archive"), c.left != 0);
+    }
+}
+
 TEST_F(StandaloneArchiverTest, AWholeFolderIsListedOnceForAllThatAreBegunTogether) {
     files.Put("/a/mill.kdt", "another");
     files.Put("/b/silo.kdt", "elsewhere");
@@ -229,12 +280,48 @@ TEST_F(StandaloneArchiverTest, AFolderOfArchivesThatMayNotBeListedGetsOneAllTheS
     EXPECT_TRUE(files.Has("/a/Archive/plant/2026-03-04_05-06-07_2/plant.kdt"));
 }
 
+TEST_F(StandaloneArchiverTest, WhereNamesCannotBeSeenTenAreTried) {
+    for (const int taken : {9, 10}) {
+        SCOPED_TRACE(taken);
+        MemoryFiles fresh;
+        fresh.Put("/a/plant.kdt", "template");
+        const Text name = "/a/Archive/plant/2026-03-04_05-06-07";
+        fresh.Put(name + "/plant.kdt", "another's");
+        for (int counter = 2; counter <= taken; ++counter) {
+            fresh.Put(name + "_" + std::to_string(counter) + "/plant.kdt", "another's");
+        }
+        const std::size_t before = fresh.Paths().size();
+        fresh.FailOn("FolderEntries", "/Archive/plant", errPermissionDenied);
+        const Text told = StandaloneArchiver(fresh, clock, locale).ArchiveApplication("/a/plant.kdt");
+        EXPECT_EQ(told, taken == 9 ? "" : "Error 70: Permission denied\r\n" + name + "_10");
+        EXPECT_EQ(fresh.Get(name + "_10/plant.kdt"), taken == 9 ? "template" : "another's");
+        EXPECT_EQ(fresh.Paths().size(), before + (taken == 9 ? 1U : 0U)) << "nothing unfinished stays";
+    }
+}
+
+TEST_F(StandaloneArchiverTest, WhatIsBegunBehindADroppedOneOrArchivedByItselfIsLookedForAnew) {
+    files.Put("/a/mill.kdt", "another");
+    StandaloneArchiver archiver(files, clock, locale);
+    EXPECT_EQ(archiver.BeginArchive("/a/plant.kdt"), "");
+    archiver.DropArchive("/a/plant.kdt");
+    files.Put("/a/plant.V3", "three");
+    EXPECT_EQ(archiver.BeginArchive("/a/plant.kdt"), "");
+    EXPECT_EQ(archiver.NameArchive("/a/plant.kdt"), "");
+    EXPECT_TRUE(files.Has("/a/Archive/plant/2026-03-04_05-06-07/plant.V3"));
+    EXPECT_EQ(archiver.BeginArchive("/a/mill.kdt"), "");
+    files.Put("/a/plant.V4", "four");
+    EXPECT_EQ(archiver.ArchiveApplication("/a/plant.kdt"), "");
+    EXPECT_TRUE(files.Has("/a/Archive/plant/2026-03-04_05-06-07_2/plant.V4"));
+}
+
 TEST_F(StandaloneArchiverTest, AnArchiveThatIsDroppedLeavesNoEmptyFolders) {
     StandaloneArchiver archiver(files, clock, locale);
     EXPECT_EQ(archiver.BeginArchive("/a/plant.kdt"), "");
     archiver.DropArchive("/a/plant.kdt");
     EXPECT_FALSE(files.Exists("/a/Archive"));
     EXPECT_EQ(archiver.ArchiveApplication("/a/plant.kdt"), "");
+    archiver.DropArchive("/a/plant.kdt");
+    EXPECT_EQ(Archived().size(), 5U) << "one that is through is not dropped";
     EXPECT_EQ(archiver.BeginArchive("/a/plant.kdt"), "");
     archiver.DropArchive("/a/plant.kdt");
     EXPECT_EQ(Archived().size(), 5U) << "nor takes it another's away";
@@ -242,9 +329,11 @@ TEST_F(StandaloneArchiverTest, AnArchiveThatIsDroppedLeavesNoEmptyFolders) {
 
 TEST_F(StandaloneArchiverTest, AFolderThatBearsAViewsNameIsLeftOut) {
     files.Put("/a/plant.V5/inner", "text");
-    files.PutSpecial("/a/plant.V6");
+    files.Put("/a/plant.V6", "six");
+    files.PutSpecial("/a/plant.V7");
     EXPECT_EQ(Archive("/a/plant.kdt"), "");
-    EXPECT_EQ(Archived().size(), 5U);
+    EXPECT_EQ(Archived().size(), 6U);
+    EXPECT_EQ(files.Get("/a/Archive/plant/2026-03-04_05-06-07/plant.V6"), "six");
 }
 
 TEST_F(StandaloneArchiverTest, ARemovalThatBreaksOffLeavesNothingUnderTheFinalName) {

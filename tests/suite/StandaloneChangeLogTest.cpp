@@ -137,6 +137,14 @@ TEST_F(StandaloneChangeLogTest, TheDelimiterMayBeAnyText) {
         "2026-03-04 05:06:07;anna;MAIN;6.001;PROPERTY;FIELD;Weight;USL;\"1;5\";1\t5\r\n");
 }
 
+TEST_F(StandaloneChangeLogTest, WithoutADelimiterTheFieldsStandSideBySide) {
+    files.Put("/a/plant.KDL", Heading);
+    ChangeRecord record = aRecord();
+    record.newValue = "3\"";
+    Write({record}, "");
+    EXPECT_EQ(Log(), Heading + "2026-03-04 05:06:07annaMAIN6.001PROPERTYFIELDWeightUSL12.5\"3\"\"\"\r\n");
+}
+
 TEST_F(StandaloneChangeLogTest, EveryByteOfTheCodePageComesOutAsItWas) {
     std::string bytes;
     for (int byte = 0; byte < 256; ++byte) {

@@ -151,16 +151,31 @@ TEST_F(StandaloneChangeMemoTest, WithoutAFileOrAnEntryItIsAnError) {
         try {
             action();
         } catch (const cError& error) {
-            return error.Number();
+            return std::pair(error.Number(), error.Source());
         }
-        return 0;
+        return std::pair(0, Text());
     };
+    using Error = std::pair<std::int32_t, Text>;
     StandaloneChangeMemo memo(files, CodePage::Of(1252));
     EXPECT_EQ(errorOf([&] { memo.BeginEntry("MAIN", "anna", "2026-03-04", "05:06:07"); }),
-              errInvalidArgument);
+              Error(errInvalidArgument, "StandaloneChangeMemo.BeginEntry"));
     memo.OpenMemo("/a/plant.KDM");
-    EXPECT_EQ(errorOf([&] { memo.WriteItem("Weight", "USL", "12.5", "13"); }), errInvalidArgument);
+    EXPECT_EQ(errorOf([&] { memo.WriteItem("Weight", "USL", "12.5", "13"); }),
+              Error(errInvalidArgument, "StandaloneChangeMemo.WriteItem"));
+    memo.BeginEntry("MAIN", "anna", "2026-03-04", "05:06:07");
+    memo.CloseMemo();
+    memo.OpenMemo("/a/plant.KDM");
+    EXPECT_EQ(errorOf([&] { memo.WriteItem("Weight", "USL", "12.5", "13"); }).first, errInvalidArgument)
+        << "an entry ends with its report";
 }
+
+#ifdef KD_CHECKED
+TEST_F(StandaloneChangeMemoTest, AReportThatIsOpenIsNotOpenedOnceMore) {
+    StandaloneChangeMemo memo(files, CodePage::Of(1252));
+    memo.OpenMemo("/a/plant.KDM");
+    EXPECT_DEATH(memo.OpenMemo("/a/plant.KDM"), "precondition broken: !m_file");
+}
+#endif
 
 }  // namespace
 }  // namespace kd

@@ -51,7 +51,7 @@ std::optional<Text> ReplaceFirst(const CodePage& page, std::string_view text, st
     if (at == Text::npos) {
         return std::nullopt;
     }
-    const std::size_t position = CharacterCount(std::string_view(where).substr(0, at)) + 1;
+    const std::size_t position = CharacterCount(std::string_view(where.data(), at)) + 1;
     const std::size_t begin = ByteOffset(text, position);
     const std::size_t end = ByteOffset(text, position + CharacterCount(find));
     return Text(text.substr(0, begin)) + Text(replacement) + Text(text.substr(end));

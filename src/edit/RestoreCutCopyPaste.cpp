@@ -29,17 +29,16 @@ Text ClipboardText(const SelectedCells& cells) {
 
 /// A rectangle of texts, row behind row.
 struct Block {
-    std::int32_t nRows = 0;
-    std::int32_t nCols = 0;
+    std::int32_t nRows;
+    std::int32_t nCols;
     std::vector<std::string_view> values;  // views of the text that was split
 };
 
 /// The first line sets the width; a line of another width is dropped and the following ones move up.
 Block SplitBlock(std::string_view text) {
-    Block block;
     const auto lines = Split(text, RowSeparator);
     const std::size_t width = Split(lines.front(), CellSeparator).size();
-    block.nCols = static_cast<std::int32_t>(width);
+    Block block{0, static_cast<std::int32_t>(width), {}};
     for (const std::string_view line : lines) {
         const auto fields = Split(line, CellSeparator);
         // Deliberate: no word about a line that is dropped. PasteTest.LinesOfAnotherWidthAreDroppedSilently

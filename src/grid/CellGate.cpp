@@ -25,7 +25,7 @@ bool IsOneOf(const std::array<std::string_view, N>& words, std::string_view text
 }
 
 bool IsNumberFrom(double least, std::string_view text, const Locale& locale) {
-    return !text.empty() && IsNumericText(text, locale) && ParseCellNumber(text, locale) >= least;
+    return IsNumericText(text, locale) && ParseCellNumber(text, locale) >= least;
 }
 
 bool IsLimitText(std::string_view text, const Locale& locale) {
@@ -55,7 +55,7 @@ bool MayHold(CellRule rule, std::string_view text, const Globals& g) {
         case crFromNought:
             return IsNumberFrom(0, text, locale);
         case crNumber:
-            return !text.empty() && IsNumericText(text, locale);
+            return IsNumericText(text, locale);
         case crLimit:
             return IsLimitText(text, locale);
         case crTypeLetters:

@@ -165,6 +165,8 @@ TEST_F(PasteTest, ReadOnlyColumnIsRefusedWithoutAnIcon) {
     AddUnits({"a"});
     toolkit.ExpectBox("Cannot Paste over Read-Only Cells!", BoxIcon::None);
     PasteAt(1, cnType, "N");
+    toolkit.ExpectBox("Cannot Paste over Read-Only Cells!", BoxIcon::None);
+    PasteAt(1, cnID, "7");
     EXPECT_FALSE(ChangesMade());
 }
 

@@ -135,9 +135,11 @@ TEST_F(frmReplaceTest, WholeFindTextIsSelectedAtEachShowing) {
     int selected = 0;
     form.txtFind.OnSelectAll = [&selected] { ++selected; };
     for (int showing = 1; showing <= 2; ++showing) {
-        Expect([](frmReplace& shown) { shown.UserClose(); });
+        Expect([&](frmReplace& shown) {
+            EXPECT_EQ(selected, showing) << "by the time that the user sees it";
+            shown.UserClose();
+        });
         form.Display();
-        EXPECT_EQ(selected, showing);
     }
 }
 

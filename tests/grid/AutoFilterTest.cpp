@@ -28,6 +28,15 @@ std::function<void(frmAutoFilter&)> Tick(std::vector<Text> values) {
     };
 }
 
+/// Knows where the current cell stands, as a real screen does.
+struct PlacedScreen : GridScreen {
+    explicit PlacedScreen(const VSFlexGrid& shown) : grid(shown) {}
+    std::int32_t CellLeft() const override { return grid.Col() * 10; }
+    std::int32_t CellTop() const override { return grid.Row() * 20; }
+    std::int32_t CellHeight() const override { return grid.Row() == 0 ? 30 : 20; }
+    const VSFlexGrid& grid;
+};
+
 struct AutoFilterTest : testing::Test, GridDesk {
     void Press(ColumnNumber number, const std::function<void(frmAutoFilter&)>& user) {
         toolkit.ExpectForm<frmAutoFilter>("frmAutoFilter", user);
@@ -100,14 +109,7 @@ TEST_F(AutoFilterTest, DialogStandsBelowTheHeaderCell) {
 
 TEST_F(AutoFilterTest, PlaceIsThatOfTheHeaderCellNotOfTheFormerCurrentOne) {
     AddUnits({"g"});
-    /// Knows where the current cell stands, as a real screen does.
-    struct PlacedScreen : GridScreen {
-        explicit PlacedScreen(const VSFlexGrid& shown) : grid(shown) {}
-        std::int32_t CellLeft() const override { return grid.Col() * 10; }
-        std::int32_t CellTop() const override { return grid.Row() * 20; }
-        std::int32_t CellHeight() const override { return grid.Row() == 0 ? 30 : 20; }
-        const VSFlexGrid& grid;
-    } screen(desk.Grid);
+    PlacedScreen screen(desk.Grid);
     desk.Grid.SetScreen(&screen);
     Select(1, cnUSL, 1, cnUSL);
     Press(cnUnits, [](frmAutoFilter& form) {
@@ -115,6 +117,20 @@ TEST_F(AutoFilterTest, PlaceIsThatOfTheHeaderCellNotOfTheFormerCurrentOne) {
         EXPECT_EQ(*form.OwnPlace(), (Place{Position(cnUnits) * 10 + 10, 30 + 50}));
         form.UserClose();
     });
+    desk.Grid.SetScreen(nullptr);
+}
+
+TEST_F(AutoFilterTest, PlaceIsTakenBeforeThePassOfTheMessageLoop) {
+    AddUnits({"g"});
+    PlacedScreen screen(desk.Grid);
+    desk.Grid.SetScreen(&screen);
+    toolkit.onProcessEvents = [this] { Select(1, cnUSL, 1, cnUSL); };
+    Press(cnUnits, [](frmAutoFilter& form) {
+        ASSERT_TRUE(form.OwnPlace().has_value());
+        EXPECT_EQ(*form.OwnPlace(), (Place{Position(cnUnits) * 10 + 10, 30 + 50}));
+        form.UserClose();
+    });
+    toolkit.onProcessEvents = {};
     desk.Grid.SetScreen(nullptr);
 }
 
@@ -373,10 +389,11 @@ TEST_F(AutoFilterTest, EntryThatIsNotOnOfferLeavesTheFilterAtOk) {
     EXPECT_EQ(Funnel(cnUnits), HeaderPicture::FilterOn);
 }
 
-TEST_F(AutoFilterTest, FiltersOfTheFirstAndTheLastPositionCount) {
+TEST_F(AutoFilterTest, FiltersOfTheFirstTwoPositionsAndOfTheLastCount) {
     AddUnits({"g", "kg", "l"});
     SetCellValue(desk, 2, Position(cnUCase), "Y");
-    const std::pair<ColumnNumber, Text> filters[] = {{cnID, "2"}, {cnUCase, "y"}};
+    desk.Grid.SetTextMatrix(2, Position(cnFolder), "/b");
+    const std::pair<ColumnNumber, Text> filters[] = {{cnID, "2"}, {cnFolder, "/B"}, {cnUCase, "y"}};
     for (const auto& [number, name] : filters) {
         SCOPED_TRACE(number);
         SetFilter(number, {name});
@@ -395,6 +412,15 @@ TEST_F(AutoFilterTest, ValuesComeInTheOrderOfTheRowsHiddenOnesToo) {
     AddUnits({"m", "kg", "g"});
     Hide({1, 3});
     EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("m", "kg", "g"));
+}
+
+TEST_F(AutoFilterTest, WindowIsKeptAliveWhileTheListIsMade) {
+    AddUnits({"kg", "g"});
+    int asked = 0;
+    toolkit.onKeepAlive = [&asked] { ++asked; };
+    EXPECT_THAT(GetColumnValues(desk, Position(cnUnits)), ElementsAre("kg", "g"));
+    EXPECT_GT(asked, 0);
+    toolkit.onKeepAlive = {};
 }
 
 TEST_F(AutoFilterTest, HiddenColumnKeepsItsFilter) {
@@ -511,7 +537,9 @@ TEST_F(AutoFilterTest, FilterWorksOnTheShownTextNotOnTheValue) {
 
 TEST_F(AutoFilterTest, TipWithoutAnyFilterInvites) {
     AddUnits({"g"});
-    EXPECT_EQ(GetFilterCaption(desk, Position(cnUnits)), " Click to Filter Column ");
+    for (const ColumnNumber number : {cnID, cnUnits}) {
+        EXPECT_EQ(GetFilterCaption(desk, Position(number)), " Click to Filter Column ") << number;
+    }
 }
 
 TEST_F(AutoFilterTest, TipOfANegativeColumnIsEmpty) {

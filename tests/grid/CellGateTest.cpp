@@ -103,6 +103,7 @@ TEST(CellGateTest, EachColumnTakesItsOwnTexts) {
                             {cnType, "n", false},
                             {cnType, "", false},
                             {cnType, "X", false},
+                            {cnType, "#", false},
                             {cnType, "TN", false},
                             // at least 0
                             {cnDecimals, "0", true},
@@ -211,6 +212,8 @@ TEST(CellGateTest, RuleLettersGoByTheCatalogue) {
     GateDesk desk;
     desk.g.gRuleLetters = "ABC";
     EXPECT_TRUE(desk.Valid(cnRules, "cab"));
+    EXPECT_TRUE(desk.Valid(cnRules, "acb")) << "in any order";
+    EXPECT_TRUE(desk.Valid(cnRules, "bb")) << "once or more often";
     EXPECT_FALSE(desk.Valid(cnRules, "d"));
     desk.g.gRuleLetters = "";
     EXPECT_FALSE(desk.Valid(cnRules, "A"));

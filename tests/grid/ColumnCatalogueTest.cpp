@@ -123,6 +123,15 @@ TEST(ColumnCatalogueTest, ARebuildHidesThePropertyColumnsThoughShowAllProperties
     EXPECT_TRUE(desk.desk.mnuShowAll.Checked());
 }
 
+TEST(ColumnCatalogueTest, WithoutTheTickARebuildGoesByTheColumnsOwnFlagsAlone) {
+    LoadedDesk desk;
+    BuildColumnCatalogue(desk.g);
+    desk.g.gLabels->Ref(cnReportType).SetVisible(true);
+    SetupGridColumns(desk.desk);
+    EXPECT_FALSE(desk.desk.Grid.ColHidden(cnReportType - 1));
+    EXPECT_TRUE(desk.desk.Grid.ColHidden(cnUnits - 1));
+}
+
 class AutoSizeCalls : public GridScreen {
 public:
     std::vector<std::pair<std::int32_t, std::int32_t>> calls;
@@ -145,7 +154,9 @@ TEST(ColumnCatalogueTest, AlignmentGoesByTheLetterAndThenAllColumnsAreSized) {
     desk.g.gLabels->Ref(1).SetAlignment("c");
     desk.g.gLabels->Ref(2).SetAlignment("x");
     SetupGridColumns(desk.desk);
-    desk.desk.Grid.SetColAlignment(1, caCenterCenter);
+    for (std::int32_t col = 0; col < ColumnCount; ++col) {  // none as its letter wants it
+        desk.desk.Grid.SetColAlignment(col, col == 0 ? caRightCenter : caCenterCenter);
+    }
     AutoSizeCalls screen;
     desk.desk.Grid.SetScreen(&screen);
     SetGridALignments(desk.desk);

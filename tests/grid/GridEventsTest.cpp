@@ -89,6 +89,14 @@ TEST(GridEventsTest, AHeaderPressWithNoColumnBelowThePointerDoesNothing) {
     EXPECT_EQ(desk.grid.Col(), 3);
 }
 
+TEST(GridEventsTest, AHeaderPressOnTheFirstPositionShowsItsFilter) {
+    EventsDesk desk;
+    desk.grid.Select(2, 3);
+    EXPECT_FALSE(desk.Press(MouseButton::Left, 0, 0));
+    EXPECT_EQ(desk.filtersShown, std::vector<std::int32_t>{0});
+    EXPECT_EQ(desk.grid.Col(), 0);
+}
+
 TEST(GridEventsTest, APressOutsideTheCellsGoesOn) {
     EventsDesk desk;
     EXPECT_TRUE(desk.Press(MouseButton::Right, -1, -1));
@@ -103,6 +111,7 @@ TEST(GridEventsTest, ARightPressInAnOpenEditorClosesItAndShowsTheMenuAlsoOverARe
     desk.toolkit.ExpectPopup([&](MenuItem& menu) {
         EXPECT_EQ(menu.Name(), "mnuEditMenu");
         EXPECT_FALSE(desk.desk.mnuPaste.Enabled()) << "left as it was";
+        EXPECT_FALSE(desk.grid.EditWindow()) << "the commands see what was typed";
     });
     desk.suite.clipboard = "text";
     EXPECT_FALSE(desk.Press(MouseButton::Right, 2, ColType));
@@ -110,6 +119,26 @@ TEST(GridEventsTest, ARightPressInAnOpenEditorClosesItAndShowsTheMenuAlsoOverARe
     EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 20);
     EXPECT_EQ(desk.grid.Row(), 1);
     EXPECT_EQ(desk.suite.clipboardsMade, 0);
+}
+
+TEST(GridEventsTest, ARightPressInAnOpenEditorShowsTheMenuInTheFirstRowAndOnTheFirstPositionToo) {
+    for (const auto& [row, col] : {std::pair{1, ColUsl}, {1, 0}, {2, 0}}) {
+        SCOPED_TRACE(testing::Message() << row << ", " << col);
+        EventsDesk desk;
+        desk.OpenEditor(1, ColUsl, "20");
+        desk.toolkit.ExpectPopup([](MenuItem&) {});
+        EXPECT_FALSE(desk.Press(MouseButton::Right, row, col));
+        EXPECT_EQ(desk.g.gFields->Ref(1).USL(), 20);
+    }
+}
+
+TEST(GridEventsTest, APressOfAnotherButtonWithAnEditorOpenIsLeftToTheGrid) {
+    for (const MouseButton button : {MouseButton::Left, MouseButton::Middle}) {
+        EventsDesk desk;
+        desk.OpenEditor(1, ColUsl, "20");
+        EXPECT_TRUE(desk.Press(button, 2, ColUsl));
+        EXPECT_TRUE(desk.grid.EditWindow());
+    }
 }
 
 TEST(GridEventsTest, ARightPressOnTheHeaderWithAnEditorOpenTakesItsTextAndShowsTheFilterNotTheMenu) {
@@ -189,6 +218,16 @@ TEST(GridEventsTest, TheMenuComesUpOverAnEditableCellWithPasteByTheClipboard) {
     }
 }
 
+TEST(GridEventsTest, AnEditableColumnOnTheFirstPositionHasTheMenuToo) {
+    EventsDesk desk;
+    desk.g.gLabels->Ref(cnID).SetEditable(true);
+    desk.grid.Select(2, ColUsl);
+    desk.toolkit.ExpectPopup([](MenuItem&) {});
+    EXPECT_TRUE(desk.Press(MouseButton::Right, 1, 0));
+    EXPECT_EQ(desk.grid.GetSelection(), (GridSelection{1, 0, 1, 0}));
+    desk.Release(MouseButton::Right);
+}
+
 TEST(GridEventsTest, NoMenuOverAReadOnlyColumnTheHeaderOutsideOrWithAnotherButton) {
     EventsDesk desk;
     for (const auto& [row, col] : {std::pair{1, ColType}, {0, ColUsl}, {-1, -1}, {1, -1}}) {
@@ -209,6 +248,15 @@ TEST(GridEventsTest, OnlyCellsOfEditableColumnsOpenForEditing) {
     }
     desk.grid.Select(0, ColUsl);
     EXPECT_FALSE(desk.grid.StartEdit()) << "header";
+}
+
+TEST(GridEventsTest, NothingOpensForEditingOutsideTheDataCells) {
+    EventsDesk desk;
+    for (const auto& [row, col] : {std::pair{0, ColUsl}, {1, -1}, {-1, -1}}) {
+        bool cancel = false;
+        desk.grid.BeforeEdit(row, col, cancel);
+        EXPECT_TRUE(cancel) << row << ", " << col;
+    }
 }
 
 TEST(GridEventsTest, AHeaderPressTakesTheOpenEditorsTextBeforeTheFilterIsShown) {
@@ -339,6 +387,16 @@ TEST(GridEventsTest, TheToolTipFollowsTheHeaderAndIsEmptyElsewhere) {
     EXPECT_EQ(desk.grid.ToolTipText(), " caption 4 ");
     move(1, 4);
     EXPECT_EQ(desk.grid.ToolTipText(), "");
+}
+
+TEST(GridEventsTest, AToolTipThatFailsIsToldOnceWhileThePointerStaysOnItsCell) {
+    EventsDesk desk;
+    desk.events.GetFilterCaption = [](std::int32_t) -> Text { throw cError(errOverflow, "GridEventsTest"); };
+    desk.toolkit.ExpectBox("Run-time error '6':\r\n\r\nOverflow", BoxIcon::Critical);
+    desk.grid.SetMouseCell(0, 3);
+    for (const int x : {30, 31}) {
+        desk.grid.MouseMove(MouseButton::Left, 0, x, 0);
+    }
 }
 
 TEST(GridEventsTest, OutsideTheCellsThereIsNoToolTip) {

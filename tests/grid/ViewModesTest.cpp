@@ -218,6 +218,16 @@ TEST_F(ViewModesTest, ShowPathsTakesInTheFirstPosition) {
     EXPECT_EQ(desk.Grid.FrozenCols(), 2);
 }
 
+TEST_F(ViewModesTest, ShowPathsLeavesTheColumnsBetweenPathsAndProperties) {
+    for (const ColumnNumber number : {cnVarNo, cnDecimals}) {
+        SetShown(number, false);
+        for (int click = 0; click < 2; ++click) {
+            mnuShowPaths_Click(desk);
+            EXPECT_TRUE(desk.Grid.ColHidden(Position(number))) << number << ", click " << click;
+        }
+    }
+}
+
 TEST_F(ViewModesTest, ShowPathsNeedsNoHourglass) {
     mnuShowPaths_Click(desk);
     EXPECT_THAT(toolkit.log, IsEmpty());
@@ -272,11 +282,14 @@ TEST_F(ViewModesTest, ShowAllLeavesPathsAndFrozenColumns) {
     EXPECT_EQ(desk.Grid.FrozenCols(), 8);
 }
 
-TEST_F(ViewModesTest, ShowAllPassesOverTheFirstPosition) {
-    desk.Grid.SetColData(0, cnUnits);
-    desk.Grid.SetColHidden(0, true);
+TEST_F(ViewModesTest, ShowAllPassesOverTheFirstPositionAlone) {
+    for (const std::int32_t col : {0, 1}) {
+        desk.Grid.SetColData(col, cnUnits);
+        desk.Grid.SetColHidden(col, true);
+    }
     mnuShowAll_Click(desk);
     EXPECT_TRUE(desk.Grid.ColHidden(0));
+    EXPECT_FALSE(desk.Grid.ColHidden(1));
 }
 
 TEST_F(ViewModesTest, RebuildHidesThePropertiesThoughShowAllStaysTicked) {

@@ -86,6 +86,15 @@ TEST(frmAutoFilterTest, ListIsSortedByUpperCasedTextCharacterByCharacter) {
     });
 }
 
+TEST(frmAutoFilterTest, EntriesOfOneTextStayInTheOrderInWhichTheyAreOffered) {
+    FilterDialog d;
+    d.Offer({{"b", true}, {"(Blank)", true}, {"B", false}, {"(Blank)", false}});
+    d.Display([&](frmAutoFilter& form) {
+        EXPECT_THAT(d.Listed(), ElementsAre("+(Blank)", "-(Blank)", "+b", "-B"));
+        form.UserClose();
+    });
+}
+
 TEST(frmAutoFilterTest, LettersOutsideAsciiAreSortedByTheirCapitals) {
     FilterDialog d;
     d.Offer({{"\u00E4b", true}, {"\u00C4c", true}, {"\u00C4a", true}, {"z", true}});

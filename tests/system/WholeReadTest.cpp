@@ -45,6 +45,19 @@ TEST(WholeReadTest, AFileIsReadToItsEndWhateverItsSizeWasSaidToBe) {
     }
 }
 
+TEST(WholeReadTest, AFileThatGrowsAndComesInPortionsIsReadToItsEnd) {
+    for (const std::size_t most : {1U, 2U, 3U, 4U, 5U}) {
+        Source source{std::string(40, 'x'), most, 0};
+        std::string bytes;
+        const auto read = [&](char* into, std::size_t room, std::size_t& got) {
+            return source(into, room, got);
+        };
+        // A portion must not end where the file was said to end: that one would be taken for its end.
+        EXPECT_EQ(ReadWhole(read, most - 1, bytes), 0);
+        EXPECT_EQ(bytes, source.bytes) << most;
+    }
+}
+
 TEST(WholeReadTest, AFileOfItsSizeThatComesAtOnceIsReadOnce) {
     Source source{"limits", 100, 0};
     std::string bytes;

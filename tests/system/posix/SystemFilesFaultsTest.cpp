@@ -77,6 +77,46 @@ TEST_F(SystemFilesTest, AReplaceFlushesTheFileBeforeItTakesItsPlaceAndTheFolderA
     const FailingCalls calls;
     files.ReplaceFile(path, "new");
     EXPECT_EQ(Writing(calls), (std::vector<std::string>{"write", "fsync", "rename", "fsync"}));
+    EXPECT_FALSE(Called(calls, "unlink")) << "what has taken its place has no other name to clean away";
+}
+
+TEST_F(SystemFilesTest, AReplaceWhoseFolderCannotBeFlushedTellsIt) {
+    const Text path = Put("a.kdt", "old");
+    const auto flushAt = [&] {
+        const FailingCalls calls;
+        files.ReplaceFile(path, "first");
+        const auto last = std::find(calls.Calls().rbegin(), calls.Calls().rend(), "fsync");
+        return static_cast<int>(calls.Calls().rend() - last);
+    }();
+    const FailingCalls calls(flushAt, EIO);
+    EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, "second"); }), errDevice);
+    EXPECT_EQ(calls.Calls().at(static_cast<std::size_t>(flushAt - 1)), "fsync");
+}
+
+TEST_F(SystemFilesTest, AReplaceThatTheDiskRefusesIsTriedInNoOtherWay) {
+    const Text path = Put("a.kdt", "old");
+    {
+        FailingCalls calls;
+        calls.FailEach("open", EIO);
+        EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, "new"); }), errDevice);
+        EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "open"), 1);
+        calls.FailEach("rename", EIO);
+        EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, "new"); }), errDevice);
+        calls.FailEach("rename", EACCES);
+        EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(At("b.kdt"), "new"); }), errPermissionDenied);
+        calls.FailEach("close", EIO);
+        EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, "new"); }), errDevice);
+    }
+    EXPECT_EQ(Get(path), "old");
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+}
+
+TEST_F(SystemFilesTest, AReplaceGoesByWhatFailsAndNotByWhatFailedBefore) {
+    const Text path = Put("a.kdt", "old");
+    errno = ENAMETOOLONG;
+    EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, "new"); }), 0);
+    EXPECT_EQ(Get(path), "new");
+    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
 }
 
 TEST_F(SystemFilesTest, ACopyFlushesTheFileAndLeavesTheFolderToWhoCopiesMany) {
@@ -123,15 +163,20 @@ TEST_F(SystemFilesTest, AReplaceInPlaceMeetsAFullDiskBeforeAByteChanges) {
     EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, "new and longer"); }), errDiskFull);
     EXPECT_FALSE(Called(calls, "write"));
     EXPECT_EQ(Get(path), "old");
+    for (const char* const noLonger : {"new", "n"}) {
+        files.ReplaceFile(path, noLonger);
+        EXPECT_EQ(Get(path), noLonger) << "which needs no room";
+    }
 }
 
 TEST_F(SystemFilesTest, AFileThatSomethingIsMountedOnIsWrittenInPlace) {
     const Text path = Put("a.kdt", "old");
     const auto before = Status(path);
-    for (const int code : {EBUSY, EPERM, EACCES}) {
+    for (const int code : {EBUSY, EPERM, EACCES, EROFS, ENAMETOOLONG}) {
         FailingCalls calls;
         calls.FailEach("rename", code);
         files.ReplaceFile(path, "new " + std::to_string(code));
+        EXPECT_EQ(std::count(calls.Flushed().begin(), calls.Flushed().end(), folder), 0) << "no name is new";
         EXPECT_EQ(Get(path), "new " + std::to_string(code));
         EXPECT_EQ(Status(path).st_ino, before.st_ino);
         EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
@@ -254,6 +299,7 @@ TEST_F(SystemFilesTest, AnArchiveCopyThatFailsAnywhereLeavesNone) {
         });
         done = number == 0 && calls < static_cast<std::size_t>(failAt);
         EXPECT_EQ(Names().count("copy"), number == 0 ? 1U : 0U);
+        EXPECT_EQ(Get(At("copy")), number == 0 ? "content" : "");
         (void)::unlink(At("copy").c_str());
         ASSERT_LT(failAt, 50);
     }
@@ -275,6 +321,24 @@ TEST_F(SystemFilesTest, AnOutputTellsEveryFailure) {
     }
 }
 
+TEST_F(SystemFilesTest, AnOutputThatIsLeftToSettleTellsThatItWasNotClosedWell) {
+    for (const bool isFresh : {true, false}) {
+        const auto file = isFresh ? files.OpenForOutput(At("a.temp")) : files.OpenForAppend(At("a.KDL"));
+        file->Write("text");
+        FailingCalls calls;
+        calls.FailEach("close", EIO);
+        EXPECT_EQ(ErrorOf([&] { file->CloseForSettling(); }), errDevice);
+    }
+}
+
+TEST_F(SystemFilesTest, ARecordOfWhichNothingGotThereCutsNothingOff) {
+    const auto file = files.OpenForAppend(Put("a.KDL", "earlier"));
+    FailingCalls calls;
+    calls.FailEach("write", ENOSPC);
+    EXPECT_EQ(ErrorOf([&] { file->Write("record"); }), errDiskFull);
+    EXPECT_FALSE(Called(calls, "ftruncate")) << "another program may be adding";
+}
+
 TEST_F(SystemFilesTest, AListingThatBreaksOffIsNotTakenForAWholeOne) {
     Put("a.kdt", "text");
     FailingCalls calls;
@@ -282,6 +346,7 @@ TEST_F(SystemFilesTest, AListingThatBreaksOffIsNotTakenForAWholeOne) {
     EXPECT_EQ(ErrorOf([&] { (void)files.FolderEntries(folder); }), errDevice);
     EXPECT_EQ(ErrorOf([&] { (void)files.Read(At("A.KDT")); }), errDevice)
         << "the file may be there under a name of another case";
+    EXPECT_EQ(ErrorOf([&] { (void)files.Read("/none.kdt"); }), errDevice) << "in the root too";
     EXPECT_EQ(files.Read(At("a.kdt")), "text");
 }
 
@@ -317,6 +382,13 @@ TEST_F(SystemFilesTest, AFileIsOpenedByItsNameWhereAProgramIsNotShownItsOpenFile
     calls.FailEach("reopen", EMFILE);
     EXPECT_EQ(ErrorOf([&] { (void)files.Read(path); }), errDevice);
     EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "open"), 3) << "looked at once more";
+}
+
+TEST_F(SystemFilesTest, ReadEndGivesNoMoreThanItWasAskedForOfAFileThatGrowsMeanwhile) {
+    const Text path = Put("a.kdt", "text");
+    FailingCalls calls;
+    calls.Before("read", [&] { std::ofstream(path, std::ios::binary | std::ios::app) << "more"; });
+    EXPECT_EQ(files.ReadEnd(path, 2), "re");
 }
 
 TEST_F(SystemFilesTest, ReadEndTellsEveryFailure) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,6 +12,7 @@
 #include <iterator>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "fakes/ErrorOf.h"
 #include "system/SystemFiles.h"
@@ -116,6 +118,22 @@ public:
 
 private:
     bool m_switched = CanSwitch();
+};
+
+/// The groups that a privileged process has besides its first one, for the length of a scope.
+class FurtherGroups {
+public:
+    explicit FurtherGroups(const std::vector<gid_t>& groups)
+        : m_before(static_cast<std::size_t>(::getgroups(0, nullptr))) {
+        EXPECT_GE(::getgroups(static_cast<int>(m_before.size()), m_before.data()), 0);
+        EXPECT_EQ(::setgroups(groups.size(), groups.data()), 0);
+    }
+    ~FurtherGroups() { EXPECT_EQ(::setgroups(m_before.size(), m_before.data()), 0); }
+    FurtherGroups(const FurtherGroups&) = delete;
+    FurtherGroups& operator=(const FurtherGroups&) = delete;
+
+private:
+    std::vector<gid_t> m_before;
 };
 
 }  // namespace kd

@@ -72,30 +72,47 @@ TEST_F(SystemFilesTest, AnArchiveCopyKeepsTheGroupOrLeavesItNoMoreThanOthers) {
     if (!OrdinaryUser::CanSwitch()) {
         GTEST_SKIP() << "only a privileged user can give files away";
     }
-    constexpr gid_t Foreign = 4242;
     struct Case {
         mode_t source;
         mode_t copy;
+        gid_t group;
     };
     ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
-    for (const Case& c : {Case{0660, 0600}, Case{0664, 0644}, Case{0640, 0600}, Case{0644, 0644}}) {
-        SCOPED_TRACE(std::to_string(c.source));
+    const FurtherGroups none({});
+    for (const Case& c : {Case{0660, 0600, 4242}, Case{0664, 0644, 4242}, Case{0640, 0600, 4242},
+                          Case{0644, 0644, 4242}, Case{0775, 0755, 4242}, Case{0660, 0600, 0}}) {
+        SCOPED_TRACE(std::to_string(c.source) + " of group " + std::to_string(c.group));
         const Text source = Put("a.kdt", "limits", c.source);
-        ASSERT_EQ(::chown(source.c_str(), 0, Foreign), 0);
+        ASSERT_EQ(::chown(source.c_str(), 0, c.group), 0);
         files.CopyForArchive(source, At("byRoot"));
         EXPECT_EQ(Mode(At("byRoot")), c.source);
-        EXPECT_EQ(Status(At("byRoot")).st_gid, Foreign);
+        EXPECT_EQ(Status(At("byRoot")).st_gid, c.group);
         EXPECT_EQ(Status(At("byRoot")).st_uid, 0U) << "it is his who has made it";
-        ASSERT_EQ(::chown(source.c_str(), OrdinaryUser::Id, Foreign), 0);
+        ASSERT_EQ(::chown(source.c_str(), OrdinaryUser::Id, c.group), 0);
         {
             const OrdinaryUser user;
             files.CopyForArchive(source, At("byUser"));
         }
         EXPECT_EQ(Mode(At("byUser")), c.copy);
-        std::filesystem::remove(At("byRoot"));
-        std::filesystem::remove(At("byUser"));
-        std::filesystem::remove(source);
+        const FurtherGroups its({c.group});
+        {
+            const OrdinaryUser user;
+            files.CopyForArchive(source, At("byMember"));
+        }
+        EXPECT_EQ(Mode(At("byMember")), c.source);
+        EXPECT_EQ(Status(At("byMember")).st_gid, c.group);
+        for (const Text& name : Names()) {
+            std::filesystem::remove(At(name));
+        }
     }
+}
+
+TEST_F(SystemFilesTest, AnArchiveCopyKeepsItsGroupsRightsWhereADriveGivesNoFileAway) {
+    const Text source = Put("a.kdt", "limits", 0664);
+    FailingCalls calls;
+    calls.FailEach("fchown", EPERM);
+    files.CopyForArchive(source, At("copy"));
+    EXPECT_EQ(Mode(At("copy")), 0664U);
 }
 
 TEST_F(SystemFilesTest, WhatIsLeftToSettleIsFlushedTogether) {
@@ -156,13 +173,83 @@ TEST_F(SystemFilesTest, ANameThatCouldNotBeSettledIsNotGiven) {
     }
 }
 
+TEST_F(SystemFilesTest, ARenameThatTheDiskRefusesIsTriedInNoOtherWay) {
+    Put("a", "text");
+    FailingCalls calls;
+    calls.FailEach("renameat2", EIO);
+    EXPECT_EQ(ErrorOf([&] { files.Rename(At("a"), At("b")); }), errDevice);
+    EXPECT_EQ(Names(), std::set<Text>{"a"});
+}
+
+TEST_F(SystemFilesTest, ARenameThatFailsNamesWhatIsMissingOrTaken) {
+    Put("a", "text");
+    Put("b", "other");
+    const auto pathOf = [&](const Text& from, const Text& to) {
+        try {
+            files.Rename(from, to);
+        } catch (const cError& error) {
+            return error.Path();
+        }
+        return Text("none");
+    };
+    EXPECT_EQ(pathOf(At("none"), At("new")), At("none"));
+    EXPECT_EQ(pathOf(At("none"), At("missing/new")), At("none"));
+    EXPECT_EQ(pathOf(At("a"), At("missing/new")), At("missing/new"));
+    EXPECT_EQ(pathOf(At("a"), At("b")), At("b"));
+}
+
+TEST_F(SystemFilesTest, AFolderThatCannotBeMadeIsTheOneNamed) {
+    FailingCalls calls;
+    calls.FailEach("mkdir", ENOENT);
+    try {
+        files.MakeFolder("/kd-none");
+        ADD_FAILURE() << "nothing was made";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Path(), "/kd-none");
+    }
+    EXPECT_NE(ErrorOf([&] { files.MakeFolder(""); }), 0);
+}
+
+TEST_F(SystemFilesTest, AFolderThatCannotBeKeptIsToldWithItsReason) {
+    FailingCalls calls;
+    calls.FailEach("open", EACCES);
+    EXPECT_EQ(ErrorOf([&] { files.MakeKeptFolder(At("filled")); }), errPermissionDenied);
+}
+
 TEST_F(SystemFilesTest, NeitherALinkNorWhatAnotherProgramHasInHandCountsAsAbandoned) {
     SystemFiles other(CodePage::Of(1252));
     const auto held = other.OpenForOutput(At("held"));
     files.DeleteAbandoned(At("held"));
     Put("other", "text");
     files.DeleteAbandoned(MakeLink("link", "other"));
-    EXPECT_EQ(Names(), (std::set<Text>{"held", "link", "other"}));
+    const posix::Descriptor reader(posix::Open(MakeFifo("fifo"), O_RDONLY | O_NONBLOCK));
+    files.DeleteAbandoned(At("fifo"));
+    EXPECT_EQ(Names(), (std::set<Text>{"fifo", "held", "link", "other"}));
+}
+
+TEST_F(SystemFilesTest, ALeftoverIsDeletedWhereItsDriveIsThisMachinesAlone) {
+    SystemFiles other(CodePage::Of(1252));
+    const auto held = other.OpenForOutput(At("held"));
+    files.DeleteLeftover(At("held"));
+    files.DeleteLeftover(Put("left", "text"));
+    EXPECT_EQ(Names().count("left"), IsOfThisMachine() ? 0U : 1U);
+    EXPECT_EQ(Names().count("held"), 1U);
+}
+
+// Another program has put what it fills in its place since.
+TEST_F(SystemFilesTest, AFolderThatHasTakenTheNameOfAnAbandonedOneStays) {
+    if (!IsOfThisMachine()) {
+        GTEST_SKIP() << "on this drive nothing is known to be abandoned";
+    }
+    MakeFolderAt("archives/left");
+    FailingCalls calls;
+    calls.Before("flock", [&] {
+        ASSERT_EQ(::rename(At("archives/left").c_str(), At("archives/done").c_str()), 0);
+        MakeFolderAt("archives/left");
+        Put("archives/left/inner", "text");
+    });
+    files.DeleteAbandonedFolder(At("archives/left"));
+    EXPECT_EQ(Get(At("archives/left/inner")), "text");
 }
 
 TEST_F(SystemFilesTest, AFolderThatIsAbandonedIsRemovedAndOneThatIsBeingFilledStays) {
@@ -261,6 +348,8 @@ TEST_F(SystemFilesTest, AFolderThatIsMadeAnewIsSettledWithTheNamesOfThoseAboveIt
 TEST_F(SystemFilesTest, AFileThatIsMadeForWhatIsAddedIsSettledWithItsName) {
     FailingCalls calls;
     calls.FailEach("fstatfs", EIO);  // each name is then flushed by itself
+    int lived = 0;
+    files.Meanwhile = [&] { ++lived; };
     for (const bool isNew : {true, false}) {
         const auto before = static_cast<std::ptrdiff_t>(calls.Flushed().size());
         const auto log = files.OpenForAppend(At("a.KDL"));
@@ -270,7 +359,17 @@ TEST_F(SystemFilesTest, AFileThatIsMadeForWhatIsAddedIsSettledWithItsName) {
         const std::vector<std::string> flushed(calls.Flushed().begin() + before, calls.Flushed().end());
         EXPECT_EQ(flushed, isNew ? (std::vector<std::string>{At("a.KDL"), folder})
                                  : std::vector<std::string>{At("a.KDL")});
+        EXPECT_GE(lived, 1) << "between two flushes";
     }
+}
+
+TEST_F(SystemFilesTest, AMovedFilesNameIsLeftToSettle) {
+    FailingCalls calls;
+    calls.FailEach("fstatfs", EIO);  // each name is then flushed by itself
+    files.MoveOver(Put("a.temp", "new"), Put("a.kdt", "old"));
+    EXPECT_EQ(std::count(calls.Flushed().begin(), calls.Flushed().end(), folder), 0);
+    files.Settle();
+    EXPECT_EQ(std::count(calls.Flushed().begin(), calls.Flushed().end(), folder), 1);
 }
 #endif
 
@@ -325,6 +424,10 @@ TEST_F(SystemFilesTest, APathWithoutAFolderIsOneOfTheFolderWhereTheProgramStands
     EXPECT_EQ(files.Read("A.KDT"), "new") << "in any case";
     files.ReplaceFile("A.kdt", "newer");
     EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
+    files.MakeFolder("f/g");
+    files.ReplaceFile("f/b.kdt", "inner");
+    EXPECT_EQ(files.Read("f/B.KDT"), "inner");
+    files.RemoveFolder("f");
     const auto output = files.OpenForOutput("a.temp");
     output->Write("newest");
     output->CloseForSettling();

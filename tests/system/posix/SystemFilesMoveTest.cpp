@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cerrno>
+#include <functional>
 
 #include "system/posix/FailingCalls.h"
 #include "system/posix/SystemFilesFixture.h"
@@ -81,6 +82,22 @@ TEST_F(SystemFilesTest, ASourceThatCannotTakeTheTargetsPlaceIsCopied) {
         EXPECT_EQ(Get(target), "new");
         EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
     }
+}
+
+TEST_F(SystemFilesTest, AMoveFlushesASourceThatHasItsTargetsRightsAlready) {
+    const Text target = Put("a.kdt", "old", 0640);
+    const Text source = Put("a.temp", "new", 0640);
+    const FailingCalls calls;
+    files.MoveOver(source, target);
+    EXPECT_EQ(WritesOf(calls), (std::vector<std::string>{"fsync", "rename"}));
+}
+
+TEST_F(SystemFilesTest, AMoveOfALinkMovesWhatItLeadsTo) {
+    const Text target = Put("a.kdt", "old");
+    Put("text", "new");
+    files.MoveOver(MakeLink("a.temp", "text"), target);
+    EXPECT_FALSE(std::filesystem::is_symlink(target));
+    EXPECT_EQ(Get(target), "new");
 }
 
 TEST_F(SystemFilesTest, AMoveMakesATargetThatIsMissing) {
@@ -195,8 +212,9 @@ TEST_F(SystemFilesTest, ASourceThatMoreMayWriteThanTheTargetIsCopied) {
         mode_t target;
         bool copied;
     };
-    for (const Case& c : {Case{0600, 0644, false}, Case{0664, 0664, false}, Case{0666, 0666, false},
-                          Case{0664, 0644, true}, Case{0666, 0664, true}, Case{0622, 0644, true}}) {
+    for (const Case& c :
+         {Case{0600, 0644, false}, Case{0664, 0664, false}, Case{0666, 0666, false}, Case{0644, 0600, false},
+          Case{0644, 0640, false}, Case{0664, 0644, true}, Case{0666, 0664, true}, Case{0622, 0644, true}}) {
         SCOPED_TRACE(std::to_string(c.source) + " " + std::to_string(c.target));
         const Text target = Put("a.kdt", "old", c.target);
         const Text source = Put("a.temp", "new", c.source);
@@ -208,6 +226,20 @@ TEST_F(SystemFilesTest, ASourceThatMoreMayWriteThanTheTargetIsCopied) {
         EXPECT_EQ(Mode(target), c.target);
         EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
     }
+}
+
+TEST_F(SystemFilesTest, ASourceThatAnotherGroupMayWriteIsCopied) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "only a privileged user can give files away";
+    }
+    const Text target = Put("a.kdt", "old", 0664);
+    const Text source = Put("a.temp", "new", 0664);
+    ASSERT_EQ(::chown(source.c_str(), ::geteuid(), 4242), 0);
+    const FailingCalls calls;
+    files.MoveOver(source, target);
+    const auto order = WritesOf(calls);
+    EXPECT_NE(std::find(order.begin(), order.end(), "write"), order.end());
+    EXPECT_EQ(Get(target), "new");
 }
 
 TEST_F(SystemFilesTest, ASourceOfSomebodyElseIsCopied) {
@@ -241,15 +273,17 @@ TEST_F(SystemFilesTest, AnOutputIsNeverAFileOfSomebodyElse) {
     if (!OrdinaryUser::CanSwitch()) {
         GTEST_SKIP() << "only a privileged user can give files away";
     }
-    const Text path = Put("a.temp", "planted", 0666);
-    ASSERT_EQ(::chown(path.c_str(), OrdinaryUser::Id, OrdinaryUser::Id), 0);
-    std::ofstream planted(path, std::ios::binary | std::ios::app);
-    const auto output = files.OpenForOutput(path);
-    output->Write("text");
-    output->Close();
-    planted << "forged" << std::flush;
-    EXPECT_EQ(Get(path), "text");
-    EXPECT_EQ(Status(path).st_uid, ::geteuid());
+    for (const mode_t mode : {0666U, 0600U}) {
+        const Text path = Put("a.temp", "planted", mode);
+        ASSERT_EQ(::chown(path.c_str(), OrdinaryUser::Id, OrdinaryUser::Id), 0);
+        std::ofstream planted(path, std::ios::binary | std::ios::app);
+        const auto output = files.OpenForOutput(path);
+        output->Write("text");
+        output->Close();
+        planted << "forged" << std::flush;
+        EXPECT_EQ(Get(path), "text");
+        EXPECT_EQ(Status(path).st_uid, ::geteuid());
+    }
 }
 
 TEST_F(SystemFilesTest, OnlyAnOutputThatReplacesSomethingIsCut) {
@@ -307,6 +341,8 @@ TEST_F(SystemFilesTest, ASettledFileTakesItsPlaceWithNoFlushOfItsOwnWhateverTheU
             const FailingCalls calls;
             EXPECT_TRUE(files.MoveSettled(At("a.temp"), target, seen));
             EXPECT_EQ(WritesOf(calls), std::vector<std::string>{"rename"});
+            EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fchmod"), 0)
+                << "it has the rights since before it was settled";
             EXPECT_EQ(Get(target), "new");
             EXPECT_EQ(Mode(target), mode);
             EXPECT_EQ(Status(target).st_gid, group);
@@ -327,6 +363,59 @@ TEST_F(SystemFilesTest, ASettledFileWhoseTargetHasGotOtherRightsSinceTakesThemAn
     EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fsync"), 1);
     EXPECT_EQ(Get(target), "new");
     EXPECT_EQ(Mode(target), 0660U);
+}
+
+// Where its name cannot be kept for the flush, a text stays where it is.
+TEST_F(SystemFilesTest, ASettledTextWhoseNewNameCannotBeNotedIsNotWrittenOverItsTarget) {
+    const Text target = At("a.kdt");
+    int refused = 0;
+    for (int failAt = 1; failAt < 30; ++failAt) {
+        Put("a.kdt", "old");
+        Put("a.temp", "new", 0600);
+        std::filesystem::remove(At("second name"));
+        std::filesystem::create_hard_link(target, At("second name"));
+        const FileState seen = posix::StateOf(Status(target));
+        try {
+            FailingCalls calls(failAt, EIO);
+            calls.FailEach("fstatfs", EIO);  // the name is then flushed by itself
+            (void)files.MoveSettled(At("a.temp"), target, seen);
+        } catch (const cError& error) {
+            if (error.Source() == "SystemFiles.Settle") {
+                ++refused;
+                EXPECT_EQ(Get(target), "old");
+                EXPECT_EQ(Get(At("a.temp")), "new");
+            }
+        }
+        (void)ErrorOf([&] { files.Settle(); });
+    }
+    EXPECT_GE(refused, 1);
+}
+
+TEST_F(SystemFilesTest, ASettledFileOfAnotherOwnerOrGroupOrWithAnotherNameTakesNoPlaceAsItIs) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "only a privileged user can give files away";
+    }
+    struct Case {
+        const char* label;
+        std::function<void(const Text& source)> change;
+    };
+    const Case cases[] = {
+        {"owner", [](const Text& source) { ASSERT_EQ(::chown(source.c_str(), OrdinaryUser::Id, 0), 0); }},
+        {"group", [](const Text& source) { ASSERT_EQ(::chown(source.c_str(), 0, OrdinaryUser::Id), 0); }},
+        {"name", [&](const Text& source) { std::filesystem::create_hard_link(source, At("other")); }}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.label);
+        const Text target = Put("a.kdt", "old", 0600);
+        ASSERT_EQ(::chown(target.c_str(), 0, 0), 0);
+        const Text source = Put("a.temp", "new", 0600);
+        ASSERT_EQ(::chown(source.c_str(), 0, 0), 0);
+        c.change(source);
+        EXPECT_TRUE(files.MoveSettled(source, target, posix::StateOf(Status(target))));
+        EXPECT_EQ(Get(target), "new");
+        EXPECT_EQ(Status(target).st_uid, 0U);
+        EXPECT_EQ(Status(target).st_gid, 0U);
+        EXPECT_EQ(Status(target).st_nlink, 1U);
+    }
 }
 
 TEST_F(SystemFilesTest, ASettledFileIsNotPutInThePlaceOfALinkOrOfAFileWithSeveralNames) {

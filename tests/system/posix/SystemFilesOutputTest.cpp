@@ -1,32 +1,14 @@
-#include <grp.h>
-#include <sys/resource.h>
+#include <fcntl.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
-#include <vector>
 
-#include "base/Scope.h"
 #include "system/posix/FailingCalls.h"
 #include "system/posix/SystemFilesFixture.h"
 
 namespace kd {
 namespace {
-
-/// Files grow to that size and no further, for the length of a scope.
-class SizeLimit {
-public:
-    explicit SizeLimit(rlim_t bytes) {
-        EXPECT_EQ(::getrlimit(RLIMIT_FSIZE, &m_before), 0);
-        rlimit limit = m_before;
-        limit.rlim_cur = bytes;
-        EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-    }
-    ~SizeLimit() { EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &m_before), 0); }
-    SizeLimit(const SizeLimit&) = delete;
-    SizeLimit& operator=(const SizeLimit&) = delete;
-
-private:
-    rlimit m_before{};
-};
 
 TEST_F(SystemFilesTest, AppendMakesAFileWithTheUsersMode) {
     const mode_t mask = ::umask(027);
@@ -42,6 +24,32 @@ TEST_F(SystemFilesTest, OutputIsTheUsersAloneUntilItIsToldWhatItIsFor) {
     EXPECT_EQ(output->TakeRightsOf(At("a.kdt")), FileState()) << "which is not there";
     (void)::umask(mask);
     EXPECT_EQ(Mode(At("a.temp")), 0664U);
+}
+
+TEST_F(SystemFilesTest, OutputForAFileThatCannotBeReachedStaysTheUsersAlone) {
+    Put("plain", "");
+    MakeLink("loop", "loop");
+    for (const char* const target : {"plain/a.kdt", "loop"}) {
+        const auto output = files.OpenForOutput(At("a.temp"));
+        EXPECT_EQ(output->TakeRightsOf(At(target)), FileState());
+        EXPECT_EQ(Mode(At("a.temp")), 0600U) << target;
+    }
+}
+
+TEST_F(SystemFilesTest, OutputGetsEveryModeOfItsFileAndOfALinksTargetNoOwner) {
+    for (const mode_t mode : {0600U, 0640U, 0755U, 0606U}) {
+        const Text path = Put("a.kdt", "old", mode);
+        const auto output = files.OpenForOutput(At("a.temp"));
+        (void)output->TakeRightsOf(path);
+        EXPECT_EQ(Mode(At("a.temp")), mode);
+        ASSERT_EQ(::unlink(At("a.temp").c_str()), 0);
+    }
+    if (OrdinaryUser::CanSwitch()) {
+        ASSERT_EQ(::chown(At("a.kdt").c_str(), OrdinaryUser::Id, OrdinaryUser::Id), 0);
+        const auto output = files.OpenForOutput(At("a.temp"));
+        (void)output->TakeRightsOf(MakeLink("link", "a.kdt"));
+        EXPECT_EQ(Status(At("a.temp")).st_uid, ::geteuid()) << "it stays his who has made it";
+    }
 }
 
 // Who waits for a file must be able to see that it is kept, but nobody sees more than in the file that it is
@@ -70,18 +78,20 @@ TEST_F(SystemFilesTest, OutputForAFileOfAnotherGroupIsNotForTheUsersOwn) {
         GTEST_SKIP() << "only a privileged user can give files away";
     }
     ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
-    constexpr gid_t OfNobodyHere = 4321;
+    const FurtherGroups none({});
     const mode_t mask = ::umask(022);
-    for (const auto& [target, expected] : {std::pair{0664U, 0644U}, std::pair{0660U, 0600U},
-                                           std::pair{0606U, 0600U}, std::pair{0666U, 0666U}}) {
-        SCOPED_TRACE(target);
-        const Text path = Put("a.kdt", "of somebody else", target);
-        ASSERT_EQ(::chown(path.c_str(), 0, OfNobodyHere), 0);
-        const OrdinaryUser user;
-        const auto output = files.OpenForOutput(At("a.temp"));
-        EXPECT_TRUE(output->TakeRightsOf(At("a.kdt")).file.IsKnown());
-        EXPECT_EQ(Mode(At("a.temp")), expected);
-        ASSERT_EQ(::unlink(At("a.temp").c_str()), 0);
+    for (const gid_t group : {4321U, 0U}) {
+        for (const auto& [target, expected] : {std::pair{0664U, 0644U}, std::pair{0660U, 0600U},
+                                               std::pair{0606U, 0600U}, std::pair{0666U, 0666U}}) {
+            SCOPED_TRACE(std::to_string(target) + " of group " + std::to_string(group));
+            const Text path = Put("a.kdt", "of somebody else", target);
+            ASSERT_EQ(::chown(path.c_str(), 0, group), 0);
+            const OrdinaryUser user;
+            const auto output = files.OpenForOutput(At("a.temp"));
+            EXPECT_TRUE(output->TakeRightsOf(At("a.kdt")).file.IsKnown());
+            EXPECT_EQ(Mode(At("a.temp")), expected);
+            ASSERT_EQ(::unlink(At("a.temp").c_str()), 0);
+        }
     }
     (void)::umask(mask);
 }
@@ -95,10 +105,7 @@ TEST_F(SystemFilesTest, OutputForAFileOfAGroupOfTheUsersIsThatGroupsToo) {
     const Text path = Put("a.kdt", "of somebody else", 0660);
     constexpr gid_t Shared = 4321;
     ASSERT_EQ(::chown(path.c_str(), 0, Shared), 0);
-    std::vector<gid_t> before(static_cast<std::size_t>(::getgroups(0, nullptr)));
-    ASSERT_GE(::getgroups(static_cast<int>(before.size()), before.data()), 0);
-    const Scope restored([&] { EXPECT_EQ(::setgroups(before.size(), before.data()), 0); });
-    ASSERT_EQ(::setgroups(1, &Shared), 0);
+    const FurtherGroups shared({Shared});
     const OrdinaryUser user;
     const auto output = files.OpenForOutput(At("a.temp"));
     EXPECT_EQ(Status(At("a.temp")).st_gid, OrdinaryUser::Id);
@@ -108,11 +115,11 @@ TEST_F(SystemFilesTest, OutputForAFileOfAGroupOfTheUsersIsThatGroupsToo) {
 }
 
 TEST_F(SystemFilesTest, OutputThatOthersCouldOpenBeforeIsMadeAnew) {
-    for (const mode_t mode : {0664U, 0644U, 0604U}) {
+    for (const mode_t mode : {0664U, 0644U, 0640U, 0620U, 0604U, 0602U}) {
         SCOPED_TRACE(mode);
         const Text path = Put("a.temp", "left behind", mode);
         std::ifstream opened(path, std::ios::binary);
-        const auto output = files.OpenForOutput(path);
+        const auto output = files.OpenForOutput(path, Patience::None);
         output->Write("for the user alone");
         EXPECT_EQ(Mode(path), 0600U);
         EXPECT_EQ(std::string(std::istreambuf_iterator<char>(opened), {}), "left behind");
@@ -136,6 +143,18 @@ TEST_F(SystemFilesTest, OutputThatAnotherTakesAwayWhileItIsOpenedIsMade) {
     EXPECT_EQ(ErrorOf([&] { files.OpenForOutput(path)->Write("ours"); }), 0);
     EXPECT_EQ(Get(At("a.kdt")), "another's");
     EXPECT_EQ(Get(path), "ours");
+    calls.Before("flock", [&] { ASSERT_EQ(::rename(path.c_str(), At("b.kdt").c_str()), 0); });
+    EXPECT_EQ(ErrorOf([&] { files.OpenForOutput(path)->Write("new"); }), 0);
+    EXPECT_EQ(Get(At("b.kdt")), "ours") << "also when it is open already";
+    EXPECT_EQ(Get(path), "new");
+}
+
+TEST_F(SystemFilesTest, OutputThatIsMadeWhereADriveTellsAnotherModeIsNotMadeTwice) {
+    FailingCalls calls;
+    calls.Before("flock", [&] { ASSERT_EQ(::chmod(At("a.temp").c_str(), 0755), 0); });
+    files.OpenForOutput(At("a.temp"))->Write("text");
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "unlink"), 0);
+    EXPECT_EQ(Get(At("a.temp")), "text");
 }
 
 TEST_F(SystemFilesTest, WhatHasTakenItsPlaceAndMadeRoomForAnotherIsNotAbandoned) {
@@ -181,6 +200,38 @@ TEST_F(SystemFilesTest, OutputNeverReachesAnotherNameOfTheSameFile) {
     files.OpenForOutput(At("a.temp"))->Write("new");
     EXPECT_EQ(Get(other), "of somebody else");
     EXPECT_EQ(Get(At("a.temp")), "new");
+    FailingCalls calls;
+    calls.Before("flock", [&] { std::filesystem::create_hard_link(At("b.temp"), At("given since")); });
+    files.OpenForOutput(At("b.temp"))->Write("new");
+    EXPECT_EQ(Get(At("given since")), "");
+    EXPECT_EQ(Get(At("b.temp")), "new");
+}
+
+TEST_F(SystemFilesTest, OutputThatMustStayAndGetsAnotherNameMeanwhileIsRefused) {
+    const Text path = Put("a.temp", "left behind", 0644);
+    FailingCalls calls;
+    calls.FailEach("unlink", EACCES);
+    calls.Before("unlink", [&] { std::filesystem::create_hard_link(path, At("other name")); });
+    try {
+        (void)files.OpenForOutput(path);
+        ADD_FAILURE() << "another name of it would be written over";
+    } catch (const cError& error) {
+        EXPECT_EQ(error.Number(), errPermissionDenied);
+        EXPECT_EQ(error.Source(), "SystemFiles.OpenForOutput");
+    }
+    EXPECT_EQ(Get(At("other name")), "left behind");
+}
+
+TEST_F(SystemFilesTest, OutputOfSomebodyElseThatCannotGoIsRefused) {
+    if (!OrdinaryUser::CanSwitch()) {
+        GTEST_SKIP() << "only a privileged user can give files away";
+    }
+    const Text path = Put("a.temp", "left behind", 0644);
+    ASSERT_EQ(::chown(path.c_str(), OrdinaryUser::Id, OrdinaryUser::Id), 0);
+    FailingCalls calls;
+    calls.FailEach("unlink", EACCES);
+    EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(path); }), errPermissionDenied);
+    EXPECT_EQ(Get(path), "left behind");
 }
 
 TEST_F(SystemFilesTest, OutputRefusesDevicesAndNamesTooLong) {
@@ -213,14 +264,16 @@ TEST_F(SystemFilesTest, OutputWhoseOldFileHasAnotherNameAndCannotGoIsRefused) {
     const Text path = Put("a.temp", "of another", 0600);
     std::filesystem::create_hard_link(path, At("other name"));
     FailingCalls calls;
-    calls.FailEach("unlink", EACCES);
-    try {
-        (void)files.OpenForOutput(path);
-        ADD_FAILURE() << "another name of it would be written over";
-    } catch (const cError& error) {
-        EXPECT_EQ(error.Number(), errPermissionDenied);
-        EXPECT_EQ(error.Source(), "SystemFiles.OpenForOutput");
-        EXPECT_EQ(error.Path(), path);
+    for (const auto& [code, number] : {std::pair{EACCES, errPermissionDenied}, std::pair{EIO, errDevice}}) {
+        calls.FailEach("unlink", code);
+        try {
+            (void)files.OpenForOutput(path);
+            ADD_FAILURE() << "another name of it would be written over";
+        } catch (const cError& error) {
+            EXPECT_EQ(error.Number(), number);
+            EXPECT_EQ(error.Source(), "SystemFiles.OpenForOutput");
+            EXPECT_EQ(error.Path(), path);
+        }
     }
     EXPECT_EQ(Get(At("other name")), "of another");
 }
@@ -229,6 +282,12 @@ TEST_F(SystemFilesTest, OutputThatAnotherHasInHandIsWaitedForAsLongAsASaveTakes)
     SystemFiles other(CodePage::Of(1252));
     const auto held = other.OpenForOutput(At("a.temp"));
     held->Write("another's");
+    static int lived;
+    lived = 0;
+    files.Meanwhile = [] { ++lived; };
+    waiting::Pause = [](std::uint32_t) {
+        EXPECT_EQ(lived, ++pauses) << "the caller lives before each pause";
+    };
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp")); }), errFileAlreadyOpen);
     EXPECT_EQ(pauses, waiting::PausesForASave);
     EXPECT_EQ(ErrorOf([&] { (void)files.OpenForOutput(At("a.temp"), Patience::None); }), errFileAlreadyOpen);
@@ -307,13 +366,25 @@ TEST_F(SystemFilesTest, OutputThatIsLetGoCanBeDeletedAlsoWhereThereAreNoLocksBut
         }
     }
     std::ofstream(At("written since"), std::ios::app) << "more";
+    const std::array<timespec, 2> times{Status(At("own")).st_atim, Status(At("own")).st_mtim};
     for (const Text& name : Names()) {
         files.DeleteAbandoned(At(name));
     }
     EXPECT_EQ(Names(), (std::set<Text>{"of another", "written since", "in hand"}));
-    (void)Put("own", "");  // of whoever; it may be given the same identity
-    files.DeleteAbandoned(At("own"));
-    EXPECT_TRUE(std::filesystem::exists(At("own")));
+    for (const char* const text : {"", "text"}) {
+        (void)Put("own", text);  // of whoever; it may be given the same identity, and a clock may stand
+        ASSERT_EQ(::utimensat(AT_FDCWD, At("own").c_str(), times.data(), 0), 0);
+        files.DeleteAbandoned(At("own"));
+        EXPECT_TRUE(std::filesystem::exists(At("own")));
+    }
+}
+
+TEST_F(SystemFilesTest, OutputThatIsLetGoAndThatAnotherProgramKeepsSinceIsNotDeletedAsAbandoned) {
+    SystemFiles other(CodePage::Of(1252));
+    files.OpenForOutput(At("a.temp"))->Unlock();
+    const auto held = other.OpenForOutput(At("a.temp"));
+    files.DeleteAbandoned(At("a.temp"));
+    EXPECT_EQ(Names(), std::set<Text>{"a.temp"});
 }
 
 TEST_F(SystemFilesTest, AppendAddsAtTheEnd) {
@@ -332,49 +403,6 @@ TEST_F(SystemFilesTest, AppendFollowsALink) {
     files.OpenForAppend(MakeLink("b.KDL", "a.KDL"))->Write("new");
     EXPECT_EQ(Get(At("a.KDL")), "old,new");
     EXPECT_TRUE(std::filesystem::is_symlink(At("b.KDL")));
-}
-
-TEST_F(SystemFilesTest, AFileBeyondTheLimitIsAFullDisk) {
-    const auto file = files.OpenForOutput(At("a.temp"));
-    const SizeLimit limit(100);
-    file->Write(std::string(60, 'x'));
-    EXPECT_EQ(ErrorOf([&] { file->Write(std::string(60, 'y')); }), errDiskFull);
-    file->Close();
-}
-
-TEST_F(SystemFilesTest, ARecordThatDoesNotFitLeavesNoHalf) {
-    const Text path = Put("a.KDL", std::string(60, 'x'));
-    {
-        const SizeLimit limit(100);
-        const auto file = files.OpenForAppend(path);
-        EXPECT_EQ(ErrorOf([&] { file->Write(std::string(60, 'y')); }), errDiskFull);
-        file->Close();
-    }
-    EXPECT_EQ(Get(path), std::string(60, 'x'));
-}
-
-TEST_F(SystemFilesTest, ReplaceBeyondTheLimitLeavesTheOldFile) {
-    const Text path = Put("a.kdt", "old");
-    const SizeLimit limit(100);
-    EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, std::string(200, 'x')); }), errDiskFull);
-    EXPECT_EQ(Get(path), "old");
-    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
-}
-
-TEST_F(SystemFilesTest, ReplaceInPlaceBeyondTheLimitLeavesTheOldFile) {
-    const Text path = Put("a.kdt", "old");
-    std::filesystem::create_hard_link(path, At("b.kdt"));
-    const SizeLimit limit(100);
-    EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, std::string(200, 'x')); }), errDiskFull);
-    EXPECT_EQ(Get(path), "old");
-    EXPECT_EQ(Names(), (std::set<Text>{"a.kdt", "b.kdt"}));
-}
-
-TEST_F(SystemFilesTest, ArchiveCopyBeyondTheLimitLeavesNone) {
-    const Text path = Put("a.kdt", std::string(200, 'x'));
-    const SizeLimit limit(100);
-    EXPECT_EQ(ErrorOf([&] { files.CopyForArchive(path, At("copy")); }), errDiskFull);
-    EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
 }
 
 TEST_F(SystemFilesTest, DeleteOfALinkLeavesWhatItLeadsTo) {

@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <sys/inotify.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -12,17 +11,6 @@
 
 namespace kd {
 namespace {
-
-TEST_F(SystemFilesTest, ReadWorksWhereStandardInputIsClosed) {
-    const Text path = Put("a.kdt", "one");
-    const int kept = ::dup(STDIN_FILENO);  // the next file to be opened gets its number
-    ASSERT_EQ(::close(STDIN_FILENO), 0);
-    const int error = ErrorOf([&] { EXPECT_EQ(files.Read(path), "one"); });
-    EXPECT_EQ(::fcntl(STDIN_FILENO, F_GETFD), -1) << "the file has been closed";
-    ASSERT_EQ(::dup2(kept, STDIN_FILENO), STDIN_FILENO);
-    ASSERT_EQ(::close(kept), 0);
-    EXPECT_EQ(error, 0);
-}
 
 TEST_F(SystemFilesTest, ReadTakesFilesThatTellNoSize) {
     EXPECT_FALSE(files.Read("/proc/self/status").empty());
@@ -124,13 +112,21 @@ TEST_F(SystemFilesTest, TheExactNameGoesBeforeOneInAnotherCase) {
     Put("plant.kdt", "lower");
     EXPECT_EQ(files.Read(At("plant.kdt")), "lower");
     EXPECT_EQ(files.Read(At("PLANT.kdt")), "upper");
+    ASSERT_EQ(::unlink(At("plant.kdt").c_str()), 0);
+    EXPECT_EQ(ErrorOf([&] { (void)files.Read(MakeLink("plant.kdt", "nowhere")); }), errFileNotFound)
+        << "also where it leads to nothing";
 }
 
 TEST_F(SystemFilesTest, OfSeveralNamesInAnotherCaseTheFirstInOrderIsMeant) {
-    Put("plant.KDT", "lower");
-    Put("PLANT.kdt", "upper");
-    Put("Plant.kdt", "mixed");
-    EXPECT_EQ(files.Read(At("plant.kdt")), "upper");
+    // A folder lists its names in an order of its own.
+    for (const char letter : {'p', 'q', 'r', 's', 't', 'u', 'v', 'w'}) {
+        const Text small(1, letter);
+        const Text capital(1, static_cast<char>(letter - 'a' + 'A'));
+        Put(small + "lant.KDT", "lower");
+        Put(capital + "LANT.kdt", "upper");
+        Put(capital + "lant.kdt", "mixed");
+        EXPECT_EQ(files.Read(At(small + "lant.kdt")), "upper");
+    }
 }
 
 TEST_F(SystemFilesTest, NamesThatAreNoTextDoNotDisturbTheSearch) {
@@ -176,6 +172,9 @@ TEST_F(SystemFilesTest, NothingIsLeftOpenAfterSuccessAndFailure) {
     (void)ErrorOf([&] { (void)files.FolderEntries(linked); });
     (void)ErrorOf([&] { files.CopyForArchive(linked, At("new")); });
     (void)ErrorOf([&] { files.OpenForOutput(At("never closed"))->Write("x"); });
+    files.MakeKeptFolder(At("kept/filled"));
+    files.RemoveFolder(At("kept"));
+    files.Settle();
     EXPECT_EQ(openNow(), before);
 }
 

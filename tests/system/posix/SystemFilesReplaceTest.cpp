@@ -11,7 +11,7 @@ namespace {
 TEST_F(SystemFilesTest, CopyMakesAFileThatIsMissing) {
     const mode_t mask = ::umask(022);
     files.CopyFile(Put("a.temp", "new", 0600), At("a.kdt"));
-    (void)::umask(mask);
+    EXPECT_EQ(::umask(mask), 022U) << "the user's mask is left as it was";
     EXPECT_EQ(Get(At("a.kdt")), "new");
     EXPECT_EQ(Mode(At("a.kdt")), 0644U);
     EXPECT_EQ(Names(), (std::set<Text>{"a.temp", "a.kdt"}));
@@ -46,6 +46,34 @@ TEST_F(SystemFilesTest, ANewTextThatIsTakenAwayBeforeItIsKeptIsWrittenAnew) {
     EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
 }
 
+// Who has it in hand takes it for one that was left behind, and is about to delete it.
+TEST_F(SystemFilesTest, ANewTextThatAnotherProgramHasInHandIsWrittenAnew) {
+    const Text path = Put("a.kdt", "old");
+    posix::Descriptor taken;
+    FailingCalls calls;
+    calls.Before("flock", [&] {
+        for (const Text& name : Names()) {
+            if (name.starts_with(".kdsave-")) {
+                taken = posix::Descriptor(posix::Open(At(name), O_RDWR));
+                EXPECT_TRUE(posix::Keep(taken.Get()));
+            }
+        }
+    });
+    files.ReplaceFile(path, "new");
+    EXPECT_EQ(Get(path), "new");
+    struct stat status {};
+    EXPECT_TRUE(taken.IsOpen());
+    EXPECT_FALSE(posix::IsStillThere(taken.Get(), path, status));
+}
+
+TEST_F(SystemFilesTest, ANewTextThatOtherProgramsAlwaysHaveInHandIsWrittenAllTheSame) {
+    const Text path = Put("a.kdt", "old");
+    FailingCalls calls;
+    calls.FailEach("flock", EWOULDBLOCK);
+    files.ReplaceFile(path, "new");
+    EXPECT_EQ(Get(path), "new");
+}
+
 TEST_F(SystemFilesTest, ReplaceKeepsEveryMode) {
     for (const mode_t mode : {0600U, 0640U, 0644U, 0664U, 0666U, 0755U, 0200U, 0020U}) {
         const Text path = Put("a.kdt", "old", mode);
@@ -63,12 +91,29 @@ TEST_F(SystemFilesTest, ReplaceKeepsTheOwner) {
     if (!OrdinaryUser::CanSwitch()) {
         GTEST_SKIP() << "only a privileged user can give files away";
     }
+    for (const auto& [owner, group] :
+         {std::pair{1234U, 4321U}, std::pair{1234U, ::getegid()}, std::pair{::geteuid(), 4321U}}) {
+        const Text path = Put("a.kdt", "old", 0640);
+        ASSERT_EQ(::chown(path.c_str(), owner, group), 0);
+        const auto before = Status(path);
+        files.ReplaceFile(path, "new");
+        EXPECT_EQ(Get(path), "new");
+        EXPECT_NE(Status(path).st_ino, before.st_ino) << "it has been written over";
+        EXPECT_EQ(Status(path).st_uid, owner);
+        EXPECT_EQ(Status(path).st_gid, group);
+        EXPECT_EQ(Mode(path), 0640U);
+    }
+}
+
+TEST_F(SystemFilesTest, AFileOfTheUsersOwnIsReplacedWholeWhereADriveGivesNoFileAway) {
     const Text path = Put("a.kdt", "old", 0640);
-    ASSERT_EQ(::chown(path.c_str(), 1234, 4321), 0);
+    ASSERT_EQ(::chown(path.c_str(), ::geteuid(), ::getegid()), 0);
+    const auto before = Status(path);
+    FailingCalls calls;
+    calls.FailEach("fchown", EPERM);
     files.ReplaceFile(path, "new");
     EXPECT_EQ(Get(path), "new");
-    EXPECT_EQ(Status(path).st_uid, 1234U);
-    EXPECT_EQ(Status(path).st_gid, 4321U);
+    EXPECT_NE(Status(path).st_ino, before.st_ino);
     EXPECT_EQ(Mode(path), 0640U);
 }
 
@@ -84,6 +129,11 @@ TEST_F(SystemFilesTest, AFileWhoseOwnerCannotBeKeptIsWrittenInPlace) {
         files.ReplaceFile(path, "new and longer");
         EXPECT_EQ(Names(), std::set<Text>{"a.kdt"});
         files.ReplaceFile(path, "new");
+        FailingCalls calls;
+        calls.FailEach("write", ENOSPC);
+        EXPECT_EQ(ErrorOf([&] { files.ReplaceFile(path, "newer"); }), errDiskFull);
+        EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "write"), 1)
+            << "what the disk has no room for is not tried in place";
     }
     EXPECT_EQ(Get(path), "new");
     EXPECT_EQ(Status(path).st_ino, before.st_ino);
@@ -130,6 +180,14 @@ TEST_F(SystemFilesTest, AFileThatIsMissingInAFolderThatCannotBeListedIsMade) {
     EXPECT_EQ(Get(At("replaced")), "new");
     EXPECT_EQ(Get(At("appended")), "new");
     EXPECT_EQ(ErrorOf([&] { files.DeleteFile(At("missing")); }), errFileNotFound);
+}
+
+TEST_F(SystemFilesTest, AFileWhoseFolderDoesNotTellWhomItLetsInIsTheUsersAlone) {
+    FailingCalls calls;
+    calls.FailEach("getxattr", EIO);
+    files.ReplaceFile(At("a.kdt"), "new");
+    EXPECT_EQ(Get(At("a.kdt")), "new");
+    EXPECT_EQ(Mode(At("a.kdt")), 0600U);
 }
 
 TEST_F(SystemFilesTest, ASymbolicLinkStaysOneAndItsFinalTargetIsReplaced) {
@@ -225,8 +283,19 @@ TEST_F(SystemFilesTest, AFileThatItsOwnerMayNotWriteIsRefusedThoughOthersMay) {
 
 TEST_F(SystemFilesTest, TheLongestNameCanBeReplaced) {
     const Text path = Put(Text(255, 'a'), "old");
+    const auto before = Status(path);
+    std::set<Text> names;
+    FailingCalls calls;
+    calls.Before("write", [&] {
+        names = Names();
+        for (const Text& name : names) {
+            EXPECT_EQ(Mode(At(name)), At(name) == path ? 0644U : 0600U);
+        }
+    });
     files.ReplaceFile(path, "new");
     EXPECT_EQ(Get(path), "new");
+    EXPECT_NE(Status(path).st_ino, before.st_ino) << "it has been written over";
+    EXPECT_EQ(names.size(), 2U) << "the new one is made beside it";
     EXPECT_EQ(Names(), std::set<Text>{Text(255, 'a')});
 }
 

@@ -1,8 +1,9 @@
 #include <sys/xattr.h>
 
 #include <algorithm>
-#include <array>
+#include <cerrno>
 #include <cstring>
+#include <vector>
 
 #include "system/posix/FailingCalls.h"
 #include "system/posix/SystemFilesFixture.h"
@@ -13,25 +14,35 @@ namespace {
 constexpr const char* AccessListName = "system.posix_acl_access";
 constexpr const char* ListOfNewFiles = "system.posix_acl_default";
 
+struct Entry {
+    std::uint16_t tag;
+    std::uint16_t rights;
+    std::uint32_t id;
+};
+
+std::string ListWith(const std::vector<Entry>& entries) {
+    std::string list(4 + entries.size() * sizeof(Entry), '\0');
+    const std::uint32_t version = 2;
+    std::memcpy(list.data(), &version, 4);
+    std::memcpy(list.data() + 4, entries.data(), entries.size() * sizeof(Entry));
+    return list;
+}
+
+constexpr std::uint32_t None = 0xFFFFFFFFU;
+
 /// A list of access rights: those of its owner, of user 1234, of its group and of all others, and the mask.
 std::string AccessList(std::uint16_t owner, std::uint16_t named, std::uint16_t group, std::uint16_t mask,
                        std::uint16_t others) {
-    struct Entry {
-        std::uint16_t tag;
-        std::uint16_t rights;
-        std::uint32_t id;
-    };
-    constexpr std::uint32_t None = 0xFFFFFFFFU;
-    const std::array<Entry, 5> entries{{{0x01, owner, None},
-                                        {0x02, named, 1234},
-                                        {0x04, group, None},
-                                        {0x10, mask, None},
-                                        {0x20, others, None}}};
-    std::string list(4 + sizeof entries, '\0');
-    const std::uint32_t version = 2;
-    std::memcpy(list.data(), &version, 4);
-    std::memcpy(list.data() + 4, entries.data(), sizeof entries);
-    return list;
+    return ListWith({{0x01, owner, None},
+                     {0x02, named, 1234},
+                     {0x04, group, None},
+                     {0x10, mask, None},
+                     {0x20, others, None}});
+}
+
+/// Those of the owner, of the group and of all others alone.
+std::string ShortAccessList(std::uint16_t owner, std::uint16_t group, std::uint16_t others) {
+    return ListWith({{0x01, owner, None}, {0x04, group, None}, {0x20, others, None}});
 }
 
 std::string ListOf(const Text& path) {
@@ -89,6 +100,7 @@ TEST_F(SystemFilesTest, OutputForAFileOfSomebodyElseWithAListOfAccessRightsLetsI
         std::string text;
     };
     for (const Case& c : {Case{AccessList(6, 6, 4, 6, 4), AccessList(6, 6, 0, 6, 4)},
+                          Case{AccessList(6, 6, 5, 6, 4), AccessList(6, 6, 0, 6, 4)},
                           Case{AccessList(6, 6, 0, 6, 6), AccessList(6, 6, 0, 6, 0)},
                           Case{AccessList(6, 6, 6, 4, 6), AccessList(6, 6, 0, 4, 4)}}) {
         const Text path = Put("a.kdt", "of somebody else");
@@ -121,6 +133,69 @@ TEST_F(SystemFilesTest, AFileThatIsNewGetsWhatItsFolderGivesNewFilesWhateverTheU
     }
 }
 
+// The shortest of lists, which says no more than a mode.
+TEST_F(SystemFilesTest, AFileThatIsNewIsNotForRunningWhereItsFoldersListHasNoMask) {
+    const std::string list = ShortAccessList(7, 7, 5);
+    if (::setxattr(folder.c_str(), ListOfNewFiles, list.data(), list.size(), 0) != 0) {
+        GTEST_SKIP() << "this file system keeps no such lists";
+    }
+    files.ReplaceFile(At("new"), "text");
+    EXPECT_EQ(Mode(At("new")), 0664U);
+    EXPECT_EQ(ListOf(At("new")), "");
+}
+
+TEST_F(SystemFilesTest, ASettledFileWhoseTargetHasGotAListOfAccessRightsSinceTakesIt) {
+    const Text target = Put("a.kdt", "old", 0640);
+    const auto text = files.OpenForOutput(At("a.temp"));
+    text->Write("new");
+    const FileState seen = text->TakeRightsOf(target);
+    text->CloseForSettling();
+    files.Settle();
+    const std::string list = AccessList(6, 4, 0, 4, 0);
+    if (::setxattr(target.c_str(), AccessListName, list.data(), list.size(), 0) != 0) {
+        GTEST_SKIP() << "this file system keeps no such lists";
+    }
+    ASSERT_EQ(Mode(target), 0640U) << "by its mode it is the same";
+    EXPECT_TRUE(files.MoveSettled(At("a.temp"), target, seen));
+    EXPECT_EQ(Get(target), "new");
+    EXPECT_EQ(ListOf(target), list);
+}
+
+// What the mode says of the group is then the most that the list gives anybody.
+TEST_F(SystemFilesTest, AnArchiveCopyOfAFileWithAListGivesItsGroupNoMoreThanOthers) {
+    const Text source = Put("a.kdt", "limits");
+    const std::string list = AccessList(6, 6, 0, 6, 4);
+    if (::setxattr(source.c_str(), AccessListName, list.data(), list.size(), 0) != 0) {
+        GTEST_SKIP() << "this file system keeps no such lists";
+    }
+    ASSERT_EQ(Mode(source), 0664U);
+    files.CopyForArchive(source, At("copy"));
+    EXPECT_EQ(Mode(At("copy")), 0644U);
+    EXPECT_EQ(ListOf(At("copy")), "");
+}
+
+TEST_F(SystemFilesTest, OutputForALinkWhoseTargetDoesNotTellItsListOrThatKeepsOneOfItsFolderStaysTheUsers) {
+    (void)Put("a.kdt", "old", 0664);
+    const Text link = MakeLink("link", "a.kdt");
+    for (const char* const call : {"getxattr", "fremovexattr"}) {
+        const auto output = files.OpenForOutput(At("a.temp"));
+        FailingCalls calls;
+        calls.FailEach(call, EIO);
+        EXPECT_TRUE(output->TakeRightsOf(link).file.IsKnown());
+        EXPECT_EQ(Mode(At("a.temp")), 0600U) << call;
+    }
+}
+
+TEST_F(SystemFilesTest, OutputForALinkGetsItsTargetsModeWhereADriveGivesNoFileAway) {
+    const Text target = Put("a.kdt", "old", 0640);
+    ASSERT_EQ(::chown(target.c_str(), ::geteuid(), ::getegid()), 0);
+    const auto output = files.OpenForOutput(At("a.temp"));
+    FailingCalls calls;
+    calls.FailEach("fchown", EPERM);
+    EXPECT_TRUE(output->TakeRightsOf(MakeLink("link", "a.kdt")).file.IsKnown());
+    EXPECT_EQ(Mode(At("a.temp")), 0640U);
+}
+
 TEST_F(SystemFilesTest, AnOutputWhoseListOfAccessRightsCannotBeAskedDoesNotCountAsLikeItsTarget) {
     const Text target = Put("a.kdt", "old", 0640);
     const auto text = files.OpenForOutput(At("a.temp"));
@@ -133,6 +208,13 @@ TEST_F(SystemFilesTest, AnOutputWhoseListOfAccessRightsCannotBeAskedDoesNotCount
     EXPECT_TRUE(files.MoveSettled(At("a.temp"), target, seen));
     EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "write"), 1);
     EXPECT_EQ(Get(target), "new");
+    const auto flushes = [&] {
+        return std::count_if(calls.Calls().begin(), calls.Calls().end(),
+                             [](const auto& call) { return call == "fsync" || call == "syncfs"; });
+    };
+    const auto before = flushes();
+    files.Settle();
+    EXPECT_GT(flushes(), before) << "of the name that it has got";
 }
 
 TEST_F(SystemFilesTest, OutputThatGetsTheModeOfAFileKeepsNoListOfTheFolder) {
@@ -175,6 +257,9 @@ TEST_F(SystemFilesTest, AnArchiveCopyOfAFileWhoseListCannotBeAskedGivesItsGroupN
     calls.FailEach("fgetxattr", ENOTSUP);
     files.CopyForArchive(source, At("without"));
     EXPECT_EQ(Mode(At("without")), 0664U);
+    calls.FailEach("fremovexattr", EIO);
+    files.CopyForArchive(source, At("closed"));
+    EXPECT_EQ(Mode(At("closed")), 0600U) << "a list that may be there lets nobody in";
 }
 
 }  // namespace

@@ -9,11 +9,14 @@
 #include <sanitizer/lsan_interface.h>
 #endif
 
+#include <cerrno>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <map>
 #include <optional>
+
+#include "system/posix/FailingCalls.h"
 
 namespace kd {
 namespace {
@@ -107,6 +110,8 @@ TEST(SystemLocaleTest, TheCodePageIsTheFirstVariablesThatSaysSomething) {
     EXPECT_EQ(SystemLocale().CodePage().Number(), 1253);
     Variables::Set("LC_ALL", "");
     EXPECT_EQ(SystemLocale().CodePage().Number(), 1251);
+    Variables::Set("LC_ALL", "pl#PL");
+    EXPECT_EQ(SystemLocale().CodePage().Number(), 1252) << "no language stands there";
 }
 
 TEST(SystemLocaleTest, TheSeparatorIsAPointWithoutALocale) {
@@ -165,6 +170,12 @@ TEST(SystemEnvironmentTest, AVariableThatIsMissingIsEmpty) {
 TEST(SystemEnvironmentTest, TheProgramsPathIsGivenOrFoundOut) {
     EXPECT_EQ(SystemEnvironment("/opt/kd/KDLimitDesk").ProgramPath(), "/opt/kd/KDLimitDesk");
     EXPECT_EQ(SystemEnvironment().ProgramPath(), std::filesystem::read_symlink("/proc/self/exe").string());
+}
+
+TEST(SystemEnvironmentTest, AProgramsPathThatTheSystemDoesNotTellIsEmpty) {
+    FailingCalls calls;
+    calls.FailEach("readlink", ENOENT);
+    EXPECT_EQ(SystemEnvironment().ProgramPath(), "");
 }
 
 TEST(SystemEnvironmentTest, TheUsersNameIsTheAccountsWhereNoneIsSet) {

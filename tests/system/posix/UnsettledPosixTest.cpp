@@ -108,6 +108,7 @@ TEST(UnsettledTest, AFileThatCannotBeHeldOpenIsFlushedAtOnceAndItsFailureIsTold)
         ADD_FAILURE() << "nothing of the kernel's own can be flushed";
     } catch (const cError& error) {
         EXPECT_EQ(error.Number(), errDevice);
+        EXPECT_EQ(error.Source(), "SystemFiles.Settle");
         EXPECT_EQ(error.Path(), "first");
     }
     EXPECT_TRUE(unsettled.TrySettle([] {}).empty()) << "nothing is left";
@@ -128,10 +129,81 @@ TEST(UnsettledTest, EachFailedFlushIsToldWithItsPathAndTheCallerLivesBetweenThem
     ASSERT_EQ(failures.size(), 3U);
     EXPECT_EQ(failures[0].Path(), "first");
     EXPECT_EQ(failures[0].Number(), errDevice);
+    EXPECT_EQ(failures[0].Source(), "SystemFiles.Settle");
     EXPECT_EQ(failures[1].Path(), "second");
     EXPECT_EQ(failures[2].Path(), "/proc/self") << "a flush of names is their folder's";
     EXPECT_EQ(lived, 3);
     EXPECT_TRUE(unsettled.TrySettle([] {}).empty()) << "nothing is left";
+}
+
+TEST(UnsettledTest, WhatIsAddedAgainIsFlushedOnceUntilAllIsSettled) {
+    const Descriptor file(::open(OfTheKernel, O_RDONLY | O_CLOEXEC));
+    ASSERT_TRUE(file.IsOpen());
+    Unsettled unsettled;
+    for (const char* const settling : {"first", "second"}) {
+        unsettled.AddOnce(file.Get(), "log");
+        unsettled.AddOnce(file.Get(), "log");
+        unsettled.AddInFolder(file.Get(), OfTheKernel);  // which tells nothing of names here
+        unsettled.AddName(OfTheKernel);
+        unsettled.AddName("/proc/self/stat");
+        FailingCalls calls;
+        calls.FailEach("fsync", EIO);
+        std::vector<Text> paths;
+        for (const cError& failure : unsettled.TrySettle([] {})) {
+            paths.push_back(failure.Path());
+        }
+        EXPECT_EQ(paths, (std::vector<Text>{"log", OfTheKernel, "/proc/self"})) << settling;
+    }
+}
+
+TEST(UnsettledTest, OneFlushServesAllOfADriveAndTheNamesInTheFolderOfAFile) {
+    const Descriptor file(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!OneFlushIsEnough(file.Get())) {
+        GTEST_SKIP() << "nothing there is flushed at once";
+    }
+    Unsettled unsettled;
+    unsettled.AddInFolder(file.Get(), "/dev/shm/first");
+    FailingCalls calls;
+    unsettled.AddName("/dev/shm/second");
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "open"), 0);
+    calls.FailEach("fcntl", EMFILE);
+    EXPECT_EQ(unsettled.Add(file.Get(), "third"), Unsettled::Way::WithAll) << "it needs no second descriptor";
+    int lived = 0;
+    errno = EIO;
+    EXPECT_TRUE(unsettled.TrySettle([&] { ++lived; }).empty());
+    EXPECT_EQ(lived, 1);
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "syncfs"), 1);
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fsync"), 0);
+}
+
+TEST(UnsettledTest, AFailedFlushOfADriveIsToldWithoutAPath) {
+    const Descriptor file(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!OneFlushIsEnough(file.Get())) {
+        GTEST_SKIP() << "nothing there is flushed at once";
+    }
+    Unsettled unsettled;
+    (void)unsettled.Add(file.Get(), "first");
+    FailingCalls calls;
+    calls.FailEach("syncfs", ENOSPC);
+    const std::vector<cError> failures = unsettled.TrySettle([] {});
+    ASSERT_EQ(failures.size(), 1U);
+    EXPECT_EQ(failures[0].Number(), errDiskFull);
+    EXPECT_EQ(failures[0].Path(), "");
+}
+
+// The flush that has come to pass is that of the file as it was called then.
+TEST(UnsettledTest, ANameOfAFileThatIsFlushedAtOnceIsSettledByItself) {
+    const Descriptor file(::open("/dev/shm", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!OneFlushIsEnough(file.Get())) {
+        GTEST_SKIP() << "nothing there is flushed at once";
+    }
+    Unsettled unsettled;
+    FailingCalls calls;
+    calls.FailEach("fcntl", EMFILE);
+    unsettled.AddName(file.Get(), "/dev/shm/name");
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "fsync"), 1);
+    EXPECT_TRUE(unsettled.TrySettle([] {}).empty());
+    EXPECT_EQ(std::count(calls.Calls().begin(), calls.Calls().end(), "syncfs"), 1);
 }
 
 }  // namespace kd::posix

@@ -13,8 +13,8 @@ protected:
     QString NameAt(int row, int column) const {
         return Table()->cellAt(row, column)->text(QAccessible::Name);
     }
-    QAccessibleInterface* ChildAt(QPoint inPort) const {
-        const QPoint place = Port()->mapToGlobal(inPort);
+    QAccessibleInterface* ChildAt(QPoint ofPort) const {
+        const QPoint place = Port()->mapToGlobal(ofPort);
         return Interface()->childAt(place.x(), place.y());
     }
     /// Rows of the selected cells, as they are told.

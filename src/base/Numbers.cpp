@@ -166,15 +166,15 @@ bool IsNumber(std::string_view text, char separator) noexcept {
 
 double ToDouble(std::string_view text, char separator) {
     const std::string_view trimmed = Trim(text);
-    double value = 0;
-    if (ConvertQuickly(trimmed, separator, value)) {
-        return value;
+    double quick = 0;
+    if (ConvertQuickly(trimmed, separator, quick)) {
+        return quick;
     }
     const Scanned found = Scan(trimmed, 0, separator);
     if (found.digits == 0 || found.end != trimmed.size()) {
         throw cError(errTypeMismatch, "Numbers.ToDouble");
     }
-    value = Convert(trimmed, found, separator);
+    const double value = Convert(trimmed, found, separator);
     if (!std::isfinite(value)) {
         throw cError(errTypeMismatch, "Numbers.ToDouble");
     }

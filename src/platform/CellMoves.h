@@ -17,7 +17,8 @@ inline bool IsDataCell(GridCell cell) noexcept {
 }
 
 /// The shown row that is one row, `page` rows or all the way up (direction -1) or down (1) from `row`; the
-/// first or the last one where there are not so many, the first one from row 0. 0 when no row is shown.
+/// first or the last one where there are not so many, the first one from row 0. 0 when no row is shown. `row`
+/// is one of the grid's, or below 1.
 std::int32_t RowFrom(const VSFlexGrid& grid, std::int32_t row, int direction, Stride stride, int page);
 /// The row itself when it is shown, else the next shown one, else the one before; 0 when none is.
 std::int32_t NearestRow(const VSFlexGrid& grid, std::int32_t row);

@@ -73,7 +73,7 @@ Text SettingsFolder(const Environment& environment, char delimiter) {
 }
 
 Text ProgramDataFolder(Files& files, std::string_view programPath) {
-    const Text programFolder(paths::Folder(programPath));
+    Text programFolder(paths::Folder(programPath));
     const char delimiter = files.Delimiter();
     if (HoldsData(files, programFolder)) {
         return programFolder;

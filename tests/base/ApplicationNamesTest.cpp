@@ -76,7 +76,7 @@ TEST(ApplicationNamesTest, NamesThatNobodyCanForeseeAreOfAllLettersAndDiffer) {
 
 TEST(ApplicationNamesTest, AnUnfinishedArchiveIsKnownByItsLettersAndNotByTheirNumberAlone) {
     EXPECT_TRUE(IsUnfinishedArchive(UnfinishedArchiveName()));
-    EXPECT_TRUE(IsUnfinishedArchive(".unfinished-azbcdefghijklmno")) << "as earlier programs named it";
+    EXPECT_TRUE(IsUnfinishedArchive(".unfinished-azbcdefghijklmno")) << "as another run named it";
     for (const char* const other :
          {"", ".unfinished-", ".unfinished-abc", ".unfinished-my own folder 1",
           ".unfinished-ABCDEFGHIJKLMNOP", ".unfinished-abcdefghijklmnop2", ".unfinished-abcdefghijklmno{"}) {
@@ -86,7 +86,7 @@ TEST(ApplicationNamesTest, AnUnfinishedArchiveIsKnownByItsLettersAndNotByTheirNu
 
 TEST(ApplicationNamesTest, ATextThatWaitsIsKnownByItsLettersAndTellsItsFile) {
     EXPECT_EQ(WaitsFor(WaitingName("plant.V1")), "plant.V1");
-    EXPECT_EQ(WaitsFor(".kdsave-azbcdefghijklmno-plant.V1"), "plant.V1") << "as earlier programs named it";
+    EXPECT_EQ(WaitsFor(".kdsave-azbcdefghijklmno-plant.V1"), "plant.V1") << "as another run named it";
     for (const char* const other :
          {"", ".kdsave-", ".kdsave-123456", ".kdsave-abcdefghijklmnop", ".kdsave-my own copy 001-plant.V1",
           "plant.V1", ".kdsave-ABCDEFGHIJKLMNOP-plant.V1", "my-file-abcdefghijklmnop-plant.V1",

@@ -111,7 +111,7 @@ TEST(GroupCommitTest, TheArchiveOfAViewThatCannotBeWrittenHasItsNameBeforeThatIs
     EXPECT_EQ(t.commit.Modified(), 1);
 }
 
-TEST(GroupCommitTest, WhereItCannotBeSettledItIsMadeAnewByItself) {
+TEST(GroupCommitTest, AnArchiveThatCannotBeSettledIsMadeAnewByItselfBeforeTheFailureIsTold) {
     GroupDesk t;
     t.files.FailOn("Write", "/mill.temp", errDiskFull);
     t.FailOnceAt("Settle ");
@@ -147,7 +147,7 @@ TEST(GroupCommitTest, WhatEndsTheCommitDropsTheArchivesOfViewsThatHaveNotHadThei
 }
 
 /// A disk that sets a text aside and says that it has failed.
-class DisksOwnMind : public MemoryFiles {
+class DenyingFiles : public MemoryFiles {
 public:
     void Rename(std::string_view from, std::string_view to) override {
         MemoryFiles::Rename(from, to);
@@ -158,7 +158,7 @@ public:
 };
 
 TEST(GroupCommitTest, ATextThatIsSetAsideThoughTheDiskDeniesItIsFound) {
-    DisksOwnMind files;
+    DenyingFiles files;
     CommitScene scene(files, "/apps");
     for (const auto& [path, bytes] : scene.OriginalFiles()) {
         files.Put(path, bytes);

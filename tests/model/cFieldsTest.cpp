@@ -47,10 +47,25 @@ TEST(cFieldsTest, TypeIsTakenInUpperCaseWhenItIsOne) {
         const char* given;
         const char* stored;
     };
-    const Case cases[] = {
-        {"N", "N"},  {"n", "N"},  {"A", "A"},   {"r", "R"},   {"c", "C"},   {"t", "T"},
-        {"P", "P"},  {"l", "L"},  {"x", "T"},   {"", ""},     {"ar", "AR"}, {"PL", "PL"},
-        {"NX", "T"}, {" N", "T"}, {"LN", "LN"}, {"RAN", "T"}, {"#", "T"},   {"tplnarc", "TPLNARC"}};
+    const Case cases[] = {{"N", "N"},
+                          {"n", "N"},
+                          {"A", "A"},
+                          {"r", "R"},
+                          {"c", "C"},
+                          {"t", "T"},
+                          {"P", "P"},
+                          {"l", "L"},
+                          {"x", "T"},
+                          {"", ""},
+                          {"ar", "AR"},
+                          {"PL", "PL"},
+                          {"NX", "T"},
+                          {" N", "T"},
+                          {"LN", "LN"},
+                          {"RAN", "T"},
+                          {"#", "T"},
+                          {"1", "T"},
+                          {"tplnarc", "TPLNARC"}};
     for (const Case& c : cases) {
         cFields fields;
         EXPECT_EQ(fields.Add(1, "x", c.given, 6, 2)->FieldType(), c.stored) << "'" << c.given << "'";

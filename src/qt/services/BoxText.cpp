@@ -19,9 +19,14 @@ namespace {
 
 constexpr const char* LabelName = "qt_msgbox_label";  // Qt's own name of it
 
-/// What a box's text may take of the screen, so that frame and buttons have room beside it.
+/// Qt makes no box wider than this, and cuts off what stands beyond.
+int WidestBox(const QSize& screen) {
+    return screen.width() <= 1024 ? screen.width() : std::min(screen.width() - 480, 1000);
+}
+
+/// What a box's text may take of the screen, so that icon, frame and buttons have room beside it.
 QSize RoomForText(const QSize& screen) {
-    return screen * 6 / 10;
+    return (screen * 6 / 10).boundedTo({WidestBox(screen) * 8 / 10, screen.height()});
 }
 
 /// Qt lets a text run on in lines no longer than this, though the screen be wide: at least half a screen or

@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QLabel>
+#include <QLayout>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QScrollBar>
@@ -184,7 +185,7 @@ TEST_F(SettledBoxTest, ATextStaysALabelUpToSixTenthsOfTheScreensHeight) {
 }
 
 TEST_F(SettledBoxTest, AWordStaysALabelUpToSixTenthsOfTheScreensWidth) {
-    const QString word(60, QLatin1Char('W'));
+    const QString word(10, QLatin1Char('W'));
     const int width = ScreenFor(std::ceil(Whole(word, Large()).width()));
     EXPECT_TRUE(StaysALabel(word, Large(), {width, Ample}));
     EXPECT_FALSE(StaysALabel(word, Large(), {width - 1, Ample}));
@@ -217,6 +218,25 @@ TEST_F(SettledBoxTest, ALongTextTakesSixTenthsOfTheScreenEachWay) {
     ASSERT_NE(Field(), nullptr);
     EXPECT_EQ(Field()->minimumSize(), QSize(600, 480));
     EXPECT_EQ(Field()->maximumSize(), QSize(600, 480));
+}
+
+TEST_F(SettledBoxTest, NoTextIsWiderThanABoxShowsOfIt) {
+    struct Case {
+        int screen;
+        int box;  // the widest that the toolkit makes
+        int text;
+    };
+    for (const Case& c :
+         {Case{640, 640, 384}, Case{1024, 1024, 614}, Case{1025, 545, 436}, Case{1280, 800, 640},
+          Case{1481, 1000, 800}, Case{1920, 1000, 800}, Case{3840, 1000, 800}}) {
+        QMessageBox wide(QMessageBox::Warning, QString(), QString(20'000, QLatin1Char('i')), QMessageBox::Ok);
+        SettleBoxText(wide, {c.screen, 1000});
+        const auto* const field = wide.findChild<QPlainTextEdit*>();
+        ASSERT_NE(field, nullptr) << c.screen;
+        EXPECT_EQ(field->minimumWidth(), c.text) << c.screen;
+        EXPECT_LE(wide.layout()->totalMinimumSize().width(), c.box) << c.screen;
+        EXPECT_FALSE(StaysALabel(QString(200, QLatin1Char('W')), Large(), {c.screen, Ample})) << c.screen;
+    }
 }
 
 class StyledBoxTest : public SettledBoxTest, public testing::WithParamInterface<const char*> {

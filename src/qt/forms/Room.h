@@ -5,8 +5,8 @@
 
 namespace kd {
 
-/// A screen, and what windows may take of it: the rest is the desktop's own. A window is centred on the
-/// screen and kept inside what is free.
+/// A screen, and what windows may take of it: the rest is the desktop's own. Windows are centred on the
+/// screen; dialogs are kept inside what is free as well.
 struct Room {
     QRect screen;
     QRect free;

@@ -18,7 +18,8 @@ public:
     ColumnDividers& operator=(const ColumnDividers&) = delete;
 
     /// A press, a second press, a move or a release on the viewport. Returns whether it belongs to a divider
-    /// and to nothing else. The pointer of the viewport is that of a divider while it stands over one.
+    /// and to nothing else. The pointer of the viewport is that of a divider while it drags one, and while it
+    /// stands over one with no button held.
     bool Take(const QMouseEvent& event);
 
     /// Makes the current column wider by that many characters, or narrower with less than 0.

@@ -12,9 +12,9 @@ namespace kd {
 
 class CellEditor;
 
-/// The editor side of a grid's widget: shows the grid's open editor as a line edit in its cell, and hands
-/// what is typed, pressed and left there to the grid. The line edit belongs to the viewport; it is hidden
-/// while no cell is edited.
+/// The editor side of a grid's widget: shows the grid's open editor as a line edit in its cell, wider where
+/// its text is, and hands what is typed, pressed and left there to the grid. The line edit belongs to the
+/// viewport; it is hidden while no cell is edited.
 class GridEditing : public QObject {
     Q_OBJECT
 public:

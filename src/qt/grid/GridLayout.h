@@ -50,7 +50,7 @@ public:
     /// How many rows fit below the header in whole, at least one.
     int FullRows() const noexcept { return FullRowsIn(m_viewport.height()); }
     int FullRowsIn(int height) const noexcept;
-    /// The same, those counted in that are cut off at the bottom.
+    /// How many rows are seen below the header, those counted in that are cut off at the bottom; may be none.
     int ShownRows() const noexcept;
 
     /// Left edge of a column as it is scrolled now.

@@ -27,7 +27,7 @@ public:
     /// Measures the area's font; the layout follows.
     void MeasureFont();
     /// The same after a change of font, style or screen: the columns that AutoSize was last asked for are
-    /// sized again.
+    /// sized again, while the grid has all of them.
     void MeasureAnew();
     void AutoSize(std::int32_t first, std::int32_t last);
     /// A width that the user gave the column: it stays, whatever the font, until AutoSize or FitColumn. One

@@ -12,7 +12,7 @@ class QPaintDevice;
 
 namespace kd {
 
-/// The text as a cell draws it: one line, a blank for each control character.
+/// The text as a cell draws it: one line, a blank for each character below the blank.
 QString ShownText(std::string_view text);
 
 /// Widths of texts in one font on one device, in pixels. Shaping a text costs a hundred times what adding up
@@ -30,7 +30,7 @@ public:
     const QFont& Font() const noexcept { return m_font; }
     const QFontMetricsF& Metrics() const noexcept { return m_metrics; }
 
-    /// Never below Exact. Infinity for a text whose characters shape each other, or that is no UTF-8.
+    /// Never below Exact. Infinity for a text whose characters may shape each other, or that is no UTF-8.
     double AtMost(std::string_view text) const;
     /// The width that the text takes on the screen.
     double Exact(std::string_view text) const;

@@ -206,7 +206,7 @@ TEST_F(GridWidgetMouseTest, TheMenuKeyIsARightPressOnTheCurrentCell) {
     EXPECT_FALSE(widget->Layout().ShownRect(40, 1).isEmpty());
 }
 
-TEST_F(GridWidgetMouseTest, TheMenuKeyPressesWhereACurrentCellIsInSight) {
+TEST_F(GridWidgetMouseTest, TheMenuKeyPressesNothingWithoutACurrentCellOrWhereItIsHidden) {
     Make(5, 3);
     grid.SetRowHidden(3, true);
     ListenToMouse();

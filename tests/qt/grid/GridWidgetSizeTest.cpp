@@ -127,7 +127,7 @@ TEST_F(GridWidgetSizeTest, AnotherFontLeavesColumnsThatWereNeverFitted) {
     EXPECT_EQ(widget->verticalScrollBar()->maximum(), 100 - widget->Layout().FullRows());
 }
 
-TEST_F(GridWidgetSizeTest, AnotherFontLeavesColumnsThatHaveGone) {
+TEST_F(GridWidgetSizeTest, AnotherFontSizesNothingWhereSizedColumnsHaveGone) {
     Make(5, 3);
     grid.AutoSize(0, 2);
     grid.SetCols(2);

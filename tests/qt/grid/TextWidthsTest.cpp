@@ -24,7 +24,7 @@ protected:
     TextWidths widths;
 };
 
-TEST_F(TextWidthsTest, ATextIsShownOnOneLineWithABlankForEachControlCharacter) {
+TEST_F(TextWidthsTest, ATextIsShownOnOneLineWithABlankForEachCharacterBelowIt) {
     EXPECT_EQ(ShownText("a\tb\r\nc"), QString("a b  c"));
     EXPECT_EQ(ShownText(std::string_view("\0\x01\x1F", 3)), QString("   "));
     EXPECT_EQ(ShownText(" !\"#$\x7F"), QString(" !\"#$\x7F"));

@@ -51,10 +51,10 @@ public:
     /// @throws cError(errDiskFull, errDevice)
     virtual void CloseForSettling() = 0;
     /// Gives a file just opened for output the owner, the mode and the rights of another as far as the user
-    /// may, so that Files::MoveSettled has nothing left to give. What cannot be given is no failure: the
-    /// file then lets in those whom the other one lets in, as far as the user may: not those who are let in
-    /// as its owner or as its group alone, if the user is neither; and nobody else. Where the other one is
-    /// missing, it gets what a new file gets there.
+    /// may (of one that a link leads to no owner), so that Files::MoveSettled has nothing left to give. What
+    /// cannot be given is no failure: the file then lets in those whom the other one lets in, as far as the
+    /// user may: not those who are let in as its owner or as its group alone, if the user is neither; and
+    /// nobody else. Where the other one is missing, it gets what a new file gets there.
     /// @returns which file the other one is, so that two names of one file are seen, and in which state.
     virtual FileState TakeRightsOf(std::string_view path) noexcept {
         (void)path;
@@ -162,8 +162,8 @@ public:
     /// The same for a file that a program of any machine may have left: where it cannot be known whether one
     /// on another machine keeps it, it stays.
     virtual void DeleteLeftover(std::string_view path) noexcept { DeleteAbandoned(path); }
-    /// Writes a file whole, with the promise of CopyFile, and flushes its folder: afterwards it holds
-    /// `bytes`, or what it held before.
+    /// Writes a file whole, with the promise of CopyFile, and flushes its folder where it gets its name anew:
+    /// afterwards it holds `bytes`, or what it held before.
     virtual void ReplaceFile(std::string_view path, std::string_view bytes) = 0;
 
     /// Names (without folder) of the entries of a folder, in no order.

@@ -30,7 +30,8 @@ class Unsettled;
 class SystemFiles : public Files {
 public:
     /// `page` tells which letters are the same but for their case. From the first one on, a file beyond the
-    /// user's limit of size is a failure (errDiskFull), no longer the end of the process.
+    /// user's limit of size is a failure (errDiskFull), no longer the end of the process, unless the program
+    /// has an answer of its own to that signal.
     explicit SystemFiles(const CodePage& page);
     ~SystemFiles() override;
 

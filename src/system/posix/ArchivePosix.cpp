@@ -17,14 +17,19 @@ namespace kd::posix {
 namespace {
 
 /// The mode of an archive's copy: its source's, but for everybody's right to write. The group has its rights
-/// only where it is the source's group; another one has what others have.
+/// only where it is the source's group; else group and others have what the source gives both. A list may
+/// keep out somebody who would count among the others.
 mode_t ModeOfCopy(int fd, const struct stat& source, bool hasAccessList) noexcept {
     const mode_t mode = source.st_mode & 0775U;
+    if (hasAccessList) {
+        return mode & 0700U;
+    }
     struct stat made {};
     const bool sameGroup =
-        !hasAccessList && ::fstat(fd, &made) == 0 &&
+        ::fstat(fd, &made) == 0 &&
         (made.st_gid == source.st_gid || ::fchown(fd, static_cast<uid_t>(-1), source.st_gid) == 0);
-    return sameGroup ? mode : (mode & 0705U) | ((mode & 0005U) << 3U);
+    const mode_t others = mode & (mode >> 3U) & 0005U;
+    return sameGroup ? mode : (mode & 0700U) | others << 3U | others;
 }
 
 /// Gives a copy its mode, and its source's times. Returns 0 or an errno.

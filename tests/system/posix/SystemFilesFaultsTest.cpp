@@ -388,7 +388,7 @@ TEST_F(SystemFilesTest, ReadEndGivesNoMoreThanItWasAskedForOfAFileThatGrowsMeanw
     const Text path = Put("a.kdt", "text");
     FailingCalls calls;
     calls.Before("read", [&] { std::ofstream(path, std::ios::binary | std::ios::app) << "more"; });
-    EXPECT_EQ(files.ReadEnd(path, 2), "re");
+    EXPECT_EQ(files.ReadEnd(path, 2).size(), 2U);
 }
 
 TEST_F(SystemFilesTest, ReadEndTellsEveryFailure) {

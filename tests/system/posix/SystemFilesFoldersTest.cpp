@@ -79,8 +79,9 @@ TEST_F(SystemFilesTest, AnArchiveCopyKeepsTheGroupOrLeavesItNoMoreThanOthers) {
     };
     ASSERT_EQ(::chmod(folder.c_str(), 0777), 0);
     const FurtherGroups none({});
-    for (const Case& c : {Case{0660, 0600, 4242}, Case{0664, 0644, 4242}, Case{0640, 0600, 4242},
-                          Case{0644, 0644, 4242}, Case{0775, 0755, 4242}, Case{0660, 0600, 0}}) {
+    for (const Case& c :
+         {Case{0660, 0600, 4242}, Case{0664, 0644, 4242}, Case{0640, 0600, 4242}, Case{0644, 0644, 4242},
+          Case{0775, 0755, 4242}, Case{0604, 0600, 4242}, Case{0660, 0600, 0}}) {
         SCOPED_TRACE(std::to_string(c.source) + " of group " + std::to_string(c.group));
         const Text source = Put("a.kdt", "limits", c.source);
         ASSERT_EQ(::chown(source.c_str(), 0, c.group), 0);

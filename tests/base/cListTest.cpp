@@ -19,17 +19,6 @@ public:
     Record Add(int number) { return Append(std::make_shared<Entry>(Entry{number})); }
 };
 
-/// Where the error that the action raises arose.
-template <typename Action>
-Text SourceOf(Action action) {
-    try {
-        action();
-    } catch (const cError& error) {
-        return error.Source();
-    }
-    return {};
-}
-
 void Fill(Entries& list, int count) {
     list.Reserve(count);
     for (int i = 1; i <= count; ++i) {

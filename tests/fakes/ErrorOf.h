@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "base/Text.h"
 #include "base/cError.h"
 
 namespace kd {
@@ -15,6 +16,17 @@ std::int32_t ErrorOf(Action action) {
         return error.Number();
     }
     return 0;
+}
+
+/// The operation in which the error that the action raises arose; "none" when it raises none.
+template <typename Action>
+Text SourceOf(Action action) {
+    try {
+        action();
+    } catch (const cError& error) {
+        return error.Source();
+    }
+    return "none";
 }
 
 }  // namespace kd

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <vector>
 
 #include "base/cError.h"
+#include "fakes/ErrorOf.h"
 #include "platform/VSFlexGrid.h"
 
 namespace kd {
@@ -19,14 +19,6 @@ protected:
         grid.SetRows(4);
     }
     void LayoutChanged() override { editorWhenTold.push_back(grid.EditWindow()); }
-    static Text SourceOf(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const cError& error) {
-            return error.Source();
-        }
-        return "no failure";
-    }
 
     VSFlexGrid grid{"Grid"};
     std::vector<bool> editorWhenTold;

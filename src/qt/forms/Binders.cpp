@@ -205,10 +205,10 @@ void TextBoxBinder::Show() {
     ControlBinder::Show();
     const QString text = ToQt(m_text.Value());
     if (m_widget.text() != text) {
-        const bool pasted = m_widget.text().size() == text.size();
+        const bool isAsLong = m_widget.text().size() == text.size();  // blanks stand for pasted line ends
         const int cursor = m_widget.cursorPosition();
         m_widget.setText(text);
-        if (pasted) {
+        if (isAsLong) {
             m_widget.setCursorPosition(cursor);
         }
     }

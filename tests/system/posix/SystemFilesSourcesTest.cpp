@@ -1,21 +1,12 @@
 #include <cerrno>
 #include <functional>
 
+#include "fakes/ErrorOf.h"
 #include "system/posix/FailingCalls.h"
 #include "system/posix/SystemFilesFixture.h"
 
 namespace kd {
 namespace {
-
-template <typename Action>
-Text SourceOf(Action action) {
-    try {
-        action();
-    } catch (const cError& error) {
-        return error.Source();
-    }
-    return "none";
-}
 
 /// A call of the system that fails each time, if any, and what fails with it.
 struct Refused {
